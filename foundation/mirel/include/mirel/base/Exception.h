@@ -1,0 +1,51 @@
+// The base of all exceptions.
+#pragma once
+
+#include <mirel/base/Object.h>
+
+namespace mirel::io {
+class CPrintStream;
+}
+
+namespace mirel::base {
+
+// A failure: where it was noticed and what it was.
+// Thrown by value, caught by reference. The texts are 8-bit and not copied: they are literals or live as long as the
+// exception.
+class MIREL_API CException : public CObject {
+ public:
+  // Takes the source file (path below the source root, without extension), the line, the message and a further text,
+  // each text possibly null. Throws nothing.
+  CException(const char* file, unsigned int line, const char* message, const char* detail) noexcept;
+  CException(const CException& other) noexcept;
+  virtual ~CException();
+  CException& operator=(const CException& other) noexcept;
+
+  const CClass* GetClass() const override;
+  // Prints one line: the class, the message, the detail and the place, as far as they are there.
+  virtual void Print(io::CPrintStream& stream) const;
+
+  // The file of the throw site, or null.
+  const char* GetSourceFile() const noexcept { return m_file; }
+  unsigned int GetSourceLine() const noexcept { return m_line; }
+  // The message, or null where the failure has none.
+  const char* GetMessageText() const noexcept { return m_message; }
+  const char* GetDetail() const noexcept { return m_detail; }
+
+  static CClass m_classCException;
+
+ protected:
+  // Prints the line without its end, so that a derived class can add to it.
+  void PrintFacts(io::CPrintStream& stream) const;
+
+ private:
+  const char* m_file;
+  unsigned int m_line;
+  const char* m_message;
+  const char* m_detail;
+};
+
+// Prints a failure that must not reach the caller to CSystem::debugOut, if there is such a stream.
+MIREL_API void PrintToDebugOut(const CException& exception);
+
+}  // namespace mirel::base

@@ -1,0 +1,11 @@
+// Hash functions for table keys.
+#pragma once
+
+#include <mirel/base/UnicodeString.h>
+
+namespace mirel::util {
+
+// Hashes a text: for units u1 ... un the sum of ui * 31^(n-i), in 32-bit arithmetic. Null hashes as empty, to 0.
+MIREL_API int GetCUnicodeStringHashCode(const base::CUnicodeString& text);
+
+}  // namespace mirel::util

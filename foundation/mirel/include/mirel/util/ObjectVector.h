@@ -1,0 +1,39 @@
+// An array of owned objects.
+#pragma once
+
+#include <mirel/base/Object.h>
+#include <mirel/util/Vector.h>
+
+namespace mirel::util {
+
+// Holds objects that it owns, in the order in which they were added.
+// Copying clones every object. Throws CMemoryException when memory runs out, and then keeps what it held.
+class MIREL_API CObjectVector : public base::CBase {
+ public:
+  // Reserves room for `initialCapacity` objects; grows in steps of `increment` (0 means 5).
+  CObjectVector(unsigned int initialCapacity, unsigned int increment);
+  CObjectVector(const CObjectVector& other);
+  ~CObjectVector();
+  CObjectVector& operator=(const CObjectVector& other);
+
+  unsigned int GetSize() const noexcept { return m_objects.GetSize(); }
+  // Gives the object at `index`. Throws CNoSuchElementException (no message) when `index` is not below the size.
+  const base::CObject& operator[](unsigned int index) const { return *m_objects[index]; }
+
+  // Appends an object and takes ownership of it, also when it throws.
+  // Throws CIllegalArgumentException "Invalid object." for null.
+  void Add(base::CObject* object);
+  // Tells whether an object is held that equals this one (its own Equals decides). Null is not held.
+  bool Contains(const base::CObject* object) const;
+  // Removes and deletes the first object held that equals this one.
+  // Throws CNoSuchElementException (no message) when there is none.
+  void RemoveElement(const base::CObject* object);
+
+ private:
+  static void DeleteAll(CVector<base::CObject*>& objects);
+  int IndexOf(const base::CObject* object) const;
+
+  CVector<base::CObject*> m_objects;
+};
+
+}  // namespace mirel::util

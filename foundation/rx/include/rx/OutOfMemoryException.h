@@ -1,0 +1,12 @@
+// What the root library throws when memory runs out.
+#pragma once
+
+#include <rx/Export.h>
+
+namespace RX {
+
+// Thrown by the root library's own classes when a block cannot be had.
+// It has no base and no text. The foundation library's CMemoryException is another class: catch both.
+class RX_API OutOfMemoryException {};
+
+}  // namespace RX

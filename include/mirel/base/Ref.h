@@ -1,0 +1,96 @@
+// The counted reference.
+#pragma once
+
+#include <mirel/base/At.h>
+#include <mirel/base/Base.h>
+#include <mirel/base/Null.h>
+#include <mirel/base/NullReferenceException.h>
+#include <mirel/base/RefCountedPtr.h>
+#include <rx/Memory.h>
+
+namespace mirel::base {
+
+// Refers to a shared object, or to nothing; the last reference to go deletes the object.
+// T is a class derived from CBase. The count is not atomic: references to one object must not be copied, assigned or
+// dropped by two threads at once. Using an empty reference throws CNullReferenceException (no message); making a
+// reference from a pointer throws CMemoryException (no message) when memory runs out, and the object handed in is
+// deleted then.
+template <typename T>
+class CRef : public CBase {
+ public:
+  CRef() noexcept : m_block(nullptr), m_object(nullptr) {}
+
+  // Takes ownership of an object; null makes an empty reference.
+  CRef(T* object) : m_block(MakeBlock(object, At(185))), m_object(object) {}
+
+  CRef(const CRef& other) noexcept : m_block(other.m_block), m_object(other.m_object) { AddReference(); }
+
+  // An object whose destructor throws lets the exception pass here; its memory and the block are free by then.
+  ~CRef() noexcept(false) { Release(); }
+
+  // Drops what it refers to and shares what the other refers to.
+  CRef& operator=(const CRef& other) {
+    if (this == &other) return *this;
+    // Our reference is dropped before theirs is counted, but after both are copied: dropping ours can end `other`.
+    CRef old(m_block, m_object);
+    m_block = other.m_block;
+    m_object = other.m_object;
+    AddReference();
+    return *this;
+  }
+
+  // Drops what it refers to and takes ownership of an object; null makes it empty.
+  // When memory runs out the object handed in is deleted and the reference stays as it was.
+  CRef& operator=(T* object) {
+    CRefCountedPtr<T>* block = MakeBlock(object, At(279));
+    CRef old(m_block, m_object);
+    m_block = block;
+    m_object = object;
+    return *this;
+  }
+
+  T* operator->() const {
+    if (m_object == nullptr) throw CNullReferenceException("mirel/base/Ref", At(423), nullptr, nullptr);
+    return m_object;
+  }
+
+  T& operator*() const {
+    if (m_object == nullptr) throw CNullReferenceException("mirel/base/Ref", At(437), nullptr, nullptr);
+    return *m_object;
+  }
+
+  bool operator==(const CNull&) const noexcept { return m_object == nullptr; }
+  bool operator!=(const CNull&) const noexcept { return m_object != nullptr; }
+
+ private:
+  // Takes over a counted use that another reference gave up.
+  CRef(CRefCountedPtr<T>* block, T* object) noexcept : m_block(block), m_object(object) {}
+
+  static CRefCountedPtr<T>* MakeBlock(T* object, At line) {
+    if (object == nullptr) return nullptr;
+    void* place = RX_malloc(sizeof(CRefCountedPtr<T>));
+    if (place == nullptr) {
+      delete object;
+      CBase::_ThrowMemoryException("mirel/base/Ref", line);
+    }
+    return ::new (place) CRefCountedPtr<T>(object, true);
+  }
+
+  void AddReference() noexcept {
+    if (m_block != nullptr) m_block->AddReference();
+  }
+
+  void Release() {
+    if (m_block == nullptr || !m_block->RemoveReference()) return;
+    struct FreeBlock {
+      CRefCountedPtr<T>* block;
+      ~FreeBlock() { RX_free(block); }
+    } freeBlock{m_block};
+    if (m_block->IsOwning()) delete m_object;
+  }
+
+  CRefCountedPtr<T>* m_block;
+  T* m_object;
+};
+
+}  // namespace mirel::base

@@ -1,0 +1,12 @@
+// Marks what the library hands out.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(TORVAN_BUILD)
+#define TORVAN_API __declspec(dllexport)
+#else
+#define TORVAN_API __declspec(dllimport)
+#endif
+#else
+#define TORVAN_API __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,47 @@
+// A Java runtime.
+#pragma once
+
+#include <mirel/base/Ref.h>
+#include <mirel/util/Vector.h>
+#include <torvan/Export.h>
+#include <torvan/jni/JniTypes.h>
+
+namespace torvan::jni {
+
+class CJavaRuntimeImpl;
+class CJavaVm;
+namespace options {
+class COptions;
+}
+
+// One Java runtime library, used at one JNI version.
+// Copies share the runtime; the library stays loaded until the last runtime handle and the last VM handle made from it
+// are gone. Handles that share a runtime must not be copied or dropped by two threads at once.
+class TORVAN_API CJavaRuntime {
+ public:
+  CJavaRuntime(const CJavaRuntime& other);
+  virtual ~CJavaRuntime() noexcept(false);
+  CJavaRuntime& operator=(const CJavaRuntime& other);
+
+  // Gives the JNI version that the handle was made with, unchecked.
+  jint GetJniVersion() const;
+
+  // Creates a Java VM and attaches the calling thread to it.
+  // With `ignoreUnrecognized` the VM skips options that it does not know. A process can have one VM at a time; use
+  // GetCreatedJavaVms to join one that is there. The VM runs until the process ends. Throws CJavaRuntimeException
+  // "Failed to create Java VM with the specified options." when the runtime refuses, and CMemoryException.
+  CJavaVm CreateJavaVm(const options::COptions& options, bool ignoreUnrecognized);
+
+  // Appends a handle of every VM of this process to `vms` and returns how many there are.
+  // The vector keeps what it held. Throws CJavaRuntimeException "Failed to get the number of created Java VMs." or
+  // "Failed to get the list of created Java VMs.", and CMemoryException.
+  unsigned int GetCreatedJavaVms(mirel::util::CVector<CJavaVm>& vms) const;
+
+ protected:
+  CJavaRuntime(const mirel::base::CRef<CJavaRuntimeImpl>& impl);
+
+ private:
+  mirel::base::CRef<CJavaRuntimeImpl> m_impl;
+};
+
+}  // namespace torvan::jni

@@ -1,0 +1,70 @@
+// A running Java VM.
+#pragma once
+
+#include <mirel/base/Ref.h>
+#include <rx/Text.h>
+#include <torvan/Export.h>
+#include <torvan/jni/JniTypes.h>
+
+namespace torvan::jni {
+
+class CJavaClass;
+class CJavaObject;
+class CJavaString;
+class CJavaVmImpl;
+
+// The Java VM of this process.
+// Copies share the VM; the library never ends it, whatever becomes of the handles. Operations may be called by any
+// thread: each attaches its calling thread to the VM and leaves it attached. Handles must not be copied or dropped by
+// two threads at once. Names and signatures are JNI's own ("java/lang/String", "(ILjava/lang/String;)V") and are passed
+// on unchanged; wide ones are converted to UTF-8.
+//
+// Every operation that needs Java throws CJavaVmException "Failed ot attach the current thread to the underlying Java
+// VM." (so spelled) when the thread cannot be attached. A lookup that fails leaves the VM's own error pending in the
+// thread.
+class TORVAN_API CJavaVm {
+ public:
+  CJavaVm(const CJavaVm& other);
+  ~CJavaVm() noexcept(false);
+  CJavaVm& operator=(const CJavaVm& other);
+
+  // Tell whether two handles name the same VM.
+  bool operator==(const CJavaVm& other) const noexcept;
+  bool operator!=(const CJavaVm& other) const noexcept;
+
+  // Attaches the calling thread and gives its environment, which is good for this thread alone.
+  // A thread that is attached gets the environment it has. It stays attached until Detach().
+  JNIEnv* Attach() const;
+  // Detaches the calling thread; local references made in it end. However often the thread was attached, one call does
+  // it. Throws CJavaVmException "Failed to detach the curretn thread from the underlying Java VM." (so spelled).
+  void Detach() const;
+
+  // Finds a class. Throws CJavaVmException "The specified class was not found.".
+  CJavaClass FindClass(const char* name) const;
+  CJavaClass FindClass(const RX::UniChar* name) const;
+
+  // Makes an object of a class without running a constructor.
+  // Throws CJavaVmException "The specified class was not found." and CMemoryException.
+  CJavaObject AllocObject(const char* className) const;
+  CJavaObject AllocObject(const RX::UniChar* className) const;
+
+  // Makes an object with the constructor of this signature; its arguments follow in order.
+  // Throws CJavaVmException "The specified class was not found." or "The specified constructor was not found.",
+  // CMemoryException when no object was made (also because the constructor threw), and CJavaException.
+  CJavaObject NewObject(const char* className, const char* signature, ...) const;
+  CJavaObject NewObject(const RX::UniChar* className, const RX::UniChar* signature, ...) const;
+
+  // Makes a Java string of the units up to the terminating zero, unconverted.
+  // Null and empty text give a null string. Throws CJavaException when the VM has no memory for it.
+  CJavaString NewString(const RX::UniChar* text) const;
+
+ private:
+  friend class CJavaRuntimeImpl;
+
+  explicit CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl);
+
+  mirel::base::CRef<CJavaVmImpl> m_impl;
+  JavaVM* m_vm;
+};
+
+}  // namespace torvan::jni
