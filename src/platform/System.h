@@ -11,6 +11,7 @@ using Status = long;
 constexpr Status StatusOk = 0;
 constexpr Status StatusFileNotFound = 2;
 constexpr Status StatusAccessDenied = 5;
+constexpr Status StatusInvalidHandle = 6;
 constexpr Status StatusSharingViolation = 32;
 constexpr Status StatusLockViolation = 33;
 constexpr Status StatusMoreData = 234;
@@ -29,6 +30,8 @@ constexpr unsigned int WaitInfinite = 0xFFFFFFFF;
 constexpr unsigned int WaitEnded = 0;
 constexpr unsigned int WaitTimeout = 258;
 constexpr unsigned int WaitFailed = 0xFFFFFFFF;
+
+constexpr unsigned int ExitCodeOfRunning = 259;  // what a process that has not ended gives as its exit code
 
 constexpr unsigned int ControlC = 0;
 constexpr unsigned int ControlBreak = 1;

@@ -1,0 +1,119 @@
+// An operating system that exists in the test only.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "fakes/Text.h"
+#include "platform/System.h"
+
+namespace fakes {
+
+using torvan::platform::Status;
+
+// What becomes of a process that is started.
+struct FakeProcess {
+  static constexpr int Never = -1;
+
+  unsigned int exitCode = 0;    // the code it ends with when nobody kills it
+  int timeouts = 0;             // so many waits with a time-out it outlives; Never: only an endless wait sees its end
+  unsigned int waitResult = 0;  // other than WaitEnded: the answer to every wait
+  bool exitCodeFails = false;   // asking for the exit code fails
+  bool hasThreadHandle = true;  // starting it gives a handle of its first thread
+  unsigned int processId = 0;   // 0: 1001, 1002 ... in the order of starting
+};
+
+// A scripted System that remembers what it was asked.
+// What no script names is not there, as on a real system: keys and values answer StatusFileNotFound, modules and
+// symbols null, files NoFileAttributes, processes do not start. A handle that is not open fails the test. Script and
+// log are UTF-8. Key and value names compare without regard to case; keys are enumerated in the order of the script.
+class FakeSystem : public torvan::platform::System {
+ public:
+  FakeSystem();
+  ~FakeSystem();
+
+  // Registry, below HKEY_LOCAL_MACHINE. A key makes its parents; a value makes its key.
+  void AddKey(const std::string& key);
+  void SetValue(const std::string& key, const std::string& name, const std::string& value);
+  // The value's units exactly as given: no terminating zero is added.
+  void SetRawValue(const std::string& key, const std::string& name, const WideText& units);
+  void FailOpen(const std::string& key, Status status);
+  void FailQuery(const std::string& key, const std::string& name, Status status);
+  void FailEnumeration(const std::string& key, unsigned int index, Status status);
+
+  using Symbols = std::map<std::string, void*>;
+  void AddModule(const std::string& path, const Symbols& symbols = {});
+
+  void AddFile(const std::string& path);
+  void AddDirectory(const std::string& path);
+  void FailAttributes(const std::string& path, Status status);
+
+  // The processes that the next starts give, in this order.
+  void AddProcess(const FakeProcess& process = {});
+
+  // Every call in order, with its arguments; handles show what they are of. LocalMachine() is a constant, not a call:
+  //   OpenKey(HKLM, Software\JavaSoft, 0x20019)     QueryValue(Software\JavaSoft, JavaHome, 2080)
+  //   EnumerateKey(Software\JavaSoft, 0, 256)       CloseKey(Software\JavaSoft)
+  //   LoadModule(C:\jvm.dll)  FindSymbol(C:\jvm.dll, JNI_CreateJavaVM)  UnloadModule(C:\jvm.dll)
+  //   FileAttributes(C:\jvm.dll)  LastError()       StartProcess(java -version , false, 0)
+  //   WaitFor(process 1001, 4294967295)  ExitCodeOf(process 1001)  EndProcess(process 1001, 0)
+  //   SendConsoleEvent(0, 1001)  ReleaseHandle(thread 1001)  ReleaseHandle(process 1001)
+  const std::vector<std::string>& Log() const { return m_log; }
+  void ClearLog() { m_log.clear(); }
+
+  // What is open now, in the names of the log.
+  std::vector<std::string> OpenKeys() const;
+  std::vector<std::string> LoadedModules() const;
+  std::vector<std::string> OpenHandles() const;
+
+  torvan::platform::RegistryKey LocalMachine() override;
+  Status OpenKey(torvan::platform::RegistryKey root, const RX::UniChar* subKey, unsigned int access,
+                 torvan::platform::RegistryKey* key) override;
+  Status QueryValue(torvan::platform::RegistryKey key, const RX::UniChar* name, void* buffer,
+                    unsigned int* size) override;
+  Status EnumerateKey(torvan::platform::RegistryKey key, unsigned int index, RX::UniChar* name,
+                      unsigned int* length) override;
+  Status CloseKey(torvan::platform::RegistryKey key) override;
+  torvan::platform::Module LoadModule(const RX::UniChar* path) override;
+  void* FindSymbol(torvan::platform::Module module, const char* name) override;
+  void UnloadModule(torvan::platform::Module module) override;
+  unsigned int FileAttributes(const RX::UniChar* path) override;
+  Status LastError() override;
+  bool StartProcess(RX::UniChar* commandLine, bool inheritHandles, unsigned int creationFlags,
+                    torvan::platform::StartedProcess* started) override;
+  unsigned int WaitFor(torvan::platform::ProcessHandle process, unsigned int milliseconds) override;
+  bool ExitCodeOf(torvan::platform::ProcessHandle process, unsigned int* exitCode) override;
+  bool EndProcess(torvan::platform::ProcessHandle process, unsigned int exitCode) override;
+  bool SendConsoleEvent(unsigned int event, unsigned int processGroup) override;
+  void ReleaseHandle(torvan::platform::ProcessHandle handle) override;
+
+ private:
+  struct Key;
+  struct OpenedKey;
+  struct FakeModule;
+  struct RunningProcess;
+  struct Handle;
+
+  // The key at a path below another, null when the script names none; `make` adds what is missing.
+  Key* FindKey(Key& from, const std::string& path, bool make);
+  Key& MakeKey(const std::string& path) { return *FindKey(*m_localMachine, path, true); }
+  Key* KeyOf(torvan::platform::RegistryKey key) const;
+  FakeModule* ModuleOf(torvan::platform::Module module) const;
+
+  void Note(const std::string& call) { m_log.push_back(call); }
+
+  std::unique_ptr<Key> m_localMachine;
+  std::vector<std::unique_ptr<OpenedKey>> m_openKeys;
+  std::vector<std::unique_ptr<FakeModule>> m_modules;
+  std::map<std::string, std::pair<unsigned int, Status>> m_files;  // the attributes, and the error when there are none
+  std::vector<FakeProcess> m_nextProcesses;
+  std::vector<std::unique_ptr<RunningProcess>> m_processes;
+  std::vector<std::unique_ptr<Handle>> m_handles;
+  Status m_lastError = 0;
+  std::vector<std::string> m_log;
+};
+
+}  // namespace fakes
