@@ -1,0 +1,36 @@
+// What the VM reports about itself.
+#pragma once
+
+#include <torvan/jni/options/Option.h>
+
+namespace torvan::jni::options {
+
+// The "-verbose:" switch.
+// Flag 1 stands for class loading, flag 2 for garbage collection; both together also switch JNI reports on, which
+// cannot be had alone.
+class TORVAN_API CVerbose : public COption {
+ public:
+  // Keeps the flags as they are; bits above the two lowest mean nothing.
+  // Throws CIllegalArgumentException "Invalid verbose flags." when neither flag 1 nor flag 2 is set.
+  CVerbose(unsigned int flags);
+  CVerbose(const CVerbose& other);
+  virtual ~CVerbose();
+  CVerbose& operator=(const CVerbose& other);
+
+  unsigned int GetFlags() const noexcept { return m_flags; }
+
+  const mirel::base::CClass* GetClass() const override;
+  // Equal are verbose options with the same flags, those without meaning included.
+  bool Equals(const mirel::base::CObject* other) const override;
+  mirel::base::CObject* Clone() const override;
+  // Gives for example "-verbose:class,gc,jni".
+  mirel::base::CUnicodeString GetOptionString() const override;
+  void* GetExtraInfo() const override;
+
+  static mirel::base::CClass m_classCVerbose;
+
+ private:
+  unsigned int m_flags;
+};
+
+}  // namespace torvan::jni::options
