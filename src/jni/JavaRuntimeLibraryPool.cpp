@@ -1,0 +1,117 @@
+#include "jni/JavaRuntimeLibraryPool.h"
+
+#include <mirel/base/At.h>
+#include <mirel/base/IllegalArgumentException.h>
+#include <mirel/base/MemoryException.h>
+#include <mirel/util/HashCode.h>
+#include <torvan/JavaRuntimeException.h>
+
+#include <utility>
+
+#include "jni/WinJavaRuntimeLibraryImpl.h"
+
+namespace torvan::jni {
+
+using mirel::base::At;
+using mirel::base::CException;
+using mirel::base::CRef;
+using mirel::base::CUnicodeString;
+
+namespace {
+
+// Gives what `get` gives. Of its failures only those that a host can tell apart pass; the others are printed and become
+// one, reported for `line`.
+template <typename Get>
+CRef<CJavaRuntimeLibraryRef> TranslateFailures(At line, Get get) {
+  try {
+    return get();
+  } catch (const CJavaRuntimeException&) {
+    throw;
+  } catch (const mirel::base::CMemoryException&) {
+    throw;
+  } catch (const CException& exception) {
+    PrintToDebugOut(exception);
+    throw CJavaRuntimeException("jni/JavaRuntimeLibraryPool", line, "Failed to get the specified Java Runtime library.",
+                                nullptr);
+  }
+}
+
+}  // namespace
+
+// Needs no destruction, so that a reference can ask for the pool after everything static is gone.
+CJavaRuntimeLibraryPool* CJavaRuntimeLibraryPool::s_instance = nullptr;
+
+CJavaRuntimeLibraryPool::CJavaRuntimeLibraryPool() : m_entries(mirel::util::GetCUnicodeStringHashCode, 101, 0.75f) {}
+
+CJavaRuntimeLibraryPool* CJavaRuntimeLibraryPool::GetInstance() {
+  struct Holder {
+    // The pool counts as gone before its libraries go.
+    ~Holder() { delete std::exchange(s_instance, nullptr); }
+  };
+  static Holder holder;
+  if (s_instance == nullptr) s_instance = new CJavaRuntimeLibraryPool();
+  return s_instance;
+}
+
+CRef<CJavaRuntimeLibraryRef> CJavaRuntimeLibraryPool::Get(const RX::UniChar* path) {
+  if (path == nullptr || *path == 0) {
+    throw mirel::base::CIllegalArgumentException("jni/JavaRuntimeLibraryPool", At(55),
+                                                 "Invalid Java Runtime library path.", nullptr);
+  }
+  return TranslateFailures(At(89), [this, path] {
+    const CUnicodeString key(path);
+    return m_entries.ContainsKey(key) ? Share(key) : LoadAndEnter(new CWinJavaRuntimeLibraryImpl(path));
+  });
+}
+
+CRef<CJavaRuntimeLibraryRef> CJavaRuntimeLibraryPool::Get(CDynamicJavaRuntime::VmVendor vendor,
+                                                          CDynamicJavaRuntime::VmType type,
+                                                          const RX::UniChar* version) {
+  return TranslateFailures(At(131), [this, vendor, type, version] {
+    const CRef<CJavaRuntimeLibraryImpl> library(new CWinJavaRuntimeLibraryImpl(vendor, type, version));
+    const CUnicodeString& key = library->GetPath();
+    return m_entries.ContainsKey(key) ? Share(key) : LoadAndEnter(library);
+  });
+}
+
+CRef<CJavaRuntimeLibraryRef> CJavaRuntimeLibraryPool::Share(const CUnicodeString& path) {
+  Entry& entry = m_entries.Get(path);
+  // The reference belongs to the pool only once nothing can fail any more.
+  const CRef<CJavaRuntimeLibraryRef> reference(new CJavaRuntimeLibraryRef(nullptr, entry.library));
+  ++entry.useCount;
+  reference->m_pool = this;
+  return reference;
+}
+
+CRef<CJavaRuntimeLibraryRef> CJavaRuntimeLibraryPool::LoadAndEnter(const CRef<CJavaRuntimeLibraryImpl>& library) {
+  (*library).Load();
+  const CRef<CJavaRuntimeLibraryRef> reference(new CJavaRuntimeLibraryRef(nullptr, library));
+  m_entries.Put(library->GetPath(), Entry{library, 1});
+  reference->m_pool = this;
+  return reference;
+}
+
+void CJavaRuntimeLibraryPool::Release(CJavaRuntimeLibraryRef& reference) {
+  try {
+    GiveBack(reference);
+  } catch (const CException& exception) {
+    PrintToDebugOut(exception);
+  }
+}
+
+void CJavaRuntimeLibraryPool::GiveBack(CJavaRuntimeLibraryRef& reference) {
+  // No copy of the key: giving back must not need memory.
+  const CUnicodeString& key = reference.m_library->GetPath();
+  Entry& entry = m_entries.Get(key);
+  if (entry.useCount != 0) --entry.useCount;
+  if (entry.useCount != 0) return;
+  entry.library = nullptr;
+  try {
+    reference.m_library->Unload();
+  } catch (const CJavaRuntimeException&) {
+    // The use ends all the same.
+  }
+  m_entries.Remove(key);
+}
+
+}  // namespace torvan::jni

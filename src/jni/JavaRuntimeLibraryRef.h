@@ -1,0 +1,34 @@
+// One use of a pooled runtime library.
+#pragma once
+
+#include <mirel/base/Ref.h>
+
+#include "jni/JavaRuntimeLibraryImpl.h"
+
+namespace torvan::jni {
+
+class CJavaRuntimeLibraryPool;
+
+// Keeps a library loaded for as long as it lives; the last one to go unloads it.
+// The library's operations throw CNullReferenceException (no message) when there is no library.
+class CJavaRuntimeLibraryRef : public mirel::base::CBase {
+ public:
+  // Stands for a use already counted by the pool; without a pool there is none to give back.
+  CJavaRuntimeLibraryRef(CJavaRuntimeLibraryPool* pool, const mirel::base::CRef<CJavaRuntimeLibraryImpl>& library);
+  ~CJavaRuntimeLibraryRef() noexcept(false);
+  CJavaRuntimeLibraryRef(const CJavaRuntimeLibraryRef&) = delete;
+  CJavaRuntimeLibraryRef& operator=(const CJavaRuntimeLibraryRef&) = delete;
+
+  jint CreateJavaVm(JavaVM** vm, void** env, void* initArgs) { return m_library->CreateJavaVm(vm, env, initArgs); }
+  jint GetCreatedJavaVms(JavaVM** buffer, jsize bufferLength, jsize* count) {
+    return m_library->GetCreatedJavaVms(buffer, bufferLength, count);
+  }
+
+ private:
+  friend class CJavaRuntimeLibraryPool;
+
+  CJavaRuntimeLibraryPool* m_pool;  // not owned; may be gone
+  mirel::base::CRef<CJavaRuntimeLibraryImpl> m_library;
+};
+
+}  // namespace torvan::jni
