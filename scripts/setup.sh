@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Installs what building and testing needs and is not there yet: setup.sh [linux|linux-asan|windows-mingw]...
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+targets=("$@")
+[ ${#targets[@]} -gt 0 ] || targets=(linux windows-mingw)
+
+missing=()
+need() { # need PACKAGE COMMAND...: the package is needed unless the command succeeds
+  local package=$1
+  shift
+  "$@" >/dev/null 2>&1 || missing+=("$package")
+}
+
+jdk_found() {
+  [ -n "${JAVA_HOME:-}" ] && [ -f "$JAVA_HOME/include/jni.h" ] && return
+  local javac
+  javac=$(command -v javac) && [ -f "$(dirname "$(dirname "$(readlink -f "$javac")")")/include/jni.h" ]
+}
+
+need g++ command -v g++
+need cmake command -v cmake
+need ninja-build command -v ninja
+need openjdk-17-jdk-headless jdk_found
+need googletest test -f /usr/src/googletest/CMakeLists.txt
+for target in "${targets[@]}"; do
+  case $target in
+    linux | linux-asan) ;;
+    windows-mingw)
+      need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix
+      need wine64 test -x /usr/lib/wine/wine64
+      ;;
+    *)
+      echo "setup.sh: unknown target '$target'; known are linux, linux-asan and windows-mingw" >&2
+      exit 2
+      ;;
+  esac
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  echo "setup: everything needed for ${targets[*]} is installed"
+  exit 0
+fi
+
+echo "setup: installing ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "setup.sh: run as root, or install: ${missing[*]}" >&2; exit 1; }
+  as_root=(sudo)
+fi
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+export DEBIAN_FRONTEND=noninteractive
+if ! { "${as_root[@]}" apt-get update && "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+  tail -n 20 "$log" >&2
+  echo "setup.sh: apt-get could not install ${missing[*]}" >&2
+  exit 1
+fi

@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Builds the library and runs all its tests: test.sh [linux|linux-asan|windows-mingw]...; without a target linux and
+# windows-mingw.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+targets=("$@")
+[ ${#targets[@]} -gt 0 ] || targets=(linux windows-mingw)
+
+fail() {
+  echo "test.sh: $*" >&2
+  exit 1
+}
+
+scripts/setup.sh "${targets[@]}" || fail "what the build needs could not be installed"
+if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && command -v ccache >/dev/null; then
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+
+log=$(mktemp)
+cleanup() {
+  rm -f "$log"
+  for target in "${targets[@]}"; do
+    [ "$target" != windows-mingw ] || cmake/wine-run --stop "build/$target/wine"
+  done
+}
+trap cleanup EXIT
+
+for target in "${targets[@]}"; do
+  echo "test: $target: configuring"
+  cmake --preset "$target" >"$log" 2>&1 || { cat "$log"; fail "$target cannot be configured"; }
+  echo "test: $target: building"
+  cmake --build --preset "$target" >"$log" 2>&1 || { cat "$log"; fail "$target does not build"; }
+done
+for target in "${targets[@]}"; do
+  echo "test: $target: running the tests"
+  ctest --preset "$target" || fail "$target has failing tests"
+done
