@@ -31,7 +31,7 @@ class CRef : public CBase {
   // Drops what it refers to and shares what the other refers to.
   CRef& operator=(const CRef& other) {
     if (this == &other) return *this;
-    // Our reference is dropped before theirs is counted, but after both are copied: dropping ours can end `other`.
+    // The old object goes last: it may hold `other`, or use this reference while it is deleted.
     CRef old(m_block, m_object);
     m_block = other.m_block;
     m_object = other.m_object;

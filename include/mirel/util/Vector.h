@@ -11,6 +11,7 @@
 #include <cstring>
 #include <new>
 #include <type_traits>
+#include <utility>
 
 namespace mirel::util {
 
@@ -32,13 +33,7 @@ class CVector {
   CVector(const CVector& other) : CVector(other.m_size, other.m_increment) { CopyElements(other); }
 
   ~CVector() noexcept(std::is_nothrow_destructible_v<T>) {
-    struct FreeArray {
-      CVector& vector;
-      ~FreeArray() {
-        RX_free(vector.m_elements);
-        vector.m_capacity = 0;
-      }
-    } freeArray{*this};
+    const Array array{m_elements};
     DestroyElements();
   }
 
@@ -47,7 +42,6 @@ class CVector {
   CVector& operator=(const CVector& other) {
     if (this == &other) return *this;
     Reserve(other.m_size);
-    DestroyElements();
     CopyElements(other);
     return *this;
   }
@@ -71,8 +65,7 @@ class CVector {
 
   // Appends a copy of an element, which may be one of this vector.
   void Add(const T& element) {
-    // Growth frees the old array only after the element is copied: it may stand in that array.
-    OldArray old(*this, m_size + 1);
+    const Array outgrown{Grow(m_size + 1)};  // freed after the copy: `element` may stand in it
     ::new (static_cast<void*>(m_elements + m_size)) T(element);
     ++m_size;
   }
@@ -107,33 +100,14 @@ class CVector {
     const unsigned int needed = RoundUp(m_size);
     const unsigned int capacity = needed > m_increment ? needed : m_increment;
     if (capacity >= m_capacity) return;
-    T* elements = Allocate(capacity, base::At(967));
-    MoveElements(elements);
-    RX_free(m_elements);
-    m_elements = elements;
-    m_capacity = capacity;
+    RX_free(MoveElements(Allocate(capacity, base::At(967)), capacity));
   }
 
  private:
-  // Grows the vector and keeps the array it grew out of until the growth is complete.
-  class OldArray {
-   public:
-    OldArray(CVector& vector, unsigned int needed) : m_array(nullptr) {
-      const unsigned int capacity = vector.RoundUp(needed);
-      if (capacity < needed) base::CBase::_ThrowMemoryException("mirel/util/Vector", base::At(843));
-      if (vector.m_capacity >= capacity) return;
-      T* elements = Allocate(capacity, base::At(843));
-      vector.MoveElements(elements);
-      m_array = vector.m_elements;
-      vector.m_elements = elements;
-      vector.m_capacity = capacity;
-    }
-    ~OldArray() { RX_free(m_array); }
-    OldArray(const OldArray&) = delete;
-    OldArray& operator=(const OldArray&) = delete;
-
-   private:
-    T* m_array;
+  // Frees an array, without its elements, at the end of a scope.
+  struct Array {
+    T* elements;
+    ~Array() { RX_free(elements); }
   };
 
   // The next multiple of the increment; 32-bit arithmetic throughout, as published.
@@ -145,29 +119,48 @@ class CVector {
     return elements;
   }
 
-  void MoveElements(T* elements) noexcept {
-    if (m_size == 0) return;
-    std::memcpy(static_cast<void*>(elements), static_cast<const void*>(m_elements), m_size * sizeof(T));
+  // Moves the elements byte by byte to another array and gives the one they came from.
+  T* MoveElements(T* elements, unsigned int capacity) noexcept {
+    T* const left = m_elements;
+    if (m_size != 0) std::memcpy(static_cast<void*>(elements), static_cast<const void*>(left), m_size * sizeof(T));
+    m_elements = elements;
+    m_capacity = capacity;
+    return left;
   }
 
-  // Makes room for `count` elements without keeping what an array too small holds: the caller replaces it.
+  // Makes room for `count` elements, one more than there are.
+  // Gives the array that was outgrown, which the caller frees, or null.
+  T* Grow(unsigned int count) {
+    const unsigned int capacity = RoundUp(count);
+    // A capacity that has wrapped around would be taken for room enough.
+    if (capacity <= m_size) base::CBase::_ThrowMemoryException("mirel/util/Vector", base::At(843));
+    if (m_capacity >= capacity) return nullptr;
+    return MoveElements(Allocate(capacity, base::At(843)), capacity);
+  }
+
+  // Destroys the elements and makes room for `count` others; when memory runs out the elements stay.
   void Reserve(unsigned int count) {
     const unsigned int capacity = RoundUp(count);
-    if (m_capacity >= capacity) return;
-    T* elements = Allocate(capacity, base::At(925));
-    struct FreeArray {
-      T* array;
-      ~FreeArray() { RX_free(array); }
-    } freeArray{m_elements};
+    if (m_capacity >= capacity) return DestroyElements();
+    Array array{Allocate(capacity, base::At(925))};
     DestroyElements();
-    m_elements = elements;
+    std::swap(m_elements, array.elements);
     m_capacity = capacity;
   }
 
+  // Destroys the elements in index order. As in an array of the language itself, one that throws does not keep those
+  // behind it from being destroyed.
   void DestroyElements() {
-    const unsigned int size = m_size;
+    struct Elements {
+      T* first;
+      T* end;
+      void Destroy() {
+        while (first != end) (first++)->~T();
+      }
+      ~Elements() noexcept(std::is_nothrow_destructible_v<T>) { Destroy(); }
+    } elements{m_elements, m_elements + m_size};
     m_size = 0;
-    for (unsigned int i = 0; i < size; ++i) m_elements[i].~T();
+    elements.Destroy();
   }
 
   void CopyElements(const CVector& other) {

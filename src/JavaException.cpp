@@ -1,0 +1,26 @@
+#include <mirel/io/PrintStream.h>
+#include <torvan/JavaException.h>
+
+namespace torvan::jni {
+
+CJavaException::CJavaException(const mirel::base::CUnicodeString& className, const mirel::base::CUnicodeString& message,
+                               const mirel::base::CUnicodeString& stackTrace)
+    : CJniException(nullptr, 0, "Exception thrown by Java.", nullptr),
+      m_className(className),
+      m_message(message),
+      m_stackTrace(stackTrace) {}
+
+CJavaException::CJavaException(const CJavaException& other) = default;
+
+CJavaException::~CJavaException() = default;
+
+CJavaException& CJavaException::operator=(const CJavaException& other) = default;
+
+const mirel::base::CClass* CJavaException::GetClass() const { return &m_classCJavaException; }
+
+// Intentional: only the banner is printed, not even the base's facts; whoever wants the facts asks for them.
+void CJavaException::Print(mirel::io::CPrintStream& stream) const {
+  stream.PrintLine("--- Java Exception occured -----------------------------------------------------");  // sic
+}
+
+}  // namespace torvan::jni
