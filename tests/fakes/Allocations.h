@@ -1,0 +1,71 @@
+// The root allocator, watched and made to fail.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <rx/Memory.h>
+
+#include <cstddef>
+#include <set>
+
+namespace fakes {
+
+// Stands in for the root allocator while it lives. One at a time.
+class Allocations {
+ public:
+  Allocations() {
+    s_failing = s_made = 0;
+    s_live.clear();
+    s_inner = RX::ReplaceAllocator({Allocate, Release});
+  }
+  ~Allocations() { RX::ReplaceAllocator(s_inner); }
+  Allocations(const Allocations&) = delete;
+  Allocations& operator=(const Allocations&) = delete;
+
+  // Lets the n-th allocation from now fail, 1 being the next; 0 lets none fail.
+  void Fail(int n) {
+    s_made = 0;
+    s_failing = n;
+  }
+  // Tells whether the allocation that was to fail was asked for.
+  bool HasFailed() const { return s_failing != 0 && s_made >= s_failing; }
+
+  // How many blocks taken since this was made are not given back.
+  std::size_t Live() const { return s_live.size(); }
+  int Made() const { return s_made; }
+
+ private:
+  static void* Allocate(std::size_t size) {
+    if (++s_made == s_failing) return nullptr;
+    void* const block = s_inner.allocate(size);
+    s_live.insert(block);
+    return block;
+  }
+  static void Release(void* block) {
+    s_live.erase(block);
+    s_inner.release(block);
+  }
+
+  static inline RX::Allocator s_inner{};
+  static inline int s_failing = 0;
+  static inline int s_made = 0;
+  static inline std::set<void*> s_live;
+};
+
+// Runs `operation` with its 1st, 2nd, 3rd ... allocation failing until one run needs no more; calls `afterFailure`
+// after each that failed, with the number of the allocation and the watch. The operation itself catches and judges what
+// it throws. Gives the number of failing runs.
+template <typename Operation, typename AfterFailure>
+int FailEachAllocation(Operation&& operation, AfterFailure&& afterFailure) {
+  Allocations allocations;
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(::testing::Message() << "allocation " << n << " fails");
+    allocations.Fail(n);
+    operation();
+    const bool failed = allocations.HasFailed();
+    allocations.Fail(0);
+    if (!failed) return n - 1;
+    afterFailure(n, allocations);
+  }
+}
+
+}  // namespace fakes
