@@ -1,0 +1,10 @@
+// Questions about wide text that a host passes.
+#pragma once
+
+#include <rx/Text.h>
+
+namespace torvan {
+
+inline bool IsEmpty(const RX::UniChar* text) noexcept { return text == nullptr || RX::ucslen(text) == 0; }
+
+}  // namespace torvan
