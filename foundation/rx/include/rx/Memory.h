@@ -21,9 +21,10 @@ struct Allocator {
   void (*release)(void* block);
 };
 
-// Replaces the allocator and gives the one in force until now.
+// Replaces the allocator and gives the one in force until now, whose members are never null.
 // Blocks outlive the change: the new `release` must accept blocks of the old `allocate`. Null members stand for the
-// C library's functions. Not guarded against other threads; throws nothing.
+// C library's functions. The functions are never asked for 0 bytes nor given null, and must not throw. Not guarded
+// against other threads; throws nothing.
 RX_API Allocator ReplaceAllocator(const Allocator& allocator) noexcept;
 
 }  // namespace RX

@@ -14,8 +14,8 @@ class CObject;
 class MIREL_API CClass {
  public:
   // Registers a class. The texts are 8-bit, "::" between namespaces, and are not copied.
-  // `reserved1` and `reserved2` are kept for the foundation library and may be null; `create` makes a default instance
-  // and may be null. Throws nothing.
+  // `reserved1`, `reserved2` and `create` (which makes a default instance) may be null and are not looked at: nothing
+  // is made by its class name. Throws nothing.
   CClass(const char* name, const char* parentName, const char* reserved1, const char* reserved2,
          unsigned int instanceSize, CObject* (*create)()) noexcept;
   ~CClass();
@@ -33,10 +33,7 @@ class MIREL_API CClass {
  private:
   const char* m_name;
   const char* m_parentName;
-  const char* m_reserved1;
-  const char* m_reserved2;
   unsigned int m_instanceSize;
-  CObject* (*m_create)();
   CClass* m_next;
 };
 

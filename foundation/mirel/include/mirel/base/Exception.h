@@ -46,6 +46,7 @@ class MIREL_API CException : public CObject {
 };
 
 // Prints a failure that must not reach the caller to CSystem::debugOut, if there is such a stream.
-MIREL_API void PrintToDebugOut(const CException& exception);
+// Throws nothing, whatever the stream does.
+MIREL_API void PrintToDebugOut(const CException& exception) noexcept;
 
 }  // namespace mirel::base

@@ -7,6 +7,8 @@
 
 namespace mirel::base {
 
+struct TextPart;
+
 // A zero-terminated UTF-16 text, owned by the object. Indices and lengths are UTF-16 units, 32-bit unsigned.
 // A text made from nothing converts to null, and one made from an empty text converts to an empty text; both have
 // length 0 and are equal. An object may be moved in memory byte by byte. Every operation that makes text throws
@@ -53,7 +55,14 @@ class MIREL_API CUnicodeString : public CBase {
   int ToUTF8(char* buffer, int size) const noexcept;
 
  private:
-  friend class CUnicodeStringBuffer;
+  friend MIREL_API CUnicodeString operator+(const CUnicodeString& left, const CUnicodeString& right);
+  friend MIREL_API CUnicodeString operator+(const CUnicodeString& left, const RX::UniChar* right);
+  friend MIREL_API CUnicodeString operator+(const RX::UniChar* left, const CUnicodeString& right);
+
+  // Joins three runs of units, each possibly empty.
+  CUnicodeString(const TextPart& first, const TextPart& second, const TextPart& third);
+
+  void Swap(CUnicodeString& other) noexcept;
 
   RX::UniChar* m_text;
   unsigned int m_length;

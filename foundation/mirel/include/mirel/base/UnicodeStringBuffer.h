@@ -30,7 +30,7 @@ class MIREL_API CUnicodeStringBuffer : public CBase {
   CUnicodeString ToString() const;
 
  private:
-  void Append(const RX::UniChar* text, std::size_t length);
+  void Append(const TextPart& part);
 
   RX::UniChar* m_text;
   unsigned int m_length;

@@ -7,7 +7,8 @@
 namespace mirel::util {
 
 // Holds objects that it owns, in the order in which they were added.
-// Copying clones every object. Throws CMemoryException when memory runs out, and then keeps what it held.
+// Copying clones every object; one without a clone throws CIllegalArgumentException "Object without a clone.". Throws
+// CMemoryException when memory runs out. Whatever is thrown, the vector keeps what it held.
 class MIREL_API CObjectVector : public base::CBase {
  public:
   // Reserves room for `initialCapacity` objects; grows in steps of `increment` (0 means 5).

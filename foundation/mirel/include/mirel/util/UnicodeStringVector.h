@@ -7,7 +7,8 @@
 namespace mirel::util {
 
 // Holds texts in the order in which they were added.
-// Throws CMemoryException when memory runs out, and then keeps what it held.
+// Throws CMemoryException when memory runs out. Adding then keeps what it held; assigning keeps it, too, when room for
+// the texts was missing, and otherwise ends with the texts copied so far.
 class MIREL_API CUnicodeStringVector : public base::CBase {
  public:
   // Reserves room for `initialCapacity` texts; grows in steps of `increment` (0 means 5).

@@ -1,0 +1,34 @@
+// Blocks of UTF-16 text under the root allocator.
+#pragma once
+
+#include <mirel/base/Base.h>
+#include <rx/Memory.h>
+#include <rx/Text.h>
+
+#include <cstring>
+
+namespace mirel::base {
+
+// Units of some text; null units count as none.
+struct TextPart {
+  const RX::UniChar* units;
+  std::size_t length;
+};
+
+inline TextPart PartOf(const RX::UniChar* text) noexcept { return {text, text == nullptr ? 0 : RX::ucslen(text)}; }
+
+inline RX::UniChar* CopyUnits(RX::UniChar* to, const TextPart& part) noexcept {
+  if (part.length != 0) std::memcpy(to, part.units, part.length * sizeof(RX::UniChar));
+  return to + part.length;
+}
+
+// Takes a block for `length` units and a terminating zero. Throws CMemoryException with the place given, also when
+// the length is beyond 32 bits.
+inline RX::UniChar* AllocateUnits(std::size_t length, const char* file, unsigned int line) {
+  constexpr std::size_t longest = 0xFFFFFFFE;
+  void* const block = length > longest ? nullptr : RX_malloc((length + 1) * sizeof(RX::UniChar));
+  if (block == nullptr) CBase::_ThrowMemoryException(file, line);
+  return static_cast<RX::UniChar*>(block);
+}
+
+}  // namespace mirel::base

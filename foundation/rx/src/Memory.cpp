@@ -1,0 +1,33 @@
+#include <rx/Memory.h>
+
+#include <cstdlib>
+
+namespace {
+
+void* AllocateFromLibrary(std::size_t size) { return std::malloc(size); }
+void ReleaseToLibrary(void* block) { std::free(block); }
+
+// Functions of this file, not the C library's own: their addresses need no code at start-up, so that every static
+// object finds this ready.
+constexpr RX::Allocator CLibrary = {AllocateFromLibrary, ReleaseToLibrary};
+
+RX::Allocator s_allocator = CLibrary;
+
+}  // namespace
+
+extern "C" void* RX_malloc(std::size_t size) noexcept { return s_allocator.allocate(size == 0 ? 1 : size); }
+
+extern "C" void RX_free(void* block) noexcept {
+  if (block != nullptr) s_allocator.release(block);
+}
+
+namespace RX {
+
+Allocator ReplaceAllocator(const Allocator& allocator) noexcept {
+  const Allocator previous = s_allocator;
+  s_allocator.allocate = allocator.allocate != nullptr ? allocator.allocate : CLibrary.allocate;
+  s_allocator.release = allocator.release != nullptr ? allocator.release : CLibrary.release;
+  return previous;
+}
+
+}  // namespace RX
