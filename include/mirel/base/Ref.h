@@ -8,6 +8,8 @@
 #include <mirel/base/RefCountedPtr.h>
 #include <rx/Memory.h>
 
+#include <new>
+
 namespace mirel::base {
 
 // Refers to a shared object, or to nothing; the last reference to go deletes the object.
