@@ -1,0 +1,147 @@
+#include "jvmlauncher/InstalledJavaVm.h"
+
+#include <mirel/base/At.h>
+#include <mirel/base/IllegalArgumentException.h>
+
+#include "jvmlauncher/Text.h"
+#include "platform/Conventions.h"
+#include "platform/System.h"
+
+namespace torvan::jvmlauncher {
+
+using mirel::base::At;
+using mirel::base::CUnicodeString;
+using namespace platform;
+
+namespace {
+
+// The view of 64-bit programs, then that of 32-bit ones.
+const RX::UniChar* const Sources[] = {
+    RX_TEXT("Software\\JavaSoft\\Java Runtime Environment"),
+    RX_TEXT("Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment"),
+};
+
+constexpr unsigned int ValueBytes = 1024;
+constexpr unsigned int NameLength = 256;
+
+// A registry key that is open as long as the object lives, if it could be opened.
+class OpenKey {
+ public:
+  OpenKey(RegistryKey root, const RX::UniChar* path)
+      : m_key(nullptr), m_isOpen(System::Current().OpenKey(root, path, KeyRead, &m_key) == StatusOk) {}
+  ~OpenKey() {
+    if (m_isOpen) System::Current().CloseKey(m_key);
+  }
+  OpenKey(const OpenKey&) = delete;
+  OpenKey& operator=(const OpenKey&) = delete;
+
+  bool IsOpen() const { return m_isOpen; }
+  RegistryKey Get() const { return m_key; }
+
+  // Gives a value's text, whatever the value's type; empty when it cannot be read.
+  CUnicodeString Read(const RX::UniChar* name) const {
+    // One unit more than the system is told of: a registry text need not end with a zero.
+    RX::UniChar text[ValueBytes / sizeof(RX::UniChar) + 1];
+    unsigned int size = ValueBytes;
+    if (System::Current().QueryValue(m_key, name, text, &size) != StatusOk) return {};
+    text[size / sizeof(RX::UniChar)] = 0;
+    return CUnicodeString(text);
+  }
+
+ private:
+  RegistryKey m_key;
+  bool m_isOpen;
+};
+
+void AppendIfUsable(RegistryKey source, const RX::UniChar* version, InstalledJavaVms& list) {
+  const OpenKey key(source, version);
+  if (!key.IsOpen()) return;
+  const CUnicodeString home = key.Read(RX_TEXT("JavaHome"));
+  const CUnicodeString library = key.Read(RX_TEXT("RuntimeLib"));
+  if (IsEmpty(home) || IsEmpty(library)) return;
+  const CUnicodeString program = PathOfProgram(home, JavaProgram);
+  if (FileExists(library) && FileExists(program)) list.Add({CUnicodeString(version), home});
+}
+
+// Gives the status that ended the enumeration; a source that cannot be opened has come to its end.
+Status AppendFrom(const RX::UniChar* path, InstalledJavaVms& list) {
+  System& system = System::Current();
+  const OpenKey source(system.LocalMachine(), path);
+  if (!source.IsOpen()) return StatusNoMoreItems;
+  for (unsigned int index = 0;; ++index) {
+    RX::UniChar name[NameLength];
+    unsigned int length = NameLength;
+    const Status status = system.EnumerateKey(source.Get(), index, name, &length);
+    if (status != StatusOk) return status;
+    AppendIfUsable(source.Get(), name, list);
+  }
+}
+
+int CompareRecords(const void* left, const void* right) {
+  return CompareJavaVmVersions(static_cast<const InstalledJavaVm*>(left)->version,
+                               static_cast<const InstalledJavaVm*>(right)->version);
+}
+
+int LeadingNumber(const RX::UniChar* text) noexcept {
+  int number = 0;
+  RX::suscanf(text, RX_TEXT("%d"), &number);
+  return number;
+}
+
+// Gives what stands behind the first dot, or null.
+const RX::UniChar* BehindDot(const RX::UniChar* text) noexcept {
+  while (*text != 0 && *text != RX_TEXT('.')) ++text;
+  return *text != 0 ? text + 1 : nullptr;
+}
+
+}  // namespace
+
+bool InstalledJavaVm::IsCompatibleWith(const RX::UniChar* requested) const {
+  using mirel::base::CIllegalArgumentException;
+  if (IsEmpty(requested)) {
+    throw CIllegalArgumentException("jvmlauncher/InstalledJavaVm", At(133), "Invalid vm version.", nullptr);
+  }
+  return CompareJavaVmVersions(requested, version) < 1;
+}
+
+int EnumerateInstalledJavaVms(InstalledJavaVms& list) {
+  for (const RX::UniChar* source : Sources) {
+    if (AppendFrom(source, list) == StatusNoMoreItems) continue;
+    while (list.GetSize() > 0) list.RemoveElementAt(list.GetSize() - 1);
+    break;
+  }
+  return static_cast<int>(list.GetSize());
+}
+
+int GetInstalledJavaVms(InstalledJavaVms& list) {
+  const int count = EnumerateInstalledJavaVms(list);
+  if (count != 0) list.Sort(&CompareRecords);
+  return count;
+}
+
+int CompareJavaVmVersions(const RX::UniChar* a, const RX::UniChar* b) noexcept {
+  // Intentional: "1.6" is older than "1.6.0", and the update behind an underscore is never looked at.
+  for (;;) {
+    const int numberOfA = LeadingNumber(a);
+    const int numberOfB = LeadingNumber(b);
+    if (numberOfA != numberOfB) return numberOfA < numberOfB ? -1 : 1;
+    a = BehindDot(a);
+    b = BehindDot(b);
+    if (a == nullptr || b == nullptr) return (a != nullptr) - (b != nullptr);
+  }
+}
+
+bool FileExists(const CUnicodeString& path) {
+  System& system = System::Current();
+  const unsigned int attributes = system.FileAttributes(path);
+  if (attributes != NoFileAttributes) return (attributes & DirectoryAttribute) == 0;
+  // The system refuses these only for a file that is there.
+  const Status error = system.LastError();
+  return error == StatusAccessDenied || error == StatusSharingViolation || error == StatusLockViolation;
+}
+
+CUnicodeString PathOfProgram(const CUnicodeString& home, const RX::UniChar* program) {
+  return home.EndsWith(PathSeparator) ? home + program : home + PathSeparator + program;
+}
+
+}  // namespace torvan::jvmlauncher

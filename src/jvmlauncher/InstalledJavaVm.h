@@ -1,0 +1,38 @@
+// The Java runtimes installed on this machine.
+#pragma once
+
+#include <mirel/base/UnicodeString.h>
+#include <mirel/util/Vector.h>
+
+namespace torvan::jvmlauncher {
+
+// One installed runtime: the version it is registered under and its home folder.
+struct InstalledJavaVm {
+  mirel::base::CUnicodeString version;
+  mirel::base::CUnicodeString home;
+
+  // Tells whether the version is at or above the one requested.
+  // Throws CIllegalArgumentException "Invalid vm version." for null or empty text.
+  bool IsCompatibleWith(const RX::UniChar* requested) const;
+};
+
+using InstalledJavaVms = mirel::util::CVector<InstalledJavaVm>;
+
+// Appends every registered runtime whose files are there and returns the number of records in `list`.
+// A registry that fails in the middle leaves `list` empty: half a list could hide the newest runtime.
+int EnumerateInstalledJavaVms(InstalledJavaVms& list);
+
+// Appends the same, sorts the list from the oldest version to the newest, and returns the number of records.
+int GetInstalledJavaVms(InstalledJavaVms& list);
+
+// Compares versions number by number between their dots, and gives -1, 0 or 1.
+// A number ends at its first character that is no digit, and one without digits is 0; fewer numbers are less.
+int CompareJavaVmVersions(const RX::UniChar* a, const RX::UniChar* b) noexcept;
+
+// Tells whether there is a file, and not a folder, at a path; also when it cannot be opened now.
+bool FileExists(const mirel::base::CUnicodeString& path);
+
+// Gives the path of one of a runtime's programs.
+mirel::base::CUnicodeString PathOfProgram(const mirel::base::CUnicodeString& home, const RX::UniChar* program);
+
+}  // namespace torvan::jvmlauncher

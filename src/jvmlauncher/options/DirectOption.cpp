@@ -1,0 +1,51 @@
+#include <mirel/base/At.h>
+#include <mirel/base/IllegalArgumentException.h>
+#include <torvan/jvmlauncher/ArgumentList.h>
+#include <torvan/jvmlauncher/options/DirectOption.h>
+
+#include "jvmlauncher/Text.h"
+#include "jvmlauncher/options/SameClass.h"
+
+namespace torvan::jvmlauncher::options {
+
+using mirel::base::At;
+using mirel::base::CIllegalArgumentException;
+using mirel::base::CUnicodeString;
+using mirel::base::CUnicodeStringBuffer;
+
+CDirectOption::CDirectOption() = default;
+
+CDirectOption::CDirectOption(const RX::UniChar* option) : m_option(option) {
+  if (IsEmpty(option)) {
+    throw CIllegalArgumentException("jvmlauncher/options/DirectOption", At(42), "Invalid direct java vm option.",
+                                    nullptr);
+  }
+}
+
+CDirectOption::CDirectOption(const CDirectOption& other) = default;
+CDirectOption::~CDirectOption() = default;
+CDirectOption& CDirectOption::operator=(const CDirectOption& other) = default;
+
+const CUnicodeString& CDirectOption::GetOption() const { return m_option; }
+
+const mirel::base::CClass* CDirectOption::GetClass() const { return &m_classCDirectOption; }
+
+bool CDirectOption::Equals(const mirel::base::CObject* other) const {
+  const auto* option = SameClass(*this, other);
+  return option != nullptr && m_option == option->m_option;
+}
+
+mirel::base::CObject* CDirectOption::Clone() const { return new CDirectOption(*this); }
+
+CUnicodeString CDirectOption::RenderCommandLine() const {
+  CUnicodeStringBuffer line(RenderingCapacity);
+  line += m_option;
+  return line.ToString();
+}
+
+unsigned int CDirectOption::ToArgumentList(CArgumentList& list) const {
+  list.Append(RenderCommandLine());
+  return 1;
+}
+
+}  // namespace torvan::jvmlauncher::options

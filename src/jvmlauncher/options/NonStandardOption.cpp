@@ -1,0 +1,52 @@
+#include <mirel/base/At.h>
+#include <mirel/base/IllegalArgumentException.h>
+#include <torvan/jvmlauncher/ArgumentList.h>
+#include <torvan/jvmlauncher/options/NonStandardOption.h>
+
+#include "jvmlauncher/Text.h"
+#include "jvmlauncher/options/SameClass.h"
+
+namespace torvan::jvmlauncher::options {
+
+using mirel::base::At;
+using mirel::base::CIllegalArgumentException;
+using mirel::base::CUnicodeString;
+using mirel::base::CUnicodeStringBuffer;
+
+CNonStandardOption::CNonStandardOption() = default;
+
+CNonStandardOption::CNonStandardOption(const RX::UniChar* option) : m_option(option) {
+  if (IsEmpty(option)) {
+    throw CIllegalArgumentException("jvmlauncher/options/NonStandardOption", At(42),
+                                    "Invalid non-standard java vm option.", nullptr);
+  }
+}
+
+CNonStandardOption::CNonStandardOption(const CNonStandardOption& other) = default;
+CNonStandardOption::~CNonStandardOption() = default;
+CNonStandardOption& CNonStandardOption::operator=(const CNonStandardOption& other) = default;
+
+const CUnicodeString& CNonStandardOption::GetOption() const { return m_option; }
+
+const mirel::base::CClass* CNonStandardOption::GetClass() const { return &m_classCNonStandardOption; }
+
+bool CNonStandardOption::Equals(const mirel::base::CObject* other) const {
+  const auto* option = SameClass(*this, other);
+  return option != nullptr && m_option == option->m_option;
+}
+
+mirel::base::CObject* CNonStandardOption::Clone() const { return new CNonStandardOption(*this); }
+
+CUnicodeString CNonStandardOption::RenderCommandLine() const {
+  CUnicodeStringBuffer line(RenderingCapacity);
+  line += RX_TEXT("-X");
+  line += m_option;
+  return line.ToString();
+}
+
+unsigned int CNonStandardOption::ToArgumentList(CArgumentList& list) const {
+  list.Append(RenderCommandLine());
+  return 1;
+}
+
+}  // namespace torvan::jvmlauncher::options
