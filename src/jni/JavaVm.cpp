@@ -1,0 +1,118 @@
+#include <torvan/jni/JavaVm.h>
+
+#include <mirel/base/MemoryException.h>
+#include <torvan/JavaVmException.h>
+#include <torvan/jni/JavaClass.h>
+#include <torvan/jni/JavaString.h>
+
+#include "jni/ArgumentList.h"
+#include "jni/JavaExceptionHelper.h"
+#include "jni/JavaVmImpl.h"
+#include "jni/JniText.h"
+
+namespace torvan::jni {
+
+using mirel::base::CMemoryException;
+
+CJavaVm::CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl) : m_impl(impl), m_vm(m_impl->GetVm()) {}
+CJavaVm::CJavaVm(const CJavaVm& other) = default;
+CJavaVm::~CJavaVm() noexcept(false) = default;
+
+CJavaVm& CJavaVm::operator=(const CJavaVm& other) {
+  if (this == &other) return *this;
+  // Dropping the own reference comes last: it can end `other`.
+  m_vm = other.m_vm;
+  m_impl = other.m_impl;
+  return *this;
+}
+
+bool CJavaVm::operator==(const CJavaVm& other) const noexcept { return m_vm == other.m_vm; }
+bool CJavaVm::operator!=(const CJavaVm& other) const noexcept { return m_vm != other.m_vm; }
+
+JNIEnv* CJavaVm::Attach() const {
+  void* env = nullptr;
+  if (m_vm->AttachCurrentThread(&env, nullptr) != JNI_OK) {
+    throw CJavaVmException("jni/JavaVm", __LINE__, "Failed ot attach the current thread to the underlying Java VM.",
+                           nullptr);  // sic
+  }
+  return static_cast<JNIEnv*>(env);
+}
+
+void CJavaVm::Detach() const {
+  if (m_vm->DetachCurrentThread() != JNI_OK) {
+    throw CJavaVmException("jni/JavaVm", __LINE__, "Failed to detach the curretn thread from the underlying Java VM.",
+                           nullptr);  // sic
+  }
+}
+
+namespace {
+
+jclass ClassNamed(JNIEnv* env, const char* name) {
+  jclass javaClass = env->FindClass(name);
+  if (javaClass == nullptr) {
+    throw CJavaVmException("jni/JavaVm", __LINE__, "The specified class was not found.", nullptr);
+  }
+  return javaClass;
+}
+
+template <typename Unit>
+jclass FindClassIn(const CJavaVm& vm, const Unit* name) {
+  const CJniText jniName(name);
+  return ClassNamed(vm.Attach(), jniName);
+}
+
+template <typename Unit>
+jobject AllocObjectIn(const CJavaVm& vm, const Unit* className) {
+  JNIEnv* env = vm.Attach();
+  jobject object = env->AllocObject(ClassNamed(env, CJniText(className)));
+  if (object == nullptr) throw CMemoryException("jni/JavaVm", __LINE__, nullptr, nullptr);
+  CheckJavaException(env);
+  return object;
+}
+
+template <typename Unit>
+jobject NewObjectIn(const CJavaVm& vm, const Unit* className, const Unit* signature, va_list arguments) {
+  const CJniText jniClassName(className);
+  JNIEnv* env = vm.Attach();
+  jclass javaClass = ClassNamed(env, jniClassName);
+  jmethodID constructor = env->GetMethodID(javaClass, "<init>", CJniText(signature));
+  if (constructor == nullptr) {
+    throw CJavaVmException("jni/JavaVm", __LINE__, "The specified constructor was not found.", nullptr);
+  }
+  jobject object = env->NewObjectV(javaClass, constructor, arguments);
+  if (object == nullptr) throw CMemoryException("jni/JavaVm", __LINE__, nullptr, nullptr);
+  CheckJavaException(env);
+  return object;
+}
+
+}  // namespace
+
+CJavaClass CJavaVm::FindClass(const char* name) const { return CJavaClass(*this, FindClassIn(*this, name), true); }
+
+CJavaClass CJavaVm::FindClass(const RX::UniChar* name) const {
+  return CJavaClass(*this, FindClassIn(*this, name), true);
+}
+
+CJavaObject CJavaVm::AllocObject(const char* className) const {
+  return CJavaObject(*this, AllocObjectIn(*this, className), true);
+}
+
+CJavaObject CJavaVm::AllocObject(const RX::UniChar* className) const {
+  return CJavaObject(*this, AllocObjectIn(*this, className), true);
+}
+
+CJavaObject CJavaVm::NewObject(const char* className, const char* signature, ...) const {
+  CArgumentList arguments;
+  va_start(arguments.list, signature);
+  return CJavaObject(*this, NewObjectIn(*this, className, signature, arguments.list), true);
+}
+
+CJavaObject CJavaVm::NewObject(const RX::UniChar* className, const RX::UniChar* signature, ...) const {
+  CArgumentList arguments;
+  va_start(arguments.list, signature);
+  return CJavaObject(*this, NewObjectIn(*this, className, signature, arguments.list), true);
+}
+
+CJavaString CJavaVm::NewString(const RX::UniChar* text) const { return CJavaString(*this, text); }
+
+}  // namespace torvan::jni

@@ -1,0 +1,66 @@
+// Text on its way to JNI.
+#pragma once
+
+#include <mirel/base/UnicodeString.h>
+#include <rx/Text.h>
+#include <torvan/jni/JavaVm.h>
+
+namespace torvan::jni {
+
+// A class name, member name or signature as JNI takes it, for the length of one expression.
+// Narrow text passes through; wide text is converted when the object is made, so it is made in the very call that needs
+// it. Null stays null. Operations written over it serve both kinds.
+template <typename Unit>
+class CJniText;
+
+template <>
+class CJniText<char> {
+ public:
+  explicit CJniText(const char* text) noexcept : m_text(text) {}
+  operator const char*() const noexcept { return m_text; }
+
+ private:
+  const char* m_text;
+};
+
+template <>
+class CJniText<RX::UniChar> {
+ public:
+  // Throws CMemoryException.
+  explicit CJniText(const RX::UniChar* text)
+      : m_converted(CopyAscii(text) ? mirel::base::CString() : mirel::base::CUnicodeString(text).ToUTF8()),
+        m_text(m_converted == nullptr && text != nullptr ? m_ascii : m_converted) {}
+  CJniText(const CJniText&) = delete;
+  CJniText& operator=(const CJniText&) = delete;
+
+  operator const char*() const noexcept { return m_text; }
+
+ private:
+  // Nearly all names are short and ASCII, which is the same in both encodings: those need no heap.
+  bool CopyAscii(const RX::UniChar* text) noexcept {
+    if (text == nullptr) return false;
+    for (char& place : m_ascii) {
+      if (*text > 0x7F) return false;
+      place = static_cast<char>(*text);
+      if (*text++ == 0) return true;
+    }
+    return false;
+  }
+
+  char m_ascii[128];
+  mirel::base::CString m_converted;
+  const char* m_text;
+};
+
+CJniText(const char*)->CJniText<char>;
+CJniText(const RX::UniChar*)->CJniText<RX::UniChar>;
+
+// Copies the characters of a Java string up to the first zero unit and gives them back to the VM, also when the copy
+// fails. Throws CMemoryException.
+mirel::base::CUnicodeString TakeCharacters(JNIEnv* env, jstring string, const jchar* characters);
+
+// Makes a Java string of wide text and gives its local reference.
+// Null and empty text give null without asking the VM. Throws what attaching throws, and CJavaException.
+jstring CreateJavaString(const CJavaVm& vm, const RX::UniChar* text);
+
+}  // namespace torvan::jni
