@@ -1,0 +1,36 @@
+// What all handles of a Java runtime share.
+#pragma once
+
+#include <mirel/base/Base.h>
+#include <mirel/util/Vector.h>
+#include <torvan/jni/JavaRuntime.h>
+#include <torvan/jni/JavaVm.h>
+#include <torvan/jni/options/Options.h>
+
+namespace torvan::jni {
+
+// A way to the VMs of one Java runtime at one JNI version.
+// The handle that an operation is called on comes along, so that every VM handle made can keep a copy of it.
+class CJavaRuntimeImpl : public mirel::base::CBase {
+ public:
+  virtual ~CJavaRuntimeImpl() noexcept(false);
+  CJavaRuntimeImpl(const CJavaRuntimeImpl&) = delete;
+  CJavaRuntimeImpl& operator=(const CJavaRuntimeImpl&) = delete;
+
+  virtual CJavaVm CreateJavaVm(const CJavaRuntime& runtime, const options::COptions& options,
+                               bool ignoreUnrecognized) = 0;
+  virtual unsigned int GetCreatedJavaVms(const CJavaRuntime& runtime, mirel::util::CVector<CJavaVm>& vms) = 0;
+
+  jint GetJniVersion() const noexcept { return m_jniVersion; }
+
+ protected:
+  explicit CJavaRuntimeImpl(jint jniVersion) noexcept : m_jniVersion(jniVersion) {}
+
+  // Makes a handle of a VM that exists; no JNI call is made.
+  static CJavaVm CreateJavaVm(const CJavaRuntime& runtime, JavaVM* vm);
+
+ private:
+  jint m_jniVersion;
+};
+
+}  // namespace torvan::jni
