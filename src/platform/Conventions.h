@@ -1,4 +1,5 @@
-// Where a Java installation keeps its files, and how paths are written, on this system.
+// Where a Java installation keeps its files, and how paths are written, on this system. The constants exist from load
+// to unload, so any initialiser can use them.
 #pragma once
 
 #include <rx/Text.h>

@@ -1,0 +1,177 @@
+#include "platform/posix/JavaRuntimes.h"
+
+#include <dirent.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/posix/Text.h"
+
+namespace torvan::platform {
+
+using mirel::base::CUnicodeString;
+
+namespace {
+
+struct JavaRuntime {
+  CUnicodeString version;
+  CUnicodeString home;
+  CUnicodeString library;
+  bool isKit;
+};
+
+using JavaRuntimes = mirel::util::CVector<JavaRuntime>;
+
+// Below the home folder: today's layout, and those of version 8 as a kit and as a runtime alone.
+constexpr const char* Libraries[] = {
+    "lib/server/libjvm.so",       "jre/lib/amd64/server/libjvm.so", "jre/lib/aarch64/server/libjvm.so",
+    "lib/amd64/server/libjvm.so", "lib/aarch64/server/libjvm.so",
+};
+
+// The path of a file in a folder. One that is too long is empty, and so names no file.
+class FilePath {
+ public:
+  FilePath(const char* folder, const char* name) {
+    const int length = std::snprintf(m_text, sizeof(m_text), "%s/%s", folder, name);
+    if (length < 0 || static_cast<std::size_t>(length) >= sizeof(m_text)) m_text[0] = 0;
+  }
+  operator const char*() const { return m_text; }
+
+ private:
+  char m_text[PATH_MAX];
+};
+
+// The value of a line of the form KEY="value", or null when the line has another key. Writes into the line.
+char* ValueOf(const char* key, char* line) {
+  const std::size_t length = std::strlen(key);
+  if (std::strncmp(line, key, length) != 0 || line[length] != '=') return nullptr;
+  char* value = line + length + 1;
+  value += std::strspn(value, "\"");
+  value[std::strcspn(value, "\"\r\n")] = 0;
+  return value;
+}
+
+// Null when the folder has no release file or that file tells no version.
+CUnicodeString ReadVersion(const char* home) {
+  struct Release {
+    std::FILE* file;
+    char* line;
+    ~Release() {
+      std::free(line);
+      if (file != nullptr) std::fclose(file);
+    }
+  } release{std::fopen(FilePath(home, "release"), "re"), nullptr};
+  if (release.file == nullptr) return {};
+  std::size_t room = 0;
+  while (getline(&release.line, &room, release.file) >= 0) {
+    if (const char* version = ValueOf("JAVA_VERSION", release.line)) return FromUtf8(version);
+  }
+  return {};
+}
+
+CUnicodeString FindLibrary(const char* home) {
+  for (const char* library : Libraries) {
+    const FilePath path(home, library);
+    if (access(path, F_OK) == 0) return FromUtf8(path);
+  }
+  return {};
+}
+
+bool IsNameOfKey(const CUnicodeString& text) { return text.GetLength() != 0 && text.Find(u'\\') < 0; }
+
+bool Contains(const JavaRuntimes& runtimes, const CUnicodeString& version) {
+  for (unsigned int i = 0; i < runtimes.GetSize(); ++i) {
+    if (runtimes[i].version.CompareIgnoreCase(version) == 0) return true;
+  }
+  return false;
+}
+
+void AddRuntimeAt(const char* path, JavaRuntimes& runtimes) {
+  char home[PATH_MAX];
+  if (realpath(path, home) == nullptr) return;
+  const JavaRuntime runtime{ReadVersion(home), FromUtf8(home), FindLibrary(home),
+                            access(FilePath(home, "bin/javac"), F_OK) == 0};
+  if (!IsNameOfKey(runtime.version) || runtime.home.GetLength() == 0 || runtime.library.GetLength() == 0) return;
+  if (!Contains(runtimes, runtime.version)) runtimes.Add(runtime);
+}
+
+void AddRuntimesIn(const char* folder, JavaRuntimes& runtimes) {
+  struct Names {
+    dirent** list;
+    int count;
+    ~Names() {
+      for (int i = 0; i < count; ++i) std::free(list[i]);
+      std::free(list);
+    }
+  } names{nullptr, 0};
+  const auto byName = [](const dirent** left, const dirent** right) {
+    return std::strcmp((*left)->d_name, (*right)->d_name);
+  };
+  const auto visible = [](const dirent* entry) { return entry->d_name[0] != '.' ? 1 : 0; };
+  names.count = scandir(folder, &names.list, visible, byName);
+  for (int i = 0; i < names.count; ++i) AddRuntimeAt(FilePath(folder, names.list[i]->d_name), runtimes);
+}
+
+// The first runtime when it is preferred, or else the newest; null when there is none.
+const JavaRuntime* ChooseCurrent(const JavaRuntimes& runtimes, bool firstIsPreferred, bool kitsOnly) {
+  const JavaRuntime* current = nullptr;
+  for (unsigned int i = 0; i < runtimes.GetSize(); ++i) {
+    const JavaRuntime& runtime = runtimes[i];
+    if (kitsOnly && !runtime.isKit) continue;
+    if (i == 0 && firstIsPreferred) return &runtime;
+    if (current == nullptr || CompareVersions(runtime.version, current->version) > 0) current = &runtime;
+  }
+  return current;
+}
+
+bool IsDigit(RX::UniChar unit) { return unit >= u'0' && unit <= u'9'; }
+
+// Reads the next number and moves behind it; -1 when there is none.
+long long ReadNumber(const RX::UniChar*& text) {
+  while (*text != 0 && !IsDigit(*text)) ++text;
+  if (*text == 0) return -1;
+  long long number = 0;
+  for (; IsDigit(*text); ++text) {
+    if (number < LLONG_MAX / 16) number = number * 10 + (*text - u'0');
+  }
+  return number;
+}
+
+}  // namespace
+
+int CompareVersions(const RX::UniChar* left, const RX::UniChar* right) {
+  for (;;) {
+    const long long leftNumber = ReadNumber(left);
+    const long long rightNumber = ReadNumber(right);
+    if (leftNumber != rightNumber) return leftNumber < rightNumber ? -1 : 1;
+    if (leftNumber < 0) return 0;
+  }
+}
+
+void AddJavaRuntimes(const char* javaHome, const char* folder, Registry& registry) {
+  JavaRuntimes runtimes(4, 4);
+  if (javaHome != nullptr && *javaHome != 0) AddRuntimeAt(javaHome, runtimes);
+  const bool firstIsPreferred = runtimes.GetSize() != 0;
+  AddRuntimesIn(folder, runtimes);
+
+  const CUnicodeString runtimeKey = RX_TEXT("\\Software\\JavaSoft\\Java Runtime Environment");
+  const CUnicodeString kitKey = RX_TEXT("\\Software\\JavaSoft\\Java Development Kit");
+  for (unsigned int i = 0; i < runtimes.GetSize(); ++i) {
+    const JavaRuntime& runtime = runtimes[i];
+    const CUnicodeString versionKey = runtimeKey + RX_TEXT("\\") + runtime.version;
+    registry.AddValue(versionKey, RX_TEXT("JavaHome"), runtime.home);
+    registry.AddValue(versionKey, RX_TEXT("RuntimeLib"), runtime.library);
+    if (runtime.isKit) registry.AddValue(kitKey + RX_TEXT("\\") + runtime.version, RX_TEXT("JavaHome"), runtime.home);
+  }
+  if (const JavaRuntime* current = ChooseCurrent(runtimes, firstIsPreferred, false)) {
+    registry.AddValue(runtimeKey, RX_TEXT("CurrentVersion"), current->version);
+  }
+  if (const JavaRuntime* current = ChooseCurrent(runtimes, firstIsPreferred, true)) {
+    registry.AddValue(kitKey, RX_TEXT("CurrentVersion"), current->version);
+  }
+}
+
+}  // namespace torvan::platform

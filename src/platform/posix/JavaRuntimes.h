@@ -1,0 +1,24 @@
+// The Java runtimes on this machine, as Java's installers register them on Windows.
+#pragma once
+
+#include "platform/posix/Registry.h"
+
+namespace torvan::platform {
+
+// Adds what a Windows installation would register for each Java runtime found:
+//   \Software\JavaSoft\Java Runtime Environment            CurrentVersion
+//   \Software\JavaSoft\Java Runtime Environment\<version>  JavaHome, RuntimeLib
+//   \Software\JavaSoft\Java Development Kit                CurrentVersion        for runtimes that have a compiler
+//   \Software\JavaSoft\Java Development Kit\<version>      JavaHome
+//
+// Looked at are `javaHome` (null or empty for none) and then the folders in `folder`, in the order of their names. A
+// runtime is a folder with a VM library and a `release` file that tells its version. Of runtimes of the same version
+// the first is listed, so several links to one folder count once. The current version is that of `javaHome`, or else
+// the newest. Throws CMemoryException.
+void AddJavaRuntimes(const char* javaHome, const char* folder, Registry& registry);
+
+// Compares the numbers in two version texts in turn; the result is below, equal to or above 0. What stands between the
+// numbers does not count, and of texts that agree the one with fewer numbers is smaller.
+int CompareVersions(const RX::UniChar* left, const RX::UniChar* right);
+
+}  // namespace torvan::platform

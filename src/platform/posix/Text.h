@@ -1,0 +1,11 @@
+// Texts of the file system, which are bytes, as texts of the library.
+#pragma once
+
+#include <mirel/base/UnicodeString.h>
+
+namespace torvan::platform {
+
+// Gives UTF-8 as UTF-16; null for null and for bytes that are not UTF-8. Throws CMemoryException.
+mirel::base::CUnicodeString FromUtf8(const char* text);
+
+}  // namespace torvan::platform
