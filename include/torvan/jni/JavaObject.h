@@ -12,6 +12,8 @@ namespace torvan::jni {
 
 class CJavaClass;
 class CJniGlobalRef;
+template <typename Host>
+class CJniResult;
 
 // A Java object, or null.
 //
@@ -158,6 +160,8 @@ class TORVAN_API CJavaObject : public mirel::base::CBase {
   friend class CJavaClass;
   friend class CJavaString;
   friend class CJavaVm;
+  template <typename Host>
+  friend class CJniResult;
 
   mirel::base::CRef<CJniGlobalRef> m_holder;
   CJavaVm m_vm;

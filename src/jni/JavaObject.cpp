@@ -1,0 +1,218 @@
+#include <mirel/base/NullReferenceException.h>
+#include <torvan/JavaVmException.h>
+#include <torvan/jni/JavaClass.h>
+
+#include "jni/ArgumentList.h"
+#include "jni/JavaExceptionHelper.h"
+#include "jni/JavaTypes.h"
+#include "jni/JniHelper.h"
+#include "jni/JniResult.h"
+#include "jni/JniText.h"
+
+namespace torvan::jni {
+
+using mirel::base::CNullReferenceException;
+
+CJavaObject::CJavaObject(const CJavaVm& vm, jobject object, bool makeGlobal) : m_vm(vm), m_ref(nullptr) {
+  if (object == nullptr) return;
+  m_holder = new CJniGlobalRef(vm, object, makeGlobal);
+  m_ref = m_holder->GetReference();
+}
+
+CJavaObject::CJavaObject(const CJavaObject& other) = default;
+CJavaObject::~CJavaObject() noexcept(false) = default;
+CJavaObject& CJavaObject::operator=(const CJavaObject& other) = default;
+
+bool CJavaObject::operator==(const mirel::base::CNull&) const noexcept { return m_ref == nullptr; }
+bool CJavaObject::operator!=(const mirel::base::CNull&) const noexcept { return m_ref != nullptr; }
+bool CJavaObject::operator==(mirel::base::CNull*) const noexcept { return m_ref == nullptr; }
+bool CJavaObject::operator!=(mirel::base::CNull*) const noexcept { return m_ref != nullptr; }
+
+bool CJavaObject::operator==(const CJavaObject& other) const {
+  if (this == &other) return true;
+  if (m_vm != other.m_vm) return false;
+  return m_vm.Attach()->IsSameObject(m_ref, other.m_ref) == JNI_TRUE;
+}
+
+bool CJavaObject::operator!=(const CJavaObject& other) const { return !(*this == other); }
+
+namespace {
+
+template <typename Text>
+bool IsInstanceOfNamed(const CJavaVm& vm, jobject object, const Text* className) {
+  if (object == nullptr) return false;
+  JNIEnv* env = vm.Attach();
+  jclass javaClass = env->FindClass(CJniText(className));
+  if (javaClass == nullptr) {
+    throw CJavaVmException("jni/JavaObject", __LINE__, "The specified class was not found.", nullptr);
+  }
+  return env->IsInstanceOf(object, javaClass) == JNI_TRUE;
+}
+
+}  // namespace
+
+bool CJavaObject::IsInstanceOf(const char* className) const { return IsInstanceOfNamed(m_vm, m_ref, className); }
+bool CJavaObject::IsInstanceOf(const RX::UniChar* className) const { return IsInstanceOfNamed(m_vm, m_ref, className); }
+
+bool CJavaObject::IsInstanceOf(const CJavaClass& javaClass) const {
+  if (m_ref == nullptr) return false;
+  if (javaClass == mirel::base::CNull()) throw CNullReferenceException("jni/JavaObject", __LINE__, nullptr, nullptr);
+  return m_vm.Attach()->IsInstanceOf(m_ref, javaClass) == JNI_TRUE;
+}
+
+namespace {
+
+// What a caller says when there is no such method.
+template <typename Text>
+constexpr const char* methodNotFound = "The specified method was not found.";
+// Intentional: the callers with wide names speak of a field, as the accessors do.
+template <>
+constexpr const char* methodNotFound<RX::UniChar> = "The specified field was not found.";
+
+void RequireObject(jobject object) {
+  if (object == nullptr) throw CNullReferenceException("jni/JavaObject", __LINE__, nullptr, nullptr);
+}
+
+jclass ClassOf(JNIEnv* env, jobject object) {
+  jclass javaClass = env->GetObjectClass(object);
+  if (javaClass == nullptr) {
+    throw CJavaVmException("jni/JavaObject", __LINE__, "Failed to get the class of the object.", nullptr);
+  }
+  return javaClass;
+}
+
+template <typename Text>
+jfieldID FieldOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
+  jfieldID field = env->GetFieldID(javaClass, CJniText(name), CJniText(signature));
+  if (field == nullptr) {
+    throw CJavaVmException("jni/JavaObject", __LINE__, "The specified field was not found.", nullptr);
+  }
+  return field;
+}
+
+template <typename Text>
+jmethodID MethodOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
+  jmethodID method = env->GetMethodID(javaClass, CJniText(name), CJniText(signature));
+  if (method == nullptr) throw CJavaVmException("jni/JavaObject", __LINE__, methodNotFound<Text>, nullptr);
+  return method;
+}
+
+template <typename Type, typename Text>
+typename Type::Host GetField(const CJavaVm& vm, jobject object, const Text* name, const Text* signature) {
+  RequireObject(object);
+  JNIEnv* env = vm.Attach();
+  jclass javaClass = ClassOf(env, object);
+  jfieldID field = FieldOf(env, javaClass, name, signature);
+  CJniResult<typename Type::Host> result(env, Type::get, object, field);
+  CheckJavaException(env);
+  return result.ToHost(vm);
+}
+
+template <typename Type, typename Text>
+void SetField(const CJavaVm& vm, jobject object, const Text* name, const Text* signature,
+              typename Type::Argument value) {
+  RequireObject(object);
+  JNIEnv* env = vm.Attach();
+  jclass javaClass = ClassOf(env, object);
+  jfieldID field = FieldOf(env, javaClass, name, signature);
+  (env->*Type::set)(object, field, value);
+  CheckJavaException(env);
+}
+
+template <typename Type, typename Text>
+typename Type::Host CallMethod(const CJavaVm& vm, jobject object, const Text* name, const Text* signature,
+                               va_list arguments) {
+  RequireObject(object);
+  JNIEnv* env = vm.Attach();
+  jclass javaClass = ClassOf(env, object);
+  jmethodID method = MethodOf(env, javaClass, name, signature);
+  CJniResult<typename Type::Host> result(env, Type::call, object, method, arguments);
+  CheckJavaException(env);
+  return result.ToHost(vm);
+}
+
+// The class named to JNI is the object's own, so that an override is called and not what it overrides.
+template <typename Type, typename Text>
+typename Type::Host CallNonvirtualMethod(const CJavaVm& vm, jobject object, const Text* name, const Text* signature,
+                                         va_list arguments) {
+  RequireObject(object);
+  JNIEnv* env = vm.Attach();
+  jclass javaClass = ClassOf(env, object);
+  jmethodID method = MethodOf(env, javaClass, name, signature);
+  CJniResult<typename Type::Host> result(env, Type::callNonvirtual, object, javaClass, method, arguments);
+  CheckJavaException(env);
+  return result.ToHost(vm);
+}
+
+}  // namespace
+
+// The members: each forwards to its family, the macro starting the variable arguments where there are some.
+// clang-format off
+#define TORVAN_GETTER(Type, Text)                                                                  \
+  types::Type::Host CJavaObject::Get##Type##Field(const Text* name, const Text* signature) const { \
+    return GetField<types::Type>(m_vm, m_ref, name, signature);                                    \
+  }
+TORVAN_GETTER(Object,   char)  TORVAN_GETTER(Object,   RX::UniChar)
+TORVAN_GETTER(Boolean,  char)  TORVAN_GETTER(Boolean,  RX::UniChar)
+TORVAN_GETTER(Byte,     char)  TORVAN_GETTER(Byte,     RX::UniChar)
+TORVAN_GETTER(Char,     char)  TORVAN_GETTER(Char,     RX::UniChar)
+TORVAN_GETTER(Short,    char)  TORVAN_GETTER(Short,    RX::UniChar)
+TORVAN_GETTER(Int,      char)  TORVAN_GETTER(Int,      RX::UniChar)
+TORVAN_GETTER(Long,     char)  TORVAN_GETTER(Long,     RX::UniChar)
+TORVAN_GETTER(Float,    char)  TORVAN_GETTER(Float,    RX::UniChar)
+TORVAN_GETTER(Double,   char)  TORVAN_GETTER(Double,   RX::UniChar)
+#undef TORVAN_GETTER
+
+#define TORVAN_SETTER(Type, Text)                                                                                  \
+  void CJavaObject::Set##Type##Field(const Text* name, const Text* signature, types::Type::Argument value) const { \
+    SetField<types::Type>(m_vm, m_ref, name, signature, value);                                                    \
+  }
+TORVAN_SETTER(Object,   char)  TORVAN_SETTER(Object,   RX::UniChar)
+TORVAN_SETTER(Boolean,  char)  TORVAN_SETTER(Boolean,  RX::UniChar)
+TORVAN_SETTER(Byte,     char)  TORVAN_SETTER(Byte,     RX::UniChar)
+TORVAN_SETTER(Char,     char)  TORVAN_SETTER(Char,     RX::UniChar)
+TORVAN_SETTER(Short,    char)  TORVAN_SETTER(Short,    RX::UniChar)
+TORVAN_SETTER(Int,      char)  TORVAN_SETTER(Int,      RX::UniChar)
+TORVAN_SETTER(Long,     char)  TORVAN_SETTER(Long,     RX::UniChar)
+TORVAN_SETTER(Float,    char)  TORVAN_SETTER(Float,    RX::UniChar)
+TORVAN_SETTER(Double,   char)  TORVAN_SETTER(Double,   RX::UniChar)
+#undef TORVAN_SETTER
+
+#define TORVAN_CALLER(Type, Text)                                                                         \
+  types::Type::Host CJavaObject::Call##Type##Method(const Text* name, const Text* signature, ...) const { \
+    CArgumentList arguments;                                                                              \
+    va_start(arguments.list, signature);                                                                  \
+    return CallMethod<types::Type>(m_vm, m_ref, name, signature, arguments.list);                         \
+  }
+TORVAN_CALLER(Object,   char)  TORVAN_CALLER(Object,   RX::UniChar)
+TORVAN_CALLER(Boolean,  char)  TORVAN_CALLER(Boolean,  RX::UniChar)
+TORVAN_CALLER(Byte,     char)  TORVAN_CALLER(Byte,     RX::UniChar)
+TORVAN_CALLER(Char,     char)  TORVAN_CALLER(Char,     RX::UniChar)
+TORVAN_CALLER(Short,    char)  TORVAN_CALLER(Short,    RX::UniChar)
+TORVAN_CALLER(Int,      char)  TORVAN_CALLER(Int,      RX::UniChar)
+TORVAN_CALLER(Long,     char)  TORVAN_CALLER(Long,     RX::UniChar)
+TORVAN_CALLER(Float,    char)  TORVAN_CALLER(Float,    RX::UniChar)
+TORVAN_CALLER(Double,   char)  TORVAN_CALLER(Double,   RX::UniChar)
+TORVAN_CALLER(Void,     char)  TORVAN_CALLER(Void,     RX::UniChar)
+#undef TORVAN_CALLER
+
+#define TORVAN_CALLER(Type, Text)                                                                                   \
+  types::Type::Host CJavaObject::CallNonvirtual##Type##Method(const Text* name, const Text* signature, ...) const { \
+    CArgumentList arguments;                                                                                        \
+    va_start(arguments.list, signature);                                                                            \
+    return CallNonvirtualMethod<types::Type>(m_vm, m_ref, name, signature, arguments.list);                         \
+  }
+TORVAN_CALLER(Object,   char)  TORVAN_CALLER(Object,   RX::UniChar)
+TORVAN_CALLER(Boolean,  char)  TORVAN_CALLER(Boolean,  RX::UniChar)
+TORVAN_CALLER(Byte,     char)  TORVAN_CALLER(Byte,     RX::UniChar)
+TORVAN_CALLER(Char,     char)  TORVAN_CALLER(Char,     RX::UniChar)
+TORVAN_CALLER(Short,    char)  TORVAN_CALLER(Short,    RX::UniChar)
+TORVAN_CALLER(Int,      char)  TORVAN_CALLER(Int,      RX::UniChar)
+TORVAN_CALLER(Long,     char)  TORVAN_CALLER(Long,     RX::UniChar)
+TORVAN_CALLER(Float,    char)  TORVAN_CALLER(Float,    RX::UniChar)
+TORVAN_CALLER(Double,   char)  TORVAN_CALLER(Double,   RX::UniChar)
+TORVAN_CALLER(Void,     char)  TORVAN_CALLER(Void,     RX::UniChar)
+#undef TORVAN_CALLER
+// clang-format on
+
+}  // namespace torvan::jni

@@ -1,0 +1,40 @@
+#include <torvan/jni/JavaString.h>
+
+#include "jni/JniHelper.h"
+#include "jni/JniText.h"
+
+namespace torvan::jni {
+
+using mirel::base::CUnicodeString;
+
+CJavaString::CJavaString(const CJavaVm& vm, jstring string, bool makeGlobal) : CJavaObject(vm, string, makeGlobal) {}
+CJavaString::CJavaString(const CJavaVm& vm, const RX::UniChar* text)
+    : CJavaObject(vm, CreateJavaString(vm, text), true) {}
+CJavaString::CJavaString(const CJavaString& other) = default;
+CJavaString::CJavaString(const CJavaObject& object) : CJavaObject(object) {}
+CJavaString::~CJavaString() noexcept(false) = default;
+CJavaString& CJavaString::operator=(const CJavaString& other) = default;
+
+CJavaString& CJavaString::operator=(const RX::UniChar* text) {
+  jstring string = CreateJavaString(m_vm, text);
+  if (string == nullptr) {
+    m_holder = nullptr;
+    m_ref = nullptr;
+    return *this;
+  }
+  m_holder = new CJniGlobalRef(m_vm, string, true);
+  // Intentional: the handle works with the local reference; the global one only keeps the string alive.
+  m_ref = string;
+  return *this;
+}
+
+CJavaString::operator jstring() const noexcept { return static_cast<jstring>(m_ref); }
+
+CJavaString::operator CUnicodeString() const {
+  if (m_ref == nullptr) return CUnicodeString();
+  JNIEnv* env = m_vm.Attach();
+  // Intentional: characters that could not be had are not told from others; they make a null text.
+  return TakeCharacters(env, *this, env->GetStringChars(*this, nullptr));
+}
+
+}  // namespace torvan::jni
