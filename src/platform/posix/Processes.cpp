@@ -5,13 +5,17 @@
 #include <pthread.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
 #include <ctime>
+
+// The header of glibc 2.36 declares its functions without C linkage.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 namespace torvan::platform {
 namespace {
