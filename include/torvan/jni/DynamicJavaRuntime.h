@@ -11,11 +11,11 @@ namespace torvan::jni {
 class TORVAN_API CDynamicJavaRuntime : public CJavaRuntime {
  public:
   // Whose registration is looked up.
-  enum VmVendor { Sun = 0 };
+  enum VmVendor : int { Sun = 0 };
 
   // Which VM of the runtime is taken: the registered one, or one for which the version must contain "1.3" (classic) or
   // "1.4" (client and server).
-  enum VmType { Default = 0, Classic = 1, Client = 2, Server = 3 };
+  enum VmType : int { Default = 0, Classic = 1, Client = 2, Server = 3 };
 
   // Loads the runtime library at a path.
   // Throws CIllegalArgumentException "Invalid Java Runtime library path." for null or empty, and CJavaRuntimeException
