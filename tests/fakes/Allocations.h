@@ -32,9 +32,12 @@ class Allocations {
   // How many blocks taken since this was made are not given back.
   std::size_t Live() const { return s_live.size(); }
   int Made() const { return s_made; }
+  // The bytes that were last asked for.
+  std::size_t LastSize() const { return s_size; }
 
  private:
   static void* Allocate(std::size_t size) {
+    s_size = size;
     if (++s_made == s_failing) return nullptr;
     void* const block = s_inner.allocate(size);
     s_live.insert(block);
@@ -48,6 +51,7 @@ class Allocations {
   static inline RX::Allocator s_inner{};
   static inline int s_failing = 0;
   static inline int s_made = 0;
+  static inline std::size_t s_size = 0;
   static inline std::set<void*> s_live;
 };
 
