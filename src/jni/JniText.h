@@ -28,28 +28,30 @@ class CJniText<RX::UniChar> {
  public:
   // Throws CMemoryException.
   explicit CJniText(const RX::UniChar* text)
-      : m_converted(CopyAscii(text) ? mirel::base::CString() : mirel::base::CUnicodeString(text).ToUTF8()),
-        m_text(m_converted == nullptr && text != nullptr ? m_ascii : m_converted) {}
+      : m_text(CopyAscii(text)),
+        m_converted(m_text == nullptr ? mirel::base::CUnicodeString(text).ToUTF8() : mirel::base::CString()) {
+    if (m_text == nullptr) m_text = m_converted;
+  }
   CJniText(const CJniText&) = delete;
   CJniText& operator=(const CJniText&) = delete;
 
   operator const char*() const noexcept { return m_text; }
 
  private:
-  // Nearly all names are short and ASCII, which is the same in both encodings: those need no heap.
-  bool CopyAscii(const RX::UniChar* text) noexcept {
-    if (text == nullptr) return false;
+  // Nearly all names are short and ASCII, which is the same in both encodings: those need no heap. Null for others.
+  const char* CopyAscii(const RX::UniChar* text) noexcept {
+    if (text == nullptr) return nullptr;
     for (char& place : m_ascii) {
-      if (*text > 0x7F) return false;
+      if (*text > 0x7F) return nullptr;
       place = static_cast<char>(*text);
-      if (*text++ == 0) return true;
+      if (*text++ == 0) return m_ascii;
     }
-    return false;
+    return nullptr;
   }
 
   char m_ascii[128];
-  mirel::base::CString m_converted;
   const char* m_text;
+  mirel::base::CString m_converted;
 };
 
 CJniText(const char*)->CJniText<char>;
