@@ -1,0 +1,47 @@
+// The start of a test of handles on a fake VM.
+#pragma once
+
+#include <torvan/jni/JavaClass.h>
+#include <torvan/jni/JavaObject.h>
+
+#include "fakes/JvmTest.h"
+
+namespace handles {
+
+// A handle made as the library's own operations make it, or of a global reference that it adopts.
+class Object : public torvan::jni::CJavaObject {
+ public:
+  Object(const torvan::jni::CJavaVm& vm, jobject object, bool makeGlobal = true)
+      : CJavaObject(vm, object, makeGlobal) {}
+};
+
+// How the log shows that the thread is attached, with no wishes about how.
+constexpr const char* attach = "AttachCurrentThread(null)";
+
+// No class is null by itself, but one can be given a null object's reference.
+inline void MakeNull(torvan::jni::CJavaClass& javaClass, const torvan::jni::CJavaVm& vm) {
+  static_cast<torvan::jni::CJavaObject&>(javaClass) = Object(vm, nullptr);
+}
+
+// A sound VM with one handle of it.
+class HandleTest : public fakes::JvmTest {
+ protected:
+  HandleTest() { jvm.AnswerAll(); }
+  ~HandleTest() noexcept override {}
+
+  // A handle of the next object, its calls forgotten.
+  Object NewObject() {
+    Object object(vm, jvm.NewObject());
+    jvm.TakeCalls();
+    return object;
+  }
+  torvan::jni::CJavaClass NewClass() {
+    torvan::jni::CJavaClass javaClass = vm.FindClass("C");
+    jvm.TakeCalls();
+    return javaClass;
+  }
+
+  const torvan::jni::CJavaVm vm = Vm();
+};
+
+}  // namespace handles
