@@ -34,7 +34,6 @@
 
 #include <place/Location.h>
 
-#include <torvan/Export.h>
 #include <torvan/Initialize.h>
 #include <torvan/JavaException.h>
 #include <torvan/JavaRuntimeException.h>
