@@ -1,0 +1,366 @@
+// The choice of a runtime and the command line of a launch.
+
+#include <gmock/gmock.h>
+#include <mirel/base/IllegalArgumentException.h>
+#include <mirel/base/MemoryException.h>
+#include <rx/OutOfMemoryException.h>
+#include <torvan/JavaVmLauncherException.h>
+#include <torvan/jvmlauncher/JavaVmLauncher.h>
+#include <torvan/jvmlauncher/options/ClassPathOption.h>
+#include <torvan/jvmlauncher/options/DirectOption.h>
+#include <torvan/jvmlauncher/options/JarOption.h>
+#include <torvan/jvmlauncher/options/SystemPropertyOption.h>
+
+#include "fakes/Allocations.h"
+#include "fakes/Failure.h"
+#include "fakes/Text.h"
+#include "jvmlauncher/Installation.h"
+#include "jvmlauncher/InstalledJavaVm.h"
+
+using namespace torvan::jvmlauncher;
+using namespace torvan::jvmlauncher::options;
+using namespace tests;
+using fakes::FailureOf;
+using fakes::FakeProcess;
+using fakes::FakeSystem;
+using fakes::Throws;
+using fakes::Widen;
+using mirel::base::CIllegalArgumentException;
+using mirel::base::CRef;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using torvan::platform::SystemScope;
+
+namespace {
+
+static_assert(sizeof(CJavaVmLauncher) == sizeof(void*), "a launcher is one pointer");
+static_assert(!std::is_copy_constructible_v<CJavaVmLauncher> && !std::is_copy_assignable_v<CJavaVmLauncher>,
+              "a launcher is not copied");
+
+constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
+
+class JavaVmLauncherTest : public testing::Test {
+ protected:
+  void InstallOne() { Install(m_system, Source64, "1.6.0", "/jre"); }
+
+  // The program that a launcher for this version starts.
+  std::string ChosenFor(const char* version) {
+    CJavaVmLauncher launcher(Widen(version).c_str());
+    const std::string line = LineOf(launcher, CJavaVmOptions(), RX_TEXT("Main"), CArgumentList());
+    return line.substr(0, line.rfind(" Main "));
+  }
+
+  // The command line that a launch hands to the system.
+  std::string LineOf(CJavaVmLauncher& launcher, const CJavaVmOptions& options, const RX::UniChar* mainClass,
+                     const CArgumentList& arguments) {
+    m_system.AddProcess();
+    m_system.ClearLog();
+    launcher.Launch(options, mainClass, arguments);
+    const std::string start = "StartProcess(";
+    const std::string end = ", false, 0)";
+    const std::string call = m_system.Log().at(0);
+    EXPECT_EQ(call.substr(0, start.size()), start);
+    EXPECT_EQ(call.substr(call.size() - end.size()), end);
+    return call.substr(start.size(), call.size() - start.size() - end.size());
+  }
+
+  FakeSystem m_system;
+
+ private:
+  SystemScope m_scope{m_system};
+};
+
+CJavaVmOptions OptionsWith(const CJavaVmOption& option) {
+  CJavaVmOptions options;
+  options.AddOption(option);
+  return options;
+}
+
+// --- The choice ---
+
+TEST_F(JavaVmLauncherTest, AVersionWithoutTextIsRefusedBeforeTheSystemIsAsked) {
+  InstallOne();
+  const auto expected = Throws<CIllegalArgumentException>(File, 133, "Invalid vm version.");
+  EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(nullptr); }), expected);
+  EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("")); }), expected);
+  EXPECT_THAT(m_system.Log(), IsEmpty());
+}
+
+TEST_F(JavaVmLauncherTest, WithoutAnInstalledRuntimeThereIsNoLauncher) {
+  EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("1.5")); }),
+            Throws<CJavaVmLauncherException>(File, 204, "There is no installed Java VM on the current system."));
+}
+
+TEST_F(JavaVmLauncherTest, ABrokenEnumerationCountsAsNoInstalledRuntime) {
+  InstallOne();
+  m_system.FailEnumeration(Source64, 1, 5);
+  EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("1.5")); }),
+            Throws<CJavaVmLauncherException>(File, 204, "There is no installed Java VM on the current system."));
+}
+
+TEST_F(JavaVmLauncherTest, WithoutACompatibleRuntimeThereIsNoLauncher) {
+  Install(m_system, Source64, "1.4.2", "/jre");
+  EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("1.5")); }),
+            Throws<CJavaVmLauncherException>(
+                File, 217, "There is no installed Java VM which is compatible with the specified version."));
+}
+
+TEST_F(JavaVmLauncherTest, TheNewestCompatibleRuntimeIsChosenAndNotTheClosest) {
+  Install(m_system, Source64, "1.6.0_10", "/new");
+  Install(m_system, Source64, "1.5.0", "/close");
+  EXPECT_EQ(ChosenFor("1.5"), ProgramIn("/new"));
+}
+
+TEST_F(JavaVmLauncherTest, TheNewestMayBeRegisteredInTheSecondSource) {
+  Install(m_system, Source64, "1.5.0", "/a");
+  Install(m_system, Source32, "1.7.0", "/b");
+  EXPECT_EQ(ChosenFor("1.5"), ProgramIn("/b"));
+}
+
+TEST_F(JavaVmLauncherTest, ARequestEqualToTheNewestIsServed) {
+  Install(m_system, Source64, "1.5.0", "/a");
+  Install(m_system, Source64, "1.6.0", "/b");
+  EXPECT_EQ(ChosenFor("1.6.0"), ProgramIn("/b"));
+}
+
+TEST_F(JavaVmLauncherTest, OfEqualVersionsTheLastInTheSortedListIsChosen) {
+  for (int i = 10; i < 40; ++i) {
+    Install(m_system, Source64, "1.6.0_" + std::to_string(i), "/jre" + std::to_string(i));
+  }
+  InstalledJavaVms vms(10, 5);
+  ASSERT_EQ(GetInstalledJavaVms(vms), 30);
+  EXPECT_EQ(ChosenFor("1.6"), ProgramIn(fakes::Narrow(vms[29].home)));
+}
+
+TEST_F(JavaVmLauncherTest, TheWindowedProgramIsStartedUnseen) {
+  InstallOne();
+  const CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  EXPECT_THAT(m_system.Log(),
+              testing::Contains("FileAttributes(" + OnThisSystem("/jre\\bin\\java.exe", "/jre/bin/java") + ")"));
+  EXPECT_THAT(m_system.Log(), testing::Not(testing::Contains(testing::HasSubstr("javaw"))));
+  EXPECT_EQ(ChosenFor("1.6"), OnThisSystem("/jre\\bin\\javaw.exe", "/jre/bin/java"));
+}
+
+TEST_F(JavaVmLauncherTest, AHomeThatEndsWithASeparatorGetsNoSecondOne) {
+  Install(m_system, Source64, "1.6", "/jre");
+  m_system.SetValue(KeyOf(Source64, "1.6"), "JavaHome", OnThisSystem("/jre\\", "/jre/"));
+  EXPECT_EQ(ChosenFor("1.6"), OnThisSystem("/jre\\bin\\javaw.exe", "/jre/bin/java"));
+}
+
+TEST_F(JavaVmLauncherTest, AHomeWithASpaceMakesTheProgramQuoted) {
+  Install(m_system, Source64, "1.6", "C:\\Program Files\\Java\\jre6");
+  EXPECT_EQ(ChosenFor("1.6"), OnThisSystem("\"C:\\Program Files\\Java\\jre6\\bin\\javaw.exe\"",
+                                           "\"C:\\Program Files\\Java\\jre6/bin/java\""));
+}
+
+// --- The command line ---
+
+struct LineRow {
+  const char* name;
+  std::vector<std::shared_ptr<CJavaVmOption>> options;
+  const RX::UniChar* mainClass;
+  std::vector<std::string> arguments;
+  std::string rest;  // behind the program and one space
+};
+
+class JavaVmLauncherLine : public JavaVmLauncherTest, public testing::WithParamInterface<LineRow> {};
+
+TEST_P(JavaVmLauncherLine, IsProgramOptionsMainClassArguments) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  CJavaVmOptions options;
+  for (const auto& option : GetParam().options) options.AddOption(*option);
+  CArgumentList arguments;
+  for (const auto& argument : GetParam().arguments) arguments.Append(Widen(argument).c_str());
+  EXPECT_EQ(LineOf(launcher, options, GetParam().mainClass, arguments), ProgramIn("/jre") + " " + GetParam().rest);
+}
+
+template <typename Option>
+std::shared_ptr<CJavaVmOption> Share(const Option& option) {
+  return std::shared_ptr<CJavaVmOption>(new Option(option));
+}
+
+const LineRow LineRows[] = {
+    {"MainClassAlone", {}, RX_TEXT("Main"), {}, "Main "},
+    {"MainClassAndArguments", {}, RX_TEXT("com.acme.Main"), {"a b", "c"}, "com.acme.Main \"a b\" c "},
+    {"AMainClassWithASpaceIsNotQuoted", {}, RX_TEXT("-ea Main"), {}, "-ea Main "},
+    {"JarAlone", {Share(CJarOption(RX_TEXT("a.jar")))}, nullptr, {}, "-jar a.jar "},
+    {"JarAndEmptyMainClass", {Share(CJarOption(RX_TEXT("My a.jar")))}, RX_TEXT(""), {"x"}, "-jar \"My a.jar\" x "},
+    {"JarBehindOtherOptions",
+     {Share(CDirectOption(RX_TEXT("-ea"))), Share(CJarOption(RX_TEXT("a.jar")))},
+     nullptr,
+     {},
+     "-ea -jar a.jar "},
+    {"JarAndMainClass", {Share(CJarOption(RX_TEXT("a.jar")))}, RX_TEXT("Main"), {"x"}, "-jar a.jar Main x "},
+    {"AClassPathWithoutEntriesLeavesItsSpace", {Share(CClassPathOption())}, RX_TEXT("Main"), {}, " Main "},
+    {"AnEmptyArgumentLeavesItsSpace", {}, RX_TEXT("Main"), {"", "x"}, "Main  x "},
+    {"AnOptionWithASpace",
+     {Share(CSystemPropertyOption(RX_TEXT("n"), RX_TEXT("v w")))},
+     RX_TEXT("Main"),
+     {},
+     "-Dn=\"v w\" Main "},
+};
+
+INSTANTIATE_TEST_SUITE_P(Launches, JavaVmLauncherLine, testing::ValuesIn(LineRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// --- The launch ---
+
+TEST_F(JavaVmLauncherTest, WithoutMainClassAJarOptionIsNeeded) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  m_system.ClearLog();
+  const auto expected = Throws<CJavaVmLauncherException>(
+      File, 159, "Java application cannot be launched because neither main class name nor jar option specified.");
+  const CJavaVmOptions classPathOnly = OptionsWith(CClassPathOption());
+  const CJavaVmOptions directJar = OptionsWith(CDirectOption(RX_TEXT("-jar a.jar")));
+  for (const RX::UniChar* mainClass : {static_cast<const RX::UniChar*>(nullptr), RX_TEXT("")}) {
+    EXPECT_EQ(FailureOf([&] { launcher.Launch(CJavaVmOptions(), mainClass, CArgumentList()); }), expected);
+    EXPECT_EQ(FailureOf([&] { launcher.Launch(classPathOnly, mainClass, CArgumentList()); }), expected);
+    EXPECT_EQ(FailureOf([&] { launcher.Launch(directJar, mainClass, CArgumentList()); }), expected);
+  }
+  EXPECT_THAT(m_system.Log(), IsEmpty());
+}
+
+class CSpecialJarOption : public CJarOption {
+ public:
+  using CJarOption::CJarOption;
+  const mirel::base::CClass* GetClass() const override { return &s_class; }
+  mirel::base::CObject* Clone() const override { return new CSpecialJarOption(*this); }
+
+ private:
+  static mirel::base::CClass s_class;
+};
+mirel::base::CClass CSpecialJarOption::s_class("tests::CSpecialJarOption", "torvan::jvmlauncher::options::CJarOption",
+                                               nullptr, nullptr, sizeof(CSpecialJarOption), nullptr);
+
+TEST_F(JavaVmLauncherTest, AnOptionDerivedFromTheJarOptionCountsAsOne) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  EXPECT_EQ(LineOf(launcher, OptionsWith(CSpecialJarOption(RX_TEXT("a.jar"))), nullptr, CArgumentList()),
+            ProgramIn("/jre") + " -jar a.jar ");
+}
+
+TEST_F(JavaVmLauncherTest, TheThreadHandleIsClosedAtOnceAndTheProcessHandleWithTheLastReference) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  m_system.AddProcess();
+  m_system.ClearLog();
+  CRef<CJavaVmProcess> process = launcher.Launch(CJavaVmOptions(), RX_TEXT("Main"), CArgumentList());
+  EXPECT_THAT(m_system.Log(),
+              ElementsAre("StartProcess(" + ProgramIn("/jre") + " Main , false, 0)", "ReleaseHandle(thread 1001)"));
+  EXPECT_THAT(m_system.OpenHandles(), ElementsAre("process 1001"));
+  m_system.ClearLog();
+  const CRef<CJavaVmProcess> copy = process;
+  process = nullptr;
+  EXPECT_THAT(m_system.Log(), IsEmpty());
+  { const CRef<CJavaVmProcess> last = std::exchange(const_cast<CRef<CJavaVmProcess>&>(copy), CRef<CJavaVmProcess>()); }
+  EXPECT_THAT(m_system.Log(), ElementsAre("ReleaseHandle(process 1001)"));
+  EXPECT_THAT(m_system.OpenHandles(), IsEmpty());
+}
+
+TEST_F(JavaVmLauncherTest, AThreadHandleThatIsNotThereIsNotClosed) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  FakeProcess script;
+  script.hasThreadHandle = false;
+  m_system.AddProcess(script);
+  m_system.ClearLog();
+  launcher.Launch(CJavaVmOptions(), RX_TEXT("Main"), CArgumentList());
+  EXPECT_THAT(m_system.Log(),
+              ElementsAre("StartProcess(" + ProgramIn("/jre") + " Main , false, 0)", "ReleaseHandle(process 1001)"));
+}
+
+TEST_F(JavaVmLauncherTest, AFailedLaunchClosesNothingAndLeavesTheLauncherUsable) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  m_system.ClearLog();
+  EXPECT_EQ(FailureOf([&] { launcher.Launch(CJavaVmOptions(), RX_TEXT("Main"), CArgumentList()); }),
+            Throws<CJavaVmLauncherException>(
+                File, 186, "Failed to launch the required Java Vm with the specified vm options and arguments."));
+  EXPECT_THAT(m_system.Log(), ElementsAre("StartProcess(" + ProgramIn("/jre") + " Main , false, 0)"));
+  EXPECT_EQ(LineOf(launcher, CJavaVmOptions(), RX_TEXT("Again"), CArgumentList()), ProgramIn("/jre") + " Again ");
+}
+
+TEST_F(JavaVmLauncherTest, EachLaunchStartsAProcessOfTheSameRuntimeAndAsksTheRegistryNoMore) {
+  InstallOne();
+  CRef<CJavaVmProcess> first;
+  CRef<CJavaVmProcess> second;
+  {
+    CJavaVmLauncher launcher(RX_TEXT("1.6"));
+    m_system.AddProcess();
+    m_system.AddProcess();
+    m_system.ClearLog();
+    first = launcher.Launch(CJavaVmOptions(), RX_TEXT("A"), CArgumentList());
+    second = launcher.Launch(CJavaVmOptions(), RX_TEXT("B"), CArgumentList());
+  }
+  EXPECT_THAT(m_system.Log(),
+              ElementsAre("StartProcess(" + ProgramIn("/jre") + " A , false, 0)", "ReleaseHandle(thread 1001)",
+                          "StartProcess(" + ProgramIn("/jre") + " B , false, 0)", "ReleaseHandle(thread 1002)"));
+  // The processes do not need the launcher.
+  EXPECT_THAT(m_system.OpenHandles(), ElementsAre("process 1001", "process 1002"));
+  second->Wait();
+  EXPECT_EQ(second->GetExitCode(), 0);
+}
+
+TEST_F(JavaVmLauncherTest, ManyLaunchesLeaveNoHandle) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  for (int i = 0; i < 100; ++i) LineOf(launcher, CJavaVmOptions(), RX_TEXT("Main"), CArgumentList());
+  EXPECT_THAT(m_system.OpenHandles(), IsEmpty());
+}
+
+// --- Memory ---
+
+template <typename Operation>
+void IgnoringMemoryFailures(Operation&& operation) {
+  try {
+    operation();
+  } catch (const mirel::base::CMemoryException&) {
+  } catch (const RX::OutOfMemoryException&) {
+  }
+}
+
+TEST_F(JavaVmLauncherTest, ALaunchThatRunsOutOfMemoryHasStartedNothing) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  const CJavaVmOptions options = OptionsWith(CJarOption(RX_TEXT("a jar whose path makes the line outgrow its room")));
+  CArgumentList arguments;
+  arguments.Append(RX_TEXT("an argument"));
+  m_system.AddProcess();
+  m_system.ClearLog();
+  bool started = false;
+  const int failures = fakes::FailEachAllocation(
+      [&] {
+        IgnoringMemoryFailures([&] {
+          const auto process = launcher.Launch(options, nullptr, arguments);
+          started = true;
+        });
+      },
+      [&](int, const fakes::Allocations& allocations) {
+        EXPECT_THAT(m_system.Log(), IsEmpty());
+        EXPECT_EQ(allocations.Live(), 0u);
+      });
+  EXPECT_TRUE(started);
+  EXPECT_GE(failures, 8);
+  EXPECT_THAT(m_system.OpenHandles(), IsEmpty());
+}
+
+TEST_F(JavaVmLauncherTest, AConstructionThatRunsOutOfMemoryLeavesNothingOpen) {
+  Install(m_system, Source64, "1.6.0", "/a jre");
+  bool constructed = false;
+  fakes::FailEachAllocation(
+      [&] {
+        IgnoringMemoryFailures([&] {
+          const CJavaVmLauncher launcher(RX_TEXT("1.6"));
+          constructed = true;
+        });
+      },
+      [&](int, const fakes::Allocations& allocations) {
+        EXPECT_THAT(m_system.OpenKeys(), IsEmpty());
+        EXPECT_EQ(allocations.Live(), 0u);
+      });
+  EXPECT_TRUE(constructed);
+}
+
+}  // namespace
