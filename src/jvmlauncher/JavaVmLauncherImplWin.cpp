@@ -6,8 +6,6 @@
 #include <torvan/JavaVmLauncherException.h>
 #include <torvan/jvmlauncher/options/JarOption.h>
 
-#include <memory>
-
 #include "jvmlauncher/InstalledJavaVm.h"
 #include "jvmlauncher/Text.h"
 #include "platform/Conventions.h"
@@ -113,12 +111,10 @@ CRef<CJavaVmProcess> JavaVmLauncherImpl::Launch(const CJavaVmOptions& options, c
   // A copy of its own, since the system may write into it.
   const RX::UniString commandLine(RenderCommandLine(options, mainClass, arguments));
   // Everything that needs memory comes before the start: a process that nobody can hold is not started.
-  std::unique_ptr<CJavaVmProcessImp> owner(new CJavaVmProcessImp());
-  CJavaVmProcessImp& process = *owner;
-  auto* const handle = new CJavaVmProcess(owner.get());
-  owner.release();
-  const CRef<CJavaVmProcess> reference(handle);
-  if (!process.Start(const_cast<RX::UniChar*>(static_cast<const RX::UniChar*>(commandLine)))) {
+  // Of the two objects the outer one's block is taken first, and given back when there is none for the inner one.
+  CJavaVmProcessImp* process = nullptr;
+  const CRef<CJavaVmProcess> reference(new CJavaVmProcess(process = new CJavaVmProcessImp()));
+  if (!process->Start(const_cast<RX::UniChar*>(static_cast<const RX::UniChar*>(commandLine)))) {
     throw CJavaVmLauncherException("jvmlauncher/JavaVmLauncherImplWin", At(186),
                                    "Failed to launch the required Java Vm with the specified vm options and arguments.",
                                    nullptr);
