@@ -20,9 +20,12 @@ Location& Location::operator=(const Location& other) = default;
 
 int Location::ToPath(RX::UniString& path) const {
   const RX::UniChar* const units = m_path;
-  const bool named = units != nullptr && *units != 0;
-  path = named ? m_path : RX::UniString();
-  return named ? Done : NamesNothing;
+  if (units == nullptr || *units == 0) {
+    path = RX::UniString();
+    return NamesNothing;
+  }
+  path = m_path;
+  return Done;
 }
 
 }  // namespace Place

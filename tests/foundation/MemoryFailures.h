@@ -1,0 +1,46 @@
+// Operations whose allocations fail one after the other.
+#pragma once
+
+#include <mirel/base/MemoryException.h>
+#include <rx/OutOfMemoryException.h>
+
+#include "fakes/Allocations.h"
+#include "fakes/Failure.h"
+
+namespace foundation_tests {
+
+// Runs an operation with its 1st, 2nd ... allocation failing. Each time it has to throw CMemoryException from `file`
+// and to leave no block behind; then `check` looks at what was to stay as it was. Gives the number of failing runs.
+template <typename Operation, typename Check>
+int FailEachAllocationOf(const char* file, Operation&& operation, Check&& check) {
+  fakes::Failure failure;
+  return fakes::FailEachAllocation(
+      [&] { failure = fakes::FailureOf(operation); },
+      [&](int, const fakes::Allocations& allocations) {
+        EXPECT_EQ(failure, fakes::Throws<mirel::base::CMemoryException>(file, fakes::AnyLine, nullptr));
+        EXPECT_EQ(allocations.Live(), 0u);
+        check();
+      });
+}
+
+// The same for what throws the root library's exception.
+template <typename Operation, typename Check>
+int FailEachRootAllocationOf(Operation&& operation, Check&& check) {
+  bool caught = false;
+  return fakes::FailEachAllocation(
+      [&] {
+        caught = false;
+        try {
+          operation();
+        } catch (const RX::OutOfMemoryException&) {
+          caught = true;
+        }
+      },
+      [&](int, const fakes::Allocations& allocations) {
+        EXPECT_TRUE(caught);
+        EXPECT_EQ(allocations.Live(), 0u);
+        check();
+      });
+}
+
+}  // namespace foundation_tests
