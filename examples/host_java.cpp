@@ -101,7 +101,7 @@ class LocalFrame {
   JNIEnv* m_env;
 };
 
-// A failed call leaves the Java exception pending. Clears it and gives what Java itself says of it, or nothing.
+// A failed call leaves a Java exception pending. Clears it and gives what Java says of it, or nothing.
 std::string TakeJavaFailure(const CJavaVm& vm) {
   JNIEnv* env = vm.Attach();
   jthrowable failure = env->ExceptionOccurred();
@@ -151,16 +151,17 @@ void PrintStatistics(const CJavaObject& statistics) {
               static_cast<int>(count.CallIntMethod("intValue", "()I")));
 }
 
-// A call that Java answers with an exception: it arrives here as a C++ exception, and the host goes on.
+// A call that Java answers with an exception: it arrives here as a C++ exception, and the host goes on. The reason is
+// read from a field, because reading the exception itself fails on today's VMs and leaves another one in its place.
 void ShowFailure(const CJavaVm& vm, const CJavaObject& statistics) {
   try {
     statistics.CallVoidMethod("requireWords", "(I)V", ImpossibleWordCount);
   } catch (const torvan::jni::CJniException& exception) {
     std::printf("Caught     %s: %s\n", exception.GetClass()->GetName(), exception.GetMessageText());
-    std::printf("Java says  %s\n", TakeJavaFailure(vm).c_str());
+    std::printf("Cleared    %s\n", TakeJavaFailure(vm).c_str());
   }
-  std::printf("Goes on    %s lines are still there\n",
-              Formatted(statistics, statistics.CallIntMethod("getLineCount", "()I")).c_str());
+  const CJavaString reason = statistics.GetObjectField("lastFailure", "Ljava/lang/String;");
+  std::printf("Reason     %s\n", ToUtf8(reason).c_str());
 }
 
 CJavaClass FindStatistics(const CJavaVm& vm, const Text& classPath) {
@@ -215,6 +216,7 @@ void HostJava(const std::vector<Text>& arguments) {
 int Run(const std::vector<Text>& arguments) {
   int exitCode = ExitFailed;
   torvan::Initialize();
+  mirel::base::CSystem::debugOut = nullptr;  // what fails is told below, in one line
   try {
     HostJava(arguments);
     exitCode = 0;

@@ -18,6 +18,7 @@ public final class TextStatistics {
     private int words;
     private int links;
     private long letters;
+    private String lastFailure;
 
     /** Counts by the rules of the language named by a tag such as "en-GB"; an ill-formed tag is refused. */
     public TextStatistics(String languageTag) {
@@ -91,10 +92,11 @@ public final class TextStatistics {
         return NumberFormat.getNumberInstance(locale).format(number);
     }
 
-    /** Fails when the text has fewer words. */
+    /** Fails when the text has fewer words; a native caller finds the reason in lastFailure, too. */
     public void requireWords(int minimum) {
         if (words < minimum) {
-            throw new IllegalStateException("the text has " + words + " words, fewer than " + minimum);
+            lastFailure = "the text has " + words + " words, fewer than " + minimum;
+            throw new IllegalStateException(lastFailure);
         }
     }
 }
