@@ -6,14 +6,20 @@
 
 #include <cstddef>
 #include <set>
+#include <vector>
 
 namespace fakes {
 
 // Stands in for the root allocator while it lives. One at a time.
 class Allocations {
  public:
+  struct Block {
+    void* address;
+    std::size_t size;  // as asked for
+  };
+
   Allocations() {
-    s_failing = s_made = 0;
+    Fail(0);
     s_live.clear();
     s_inner = RX::ReplaceAllocator({Allocate, Release});
   }
@@ -25,6 +31,7 @@ class Allocations {
   void Fail(int n) {
     s_made = 0;
     s_failing = n;
+    s_taken.clear();
   }
   // Tells whether the allocation that was to fail was asked for.
   bool HasFailed() const { return s_failing != 0 && s_made >= s_failing; }
@@ -34,6 +41,8 @@ class Allocations {
   int Made() const { return s_made; }
   // The bytes that were last asked for.
   std::size_t LastSize() const { return s_size; }
+  // The blocks taken since this was made or the last Fail(), in order, those given back since included.
+  const std::vector<Block>& Taken() const { return s_taken; }
 
  private:
   static void* Allocate(std::size_t size) {
@@ -41,6 +50,7 @@ class Allocations {
     if (++s_made == s_failing) return nullptr;
     void* const block = s_inner.allocate(size);
     s_live.insert(block);
+    s_taken.push_back({block, size});
     return block;
   }
   static void Release(void* block) {
@@ -53,6 +63,7 @@ class Allocations {
   static inline int s_made = 0;
   static inline std::size_t s_size = 0;
   static inline std::set<void*> s_live;
+  static inline std::vector<Block> s_taken;
 };
 
 // Runs `operation` with its 1st, 2nd, 3rd ... allocation failing until one run needs no more; calls `afterFailure`
