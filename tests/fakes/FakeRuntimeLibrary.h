@@ -1,0 +1,82 @@
+// A Java runtime library made of scripts.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <jni.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "fakes/FakeSystem.h"
+
+namespace fakes {
+
+// What a JNI_CreateJavaVM was given.
+struct InitArguments {
+  jint version = 0;
+  jboolean ignoreUnrecognized = JNI_FALSE;
+  std::vector<std::string> texts;
+  std::vector<void*> extraInfos;
+};
+
+// A module of a fake system whose two entry points are scripts. One at a time; it lives as long as anybody may call it.
+class FakeRuntimeLibrary {
+ public:
+  FakeRuntimeLibrary(FakeSystem& system, const std::string& path) {
+    s_current = this;
+    system.AddModule(path, {{"JNI_CreateJavaVM", reinterpret_cast<void*>(&Create)},
+                            {"JNI_GetCreatedJavaVMs", reinterpret_cast<void*>(&List)}});
+  }
+  ~FakeRuntimeLibrary() { s_current = nullptr; }
+  FakeRuntimeLibrary(const FakeRuntimeLibrary&) = delete;
+  FakeRuntimeLibrary& operator=(const FakeRuntimeLibrary&) = delete;
+
+  // Without a script a call fails the test.
+  std::function<jint(JavaVM**, void**)> create;
+  std::function<jint(JavaVM**, jsize, jsize*)> list;
+
+  // What create was given, call by call.
+  const std::vector<InitArguments>& Created() const { return m_created; }
+
+  // Scripts both for one VM that can be made or is there.
+  void Serve(JavaVM* vm, JNIEnv* env) {
+    create = [=](JavaVM** vmPlace, void** envPlace) {
+      *vmPlace = vm;
+      *envPlace = env;
+      return JNI_OK;
+    };
+    list = [=](JavaVM** buffer, jsize length, jsize* count) {
+      if (length > 0) buffer[0] = vm;
+      *count = 1;
+      return JNI_OK;
+    };
+  }
+
+ private:
+  static jint JNICALL Create(JavaVM** vm, void** env, void* arguments) {
+    const auto& given = *static_cast<const JavaVMInitArgs*>(arguments);
+    InitArguments copy;
+    copy.version = given.version;
+    copy.ignoreUnrecognized = given.ignoreUnrecognized;
+    for (jint i = 0; i < given.nOptions; ++i) {
+      copy.texts.emplace_back(given.options[i].optionString);
+      copy.extraInfos.push_back(given.options[i].extraInfo);
+    }
+    s_current->m_created.push_back(copy);
+    if (s_current->create) return s_current->create(vm, env);
+    ADD_FAILURE() << "unexpected call: JNI_CreateJavaVM";
+    return JNI_ERR;
+  }
+  static jint JNICALL List(JavaVM** buffer, jsize length, jsize* count) {
+    if (s_current->list) return s_current->list(buffer, length, count);
+    ADD_FAILURE() << "unexpected call: JNI_GetCreatedJavaVMs";
+    return JNI_ERR;
+  }
+
+  static inline FakeRuntimeLibrary* s_current = nullptr;
+
+  std::vector<InitArguments> m_created;
+};
+
+}  // namespace fakes

@@ -1,0 +1,155 @@
+#include <torvan/jni/DynamicJavaRuntime.h>
+
+#include <mirel/base/IllegalArgumentException.h>
+#include <mirel/base/MemoryException.h>
+#include <mirel/base/NullReferenceException.h>
+#include <torvan/JavaRuntimeException.h>
+
+#include <optional>
+
+#include "fakes/Allocations.h"
+#include "jni/JavaRuntimeImpl.h"
+#include "jni/RuntimeTest.h"
+
+namespace torvan::jni {
+
+namespace {
+
+using fakes::FailureOf;
+using fakes::Throws;
+using mirel::base::CMemoryException;
+using mirel::base::CNullReferenceException;
+using testing::ElementsAre;
+
+using DynamicJavaRuntimeTest = RuntimeTest;
+
+TEST_F(DynamicJavaRuntimeTest, GivesTheJniVersionItWasMadeWith) {
+  for (const jint version : {JNI_VERSION_1_6, 0, -1, 2147483647}) EXPECT_EQ(Runtime(version).GetJniVersion(), version);
+}
+
+TEST_F(DynamicJavaRuntimeTest, LoadsTheLibraryAtThePath) {
+  const CDynamicJavaRuntime runtime = Runtime();
+  EXPECT_THAT(system.LoadedModules(), ElementsAre("C:\\jvm.dll"));
+}
+
+TEST_F(DynamicJavaRuntimeTest, FindsTheLibraryByVendorTypeAndVersion) {
+  system.SetValue("Software\\JavaSoft\\Java Runtime Environment", "CurrentVersion", "1.4.2");
+  system.SetValue("Software\\JavaSoft\\Java Runtime Environment\\1.4.2", "RuntimeLib", "C:\\jvm.dll");
+  for (const RX::UniChar* version : {RX_TEXT("1.4.2"), RX_TEXT(""), static_cast<const RX::UniChar*>(nullptr)}) {
+    const CDynamicJavaRuntime runtime(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, version, 7);
+    EXPECT_TRUE(IsLoaded());
+    EXPECT_EQ(runtime.GetJniVersion(), 7);
+  }
+}
+
+TEST_F(DynamicJavaRuntimeTest, FailuresOfFindingAndLoadingPassUnchanged) {
+  using mirel::base::CIllegalArgumentException;
+  const auto byPath = [](const RX::UniChar* path) {
+    return FailureOf([path] { CDynamicJavaRuntime(path, JNI_VERSION_1_6); });
+  };
+  const auto invalidPath =
+      Throws<CIllegalArgumentException>("jni/JavaRuntimeLibraryPool", 55, "Invalid Java Runtime library path.");
+  EXPECT_EQ(byPath(nullptr), invalidPath);
+  EXPECT_EQ(byPath(RX_TEXT("")), invalidPath);
+  EXPECT_EQ(byPath(RX_TEXT("C:\\none.dll")),
+            Throws<CJavaRuntimeException>("jni/WinJavaRuntimeLibraryImpl", 135, "Java Runtime library not found."));
+  EXPECT_EQ(FailureOf([] {
+              const auto type = static_cast<CDynamicJavaRuntime::VmType>(4);
+              CDynamicJavaRuntime(CDynamicJavaRuntime::Sun, type, RX_TEXT("1.4"), JNI_VERSION_1_6);
+            }),
+            Throws<CJavaRuntimeException>("jni/WinJavaRuntimeLibraryImpl", 275, "Unknown Java Runtime type."));
+}
+
+TEST_F(DynamicJavaRuntimeTest, RunningOutOfMemoryForAHandleLeavesTheLibraryUnloaded) {
+  const int failures = fakes::FailEachAllocation(
+      [&] {
+        const fakes::Failure failure = FailureOf([] { Runtime(); });
+        EXPECT_TRUE(failure.type == typeid(void) || failure.type == typeid(CMemoryException)) << failure;
+      },
+      [&](int, const fakes::Allocations&) { EXPECT_FALSE(IsLoaded()); });
+  EXPECT_GE(failures, 2) << "at least the object and its count";
+}
+
+class EmptyRuntime : public CJavaRuntime {
+ public:
+  EmptyRuntime() : CJavaRuntime(mirel::base::CRef<CJavaRuntimeImpl>()) {}
+};
+
+TEST(JavaRuntimeTest, AHandleWithoutARuntimeIsRefusedEverywhere) {
+  EmptyRuntime runtime;
+  mirel::util::CVector<CJavaVm> vms(0, 0);
+  const auto refused = Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr);
+  EXPECT_EQ(FailureOf([&] { runtime.GetJniVersion(); }), refused);
+  EXPECT_EQ(FailureOf([&] { runtime.CreateJavaVm(options::COptions(), false); }), refused);
+  EXPECT_EQ(FailureOf([&] { runtime.GetCreatedJavaVms(vms); }), refused);
+}
+
+// Who keeps the library loaded: runtime handles, their copies and the handles of their VMs, each of them alone.
+class RuntimeLifetimeTest : public RuntimeTest {
+ protected:
+  RuntimeLifetimeTest() {
+    runtime.emplace(Runtime());
+    copy.emplace(*runtime);
+    vm.emplace(runtime->CreateJavaVm(options::COptions(), false));
+    EXPECT_TRUE(IsLoaded());
+  }
+
+  std::optional<CDynamicJavaRuntime> runtime;
+  std::optional<CJavaRuntime> copy;
+  std::optional<CJavaVm> vm;
+};
+
+TEST_F(RuntimeLifetimeTest, AVmAloneKeepsTheLibrary) {
+  runtime.reset();
+  EXPECT_TRUE(IsLoaded());
+  copy.reset();
+  EXPECT_TRUE(IsLoaded());
+  vm.reset();
+  EXPECT_FALSE(IsLoaded());
+}
+
+TEST_F(RuntimeLifetimeTest, ACopyAloneKeepsTheLibrary) {
+  vm.reset();
+  EXPECT_TRUE(IsLoaded());
+  runtime.reset();
+  EXPECT_TRUE(IsLoaded());
+  copy.reset();
+  EXPECT_FALSE(IsLoaded());
+}
+
+TEST_F(RuntimeLifetimeTest, TheFirstHandleAloneKeepsTheLibrary) {
+  copy.reset();
+  EXPECT_TRUE(IsLoaded());
+  vm.reset();
+  EXPECT_TRUE(IsLoaded());
+  runtime.reset();
+  EXPECT_FALSE(IsLoaded());
+}
+
+TEST_F(RuntimeLifetimeTest, AVmThatWasCollectedKeepsTheLibrary) {
+  vm.reset();
+  copy.reset();
+  {
+    mirel::util::CVector<CJavaVm> vms(0, 0);
+    EXPECT_EQ(runtime->GetCreatedJavaVms(vms), 1u);
+    runtime.reset();
+    EXPECT_TRUE(IsLoaded());
+  }
+  EXPECT_FALSE(IsLoaded());
+}
+
+TEST_F(RuntimeLifetimeTest, AssignmentSharesTheOtherRuntimeAndDropsTheOwn) {
+  system.AddModule("C:\\other.dll", {{"JNI_CreateJavaVM", &system}, {"JNI_GetCreatedJavaVMs", &system}});
+  vm.reset();
+  copy.reset();
+  CDynamicJavaRuntime other(RX_TEXT("C:\\other.dll"), 3);
+  EXPECT_EQ(&(other = *runtime), &other);
+  EXPECT_THAT(system.LoadedModules(), ElementsAre("C:\\jvm.dll"));
+  EXPECT_EQ(other.GetJniVersion(), JNI_VERSION_1_6);
+  runtime.reset();
+  EXPECT_TRUE(IsLoaded());
+}
+
+}  // namespace
+
+}  // namespace torvan::jni
