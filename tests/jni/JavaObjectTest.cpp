@@ -1,0 +1,238 @@
+// Handles of objects: who owns the reference, and what can be asked of any object.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <mirel/base/MemoryException.h>
+#include <torvan/JavaVmException.h>
+#include <torvan/jni/JavaObject.h>
+
+#include <memory>
+#include <optional>
+
+#include "fakes/Allocations.h"
+#include "fakes/Failure.h"
+#include "jni/HandleTest.h"
+
+namespace {
+
+using fakes::Allocations;
+using fakes::AnyLine;
+using fakes::FailureOf;
+using fakes::FakeJvm;
+using fakes::Throws;
+using handles::attach;
+using handles::Object;
+using mirel::base::CMemoryException;
+using mirel::base::CNull;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using torvan::jni::CJavaObject;
+using torvan::jni::CJavaVmException;
+
+std::string Reference(const CJavaObject& object) { return fakes::Describe(static_cast<jobject>(object)); }
+
+class JavaObjectTest : public handles::HandleTest {};
+
+TEST_F(JavaObjectTest, AHandleWorksWithItsOwnGlobalReference) {
+  {
+    const Object object(vm, jvm.NewObject());
+    EXPECT_EQ(Reference(object), "global:1");
+    EXPECT_THAT(jvm.TakeCalls(), ElementsAre(attach, "NewGlobalRef(local:1)"));
+  }
+  EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
+}
+
+TEST_F(JavaObjectTest, AHandleCanAdoptAGlobalReference) {
+  const jobject global = jvm.Env()->NewGlobalRef(jvm.NewObject());
+  jvm.TakeCalls();
+  {
+    const Object object(vm, global, false);
+    EXPECT_EQ(Reference(object), "global:1");
+    EXPECT_THAT(jvm.Calls(), IsEmpty());
+  }
+  EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
+}
+
+TEST_F(JavaObjectTest, ANullHandleTakesNothing) {
+  const Allocations allocations;
+  for (const bool makeGlobal : {false, true}) {
+    const Object null(vm, nullptr, makeGlobal);
+    const CJavaObject copy = null;
+    EXPECT_EQ(static_cast<jobject>(copy), nullptr);
+  }
+  EXPECT_EQ(allocations.Made(), 0);
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+}
+
+TEST_F(JavaObjectTest, CopyingMakesNoJniCallAndTheLastCopyDeletesTheReference) {
+  std::optional<CJavaObject> first(NewObject());
+  const Allocations allocations;
+  std::optional<CJavaObject> second(*first);
+
+  EXPECT_EQ(Reference(*second), "global:1");
+  first.reset();
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+  EXPECT_EQ(allocations.Made(), 0);
+
+  second.reset();
+  EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
+}
+
+TEST_F(JavaObjectTest, AssignmentDropsTheOwnReferenceAndSharesTheOther) {
+  CJavaObject object = NewObject();
+  {
+    const CJavaObject other = NewObject();
+    object = other;
+    EXPECT_THAT(jvm.TakeCalls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
+  }
+  EXPECT_EQ(Reference(object), "global:2");
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+  EXPECT_EQ(jvm.LiveGlobals(), 1u);
+}
+
+TEST_F(JavaObjectTest, AssignmentOfNullDropsTheOwnReference) {
+  CJavaObject object = NewObject();
+
+  object = Object(vm, nullptr);
+
+  EXPECT_TRUE(object == CNull());
+  EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
+}
+
+TEST_F(JavaObjectTest, AssignmentToItselfOrToACopyChangesNothing) {
+  CJavaObject object = NewObject();
+  CJavaObject copy = object;
+
+  object = *&object;
+  copy = object;
+
+  EXPECT_EQ(Reference(object), "global:1");
+  EXPECT_EQ(Reference(copy), "global:1");
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+}
+
+TEST_F(JavaObjectTest, AssignmentTakesTheVmToo) {
+  FakeJvm other;
+  other.AnswerAll();
+  {
+    CJavaObject object = NewObject();
+    const Object stranger(fakes::HandleOf(other), other.NewObject());
+    jvm.TakeCalls();
+    other.TakeCalls();
+
+    object = stranger;
+    EXPECT_THAT(jvm.TakeCalls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
+
+    other.Return<&fakes::Jni::IsInstanceOf>(JNI_TRUE);
+    EXPECT_TRUE(object.IsInstanceOf("C"));
+    EXPECT_THAT(other.Calls(), ElementsAre(attach, "FindClass(\"C\")", "IsInstanceOf(global:1, local:2)"));
+    EXPECT_THAT(jvm.Calls(), IsEmpty());
+  }
+  EXPECT_EQ(other.LiveGlobals(), 0u);
+}
+
+TEST_F(JavaObjectTest, RunningOutOfMemoryLeavesNoReferenceBehind) {
+  const jobject local = jvm.NewObject();
+  fakes::Failure failure;
+  std::vector<fakes::Failure> failures;
+
+  const int runs = fakes::FailEachAllocation([&] { failure = FailureOf([&] { Object(vm, local); }); },
+                                             [&](int, const Allocations& allocations) {
+                                               failures.push_back(failure);
+                                               EXPECT_EQ(allocations.Live(), 0u);
+                                               EXPECT_EQ(jvm.LiveGlobals(), 0u);
+                                             });
+
+  ASSERT_EQ(runs, 2);
+  EXPECT_EQ(failures[0].type, typeid(CMemoryException));
+  EXPECT_EQ(failures[1], Throws<CMemoryException>("mirel/base/Ref", 279, nullptr));
+}
+
+TEST_F(JavaObjectTest, AVmWithoutRoomForAReferenceIsOutOfMemory) {
+  const jobject local = jvm.NewObject();
+  jvm.AnswerNull("NewGlobalRef(local:1)");
+
+  EXPECT_EQ(FailureOf([&] { Object(vm, local); }), Throws<CMemoryException>("jni/JniHelper", AnyLine, nullptr));
+}
+
+TEST_F(JavaObjectTest, NullIsToldByBothFormsOfTheNullMarker) {
+  const CJavaObject object = NewObject();
+  const Object null(vm, nullptr);
+  CNull* const nullPointer = nullptr;
+
+  EXPECT_TRUE(null == CNull());
+  EXPECT_FALSE(null != CNull());
+  EXPECT_TRUE(null == nullPointer);
+  EXPECT_FALSE(null != nullPointer);
+  EXPECT_FALSE(object == CNull());
+  EXPECT_TRUE(object != CNull());
+  EXPECT_FALSE(object == nullPointer);
+  EXPECT_TRUE(object != nullPointer);
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+}
+
+TEST_F(JavaObjectTest, AHandleEqualsItselfWithoutAskingTheVm) {
+  const CJavaObject object = NewObject();
+
+  EXPECT_TRUE(object == object);
+  EXPECT_FALSE(object != object);
+
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+}
+
+TEST_F(JavaObjectTest, HandlesOfDifferentVmsAreNeverEqual) {
+  FakeJvm other;
+  const CJavaObject object = NewObject();
+  const Object stranger(fakes::HandleOf(other), nullptr);
+  const Object null(vm, nullptr);
+
+  EXPECT_FALSE(object == stranger);
+  EXPECT_TRUE(object != stranger);
+  EXPECT_FALSE(null == stranger);
+
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+  EXPECT_THAT(other.Calls(), IsEmpty());
+}
+
+struct SameObject {
+  const char* name;
+  jboolean answer;
+  bool equal;
+};
+
+class JavaObjectEqualityTest : public JavaObjectTest, public testing::WithParamInterface<SameObject> {};
+
+INSTANTIATE_TEST_SUITE_P(Answers, JavaObjectEqualityTest,
+                         testing::Values(SameObject{"True", JNI_TRUE, true}, SameObject{"False", JNI_FALSE, false},
+                                         SameObject{"NeitherIsFalse", 2, false}),
+                         [](const auto& test) { return test.param.name; });
+
+TEST_P(JavaObjectEqualityTest, IsWhatTheVmSaysOfTheTwoReferences) {
+  const CJavaObject left = NewObject();
+  const CJavaObject right = NewObject();
+  const Object null(vm, nullptr);
+  const Object otherNull(vm, nullptr);
+  jvm.Return<&fakes::Jni::IsSameObject>(GetParam().answer);
+
+  EXPECT_EQ(left == right, GetParam().equal);
+  EXPECT_EQ(left != right, !GetParam().equal);
+  EXPECT_EQ(left == null, GetParam().equal);
+  EXPECT_EQ(null == otherNull, GetParam().equal);
+
+  EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "IsSameObject(global:1, global:2)",  //
+                                       attach, "IsSameObject(global:1, global:2)",  //
+                                       attach, "IsSameObject(global:1, null)",      //
+                                       attach, "IsSameObject(null, null)"));
+}
+
+TEST_F(JavaObjectTest, EqualityNeedsAnAttachedThread) {
+  const CJavaObject left = NewObject();
+  const CJavaObject right = NewObject();
+  jvm.Return<&fakes::Invocation::AttachCurrentThread>(JNI_ERR);
+
+  EXPECT_EQ(FailureOf([&] { static_cast<void>(left == right); }),
+            Throws<CJavaVmException>("jni/JavaVm", AnyLine,
+                                     "Failed ot attach the current thread to the underlying Java VM."));
+  jvm.AnswerAttachment();
+}
+
+}  // namespace
