@@ -1,11 +1,14 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 
-#include "jvmlauncher/Text.h"
+#include "jvmlauncher/options/Text.h"
 
 namespace torvan::jvmlauncher {
 
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
+using options::AppendQuoted;
+using options::PathOf;
+using options::RenderingCapacity;
 
 CArgumentList::CArgumentList() = default;
 CArgumentList::CArgumentList(const CArgumentList& other) = default;

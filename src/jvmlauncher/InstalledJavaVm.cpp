@@ -3,7 +3,7 @@
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 
-#include "jvmlauncher/Text.h"
+#include "jvmlauncher/options/Text.h"
 #include "platform/Conventions.h"
 #include "platform/System.h"
 
@@ -11,6 +11,7 @@ namespace torvan::jvmlauncher {
 
 using mirel::base::At;
 using mirel::base::CUnicodeString;
+using options::IsEmpty;
 using namespace platform;
 
 namespace {

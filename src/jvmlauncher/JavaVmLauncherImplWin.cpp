@@ -7,7 +7,7 @@
 #include <torvan/jvmlauncher/options/JarOption.h>
 
 #include "jvmlauncher/InstalledJavaVm.h"
-#include "jvmlauncher/Text.h"
+#include "jvmlauncher/options/Text.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher {
@@ -17,6 +17,9 @@ using mirel::base::CIllegalArgumentException;
 using mirel::base::CRef;
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
+using options::AppendQuoted;
+using options::IsEmpty;
+using options::RenderingCapacity;
 using platform::System;
 
 namespace {

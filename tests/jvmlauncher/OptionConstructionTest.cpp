@@ -30,9 +30,22 @@ constexpr const char* NonStandardFile = "jvmlauncher/options/NonStandardOption";
 constexpr const char* DirectFile = "jvmlauncher/options/DirectOption";
 constexpr const char* PropertyFile = "jvmlauncher/options/SystemPropertyOption";
 
+constexpr const char* BadJar = "Invalid jar file path.";
+constexpr const char* BadNonStandard = "Invalid non-standard java vm option.";
+constexpr const char* BadDirect = "Invalid direct java vm option.";
+constexpr const char* BadName = "Invalid system property name.";
+constexpr const char* BadValue = "Invalid system property value.";
+
+using Construction = std::function<void()>;
+
+template <typename Option, typename... Arguments>
+Construction Make(Arguments... arguments) {
+  return [=] { Option option(arguments...); };
+}
+
 struct Row {
   const char* name;
-  std::function<void()> construct;
+  Construction construct;
   const char* file;
   unsigned int line;
   const char* message;
@@ -45,36 +58,42 @@ TEST_P(OptionRefusal, NamesThePlaceAndTheArgument) {
   EXPECT_EQ(FailureOf(row.construct), Throws<CIllegalArgumentException>(row.file, row.line, row.message));
 }
 
+using Property = CSystemPropertyOption;
+
 const Location Nowhere;
 const Location Somewhere(RX_TEXT("C:\\a b"));
+constexpr const RX::UniChar* Empty = RX_TEXT("");
+constexpr const RX::UniChar* Plain = RX_TEXT("n");
+constexpr const RX::UniChar* Spaced = RX_TEXT("a b");
+constexpr const RX::UniChar* SpaceFirst = RX_TEXT(" a");
 
 // clang-format off
 const Row Refusals[] = {
-    {"JarNull",                  [] { CJarOption o(NullText); },                     JarFile, 47, "Invalid jar file path."},
-    {"JarEmpty",                 [] { CJarOption o(RX_TEXT("")); },                  JarFile, 47, "Invalid jar file path."},
+    {"JarNull",                  Make<CJarOption>(NullText),           JarFile, 47, BadJar},
+    {"JarEmpty",                 Make<CJarOption>(Empty),              JarFile, 47, BadJar},
     // The status of the location is ignored: what is refused is its empty path.
-    {"JarNowhere",               [] { CJarOption o(Nowhere); },                      JarFile, 67, "Invalid jar file path."},
-    {"NonStandardNull",          [] { CNonStandardOption o(NullText); },             NonStandardFile, 42, "Invalid non-standard java vm option."},
-    {"NonStandardEmpty",         [] { CNonStandardOption o(RX_TEXT("")); },          NonStandardFile, 42, "Invalid non-standard java vm option."},
-    {"DirectNull",               [] { CDirectOption o(NullText); },                  DirectFile, 42, "Invalid direct java vm option."},
-    {"DirectEmpty",              [] { CDirectOption o(RX_TEXT("")); },               DirectFile, 42, "Invalid direct java vm option."},
+    {"JarNowhere",               Make<CJarOption>(Nowhere),            JarFile, 67, BadJar},
+    {"NonStandardNull",          Make<CNonStandardOption>(NullText),   NonStandardFile, 42, BadNonStandard},
+    {"NonStandardEmpty",         Make<CNonStandardOption>(Empty),      NonStandardFile, 42, BadNonStandard},
+    {"DirectNull",               Make<CDirectOption>(NullText),        DirectFile, 42, BadDirect},
+    {"DirectEmpty",              Make<CDirectOption>(Empty),           DirectFile, 42, BadDirect},
 
-    {"PropertyNameNull",         [] { CSystemPropertyOption o(nullptr, RX_TEXT("v")); },                PropertyFile, 81, "Invalid system property name."},
-    {"PropertyNameEmpty",        [] { CSystemPropertyOption o(RX_TEXT(""), RX_TEXT("v")); },            PropertyFile, 81, "Invalid system property name."},
-    {"PropertyNameBeforeValue",  [] { CSystemPropertyOption o(nullptr, NullText); },                    PropertyFile, 81, "Invalid system property name."},
-    {"PropertyValueNull",        [] { CSystemPropertyOption o(RX_TEXT("n"), NullText); },               PropertyFile, 83, "Invalid system property value."},
-    {"PropertyValueEmpty",       [] { CSystemPropertyOption o(RX_TEXT("n"), RX_TEXT("")); },            PropertyFile, 83, "Invalid system property value."},
-    {"PropertyValueBeforeSpace", [] { CSystemPropertyOption o(RX_TEXT("a b"), RX_TEXT("")); },          PropertyFile, 83, "Invalid system property value."},
-    {"PropertyNameWithSpace",    [] { CSystemPropertyOption o(RX_TEXT("a b"), RX_TEXT("v")); },         PropertyFile, 89, "Invalid system property name."},
-    {"PropertyNameSpaceFirst",   [] { CSystemPropertyOption o(RX_TEXT(" a"), RX_TEXT("v")); },          PropertyFile, 89, "Invalid system property name."},
+    {"PropertyNameNull",         Make<Property>(NullText, Plain),      PropertyFile, 81, BadName},
+    {"PropertyNameEmpty",        Make<Property>(Empty, Plain),         PropertyFile, 81, BadName},
+    {"PropertyNameBeforeValue",  Make<Property>(NullText, NullText),   PropertyFile, 81, BadName},
+    {"PropertyValueNull",        Make<Property>(Plain, NullText),      PropertyFile, 83, BadValue},
+    {"PropertyValueEmpty",       Make<Property>(Plain, Empty),         PropertyFile, 83, BadValue},
+    {"PropertyValueBeforeSpace", Make<Property>(Spaced, Empty),        PropertyFile, 83, BadValue},
+    {"PropertyNameWithSpace",    Make<Property>(Spaced, Plain),        PropertyFile, 89, BadName},
+    {"PropertyNameSpaceFirst",   Make<Property>(SpaceFirst, Plain),    PropertyFile, 89, BadName},
 
     // The status of the location comes before everything else.
-    {"LocationNowhere",          [] { CSystemPropertyOption o(RX_TEXT("n"), Nowhere); },                PropertyFile, 106, "Invalid system property value."},
-    {"LocationBeforeNullName",   [] { CSystemPropertyOption o(nullptr, Nowhere); },                     PropertyFile, 106, "Invalid system property value."},
-    {"LocationBeforeSpace",      [] { CSystemPropertyOption o(RX_TEXT("a b"), Nowhere); },              PropertyFile, 106, "Invalid system property value."},
-    {"LocationNameNull",         [] { CSystemPropertyOption o(nullptr, Somewhere); },                   PropertyFile, 109, "Invalid system property name."},
-    {"LocationNameEmpty",        [] { CSystemPropertyOption o(RX_TEXT(""), Somewhere); },               PropertyFile, 109, "Invalid system property name."},
-    {"LocationNameWithSpace",    [] { CSystemPropertyOption o(RX_TEXT("a b"), Somewhere); },            PropertyFile, 117, "Invalid system property name."},
+    {"LocationNowhere",          Make<Property>(Plain, Nowhere),       PropertyFile, 106, BadValue},
+    {"LocationBeforeNullName",   Make<Property>(NullText, Nowhere),    PropertyFile, 106, BadValue},
+    {"LocationBeforeSpace",      Make<Property>(Spaced, Nowhere),      PropertyFile, 106, BadValue},
+    {"LocationNameNull",         Make<Property>(NullText, Somewhere),  PropertyFile, 109, BadName},
+    {"LocationNameEmpty",        Make<Property>(Empty, Somewhere),     PropertyFile, 109, BadName},
+    {"LocationNameWithSpace",    Make<Property>(Spaced, Somewhere),    PropertyFile, 117, BadName},
 };
 // clang-format on
 

@@ -8,11 +8,16 @@
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
 #include <memory>
+#include <string>
+#include <typeinfo>
+#include <vector>
 
+#include "fakes/Text.h"
 #include "jvmlauncher/Access.h"
 
 using namespace torvan::jvmlauncher;
 using namespace torvan::jvmlauncher::options;
+using fakes::Widen;
 using mirel::base::CClass;
 using mirel::base::CObject;
 using tests::LineOf;
@@ -29,16 +34,16 @@ static_assert(sizeof(CSystemPropertyOption) == sizeof(void*) + 2 * sizeof(mirel:
 
 using Option = std::shared_ptr<CJavaVmOption>;
 
-Option ClassPath(std::initializer_list<const RX::UniChar*> entries) {
+Option ClassPath(const std::vector<std::string>& entries) {
   auto* option = new CClassPathOption();
-  for (const RX::UniChar* entry : entries) option->AddEntry(entry);
+  for (const std::string& entry : entries) option->AddEntry(Widen(entry).c_str());
   return Option(option);
 }
-Option Jar(const RX::UniChar* path) { return Option(new CJarOption(path)); }
-Option NonStandard(const RX::UniChar* text) { return Option(new CNonStandardOption(text)); }
-Option Direct(const RX::UniChar* text) { return Option(new CDirectOption(text)); }
-Option Property(const RX::UniChar* name, const RX::UniChar* value) {
-  return Option(new CSystemPropertyOption(name, value));
+Option Jar(const char* path) { return Option(new CJarOption(Widen(path).c_str())); }
+Option NonStandard(const char* text) { return Option(new CNonStandardOption(Widen(text).c_str())); }
+Option Direct(const char* text) { return Option(new CDirectOption(Widen(text).c_str())); }
+Option Property(const char* name, const char* value) {
+  return Option(new CSystemPropertyOption(Widen(name).c_str(), Widen(value).c_str()));
 }
 
 // A class of its own below an option, with its own record.
@@ -52,6 +57,8 @@ class CSpecialDirectOption : public CDirectOption {
 };
 CClass CSpecialDirectOption::s_class("tests::CSpecialDirectOption", "torvan::jvmlauncher::options::CDirectOption",
                                      nullptr, nullptr, sizeof(CSpecialDirectOption), nullptr);
+
+Option SpecialDirect(const char* text) { return Option(new CSpecialDirectOption(Widen(text).c_str())); }
 
 struct Row {
   const char* name;
@@ -69,27 +76,27 @@ TEST_P(OptionEquality, HoldsInBothDirections) {
 
 // clang-format off
 const Row Rows[] = {
-    {"ClassPathsOfTheSameEntries",        ClassPath({RX_TEXT("a"), RX_TEXT("b")}), ClassPath({RX_TEXT("a"), RX_TEXT("b")}), true},
-    {"ClassPathsThatDifferInCase",        ClassPath({RX_TEXT("C:\\A.jar"), RX_TEXT("b")}), ClassPath({RX_TEXT("c:\\a.JAR"), RX_TEXT("B")}), true},
-    {"ClassPathsInAnotherOrder",          ClassPath({RX_TEXT("a"), RX_TEXT("b")}), ClassPath({RX_TEXT("b"), RX_TEXT("a")}), false},
-    {"ClassPathsOfAnotherLength",         ClassPath({RX_TEXT("a")}), ClassPath({RX_TEXT("a"), RX_TEXT("b")}), false},
-    {"ClassPathsThatDifferInTheLast",     ClassPath({RX_TEXT("a"), RX_TEXT("b")}), ClassPath({RX_TEXT("a"), RX_TEXT("c")}), false},
+    {"ClassPathsOfTheSameEntries",        ClassPath({"a", "b"}), ClassPath({"a", "b"}), true},
+    {"ClassPathsThatDifferInCase",        ClassPath({"C:\\A.jar", "b"}), ClassPath({"c:\\a.JAR", "B"}), true},
+    {"ClassPathsInAnotherOrder",          ClassPath({"a", "b"}), ClassPath({"b", "a"}), false},
+    {"ClassPathsOfAnotherLength",         ClassPath({"a"}), ClassPath({"a", "b"}), false},
+    {"ClassPathsThatDifferInTheLast",     ClassPath({"a", "b"}), ClassPath({"a", "c"}), false},
     {"ClassPathsWithoutEntries",          ClassPath({}), ClassPath({}), true},
-    {"JarsOfTheSamePath",                 Jar(RX_TEXT("a.jar")), Jar(RX_TEXT("a.jar")), true},
-    {"JarsThatDifferInCase",              Jar(RX_TEXT("C:\\Jars\\A.jar")), Jar(RX_TEXT("c:\\jars\\a.JAR")), true},
-    {"JarsThatDifferInAnUmlautsCase",     Jar(RX_TEXT("\u00c4.jar")), Jar(RX_TEXT("\u00e4.jar")), true},
-    {"JarsOfOtherPaths",                  Jar(RX_TEXT("a.jar")), Jar(RX_TEXT("b.jar")), false},
-    {"NonStandardOfTheSameText",          NonStandard(RX_TEXT("mx1g")), NonStandard(RX_TEXT("mx1g")), true},
-    {"NonStandardThatDiffersInCase",      NonStandard(RX_TEXT("mx1g")), NonStandard(RX_TEXT("mx1G")), false},
-    {"DirectOfTheSameText",               Direct(RX_TEXT("-ea")), Direct(RX_TEXT("-ea")), true},
-    {"DirectThatDiffersInCase",           Direct(RX_TEXT("-ea")), Direct(RX_TEXT("-EA")), false},
-    {"PropertiesOfTheSameNameAndValue",   Property(RX_TEXT("n"), RX_TEXT("v")), Property(RX_TEXT("n"), RX_TEXT("v")), true},
-    {"PropertiesWhoseNamesDifferInCase",  Property(RX_TEXT("n"), RX_TEXT("v")), Property(RX_TEXT("N"), RX_TEXT("v")), false},
-    {"PropertiesWhoseValuesDifferInCase", Property(RX_TEXT("n"), RX_TEXT("v")), Property(RX_TEXT("n"), RX_TEXT("V")), false},
-    {"DirectAndNonStandardOfOneText",     Direct(RX_TEXT("mx1g")), NonStandard(RX_TEXT("mx1g")), false},
-    {"JarAndDirectOfOneText",             Jar(RX_TEXT("a")), Direct(RX_TEXT("a")), false},
-    {"AnOptionAndOneOfADerivedClass",     Direct(RX_TEXT("-ea")), Option(new CSpecialDirectOption(RX_TEXT("-ea"))), false},
-    {"OptionsOfTheSameDerivedClass",      Option(new CSpecialDirectOption(RX_TEXT("-ea"))), Option(new CSpecialDirectOption(RX_TEXT("-ea"))), true},
+    {"JarsOfTheSamePath",                 Jar("a.jar"), Jar("a.jar"), true},
+    {"JarsThatDifferInCase",              Jar("C:\\Jars\\A.jar"), Jar("c:\\jars\\a.JAR"), true},
+    {"JarsThatDifferInAnUmlautsCase",     Jar("\u00c4.jar"), Jar("\u00e4.jar"), true},
+    {"JarsOfOtherPaths",                  Jar("a.jar"), Jar("b.jar"), false},
+    {"NonStandardOfTheSameText",          NonStandard("mx1g"), NonStandard("mx1g"), true},
+    {"NonStandardThatDiffersInCase",      NonStandard("mx1g"), NonStandard("mx1G"), false},
+    {"DirectOfTheSameText",               Direct("-ea"), Direct("-ea"), true},
+    {"DirectThatDiffersInCase",           Direct("-ea"), Direct("-EA"), false},
+    {"PropertiesOfTheSameNameAndValue",   Property("n", "v"), Property("n", "v"), true},
+    {"PropertiesWhoseNamesDifferInCase",  Property("n", "v"), Property("N", "v"), false},
+    {"PropertiesWhoseValuesDifferInCase", Property("n", "v"), Property("n", "V"), false},
+    {"DirectAndNonStandardOfOneText",     Direct("mx1g"), NonStandard("mx1g"), false},
+    {"JarAndDirectOfOneText",             Jar("a"), Direct("a"), false},
+    {"AnOptionAndOneOfADerivedClass",     Direct("-ea"), SpecialDirect("-ea"), false},
+    {"OptionsOfTheSameDerivedClass",      SpecialDirect("-ea"), SpecialDirect("-ea"), true},
 };
 // clang-format on
 
@@ -98,9 +105,9 @@ INSTANTIATE_TEST_SUITE_P(Options, OptionEquality, testing::ValuesIn(Rows),
 
 struct KindRow {
   const char* name;
-  Option option;
   const CClass* record;
   const char* className;
+  Option option;
 };
 
 class EveryOption : public testing::TestWithParam<KindRow> {};
@@ -132,13 +139,15 @@ TEST_P(EveryOption, ClonesToAnEqualObjectOfItsClass) {
 }
 
 // clang-format off
+#define KIND(name) #name, &C##name##Option::m_classC##name##Option, "torvan::jvmlauncher::options::C" #name "Option"
 const KindRow Kinds[] = {
-    {"ClassPath", ClassPath({RX_TEXT("a b")}), &CClassPathOption::m_classCClassPathOption, "torvan::jvmlauncher::options::CClassPathOption"},
-    {"Jar", Jar(RX_TEXT("a b.jar")), &CJarOption::m_classCJarOption, "torvan::jvmlauncher::options::CJarOption"},
-    {"NonStandard", NonStandard(RX_TEXT("mx1g")), &CNonStandardOption::m_classCNonStandardOption, "torvan::jvmlauncher::options::CNonStandardOption"},
-    {"Direct", Direct(RX_TEXT("-ea")), &CDirectOption::m_classCDirectOption, "torvan::jvmlauncher::options::CDirectOption"},
-    {"Property", Property(RX_TEXT("n"), RX_TEXT("v w")), &CSystemPropertyOption::m_classCSystemPropertyOption, "torvan::jvmlauncher::options::CSystemPropertyOption"},
+    {KIND(ClassPath), ClassPath({"a b"})},
+    {KIND(Jar), Jar("a b.jar")},
+    {KIND(NonStandard), NonStandard("mx1g")},
+    {KIND(Direct), Direct("-ea")},
+    {KIND(SystemProperty), Property("n", "v w")},
 };
+#undef KIND
 // clang-format on
 
 INSTANTIATE_TEST_SUITE_P(Options, EveryOption, testing::ValuesIn(Kinds),

@@ -1,8 +1,8 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 #include <torvan/jvmlauncher/options/ClassPathOption.h>
 
-#include "jvmlauncher/Text.h"
 #include "jvmlauncher/options/SameClass.h"
+#include "jvmlauncher/options/Text.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher::options {

@@ -3,8 +3,8 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
-#include "jvmlauncher/Text.h"
 #include "jvmlauncher/options/SameClass.h"
+#include "jvmlauncher/options/Text.h"
 
 namespace torvan::jvmlauncher::options {
 

@@ -1,6 +1,6 @@
-#include "jvmlauncher/Text.h"
+#include "jvmlauncher/options/Text.h"
 
-namespace torvan::jvmlauncher {
+namespace torvan::jvmlauncher::options {
 
 using mirel::base::CUnicodeString;
 
@@ -20,4 +20,4 @@ CUnicodeString PathOf(const Place::Location& location) {
   return CUnicodeString(path);
 }
 
-}  // namespace torvan::jvmlauncher
+}  // namespace torvan::jvmlauncher::options
