@@ -1,4 +1,5 @@
 // The Java runtimes of this machine, found without configuration.
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <torvan/JavaRuntimeException.h>
@@ -30,6 +31,10 @@ TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineIsALibraryThatExists) {
 }
 
 TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineLoadsAndHasNoVmYet) {
+  // The runtime keeps memory of its own until the process ends. It stays mapped, so that a leak checker sees its owner.
+  const CWinJavaRuntimeLibraryImpl library(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr);
+  ASSERT_NE(dlopen(fakes::Narrow(library.GetPath()).c_str(), RTLD_LAZY | RTLD_NODELETE), nullptr);
+
   const auto use =
       CJavaRuntimeLibraryPool::GetInstance()->Get(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr);
   jsize count = -1;
