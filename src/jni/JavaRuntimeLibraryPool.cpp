@@ -105,6 +105,8 @@ void CJavaRuntimeLibraryPool::GiveBack(CJavaRuntimeLibraryRef& reference) {
   Entry& entry = m_entries.Get(key);
   if (entry.useCount != 0) --entry.useCount;
   if (entry.useCount != 0) return;
+  // Intentional: the entry gives up its library first; should unloading fail otherwise than below, the path stays in
+  // the table without one.
   entry.library = nullptr;
   try {
     reference.m_library->Unload();

@@ -154,6 +154,7 @@ TEST_P(PoolMemoryTest, FirstGetThatFailsLeavesNothingLoadedAndNothingBehind) {
       fakes::FailEachAllocation(GetAndExpectNoFailureButMemory, [this](int, const fakes::Allocations& allocations) {
         EXPECT_EQ(allocations.Live(), 0u);
         EXPECT_THAT(system.LoadedModules(), IsEmpty());
+        EXPECT_EQ(debugOut.Text(), "");
       });
   // The library, its path and block; the reference and its block; the entry and its key.
   EXPECT_GE(failures, 7);
@@ -165,6 +166,7 @@ TEST_P(PoolMemoryTest, GetOfASharedLibraryThatFailsLeavesItsCount) {
       fakes::FailEachAllocation(GetAndExpectNoFailureButMemory, [this](int, const fakes::Allocations& allocations) {
         EXPECT_EQ(allocations.Live(), 0u);
         EXPECT_THAT(system.LoadedModules(), ElementsAre("C:\\jvm.dll"));
+        EXPECT_EQ(debugOut.Text(), "");
       });
   EXPECT_GE(failures, 3);
   held = nullptr;
@@ -227,12 +229,18 @@ TEST_F(PoolFailureTest, RuntimeFailureOfUnloadingIsDroppedUnprintedAndTheUseEnds
   EXPECT_EQ(system.Log().front(), "LoadModule(C:\\jvm.dll)");
 }
 
-TEST_F(PoolFailureTest, OtherFailureOfUnloadingIsPrintedAndSwallowed) {
+TEST_F(PoolFailureTest, OtherFailureOfUnloadingIsPrintedAndSwallowedAndLeavesAnEmptyEntry) {
   system.AddModule("C:\\stubborn.dll", AllSymbols());
   Reference use = Pool()->Get(RX_TEXT("C:\\stubborn.dll"));
   system.onUnloadModule = Raise<CException>;
   EXPECT_EQ(FailureOf([&] { use = nullptr; }), fakes::Failure());
   EXPECT_THAT(debugOut.Text(), HasSubstr("Inner failure."));
+  system.onUnloadModule = nullptr;
+
+  // The pool keeps the path, without the library that it gave up.
+  use = Pool()->Get(RX_TEXT("C:\\stubborn.dll"));
+  EXPECT_EQ(FailureOf([&] { use->CreateJavaVm(nullptr, nullptr, nullptr); }),
+            Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr));
 }
 
 }  // namespace

@@ -88,15 +88,24 @@ constexpr const char* NoServer = "The specified Server Sun JRE version is not fo
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Kinds, RuntimeKindTest, ::testing::Values(
-    Kind{"DefaultOfAnOldRuntime",    Default, "1.2",      RuntimeRoot, "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
-    Kind{"DefaultOfANewRuntime",     Default, "1.5.0",    RuntimeRoot, "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
-    Kind{"DefaultOfAnyName",         Default, "whatever", RuntimeRoot, "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
-    Kind{"Classic",                  Classic, "1.3.1_20", RuntimeRoot, "JavaHome",   Home,           ClassicPath,    238, NoClassic},
-    Kind{"ClassicOfAVersionBehind1", Classic, "11.3",     RuntimeRoot, "JavaHome",   Home,           ClassicPath,    238, NoClassic},
-    Kind{"Client",                   Client,  "1.4",      RuntimeRoot, "JavaHome",   Home,           ClientPath,     253, NoClient},
-    Kind{"ClientWithin",             Client,  "x1.4.2_19",RuntimeRoot, "JavaHome",   Home,           ClientPath,     253, NoClient},
-    Kind{"Server",                   Server,  "1.4.2",    KitRoot,     "JavaHome",   Home,           ServerPath,     268, NoServer},
-    Kind{"ServerOfAVersionBehind1",  Server,  "21.4",     KitRoot,     "JavaHome",   Home,           ServerPath,     268, NoServer}),
+    Kind{"DefaultOfAnOldRuntime",    Default, "1.2",       RuntimeRoot,
+         "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
+    Kind{"DefaultOfANewRuntime",     Default, "1.5.0",     RuntimeRoot,
+         "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
+    Kind{"DefaultOfAnyName",         Default, "whatever",  RuntimeRoot,
+         "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
+    Kind{"Classic",                  Classic, "1.3.1_20",  RuntimeRoot,
+         "JavaHome",   Home,           ClassicPath,    238, NoClassic},
+    Kind{"ClassicOfAVersionBehind1", Classic, "11.3",      RuntimeRoot,
+         "JavaHome",   Home,           ClassicPath,    238, NoClassic},
+    Kind{"Client",                   Client,  "1.4",       RuntimeRoot,
+         "JavaHome",   Home,           ClientPath,     253, NoClient},
+    Kind{"ClientWithin",             Client,  "x1.4.2_19", RuntimeRoot,
+         "JavaHome",   Home,           ClientPath,     253, NoClient},
+    Kind{"Server",                   Server,  "1.4.2",     KitRoot,
+         "JavaHome",   Home,           ServerPath,     268, NoServer},
+    Kind{"ServerOfAVersionBehind1",  Server,  "21.4",      KitRoot,
+         "JavaHome",   Home,           ServerPath,     268, NoServer}),
     [](const auto& row) { return row.param.name; });
 // clang-format on
 

@@ -85,14 +85,14 @@ class RegisteredKindTest : public RuntimeRegistryTest, public ::testing::WithPar
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Kinds, RegisteredKindTest, ::testing::Values(
-    Kind{"Default", CDynamicJavaRuntime::Default, L"1.5.0",    RuntimeRoot, L"RuntimeLib", Library, Library,
-         223, "The specified Sun JRE version is not found."},
-    Kind{"Classic", CDynamicJavaRuntime::Classic, L"1.3.1_20", RuntimeRoot, L"JavaHome",   Home, L"C:\\Java\\bin\\classic\\jvm.dll",
-         238, "The specified Classic Sun JRE version is not found."},
-    Kind{"Client",  CDynamicJavaRuntime::Client,  L"1.4.2",    RuntimeRoot, L"JavaHome",   Home, L"C:\\Java\\bin\\client\\jvm.dll",
-         253, "The specified Client Sun JRE version is not found."},
-    Kind{"Server",  CDynamicJavaRuntime::Server,  L"1.4.2",    KitRoot,     L"JavaHome",   Home, L"C:\\Java\\jre\\bin\\server\\jvm.dll",
-         268, "The specified Server Sun JRE version is not found."}),
+    Kind{"Default", CDynamicJavaRuntime::Default, L"1.5.0",    RuntimeRoot, L"RuntimeLib", Library,
+         Library, 223, "The specified Sun JRE version is not found."},
+    Kind{"Classic", CDynamicJavaRuntime::Classic, L"1.3.1_20", RuntimeRoot, L"JavaHome",   Home,
+         L"C:\\Java\\bin\\classic\\jvm.dll", 238, "The specified Classic Sun JRE version is not found."},
+    Kind{"Client",  CDynamicJavaRuntime::Client,  L"1.4.2",    RuntimeRoot, L"JavaHome",   Home,
+         L"C:\\Java\\bin\\client\\jvm.dll", 253, "The specified Client Sun JRE version is not found."},
+    Kind{"Server",  CDynamicJavaRuntime::Server,  L"1.4.2",    KitRoot,     L"JavaHome",   Home,
+         L"C:\\Java\\jre\\bin\\server\\jvm.dll", 268, "The specified Server Sun JRE version is not found."}),
     [](const auto& row) { return row.param.name; });
 // clang-format on
 
