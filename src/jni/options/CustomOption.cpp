@@ -3,7 +3,7 @@
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 
-#include "Equality.h"
+#include "SameClass.h"
 #include "Text.h"
 
 namespace torvan::jni::options {
@@ -28,7 +28,7 @@ CCustomOption& CCustomOption::operator=(const CCustomOption& other) = default;
 const CClass* CCustomOption::GetClass() const { return &m_classCCustomOption; }
 
 bool CCustomOption::Equals(const CObject* other) const {
-  const CCustomOption* same = AsSameClass(*this, other);
+  const CCustomOption* same = SameClass(*this, other);
   return same != nullptr && m_value == same->m_value;
 }
 

@@ -6,7 +6,7 @@
 #include <torvan/jni/options/ExitHook.h>
 #include <torvan/jni/options/VfprintfHook.h>
 
-#include "Equality.h"
+#include "SameClass.h"
 #include "Text.h"
 
 namespace torvan::jni::options {
@@ -24,7 +24,7 @@ namespace {
 // The rule of the hooks that compare their names; `function` is the member that holds a hook's function.
 template <class Hook, class Function>
 bool HaveSameNameAndFunction(const Hook& hook, const CObject* other, Function Hook::*function) {
-  const Hook* same = AsSameClass(hook, other);
+  const Hook* same = SameClass(hook, other);
   return same != nullptr && hook.GetHookName() == same->GetHookName() && hook.*function == same->*function;
 }
 
@@ -58,7 +58,7 @@ CAbortHook& CAbortHook::operator=(const CAbortHook& other) = default;
 const CClass* CAbortHook::GetClass() const { return &m_classCAbortHook; }
 
 bool CAbortHook::Equals(const CObject* other) const {
-  const CAbortHook* same = AsSameClass(*this, other);
+  const CAbortHook* same = SameClass(*this, other);
   // Intentional: the names need only be there; abort hooks with different names are equal.
   return same != nullptr && static_cast<const UniChar*>(GetHookName()) != nullptr &&
          static_cast<const UniChar*>(same->GetHookName()) != nullptr && m_hook == same->m_hook;

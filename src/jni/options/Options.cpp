@@ -67,8 +67,9 @@ JavaVMOption* COptions::CreateJniOptions() const {
 
 void COptions::DestroyJniOptions(JavaVMOption* options) const {
   if (options == nullptr) return;
-  // RX_free lets null pass: a record may have no text.
-  for (unsigned int i = 0; i < GetOptionCount(); ++i) RX_free(options[i].optionString);
+  for (unsigned int i = 0; i < GetOptionCount(); ++i) {
+    if (options[i].optionString != nullptr) RX_free(options[i].optionString);
+  }
   RX_free(options);
 }
 

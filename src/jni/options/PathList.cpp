@@ -4,7 +4,7 @@
 #include <torvan/jni/options/ClassPath.h>
 #include <torvan/jni/options/LibraryPath.h>
 
-#include "Equality.h"
+#include "SameClass.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jni::options {
@@ -28,7 +28,7 @@ const CUnicodeString& CPathList::GetPathAt(unsigned int index) const { return m_
 const CClass* CPathList::GetClass() const { return &m_classCPathList; }
 
 bool CPathList::Equals(const CObject* other) const {
-  const CPathList* same = AsSameClass(*this, other);
+  const CPathList* same = SameClass(*this, other);
   return same != nullptr && GetName() == same->GetName() && m_paths == same->m_paths;
 }
 

@@ -4,7 +4,7 @@
 #include <mirel/base/IllegalArgumentException.h>
 #include <mirel/base/UnicodeStringBuffer.h>
 
-#include "Equality.h"
+#include "SameClass.h"
 #include "Text.h"
 
 namespace torvan::jni::options {
@@ -75,7 +75,7 @@ CSystemProperty& CSystemProperty::operator=(const CSystemProperty& other) = defa
 const CClass* CSystemProperty::GetClass() const { return &m_classCSystemProperty; }
 
 bool CSystemProperty::Equals(const CObject* other) const {
-  const CSystemProperty* same = AsSameClass(*this, other);
+  const CSystemProperty* same = SameClass(*this, other);
   return same != nullptr && m_name == same->m_name && m_value == same->m_value;
 }
 

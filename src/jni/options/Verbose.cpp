@@ -4,7 +4,7 @@
 #include <mirel/base/IllegalArgumentException.h>
 #include <mirel/base/UnicodeStringBuffer.h>
 
-#include "Equality.h"
+#include "SameClass.h"
 
 namespace torvan::jni::options {
 
@@ -37,7 +37,7 @@ CVerbose& CVerbose::operator=(const CVerbose& other) = default;
 const CClass* CVerbose::GetClass() const { return &m_classCVerbose; }
 
 bool CVerbose::Equals(const CObject* other) const {
-  const CVerbose* same = AsSameClass(*this, other);
+  const CVerbose* same = SameClass(*this, other);
   return same != nullptr && m_flags == same->m_flags;
 }
 

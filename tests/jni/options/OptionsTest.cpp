@@ -144,7 +144,8 @@ TEST(OptionsTest, OptionThatCannotBeClonedIsRefused) {
     CObject* Clone() const override { return nullptr; }
   };
   COptions options;
-  EXPECT_THROW(options.AddOption(COnce()), CIllegalArgumentException);
+  EXPECT_EQ(FailureOf([&] { options.AddOption(COnce()); }),
+            Throws<CIllegalArgumentException>("util/ObjectVector", fakes::AnyLine, "Invalid object."));
   EXPECT_EQ(options.GetOptionCount(), 0u);
 }
 

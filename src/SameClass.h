@@ -6,9 +6,9 @@
 namespace torvan {
 
 // Gives `other` as a T when both objects report the very same class record, else null; null gives null.
-// A subclass with a record of its own is another class: an object equals only objects that know themselves as equals.
+// A subclass with a record of its own counts as another class.
 template <class T>
-const T* AsSameClass(const T& object, const mirel::base::CObject* other) {
+const T* SameClass(const T& object, const mirel::base::CObject* other) {
   return other != nullptr && other->GetClass() == object.GetClass() ? static_cast<const T*>(other) : nullptr;
 }
 
