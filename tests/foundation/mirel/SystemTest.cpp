@@ -34,13 +34,23 @@ TEST(SystemDeathTest, TheDebugStreamIsTheStandardErrorStream) {
       ::testing::ExitedWithCode(0), "^as it stands %d\n$");
 }
 
+const struct PrintsAtItsEnd {
+  ~PrintsAtItsEnd() {
+    if (prints) CSystem::debugOut->PrintLine("printed at the end");
+  }
+  mutable bool prints = false;
+} s_staticObject;
+
 TEST(SystemDeathTest, TheDebugStreamIsStillThereWhileStaticObjectsEnd) {
   EXPECT_EXIT(
       {
-        std::atexit([] { CSystem::debugOut->PrintLine("printed at the end"); });
+        CSystem::debugOut->Flush();
+        mirel::Initialize();
+        mirel::Terminate();
+        s_staticObject.prints = true;
         std::exit(0);
       },
-      ::testing::ExitedWithCode(0), "printed at the end");
+      ::testing::ExitedWithCode(0), "^printed at the end\n$");
 }
 
 TEST(SystemTest, AHostsStreamTakesWhatIsPrinted) {

@@ -14,7 +14,8 @@ class StandardErrorStream : public io::CPrintStream {
   void Flush() override { std::fflush(stderr); }
 };
 
-// Failures are reported while static objects are made and ended, too: the stream is there from load to unload.
+// Static objects and threads that outlive main report failures, too: the stream is ready before any code of this
+// library runs and never ends.
 union FromLoadToUnload {
   constexpr FromLoadToUnload() : stream() {}
   ~FromLoadToUnload() {}
