@@ -7,12 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "fakes/Text.h"
+#include "fakes/CallLog.h"
+#include "fakes/FakeRegistry.h"
 #include "platform/System.h"
 
 namespace fakes {
-
-using torvan::platform::Status;
 
 // What becomes of a process that is started.
 struct FakeProcess {
@@ -36,13 +35,21 @@ class FakeSystem : public torvan::platform::System {
   ~FakeSystem();
 
   // Registry, below HKEY_LOCAL_MACHINE. A key makes its parents; a value makes its key.
-  void AddKey(const std::string& key);
-  void SetValue(const std::string& key, const std::string& name, const std::string& value);
+  void AddKey(const std::string& key) { m_registry.AddKey(key); }
+  void SetValue(const std::string& key, const std::string& name, const std::string& value) {
+    SetRawValue(key, name, Widen(value) + RX::UniChar());
+  }
   // The value's units exactly as given: no terminating zero is added.
-  void SetRawValue(const std::string& key, const std::string& name, const WideText& units);
-  void FailOpen(const std::string& key, Status status);
-  void FailQuery(const std::string& key, const std::string& name, Status status);
-  void FailEnumeration(const std::string& key, unsigned int index, Status status);
+  void SetRawValue(const std::string& key, const std::string& name, const WideText& units) {
+    m_registry.SetRawValue(key, name, units);
+  }
+  void FailOpen(const std::string& key, Status status) { m_registry.FailOpen(key, status); }
+  void FailQuery(const std::string& key, const std::string& name, Status status) {
+    m_registry.FailQuery(key, name, status);
+  }
+  void FailEnumeration(const std::string& key, unsigned int index, Status status) {
+    m_registry.FailEnumeration(key, index, status);
+  }
 
   using Symbols = std::map<std::string, void*>;
   void AddModule(const std::string& path, const Symbols& symbols = {});
@@ -61,11 +68,11 @@ class FakeSystem : public torvan::platform::System {
   //   FileAttributes(C:\jvm.dll)  LastError()       StartProcess(java -version , false, 0)
   //   WaitFor(process 1001, 4294967295)  ExitCodeOf(process 1001)  EndProcess(process 1001, 0)
   //   SendConsoleEvent(0, 1001)  ReleaseHandle(thread 1001)  ReleaseHandle(process 1001)
-  const std::vector<std::string>& Log() const { return m_log; }
+  const CallLog& Log() const { return m_log; }
   void ClearLog() { m_log.clear(); }
 
   // What is open now, in the names of the log.
-  std::vector<std::string> OpenKeys() const;
+  std::vector<std::string> OpenKeys() const { return m_registry.OpenKeys(); }
   std::vector<std::string> LoadedModules() const;
   std::vector<std::string> OpenHandles() const;
 
@@ -91,29 +98,22 @@ class FakeSystem : public torvan::platform::System {
   void ReleaseHandle(torvan::platform::ProcessHandle handle) override;
 
  private:
-  struct Key;
-  struct OpenedKey;
   struct FakeModule;
   struct RunningProcess;
   struct Handle;
 
-  // The key at a path below another, null when the script names none; `make` adds what is missing.
-  Key* FindKey(Key& from, const std::string& path, bool make);
-  Key& MakeKey(const std::string& path) { return *FindKey(*m_localMachine, path, true); }
-  Key* KeyOf(torvan::platform::RegistryKey key) const;
+  // What a handle given out stands for; one that is not open fails the test and gives null.
   FakeModule* ModuleOf(torvan::platform::Module module) const;
+  Handle* HandleOf(torvan::platform::ProcessHandle handle) const;
 
-  void Note(const std::string& call) { m_log.push_back(call); }
-
-  std::unique_ptr<Key> m_localMachine;
-  std::vector<std::unique_ptr<OpenedKey>> m_openKeys;
+  CallLog m_log;
+  FakeRegistry m_registry{m_log};
   std::vector<std::unique_ptr<FakeModule>> m_modules;
   std::map<std::string, std::pair<unsigned int, Status>> m_files;  // the attributes, and the error when there are none
   std::vector<FakeProcess> m_nextProcesses;
   std::vector<std::unique_ptr<RunningProcess>> m_processes;
   std::vector<std::unique_ptr<Handle>> m_handles;
-  Status m_lastError = 0;
-  std::vector<std::string> m_log;
+  Status m_lastError = torvan::platform::StatusOk;
 };
 
 }  // namespace fakes

@@ -1,0 +1,51 @@
+// The registry of FakeSystem.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "fakes/CallLog.h"
+#include "fakes/Text.h"
+#include "platform/System.h"
+
+namespace fakes {
+
+using torvan::platform::Status;
+
+// Keys below HKEY_LOCAL_MACHINE, and which of them are open. What each member does is said in FakeSystem.
+class FakeRegistry {
+ public:
+  explicit FakeRegistry(CallLog& log);
+  ~FakeRegistry();
+
+  void AddKey(const std::string& key) { MakeKey(key); }
+  void SetRawValue(const std::string& key, const std::string& name, const WideText& units);
+  void FailOpen(const std::string& key, Status status);
+  void FailQuery(const std::string& key, const std::string& name, Status status);
+  void FailEnumeration(const std::string& key, unsigned int index, Status status);
+  std::vector<std::string> OpenKeys() const;
+
+  torvan::platform::RegistryKey LocalMachine() const { return m_localMachine.get(); }
+  Status Open(torvan::platform::RegistryKey root, const std::string& subKey, unsigned int access,
+              torvan::platform::RegistryKey* key);
+  Status Query(torvan::platform::RegistryKey key, const std::string& name, void* buffer, unsigned int* size);
+  Status Enumerate(torvan::platform::RegistryKey key, unsigned int index, RX::UniChar* name, unsigned int* length);
+  Status Close(torvan::platform::RegistryKey key);
+
+ private:
+  struct Key;
+  struct OpenedKey;
+
+  // The key at a path below another, null when the script names none; `make` adds what is missing.
+  Key* FindKey(Key& from, const std::string& path, bool make);
+  Key& MakeKey(const std::string& path) { return *FindKey(*m_localMachine, path, true); }
+  // The scripted key that an open key stands for; a key that is not open fails the test and gives null.
+  Key* KeyOf(torvan::platform::RegistryKey key) const;
+
+  CallLog& m_log;
+  std::unique_ptr<Key> m_localMachine;
+  std::vector<std::unique_ptr<OpenedKey>> m_openKeys;
+};
+
+}  // namespace fakes
