@@ -1,0 +1,54 @@
+#include "platform/Conventions.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/Text.h"
+
+namespace platform_tests {
+namespace {
+
+using fakes::Narrow;
+using namespace torvan::platform;
+
+struct Convention {
+  const char* name;
+  const RX::UniChar* text;
+  const char* windows;
+  const char* others;
+};
+
+// Made before any initialiser of ordinary priority runs.
+struct Early {
+  const RX::UniChar* separator = PathSeparator;
+  const RX::UniChar* library = ServerLibrary;
+};
+const Early g_early __attribute__((init_priority(101)));
+
+TEST(ConventionsTest, EachSystemHasItsOwnPaths) {
+  // clang-format off
+  const Convention conventions[] = {
+      {"PathSeparator",       PathSeparator,       "\\",                        "/"},
+      {"PathListSeparator",   PathListSeparator,   ";",                         ":"},
+      {"JavaProgram",         JavaProgram,         "bin\\java.exe",             "bin/java"},
+      {"WindowedJavaProgram", WindowedJavaProgram, "bin\\javaw.exe",            "bin/java"},
+      {"ClassicLibrary",      ClassicLibrary,      "\\bin\\classic\\jvm.dll",     "/lib/classic/libjvm.so"},
+      {"ClientLibrary",       ClientLibrary,       "\\bin\\client\\jvm.dll",      "/lib/client/libjvm.so"},
+      {"ServerLibrary",       ServerLibrary,       "\\jre\\bin\\server\\jvm.dll", "/jre/lib/server/libjvm.so"},
+  };
+  // clang-format on
+  for (const Convention& convention : conventions) {
+#ifdef _WIN32
+    EXPECT_EQ(convention.windows, Narrow(convention.text)) << convention.name;
+#else
+    EXPECT_EQ(convention.others, Narrow(convention.text)) << convention.name;
+#endif
+  }
+}
+
+TEST(ConventionsTest, TheConstantsAreThereForTheFirstInitialiser) {
+  EXPECT_EQ(PathSeparator, g_early.separator);
+  EXPECT_EQ(ServerLibrary, g_early.library);
+}
+
+}  // namespace
+}  // namespace platform_tests

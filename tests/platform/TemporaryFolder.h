@@ -1,0 +1,44 @@
+// A folder of one test.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace platform_tests {
+
+// An empty folder that goes, with what is in it, at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    static int s_count = 0;
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::string name = std::string(test->test_suite_name()) + "." + test->name() + std::to_string(s_count++);
+    m_path = std::filesystem::temp_directory_path() / "torvan" / name;
+    std::filesystem::remove_all(m_path);
+    std::filesystem::create_directories(m_path);
+    m_path = std::filesystem::canonical(m_path);
+  }
+  ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::string Path(const std::string& name = {}) const {
+    return (name.empty() ? m_path : m_path / std::filesystem::u8path(name)).u8string();
+  }
+
+  // Makes a file, and the folders it stands in.
+  std::string AddFile(const std::string& name, const std::string& text = {}) const {
+    const auto path = m_path / std::filesystem::u8path(name);
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+    return path.u8string();
+  }
+
+ private:
+  std::filesystem::path m_path;
+};
+
+}  // namespace platform_tests

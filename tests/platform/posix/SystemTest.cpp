@@ -1,0 +1,123 @@
+// Registry, modules and files of the native system.
+#include "platform/System.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <thread>
+
+#include "fakes/Allocations.h"
+#include "fakes/Text.h"
+#include "platform/posix/Fixtures.h"
+
+namespace platform_tests {
+namespace {
+
+using fakes::Widen;
+using namespace torvan::platform;
+
+class NativeSystemTest : public testing::Test {
+ protected:
+  Status AttributesError(const std::string& path) {
+    EXPECT_EQ(0xFFFFFFFF, system.FileAttributes(Widen(path).c_str()));
+    return system.LastError();
+  }
+
+  System& system = System::Native();
+  TemporaryFolder folder;
+};
+
+TEST_F(NativeSystemTest, RuntimesAreSeenInTheOwnViewOfTheRegistryOnly) {
+  AddRuntime(folder, "java", "99.8.7", true);
+  setenv("JAVA_HOME", folder.Path("java").c_str(), 1);
+  RegistryKey key = nullptr;
+  EXPECT_EQ(2, system.OpenKey(system.LocalMachine(), u"Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment",
+                              0x20019, &key));
+  EXPECT_EQ(0,
+            system.OpenKey(system.LocalMachine(), u"Software\\JavaSoft\\Java Development Kit\\99.8.7", 0x20019, &key));
+  system.CloseKey(key);
+  EXPECT_EQ(0, system.OpenKey(system.LocalMachine(), u"Software\\JavaSoft\\Java Runtime Environment", 0x20019, &key));
+  RX::UniChar version[16] = {};
+  unsigned int size = sizeof(version);
+  EXPECT_EQ(0, system.QueryValue(key, u"CurrentVersion", version, &size));
+  EXPECT_EQ("99.8.7", fakes::Narrow(version));
+  system.CloseKey(key);
+  unsetenv("JAVA_HOME");
+}
+
+TEST_F(NativeSystemTest, TheRegistryIsOnlyRead) {
+  RegistryKey key = nullptr;
+  EXPECT_EQ(5, system.OpenKey(system.LocalMachine(), u"Software", 0x20006, &key));
+}
+
+TEST_F(NativeSystemTest, RunningOutOfMemoryIsAnsweredWithItsStatusAndLosesNothing) {
+  AddRuntime(folder, "java", "99.8.7", true);
+  setenv("JAVA_HOME", folder.Path("java").c_str(), 1);
+  for (int n = 1;; ++n) {
+    ASSERT_LT(n, 10000);
+    fakes::Allocations allocations;
+    allocations.Fail(n);
+    RegistryKey key = nullptr;
+    const Status status =
+        system.OpenKey(system.LocalMachine(), u"Software\\JavaSoft\\Java Runtime Environment\\99.8.7", 0x20019, &key);
+    EXPECT_EQ(allocations.HasFailed() ? 8 : 0, status);
+    if (status == 0) system.CloseKey(key);
+    EXPECT_EQ(0u, allocations.Live());
+    if (status == 0) break;
+  }
+  unsetenv("JAVA_HOME");
+
+  fakes::Allocations allocations;
+  allocations.Fail(1);
+  EXPECT_EQ(8, AttributesError(folder.Path()));
+  allocations.Fail(1);
+  EXPECT_EQ(nullptr, system.LoadModule(Widen(ModuleFixture()).c_str()));
+  EXPECT_EQ(0u, allocations.Live());
+}
+
+TEST_F(NativeSystemTest, NoPathNamesNoModule) {
+  EXPECT_EQ(nullptr, system.LoadModule(nullptr));
+  EXPECT_EQ(nullptr, system.LoadModule(u""));
+}
+
+TEST_F(NativeSystemTest, PathsAreUtf8) {
+  const std::string path = folder.Path("J\xC3\xA4va \xF0\x9F\x98\x80.so");
+  std::filesystem::copy_file(ModuleFixture(), path);
+  EXPECT_EQ(0u, system.FileAttributes(Widen(path).c_str()) & 16);
+  const Module module = system.LoadModule(Widen(path).c_str());
+  ASSERT_NE(nullptr, module);
+  EXPECT_NE(nullptr, system.FindSymbol(module, "FortyTwo"));
+  system.UnloadModule(module);
+}
+
+TEST_F(NativeSystemTest, ErrorsOfFilesAreWindowsCodes) {
+  const std::string file = folder.AddFile("file");
+  EXPECT_EQ(2, AttributesError(folder.Path("missing")));
+  EXPECT_EQ(2, AttributesError(file + "/below"));
+  EXPECT_EQ(2, AttributesError(""));
+  EXPECT_EQ(31, AttributesError(folder.Path() + "/" + std::string(300, 'x')));
+  EXPECT_EQ(0xFFFFFFFF, system.FileAttributes(nullptr));
+  EXPECT_EQ(2, system.LastError());
+}
+
+TEST_F(NativeSystemTest, AFileThatMayNotBeSeenIsDenied) {
+  const std::string file = folder.AddFile("closed/file");
+  ASSERT_EQ(0, chmod(folder.Path("closed").c_str(), 0));
+  constexpr uid_t Nobody = 65534;
+  const bool isRoot = geteuid() == 0;  // for whom every folder is open
+  if (isRoot) ASSERT_EQ(0, seteuid(Nobody));
+  EXPECT_EQ(5, AttributesError(file));
+  if (isRoot) ASSERT_EQ(0, seteuid(0));
+  ASSERT_EQ(0, chmod(folder.Path("closed").c_str(), 0700));
+}
+
+TEST_F(NativeSystemTest, EachThreadHasItsOwnLastError) {
+  AttributesError(folder.Path("missing"));
+  std::thread([this] { EXPECT_EQ(16u, system.FileAttributes(Widen(folder.Path()).c_str())); }).join();
+  EXPECT_EQ(2, system.LastError());
+}
+
+}  // namespace
+}  // namespace platform_tests
