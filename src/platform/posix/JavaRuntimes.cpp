@@ -157,14 +157,14 @@ void AddJavaRuntimes(const char* javaHome, const char* folder, Registry& registr
   const bool firstIsPreferred = runtimes.GetSize() != 0;
   AddRuntimesIn(folder, runtimes);
 
-  const CUnicodeString runtimeKey = RX_TEXT("\\Software\\JavaSoft\\Java Runtime Environment");
-  const CUnicodeString kitKey = RX_TEXT("\\Software\\JavaSoft\\Java Development Kit");
+  const CUnicodeString runtimeKey = RX_TEXT("Software\\JavaSoft\\Java Runtime Environment\\");
+  const CUnicodeString kitKey = RX_TEXT("Software\\JavaSoft\\Java Development Kit\\");
   for (unsigned int i = 0; i < runtimes.GetSize(); ++i) {
     const JavaRuntime& runtime = runtimes[i];
-    const CUnicodeString versionKey = runtimeKey + RX_TEXT("\\") + runtime.version;
+    const CUnicodeString versionKey = runtimeKey + runtime.version + RX_TEXT("\\");
     registry.AddValue(versionKey, RX_TEXT("JavaHome"), runtime.home);
     registry.AddValue(versionKey, RX_TEXT("RuntimeLib"), runtime.library);
-    if (runtime.isKit) registry.AddValue(kitKey + RX_TEXT("\\") + runtime.version, RX_TEXT("JavaHome"), runtime.home);
+    if (runtime.isKit) registry.AddValue(kitKey + runtime.version + RX_TEXT("\\"), RX_TEXT("JavaHome"), runtime.home);
   }
   if (const JavaRuntime* current = ChooseCurrent(runtimes, firstIsPreferred, false)) {
     registry.AddValue(runtimeKey, RX_TEXT("CurrentVersion"), current->version);

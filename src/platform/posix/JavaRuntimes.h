@@ -6,10 +6,10 @@
 namespace torvan::platform {
 
 // Adds what a Windows installation would register for each Java runtime found:
-//   \Software\JavaSoft\Java Runtime Environment            CurrentVersion
-//   \Software\JavaSoft\Java Runtime Environment\<version>  JavaHome, RuntimeLib
-//   \Software\JavaSoft\Java Development Kit                CurrentVersion        for runtimes that have a compiler
-//   \Software\JavaSoft\Java Development Kit\<version>      JavaHome
+//   Software\JavaSoft\Java Runtime Environment            CurrentVersion
+//   Software\JavaSoft\Java Runtime Environment\<version>  JavaHome, RuntimeLib
+//   Software\JavaSoft\Java Development Kit                CurrentVersion        for runtimes that have a compiler
+//   Software\JavaSoft\Java Development Kit\<version>      JavaHome
 //
 // Looked at are `javaHome` (null or empty for none) and then the folders in `folder`, in the order of their names. A
 // runtime is a folder with a VM library and a `release` file that tells its version. Of runtimes of the same version

@@ -12,32 +12,26 @@ constexpr RX::UniChar Separator = u'\\';
 
 bool AreEqual(const CUnicodeString& left, const CUnicodeString& right) { return left.CompareIgnoreCase(right) == 0; }
 
-bool IsBelow(const CUnicodeString& path, const CUnicodeString& key) {
-  const unsigned int length = key.GetLength();
-  return path.GetLength() > length && path[length] == Separator && AreEqual(path.Mid(0, length), key);
+// Tells whether a path leads to a key or to one below it.
+bool IsWithin(const CUnicodeString& path, const CUnicodeString& key) {
+  return path.GetLength() >= key.GetLength() && AreEqual(path.Mid(0, key.GetLength()), key);
 }
 
-// The component of `path` that comes behind `key`.
+// The component of a path that comes behind the key it leads into; empty when it leads to the key itself.
 CUnicodeString ComponentBehind(const CUnicodeString& path, const CUnicodeString& key) {
-  const unsigned int start = key.GetLength() + 1;
-  const int end = path.Find(Separator, start);
-  return end < 0 ? path.Mid(start) : path.Mid(start, static_cast<unsigned int>(end) - start);
+  const int end = path.Find(Separator, key.GetLength());
+  return end < 0 ? CUnicodeString() : path.Mid(key.GetLength(), static_cast<unsigned int>(end) - key.GetLength());
 }
 
 }  // namespace
 
 void Registry::AddValue(const CUnicodeString& key, const CUnicodeString& name, const CUnicodeString& text) {
   m_values.Add(Value{key, name, text});
-  m_values.Sort(CompareByKey);
-}
-
-int Registry::CompareByKey(const void* left, const void* right) {
-  return static_cast<const Value*>(left)->key.CompareIgnoreCase(static_cast<const Value*>(right)->key);
 }
 
 bool Registry::HasKey(const CUnicodeString& key) const {
   for (unsigned int i = 0; i < m_values.GetSize(); ++i) {
-    if (AreEqual(m_values[i].key, key) || IsBelow(m_values[i].key, key)) return true;
+    if (IsWithin(m_values[i].key, key)) return true;
   }
   return false;
 }
@@ -52,20 +46,23 @@ const CUnicodeString* Registry::FindValue(const CUnicodeString& key, const RX::U
 
 CUnicodeString Registry::GetSubKeyName(const CUnicodeString& key, unsigned int index) const {
   CUnicodeString name;
-  unsigned int count = 0;
-  for (unsigned int i = 0; i < m_values.GetSize(); ++i) {
-    if (!IsBelow(m_values[i].key, key)) continue;
-    const CUnicodeString next = ComponentBehind(m_values[i].key, key);
-    if (count > 0 && AreEqual(next, name)) continue;
+  for (unsigned int count = 0; count <= index; ++count) {
+    CUnicodeString next;  // the smallest of the names behind `name`
+    for (unsigned int i = 0; i < m_values.GetSize(); ++i) {
+      if (!IsWithin(m_values[i].key, key)) continue;
+      const CUnicodeString candidate = ComponentBehind(m_values[i].key, key);
+      if (candidate.CompareIgnoreCase(name) <= 0) continue;
+      if (next.GetLength() == 0 || candidate.CompareIgnoreCase(next) < 0) next = candidate;
+    }
+    if (next.GetLength() == 0) return {};
     name = next;
-    if (count++ == index) return name;
   }
-  return {};
+  return name;
 }
 
 Status OpenedKey::Open(const RX::UniChar* subKey, RegistryKey* key) const {
   CUnicodeString path = m_path;
-  if (subKey != nullptr && *subKey != 0) path = m_path + RX_TEXT("\\") + subKey;
+  if (subKey != nullptr && *subKey != 0) path = m_path + subKey + RX_TEXT("\\");
   if (!m_registry->HasKey(path)) return StatusFileNotFound;
   *key = new OpenedKey(m_registry, path);
   return StatusOk;

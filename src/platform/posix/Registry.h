@@ -10,8 +10,8 @@
 
 namespace torvan::platform {
 
-// Values by key and name. The path of a key begins with a backslash; the path of the root is empty. A key exists when
-// a value stands in it or below it. Keys and names compare without regard to case.
+// Values by key and name. The path of a key ends with a backslash; the path of the root is empty. A key exists when a
+// value stands in it or below it. Keys and names compare without regard to case.
 class Registry : public mirel::base::CBase {
  public:
   Registry() : m_values(8, 8) {}
@@ -34,9 +34,7 @@ class Registry : public mirel::base::CBase {
     mirel::base::CUnicodeString text;
   };
 
-  static int CompareByKey(const void* left, const void* right);
-
-  mirel::util::CVector<Value> m_values;  // in the order of their keys
+  mirel::util::CVector<Value> m_values;
 };
 
 // An open key. It sees the registry as it was when its root was opened.

@@ -89,7 +89,8 @@ TEST_F(ChildStartTest, RunningOutOfMemoryDoesNotStart) {
     StartedProcess started{};
     const bool isStarted = system.StartProcess(line.data(), false, 0, &started);
     EXPECT_EQ(!allocations.HasFailed(), isStarted);
-    if (isStarted) EXPECT_EQ(3u, Finish(started));
+    const unsigned int code = isStarted ? Finish(started) : 3;
+    EXPECT_EQ(3u, code);
     EXPECT_EQ(0u, allocations.Live());
     if (isStarted) break;
   }

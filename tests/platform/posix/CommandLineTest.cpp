@@ -62,7 +62,7 @@ const Row Rows[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Rules, CommandLineTest, testing::ValuesIn(Rows),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(CommandLineMemoryTest, RunningOutOfMemoryIsAMemoryException) {
   fakes::Allocations allocations;

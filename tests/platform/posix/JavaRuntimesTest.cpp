@@ -16,8 +16,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace torvan::platform;
 
-constexpr const char* Runtimes = "\\Software\\JavaSoft\\Java Runtime Environment";
-constexpr const char* Kits = "\\Software\\JavaSoft\\Java Development Kit";
+constexpr const char* Runtimes = "Software\\JavaSoft\\Java Runtime Environment\\";
+constexpr const char* Kits = "Software\\JavaSoft\\Java Development Kit\\";
 
 class JavaRuntimesTest : public testing::Test {
  protected:
@@ -47,8 +47,8 @@ TEST_F(JavaRuntimesTest, ARuntimeIsListedUnderItsVersionWithHomeAndLibrary) {
   AddRuntime(folder, "some jre", "17.0.15", false);
   Look();
   EXPECT_THAT(Versions(Runtimes), ElementsAre("17.0.15"));
-  EXPECT_EQ(folder.Path("some jre"), Value(std::string(Runtimes) + "\\17.0.15", "JavaHome"));
-  EXPECT_EQ(folder.Path("some jre/lib/server/libjvm.so"), Value(std::string(Runtimes) + "\\17.0.15", "RuntimeLib"));
+  EXPECT_EQ(folder.Path("some jre"), Value(std::string(Runtimes) + "17.0.15\\", "JavaHome"));
+  EXPECT_EQ(folder.Path("some jre/lib/server/libjvm.so"), Value(std::string(Runtimes) + "17.0.15\\", "RuntimeLib"));
   EXPECT_EQ("17.0.15", Value(Runtimes, "CurrentVersion"));
   EXPECT_FALSE(registry.HasKey(Widen(Kits).c_str()));
 }
@@ -59,14 +59,14 @@ TEST_F(JavaRuntimesTest, ARuntimeWithACompilerIsADevelopmentKitToo) {
   Look();
   EXPECT_THAT(Versions(Runtimes), ElementsAre("17.0.15", "21.0.1"));
   EXPECT_THAT(Versions(Kits), ElementsAre("17.0.15"));
-  EXPECT_EQ(folder.Path("a"), Value(std::string(Kits) + "\\17.0.15", "JavaHome"));
+  EXPECT_EQ(folder.Path("a"), Value(std::string(Kits) + "17.0.15\\", "JavaHome"));
   EXPECT_EQ("17.0.15", Value(Kits, "CurrentVersion"));
   EXPECT_EQ("21.0.1", Value(Runtimes, "CurrentVersion"));
 }
 
 TEST_F(JavaRuntimesTest, NothingIsRegisteredWhereNoRuntimeIs) {
   Look(folder.Path("missing"));
-  EXPECT_FALSE(registry.HasKey(Widen("\\Software").c_str()));
+  EXPECT_FALSE(registry.HasKey(Widen("Software\\").c_str()));
   AddJavaRuntimes("", folder.Path("missing").c_str(), registry);
   EXPECT_FALSE(registry.HasKey(u""));
 }
@@ -105,7 +105,7 @@ TEST_F(JavaRuntimesTest, LayoutsOfVersion8AreKnown) {
     Registry found;
     AddJavaRuntimes(nullptr, other.Path().c_str(), found);
     const auto* path =
-        found.FindValue(Widen(std::string(Runtimes) + "\\1.8.0_402").c_str(), Widen("RuntimeLib").c_str());
+        found.FindValue(Widen(std::string(Runtimes) + "1.8.0_402\\").c_str(), Widen("RuntimeLib").c_str());
     ASSERT_NE(nullptr, path) << library;
     EXPECT_EQ(other.Path("java-8/") + library, Narrow(*path));
   }
@@ -117,7 +117,7 @@ TEST_F(JavaRuntimesTest, SeveralLinksToOneFolderAreOneRuntime) {
   std::filesystem::create_directory_symlink("real", folder.Path("z link behind"));
   Look(folder.Path("z link behind") + "/");
   EXPECT_THAT(Versions(Runtimes), ElementsAre("17.0.15"));
-  EXPECT_EQ(folder.Path("real"), Value(std::string(Runtimes) + "\\17.0.15", "JavaHome"));
+  EXPECT_EQ(folder.Path("real"), Value(std::string(Runtimes) + "17.0.15\\", "JavaHome"));
 }
 
 TEST_F(JavaRuntimesTest, OfRuntimesOfOneVersionTheFirstIsListed) {
@@ -125,12 +125,12 @@ TEST_F(JavaRuntimesTest, OfRuntimesOfOneVersionTheFirstIsListed) {
   AddRuntime(folder, "a", "17.0.15", false);
   AddRuntime(folder, "c", "17.0.15", false);
   Look();
-  EXPECT_EQ(folder.Path("a"), Value(std::string(Runtimes) + "\\17.0.15", "JavaHome"));
+  EXPECT_EQ(folder.Path("a"), Value(std::string(Runtimes) + "17.0.15\\", "JavaHome"));
 
   registry = Registry();
   Look(folder.Path("c"));
   EXPECT_THAT(Versions(Runtimes), ElementsAre("17.0.15"));
-  EXPECT_EQ(folder.Path("c"), Value(std::string(Runtimes) + "\\17.0.15", "JavaHome"));
+  EXPECT_EQ(folder.Path("c"), Value(std::string(Runtimes) + "17.0.15\\", "JavaHome"));
 }
 
 TEST_F(JavaRuntimesTest, TheNewestIsCurrentByNumberAndNamesAreInOrderOfText) {

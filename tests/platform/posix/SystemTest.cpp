@@ -105,11 +105,11 @@ TEST_F(NativeSystemTest, ErrorsOfFilesAreWindowsCodes) {
 TEST_F(NativeSystemTest, AFileThatMayNotBeSeenIsDenied) {
   const std::string file = folder.AddFile("closed/file");
   ASSERT_EQ(0, chmod(folder.Path("closed").c_str(), 0));
+  const uid_t user = geteuid();
   constexpr uid_t Nobody = 65534;
-  const bool isRoot = geteuid() == 0;  // for whom every folder is open
-  if (isRoot) ASSERT_EQ(0, seteuid(Nobody));
+  ASSERT_EQ(0, seteuid(user == 0 ? Nobody : user)) << "every folder is open for root";
   EXPECT_EQ(5, AttributesError(file));
-  if (isRoot) ASSERT_EQ(0, seteuid(0));
+  ASSERT_EQ(0, seteuid(user));
   ASSERT_EQ(0, chmod(folder.Path("closed").c_str(), 0700));
 }
 
