@@ -215,7 +215,7 @@ TEST_F(SystemContractTest, AWaitForARunningProcessTimesOutAndItsExitCodeSaysThat
   system.ReleaseHandle(started.process);
 }
 
-TEST_F(SystemContractTest, AnEndedProcessHasTheExitCodeItWasEndedWithAndEndsOnce) {
+TEST_F(SystemContractTest, AnEndedProcessKeepsTheExitCodeItWasEndedWith) {
   for (const unsigned int code : {0u, 77u}) {
     const StartedProcess started = Start(world->ProcessThatRuns());
     EXPECT_TRUE(system.EndProcess(started.process, code));
@@ -223,7 +223,7 @@ TEST_F(SystemContractTest, AnEndedProcessHasTheExitCodeItWasEndedWithAndEndsOnce
     unsigned int seen = 1;
     EXPECT_TRUE(system.ExitCodeOf(started.process, &seen));
     EXPECT_EQ(code, seen);
-    EXPECT_FALSE(system.EndProcess(started.process, 5));
+    system.EndProcess(started.process, 5);  // Windows calls it a failure, Wine a success
     EXPECT_TRUE(system.ExitCodeOf(started.process, &seen));
     EXPECT_EQ(code, seen);
     system.ReleaseHandle(started.process);
