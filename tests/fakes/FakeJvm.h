@@ -41,7 +41,7 @@ struct FakeException {
 //   jvm.AnswerAll();                                       // or the groups below, one by one
 //   jvm.On<&Jni::GetIntField>([](jobject, jfieldID) { return 7; });
 //   jvm.AnswerNull("GetFieldID(local:1, \"x\", \"I\")");  // this very call answers null instead
-//   EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread", "GetObjectClass(global:1)", ...));
+//   EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "GetObjectClass(global:1)", ...));
 //
 // Locals count from local:1 in the order in which they are made; the global of local:5 is global:5. Scripts may throw.
 class FakeJvm {

@@ -44,10 +44,10 @@ template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> =
 std::string Describe(Integer value) {
   return std::to_string(value);
 }
-// Where results go says nothing. What a caller may leave out shows when it is given.
+// Where results go says nothing.
 inline std::string Describe(void** place) { return place != nullptr ? "" : "nowhere"; }
-inline std::string Describe(void* arguments) { return arguments != nullptr ? "given" : ""; }
-inline std::string Describe(jboolean* place) { return place != nullptr ? "given" : ""; }
+inline std::string Describe(void* arguments) { return arguments != nullptr ? "given" : "null"; }
+inline std::string Describe(jboolean* place) { return place != nullptr ? "given" : "null"; }
 inline std::string Describe(const jvalue*) { return "array"; }
 
 // The arguments that a Java method of this descriptor finds in a variable argument list, for example "7, local:2".

@@ -58,7 +58,7 @@ TEST_F(CreateJavaVmTest, TheHandleIsOfTheVmThatWasMade) {
   const CJavaVm vm = runtime.CreateJavaVm(options, false);
   EXPECT_THAT(jvm.Calls(), IsEmpty());
   EXPECT_EQ(vm.Attach(), jvm.Env());
-  EXPECT_THAT(jvm.TakeCalls(), ElementsAre("AttachCurrentThread"));
+  EXPECT_THAT(jvm.TakeCalls(), ElementsAre("AttachCurrentThread(null)"));
 }
 
 TEST_F(CreateJavaVmTest, TheOptionArrayIsFreedWhenTheVmIsMade) {

@@ -80,18 +80,18 @@ TEST_F(JavaExceptionHelperTest, TraceMessageAndClassNameAreReadInThisOrderAndThe
                   "GetMethodID(local:10, \"toString\", \"()Ljava/lang/String;\")",
                   "CallObjectMethodV(local:1, method:getStackTrace)", "GetArrayLength(local:4)",
                   "GetObjectArrayElement(local:4, 0)", "CallObjectMethodV(local:5, method:toString)",
-                  "GetStringChars(local:6)", "ReleaseStringChars(local:6, \"a.B.f(B.java:3)\")",
+                  "GetStringChars(local:6, null)", "ReleaseStringChars(local:6, \"a.B.f(B.java:3)\")",
                   "GetObjectArrayElement(local:4, 1)", "CallObjectMethodV(local:7, method:toString)",
-                  "GetStringChars(local:8)",
+                  "GetStringChars(local:8, null)",
                   "ReleaseStringChars(local:8, \"a.B.main(B.java:9)\")",  //
                   "GetObjectClass(local:1)", "GetMethodID(local:12, \"getMessage\", \"()Ljava/lang/String;\")",
-                  "CallObjectMethodV(local:1, method:getMessage)", "GetStringChars(local:9)",
+                  "CallObjectMethodV(local:1, method:getMessage)", "GetStringChars(local:9, null)",
                   "ReleaseStringChars(local:9, \"bad\")",  //
                   "GetObjectClass(local:1)", "FindClass(\"java/lang/Class\")",
                   "GetMethodID(local:13, \"getClass\", \"()Ljava/lang/String;\")",
                   "GetMethodID(local:14, \"getName\", \"()Ljava/lang/String;\")",
                   "CallObjectMethodV(local:1, method:getClass)", "CallObjectMethodV(local:2, method:getName)",
-                  "GetStringChars(local:3)", "ReleaseStringChars(local:3, \"java.lang.IllegalStateException\")"));
+                  "GetStringChars(local:3, null)", "ReleaseStringChars(local:3, \"java.lang.IllegalStateException\")"));
   EXPECT_EQ(jvm.Pending(), throwable);
 }
 
@@ -127,13 +127,13 @@ INSTANTIATE_TEST_SUITE_P(Reads, JavaExceptionHelperNullTest, testing::Values(
             "Failed to call the toString () method of the given java.lang.StackTrace object."},
     NullRow{"SecondElementText", "CallObjectMethodV(local:7, method:toString)", 1, 129,
             "Failed to call the toString () method of the given java.lang.StackTrace object."},
-    NullRow{"ElementChars", "GetStringChars(local:8)", 1, 32, "Failed to get chars of the specified jstring."},
+    NullRow{"ElementChars", "GetStringChars(local:8, null)", 1, 32, "Failed to get chars of the specified jstring."},
     NullRow{"MessageClass", "GetObjectClass(local:1)", 2, 82, "Failed to get the class of the exception occured."},
     NullRow{"MessageMethod", "GetMethodID(local:12, \"getMessage\", \"()Ljava/lang/String;\")", 1, 84,
             "Failed to get the method id of getMessage () method of the exception occured."},
     NullRow{"Message", "CallObjectMethodV(local:1, method:getMessage)", 1, 89,
             "Failed to get the message of the exception occured."},
-    NullRow{"MessageChars", "GetStringChars(local:9)", 1, 32, "Failed to get chars of the specified jstring."},
+    NullRow{"MessageChars", "GetStringChars(local:9, null)", 1, 32, "Failed to get chars of the specified jstring."},
     NullRow{"NameClass", "GetObjectClass(local:1)", 3, 53, "Failed to get the class of the exception occured."},
     NullRow{"ClassClass", "FindClass(\"java/lang/Class\")", 1, 55, "Failed to get the java.lang.Class class."},
     NullRow{"ClassMethod", "GetMethodID(local:13, \"getClass\", \"()Ljava/lang/String;\")", 1, 57,
@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Reads, JavaExceptionHelperNullTest, testing::Values(
             "Failed to get the class of the exception occured."},
     NullRow{"Name", "CallObjectMethodV(local:2, method:getName)", 1, 67,
             "Failed to get the name of class of the exception occured."},
-    NullRow{"NameChars", "GetStringChars(local:3)", 1, 32, "Failed to get chars of the specified jstring."}),
+    NullRow{"NameChars", "GetStringChars(local:3, null)", 1, 32, "Failed to get chars of the specified jstring."}),
     [](const auto& row) { return row.param.name; });
 // clang-format on
 

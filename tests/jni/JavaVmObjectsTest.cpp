@@ -67,10 +67,10 @@ TYPED_TEST(JavaVmObjectsTest, FindClassTakesAGlobalReferenceThatTheHandleGivesBa
   {
     const CJavaClass javaClass = this->vm.FindClass(this->name.c_str());
     EXPECT_EQ(fakes::Describe(static_cast<jclass>(javaClass)), "global:1");
-    EXPECT_THAT(this->jvm.TakeCalls(), ElementsAre("AttachCurrentThread", "FindClass(\"a/B\")",  //
-                                                   "AttachCurrentThread", "NewGlobalRef(local:1)"));
+    EXPECT_THAT(this->jvm.TakeCalls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")",  //
+                                                   "AttachCurrentThread(null)", "NewGlobalRef(local:1)"));
   }
-  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread", "DeleteGlobalRef(global:1)"));
+  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "DeleteGlobalRef(global:1)"));
 }
 
 TYPED_TEST(JavaVmObjectsTest, NamesReachJniAsTheyAre) {
@@ -90,9 +90,9 @@ TYPED_TEST(JavaVmObjectsTest, NullNamesReachJniAsNull) {
 TYPED_TEST(JavaVmObjectsTest, AllocObjectWrapsOnlyAfterTheCheck) {
   const CJavaObject object = this->vm.AllocObject(this->name.c_str());
   EXPECT_EQ(fakes::Describe(static_cast<jobject>(object)), "global:2");
-  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread", "FindClass(\"a/B\")", "AllocObject(local:1)",
+  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")", "AllocObject(local:1)",
                                              "ExceptionOccurred",  //
-                                             "AttachCurrentThread", "NewGlobalRef(local:2)"));
+                                             "AttachCurrentThread(null)", "NewGlobalRef(local:2)"));
 }
 
 TYPED_TEST(JavaVmObjectsTest, NewObjectHandsOnItsArguments) {
@@ -101,9 +101,9 @@ TYPED_TEST(JavaVmObjectsTest, NewObjectHandsOnItsArguments) {
   EXPECT_EQ(fakes::Describe(static_cast<jobject>(object)), "global:3");
   EXPECT_THAT(
       this->jvm.Calls(),
-      ElementsAre("AttachCurrentThread", "FindClass(\"a/B\")", "GetMethodID(local:2, \"<init>\", \"(IDLa/B;)V\")",
+      ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")", "GetMethodID(local:2, \"<init>\", \"(IDLa/B;)V\")",
                   "NewObjectV(local:2, method:<init>, -7, 2.5, local:1)", "ExceptionOccurred",  //
-                  "AttachCurrentThread", "NewGlobalRef(local:3)"));
+                  "AttachCurrentThread(null)", "NewGlobalRef(local:3)"));
 }
 
 TYPED_TEST(JavaVmObjectsTest, AClassThatIsNotFoundIsReportedWithTheJavaErrorPending) {
@@ -116,9 +116,9 @@ TYPED_TEST(JavaVmObjectsTest, AClassThatIsNotFoundIsReportedWithTheJavaErrorPend
   EXPECT_EQ(FailureOf([&] { this->vm.AllocObject(this->name.c_str()); }), notFound);
   EXPECT_EQ(FailureOf([&] { this->vm.NewObject(this->name.c_str(), this->noArguments.c_str()); }), notFound);
   EXPECT_NE(this->jvm.Pending(), nullptr);
-  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread", "FindClass(\"a/B\")",  //
-                                             "AttachCurrentThread", "FindClass(\"a/B\")",  //
-                                             "AttachCurrentThread", "FindClass(\"a/B\")"));
+  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")",  //
+                                             "AttachCurrentThread(null)", "FindClass(\"a/B\")",  //
+                                             "AttachCurrentThread(null)", "FindClass(\"a/B\")"));
 }
 
 TYPED_TEST(JavaVmObjectsTest, AConstructorThatIsNotFoundIsReportedWithTheJavaErrorPending) {
@@ -129,8 +129,8 @@ TYPED_TEST(JavaVmObjectsTest, AConstructorThatIsNotFoundIsReportedWithTheJavaErr
   EXPECT_EQ(FailureOf([&] { this->vm.NewObject(this->name.c_str(), this->noArguments.c_str()); }),
             Throws<CJavaVmException>("jni/JavaVm", AnyLine, "The specified constructor was not found."));
   EXPECT_NE(this->jvm.Pending(), nullptr);
-  EXPECT_THAT(this->jvm.Calls(),
-              ElementsAre("AttachCurrentThread", "FindClass(\"a/B\")", "GetMethodID(local:1, \"<init>\", \"()V\")"));
+  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")",
+                                             "GetMethodID(local:1, \"<init>\", \"()V\")"));
 }
 
 TYPED_TEST(JavaVmObjectsTest, ANullObjectIsAMemoryFailureWithTheJavaErrorPending) {
@@ -170,8 +170,8 @@ TYPED_TEST(JavaVmObjectsTest, AThreadThatCannotBeAttachedMakesNoOtherCall) {
   EXPECT_EQ(FailureOf([&] { this->vm.AllocObject(this->name.c_str()); }), notAttached);
   EXPECT_EQ(FailureOf([&] { this->vm.NewObject(this->name.c_str(), this->noArguments.c_str()); }), notAttached);
   EXPECT_EQ(FailureOf([&] { this->vm.NewString(RX_TEXT("text")); }), notAttached);
-  EXPECT_THAT(this->jvm.Calls(),
-              ElementsAre("AttachCurrentThread", "AttachCurrentThread", "AttachCurrentThread", "AttachCurrentThread"));
+  EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "AttachCurrentThread(null)",
+                                             "AttachCurrentThread(null)", "AttachCurrentThread(null)"));
 }
 
 TYPED_TEST(JavaVmObjectsTest, ShortAsciiNamesNeedNoMemory) {
@@ -200,14 +200,14 @@ TEST_F(JavaVmConversionTest, FindClassConvertsBeforeItAttaches) {
 
 TEST_F(JavaVmConversionTest, AllocObjectAttachesBeforeItConverts) {
   ExpectNoMemory([&] { vm.AllocObject(RX_TEXT("a/\u00C4")); });
-  EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread"));
+  EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread(null)"));
 }
 
 TEST_F(JavaVmConversionTest, NewObjectConvertsTheNameFirstAndTheSignatureLast) {
   ExpectNoMemory([&] { vm.NewObject(RX_TEXT("a/\u00C4"), RX_TEXT("()V")); });
   EXPECT_THAT(jvm.TakeCalls(), IsEmpty());
   ExpectNoMemory([&] { vm.NewObject(RX_TEXT("a/B"), RX_TEXT("(La/\u00C4;)V")); });
-  EXPECT_THAT(jvm.TakeCalls(), ElementsAre("AttachCurrentThread", "FindClass(\"a/B\")"));
+  EXPECT_THAT(jvm.TakeCalls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")"));
 }
 
 TEST_F(JavaVmConversionTest, NamesReachJniAsUtf8) {
@@ -230,8 +230,8 @@ TEST_F(JavaVmStringTest, NullAndEmptyTextGiveANullStringWithoutAnyCall) {
 TEST_F(JavaVmStringTest, TextReachesJniAsItIs) {
   const CJavaString string = Vm().NewString(RX_TEXT("a\u20AC\U0001D11E"));
   EXPECT_EQ(fakes::Describe(static_cast<jstring>(string)), "global:1");
-  EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread", "NewString(\"a\\20ac\\d834\\dd1e\", 4)",
-                                       "ExceptionOccurred", "AttachCurrentThread", "NewGlobalRef(local:1)"));
+  EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "NewString(\"a\\20ac\\d834\\dd1e\", 4)",
+                                       "ExceptionOccurred", "AttachCurrentThread(null)", "NewGlobalRef(local:1)"));
 }
 
 TEST_F(JavaVmStringTest, AJavaExceptionIsThrownAndNothingIsWrapped) {

@@ -31,7 +31,8 @@ TEST_F(JavaVmTest, AttachGivesTheThreadsEnvironmentEveryTime) {
   EXPECT_EQ(vm.Attach(), jvm.Env());
   EXPECT_EQ(vm.Attach(), jvm.Env());
   vm.Detach();
-  EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread", "AttachCurrentThread", "DetachCurrentThread"));
+  EXPECT_THAT(jvm.Calls(),
+              ElementsAre("AttachCurrentThread(null)", "AttachCurrentThread(null)", "DetachCurrentThread"));
 }
 
 class JavaVmStatusTest : public fakes::JvmTest, public testing::WithParamInterface<jint> {};
