@@ -9,6 +9,11 @@
 #include "fakes/Text.h"
 #include "jni/AccessorSamples.h"
 
+#if defined(__GNUC__)
+// va_list is an attributed type on some systems, and slots that take one are template arguments here.
+#pragma GCC diagnostic ignored "-Wignored-attributes"
+#endif
+
 namespace accessors {
 
 namespace {
