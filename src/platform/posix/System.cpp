@@ -98,9 +98,8 @@ class NativeSystem final : public System {
   unsigned int FileAttributes(const RX::UniChar* path) override {
     struct stat information {};
     s_lastError = AnswerOr(StatusNotEnoughMemory, [&] {
-      return path != nullptr && stat(ToUtf8(path), &information) == 0 ? StatusOk
-             : path != nullptr                                        ? StatusOf(errno)
-                                                                      : StatusFileNotFound;
+      const CString text = ToUtf8(path != nullptr ? path : RX_TEXT(""));
+      return stat(text, &information) == 0 ? StatusOk : StatusOf(errno);
     });
     if (s_lastError != StatusOk) return NoFileAttributes;
     return S_ISDIR(information.st_mode) ? DirectoryAttribute : OrdinaryFileAttribute;
