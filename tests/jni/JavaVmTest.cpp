@@ -133,6 +133,29 @@ TEST_F(JavaVmLifetimeTest, AssignmentDropsTheOwnVm) {
   EXPECT_FALSE(alive);
 }
 
+// A runtime whose end fails.
+class ThrowingRuntimeImpl : public fakes::FakeRuntimeImpl {
+ public:
+  ~ThrowingRuntimeImpl() noexcept(false) override { throw 42; }
+};
+
+class ThrowingRuntime : public CJavaRuntime {
+ public:
+  ThrowingRuntime() : CJavaRuntime(mirel::base::CRef<CJavaRuntimeImpl>(new ThrowingRuntimeImpl())) {}
+};
+
+TEST_F(JavaVmLifetimeTest, AForeignExceptionOfTheOwnVmsEndPassesAndTheAssignmentIsComplete) {
+  FakeJvm other;
+  const fakes::Allocations allocations;
+  {
+    CJavaVm vm = fakes::FakeRuntimeImpl::Wrap(ThrowingRuntime(), jvm.Vm());
+    const CJavaVm source = fakes::HandleOf(other);
+    EXPECT_THROW(vm = source, int);
+    EXPECT_TRUE(vm == source);
+  }
+  EXPECT_EQ(allocations.Live(), 0u);
+}
+
 TEST_F(JavaVmLifetimeTest, RunningOutOfMemoryForAHandleKeepsNothing) {
   bool alive = false;
   const int failures = fakes::FailEachAllocation(
