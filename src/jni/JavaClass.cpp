@@ -126,30 +126,30 @@ typename Type::Host CallStaticMethod(const CJavaVm& vm, jclass javaClass, const 
   types::Type::Host CJavaClass::GetStatic##Type##Field(const Text* name, const Text* signature) const { \
     return GetStaticField<types::Type>(m_vm, *this, name, signature);                                   \
   }
-TORVAN_GETTER(Object,   char)  TORVAN_GETTER(Object,   RX::UniChar)
-TORVAN_GETTER(Boolean,  char)  TORVAN_GETTER(Boolean,  RX::UniChar)
-TORVAN_GETTER(Byte,     char)  TORVAN_GETTER(Byte,     RX::UniChar)
-TORVAN_GETTER(Char,     char)  TORVAN_GETTER(Char,     RX::UniChar)
-TORVAN_GETTER(Short,    char)  TORVAN_GETTER(Short,    RX::UniChar)
-TORVAN_GETTER(Int,      char)  TORVAN_GETTER(Int,      RX::UniChar)
-TORVAN_GETTER(Long,     char)  TORVAN_GETTER(Long,     RX::UniChar)
-TORVAN_GETTER(Float,    char)  TORVAN_GETTER(Float,    RX::UniChar)
-TORVAN_GETTER(Double,   char)  TORVAN_GETTER(Double,   RX::UniChar)
+TORVAN_GETTER(Object,  char)  TORVAN_GETTER(Object,  RX::UniChar)
+TORVAN_GETTER(Boolean, char)  TORVAN_GETTER(Boolean, RX::UniChar)
+TORVAN_GETTER(Byte,    char)  TORVAN_GETTER(Byte,    RX::UniChar)
+TORVAN_GETTER(Char,    char)  TORVAN_GETTER(Char,    RX::UniChar)
+TORVAN_GETTER(Short,   char)  TORVAN_GETTER(Short,   RX::UniChar)
+TORVAN_GETTER(Int,     char)  TORVAN_GETTER(Int,     RX::UniChar)
+TORVAN_GETTER(Long,    char)  TORVAN_GETTER(Long,    RX::UniChar)
+TORVAN_GETTER(Float,   char)  TORVAN_GETTER(Float,   RX::UniChar)
+TORVAN_GETTER(Double,  char)  TORVAN_GETTER(Double,  RX::UniChar)
 #undef TORVAN_GETTER
 
 #define TORVAN_SETTER(Type, Text)                                                                                       \
   void CJavaClass::SetStatic##Type##Field(const Text* name, const Text* signature, types::Type::Argument value) const { \
     SetStaticField<types::Type>(m_vm, *this, name, signature, value);                                                   \
   }
-TORVAN_SETTER(Object,   char)  TORVAN_SETTER(Object,   RX::UniChar)
-TORVAN_SETTER(Boolean,  char)  TORVAN_SETTER(Boolean,  RX::UniChar)
-TORVAN_SETTER(Byte,     char)  TORVAN_SETTER(Byte,     RX::UniChar)
-TORVAN_SETTER(Char,     char)  TORVAN_SETTER(Char,     RX::UniChar)
-TORVAN_SETTER(Short,    char)  TORVAN_SETTER(Short,    RX::UniChar)
-TORVAN_SETTER(Int,      char)  TORVAN_SETTER(Int,      RX::UniChar)
-TORVAN_SETTER(Long,     char)  TORVAN_SETTER(Long,     RX::UniChar)
-TORVAN_SETTER(Float,    char)  TORVAN_SETTER(Float,    RX::UniChar)
-TORVAN_SETTER(Double,   char)  TORVAN_SETTER(Double,   RX::UniChar)
+TORVAN_SETTER(Object,  char)  TORVAN_SETTER(Object,  RX::UniChar)
+TORVAN_SETTER(Boolean, char)  TORVAN_SETTER(Boolean, RX::UniChar)
+TORVAN_SETTER(Byte,    char)  TORVAN_SETTER(Byte,    RX::UniChar)
+TORVAN_SETTER(Char,    char)  TORVAN_SETTER(Char,    RX::UniChar)
+TORVAN_SETTER(Short,   char)  TORVAN_SETTER(Short,   RX::UniChar)
+TORVAN_SETTER(Int,     char)  TORVAN_SETTER(Int,     RX::UniChar)
+TORVAN_SETTER(Long,    char)  TORVAN_SETTER(Long,    RX::UniChar)
+TORVAN_SETTER(Float,   char)  TORVAN_SETTER(Float,   RX::UniChar)
+TORVAN_SETTER(Double,  char)  TORVAN_SETTER(Double,  RX::UniChar)
 #undef TORVAN_SETTER
 
 #define TORVAN_CALLER(Type, Text)                                                                              \
@@ -158,16 +158,16 @@ TORVAN_SETTER(Double,   char)  TORVAN_SETTER(Double,   RX::UniChar)
     va_start(arguments.list, signature);                                                                       \
     return CallStaticMethod<types::Type>(m_vm, *this, name, signature, arguments.list);                        \
   }
-TORVAN_CALLER(Object,   char)  TORVAN_CALLER(Object,   RX::UniChar)
-TORVAN_CALLER(Boolean,  char)  TORVAN_CALLER(Boolean,  RX::UniChar)
-TORVAN_CALLER(Byte,     char)  TORVAN_CALLER(Byte,     RX::UniChar)
-TORVAN_CALLER(Char,     char)  TORVAN_CALLER(Char,     RX::UniChar)
-TORVAN_CALLER(Short,    char)  TORVAN_CALLER(Short,    RX::UniChar)
-TORVAN_CALLER(Int,      char)  TORVAN_CALLER(Int,      RX::UniChar)
-TORVAN_CALLER(Long,     char)  TORVAN_CALLER(Long,     RX::UniChar)
-TORVAN_CALLER(Float,    char)  TORVAN_CALLER(Float,    RX::UniChar)
-TORVAN_CALLER(Double,   char)  TORVAN_CALLER(Double,   RX::UniChar)
-TORVAN_CALLER(Void,     char)  TORVAN_CALLER(Void,     RX::UniChar)
+TORVAN_CALLER(Object,  char)  TORVAN_CALLER(Object,  RX::UniChar)
+TORVAN_CALLER(Boolean, char)  TORVAN_CALLER(Boolean, RX::UniChar)
+TORVAN_CALLER(Byte,    char)  TORVAN_CALLER(Byte,    RX::UniChar)
+TORVAN_CALLER(Char,    char)  TORVAN_CALLER(Char,    RX::UniChar)
+TORVAN_CALLER(Short,   char)  TORVAN_CALLER(Short,   RX::UniChar)
+TORVAN_CALLER(Int,     char)  TORVAN_CALLER(Int,     RX::UniChar)
+TORVAN_CALLER(Long,    char)  TORVAN_CALLER(Long,    RX::UniChar)
+TORVAN_CALLER(Float,   char)  TORVAN_CALLER(Float,   RX::UniChar)
+TORVAN_CALLER(Double,  char)  TORVAN_CALLER(Double,  RX::UniChar)
+TORVAN_CALLER(Void,    char)  TORVAN_CALLER(Void,    RX::UniChar)
 #undef TORVAN_CALLER
 // clang-format on
 

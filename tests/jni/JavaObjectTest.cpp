@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <mirel/base/MemoryException.h>
 #include <torvan/JavaVmException.h>
-#include <torvan/jni/JavaObject.h>
+#include <torvan/jni/JavaString.h>
 
-#include <memory>
+#include <cstring>
 #include <optional>
 
 #include "fakes/Allocations.h"
@@ -31,6 +31,22 @@ using torvan::jni::CJavaVmException;
 std::string Reference(const CJavaObject& object) { return fakes::Describe(static_cast<jobject>(object)); }
 
 class JavaObjectTest : public handles::HandleTest {};
+
+TEST_F(JavaObjectTest, HandlesAreLaidOutAsHostsWereCompiled) {
+  const CJavaObject object = NewObject();
+  jobject last = nullptr;
+  JavaVM* beforeLast = nullptr;
+
+  // The virtual table, the holder (two pointers), the VM handle (three), the reference.
+  ASSERT_EQ(sizeof(CJavaObject), 7 * sizeof(void*));
+  EXPECT_EQ(sizeof(torvan::jni::CJavaClass), sizeof(CJavaObject));
+  EXPECT_EQ(sizeof(torvan::jni::CJavaString), sizeof(CJavaObject));
+  const auto* const bytes = reinterpret_cast<const unsigned char*>(&object);
+  std::memcpy(&beforeLast, bytes + 5 * sizeof(void*), sizeof(beforeLast));
+  std::memcpy(&last, bytes + 6 * sizeof(void*), sizeof(last));
+  EXPECT_EQ(beforeLast, jvm.Vm());
+  EXPECT_EQ(last, static_cast<jobject>(object));
+}
 
 TEST_F(JavaObjectTest, AHandleWorksWithItsOwnGlobalReference) {
   {
