@@ -1,0 +1,192 @@
+// What a launched program receives of its options and arguments.
+
+#include <torvan/jvmlauncher/options/ClassPathOption.h>
+#include <torvan/jvmlauncher/options/DirectOption.h>
+#include <torvan/jvmlauncher/options/JarOption.h>
+#include <torvan/jvmlauncher/options/NonStandardOption.h>
+#include <torvan/jvmlauncher/options/SystemPropertyOption.h>
+
+#include <fstream>
+#include <memory>
+#include <random>
+#include <regex>
+
+#include "SafeArgument.h"
+#include "jvmlauncher/LaunchSystemTest.h"
+
+using namespace torvan::jvmlauncher;
+using namespace torvan::jvmlauncher::options;
+using fakes::Narrow;
+using fakes::Widen;
+using testing::ElementsAreArray;
+using tests::LaunchSystemTest;
+using tests::LineOf;
+using tests::OnThisSystem;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+using Option = std::shared_ptr<CJavaVmOption>;
+
+Option ClassPath(const Texts& entries) {
+  auto* option = new CClassPathOption();
+  for (const std::string& entry : entries) option->AddEntry(Widen(entry).c_str());
+  return Option(option);
+}
+Option Jar(const char* path) { return Option(new CJarOption(Widen(path).c_str())); }
+Option NonStandard(const char* text) { return Option(new CNonStandardOption(Widen(text).c_str())); }
+Option Direct(const char* text) { return Option(new CDirectOption(Widen(text).c_str())); }
+Option Property(const char* name, const char* value) {
+  return Option(new CSystemPropertyOption(Widen(name).c_str(), Widen(value).c_str()));
+}
+
+struct Row {
+  const char* name;
+  std::vector<Option> options;
+  const char* mainClass;  // null: none
+  Texts arguments;
+  Texts received;
+};
+
+class ReceivedArguments : public LaunchSystemTest, public testing::WithParamInterface<Row> {};
+
+TEST_P(ReceivedArguments, AreWhatTheRenderingStandsFor) {
+  CJavaVmOptions options;
+  for (const Option& option : GetParam().options) options.AddOption(*option);
+  const fakes::WideText mainClass = GetParam().mainClass != nullptr ? Widen(GetParam().mainClass) : fakes::WideText();
+  const RX::UniChar* const main = GetParam().mainClass != nullptr ? mainClass.c_str() : nullptr;
+  EXPECT_THAT(Received(options, main, ListOf(GetParam().arguments)), ElementsAreArray(GetParam().received));
+}
+
+// clang-format off
+const Row Rows[] = {
+    // Arguments.
+    {"NoArguments",              {}, "Main", {}, {"Main"}},
+    {"OneArgument",              {}, "Main", {"x"}, {"Main", "x"}},
+    {"ASpace",                   {}, "Main", {"a b", "c"}, {"Main", "a b", "c"}},
+    {"NothingButSpaces",         {}, "Main", {"  "}, {"Main", "  "}},
+    {"SpacesAround",             {}, "Main", {" a "}, {"Main", " a "}},
+    {"AnEmptyArgument",          {}, "Main", {"a", "", "b"}, {"Main", "a", "b"}},
+    {"ATab",                     {}, "Main", {"a\tb"}, {"Main", "a", "b"}},
+    {"ATabAndASpace",            {}, "Main", {"a\tb c"}, {"Main", "a\tb c"}},
+    {"AQuote",                   {}, "Main", {"a\"b", "c"}, {"Main", "ab c "}},
+    {"AnEscapedQuote",           {}, "Main", {"a\\\"b"}, {"Main", "a\"b"}},
+    {"QuotesAndASpace",          {}, "Main", {"say \"hi\"", "x"}, {"Main", "say hi", "x"}},
+    {"QuotesAroundASpace",       {}, "Main", {"\"a b\""}, {"Main", "a", "b"}},
+    {"QuotesAroundNothing",      {}, "Main", {"\"\"", "x"}, {"Main", "", "x"}},
+    {"EscapedQuotesAndASpace",   {}, "Main", {"say \\\"hi\\\""}, {"Main", "say \"hi\""}},
+    {"ABackslash",               {}, "Main", {"C:\\a"}, {"Main", "C:\\a"}},
+    {"ABackslashLast",           {}, "Main", {"C:\\a\\", "b"}, {"Main", "C:\\a\\", "b"}},
+    {"ASpaceAndABackslashLast",  {}, "Main", {"C:\\a b\\", "c", "d"}, {"Main", "C:\\a b\" c d "}},
+    {"ASpaceAndTwoBackslashes",  {}, "Main", {"C:\\a b\\\\", "c"}, {"Main", "C:\\a b\\", "c"}},
+    {"BackslashesInside",        {}, "Main", {"\\\\server\\my share"}, {"Main", "\\\\server\\my share"}},
+    {"ArgumentsOfItsOwn",        {}, "Main", {"x\" -y \"z"}, {"Main", "x", "-y", "z"}},
+    {"ShellCharacters",          {}, "Main", {"$HOME", "`x`", "a;b", "a|b", "'a'", "%PATH%", "a&b", "a>b", "^"},
+                                 {"Main", "$HOME", "`x`", "a;b", "a|b", "'a'", "%PATH%", "a&b", "a>b", "^"}},
+    {"LettersBeyondAscii",       {}, "Main", {"\u00e4\u4e2d", "\u00fc \u20ac"}, {"Main", "\u00e4\u4e2d", "\u00fc \u20ac"}},
+    {"BeyondTheBasicPlane",      {}, "Main", {"\U0001F600 x"}, {"Main", "\U0001F600 x"}},
+    {"ALineEnd",                 {}, "Main", {"a\nb"}, {"Main", "a\nb"}},
+    {"ANoBreakSpace",            {}, "Main", {"a\u00a0b"}, {"Main", "a\u00a0b"}},
+    {"ALongArgument",            {}, "Main", {std::string(8000, 'x')}, {"Main", std::string(8000, 'x')}},
+
+    // The main class.
+    {"APackage",                 {}, "com.acme.Main", {}, {"com.acme.Main"}},
+    {"AMainClassWithASpace",     {}, "-ea Main", {}, {"-ea", "Main"}},
+
+    // The class path.
+    {"ClassPath",                {ClassPath({"a", "b"})}, "Main", {}, {"-cp", OnThisSystem("a;b;", "a:b:"), "Main"}},
+    {"ClassPathWithASpace",      {ClassPath({"a b", "c"})}, "Main", {},
+                                 {"-cp", OnThisSystem("a b;c;", "a b:c:"), "Main"}},
+    {"ClassPathOfAFolder",       {ClassPath({"C:\\a b\\"})}, "Main", {},
+                                 {"-cp", OnThisSystem("C:\\a b\\;", "C:\\a b\\:"), "Main"}},
+    {"ClassPathWithoutEntries",  {ClassPath({})}, "Main", {"x"}, {"Main", "x"}},
+    {"ClassPathWithATab",        {ClassPath({"a\tb"})}, "Main", {}, {"-cp", "a", OnThisSystem("b;", "b:"), "Main"}},
+
+    // Jars.
+    {"Jar",                      {Jar("a.jar")}, nullptr, {"x"}, {"-jar", "a.jar", "x"}},
+    {"JarWithASpace",            {Jar("My Jars/a.jar")}, nullptr, {"x"}, {"-jar", "My Jars/a.jar", "x"}},
+    {"JarAndMainClass",          {Jar("a.jar")}, "Main", {}, {"-jar", "a.jar", "Main"}},
+
+    // Properties.
+    {"Property",                 {Property("a", "x")}, "Main", {}, {"-Da=x", "Main"}},
+    {"PropertyWithASpace",       {Property("a.b", "x y")}, "Main", {}, {"-Da.b=x y", "Main"}},
+    {"PropertyWithAnEqualsSign", {Property("a", "b=c d=e")}, "Main", {}, {"-Da=b=c d=e", "Main"}},
+    {"PropertyOfAFolder",        {Property("a", "C:\\x\\")}, "Main", {}, {"-Da=C:\\x\\", "Main"}},
+    {"PropertySpaceAndBackslash",{Property("a", "C:\\x y\\")}, "Main", {"z"}, {"-Da=C:\\x y\" Main z "}},
+    {"PropertyWithOptions",      {Property("a", "x\" -Xy \"z")}, "Main", {}, {"-Da=x", "-Xy", "z", "Main"}},
+
+    // Other options.
+    {"NonStandard",              {NonStandard("mx512m")}, "Main", {}, {"-Xmx512m", "Main"}},
+    {"NonStandardWithASpace",    {NonStandard("a b")}, "Main", {}, {"-Xa", "b", "Main"}},
+    {"Direct",                   {Direct("-ea")}, "Main", {}, {"-ea", "Main"}},
+    {"DirectWithASpace",         {Direct("-ea -server")}, "Main", {}, {"-ea", "-server", "Main"}},
+    {"DirectInItsOwnQuotes",     {Direct("\"-Da=x y\"")}, "Main", {}, {"-Da=x y", "Main"}},
+    {"AllTogether",              {NonStandard("mx1g"), ClassPath({"a b"}), Property("n", "v w"), Jar("x y.jar")},
+                                 nullptr, {"1 2", "3"},
+                                 {"-Xmx1g", "-cp", OnThisSystem("a b;", "a b:"), "-Dn=v w", "-jar", "x y.jar", "1 2", "3"}},
+};
+// clang-format on
+
+INSTANTIATE_TEST_SUITE_P(Launches, ReceivedArguments, testing::ValuesIn(Rows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// --- The documentation ---
+
+// The code spans of a table cell; "(empty)" is an empty text, "(nothing)" none.
+Texts TextsOf(const std::string& cell) {
+  Texts texts;
+  const std::regex piece("``?([^`]+)`|\\(empty\\)|\\(nothing\\)");
+  for (std::sregex_iterator it(cell.begin(), cell.end(), piece), end; it != end; ++it) {
+    if (it->str() == "(nothing)") continue;
+    texts.push_back(std::regex_replace((*it)[1].str(), std::regex("<tab>"), "\t"));
+  }
+  return texts;
+}
+
+TEST_F(LaunchSystemTest, TheTableOfTheDocumentationIsTrue) {
+  std::ifstream document(TORVAN_LAUNCHING_PAGE);
+  ASSERT_TRUE(document.good()) << TORVAN_LAUNCHING_PAGE;
+  const std::regex row("\\| (`.*`|\\(empty\\)) \\| (`.*`|\\(nothing\\)) \\| (`.*`|\\(empty\\)|\\(nothing\\)) \\|");
+  int rows = 0;
+  bool inTable = false;
+  for (std::string line; std::getline(document, line);) {
+    if (line.compare(0, 11, "| argument ") == 0) inTable = true;
+    if (line.empty()) inTable = false;
+    std::smatch cells;
+    if (!inTable || !std::regex_match(line, cells, row)) continue;
+    SCOPED_TRACE(line);
+    ++rows;
+    const CArgumentList list = ListOf(TextsOf(cells[1]));
+    ASSERT_EQ(list.GetArgumentCount(), 1u);
+    const Texts rendered = TextsOf(cells[2]);
+    EXPECT_EQ(LineOf(list), (rendered.empty() ? "" : rendered.front()) + " ");
+    Texts expected = TextsOf(cells[3]);
+    expected.insert(expected.begin(), "Main");
+    EXPECT_THAT(Received({}, RX_TEXT("Main"), list), ElementsAreArray(expected));
+  }
+  EXPECT_EQ(rows, 14);
+}
+
+// --- Text from elsewhere ---
+
+TEST_F(LaunchSystemTest, ASafeArgumentArrivesAsItIsWhateverItHolds) {
+  std::mt19937 random(42);
+  const fakes::WideText units = RX_TEXT("ab  \"\"\\\\\t\n*?'=\u00e4\u4e2d");
+  for (int launch = 0; launch < 10; ++launch) {
+    Texts texts;
+    CArgumentList list;
+    CJavaVmOptions options;
+    for (int i = 0; i < 30; ++i) {
+      fakes::WideText text(random() % 7, RX_TEXT('x'));
+      for (RX::UniChar& unit : text) unit = units[random() % units.size()];
+      texts.push_back(Narrow(text.c_str()));
+      list.Append(SafeArgument(text).c_str());
+    }
+    const fakes::WideText value = Widen(texts[0] + "x");
+    options.AddOption(CSystemPropertyOption(RX_TEXT("n"), SafeArgument(value).c_str()));
+    texts.insert(texts.begin(), {"-Dn=" + Narrow(value.c_str()), "Main"});
+    EXPECT_THAT(Received(options, RX_TEXT("Main"), list), ElementsAreArray(texts));
+  }
+}
+
+}  // namespace
