@@ -64,14 +64,15 @@ const Row Rows[] = {
 INSTANTIATE_TEST_SUITE_P(Versions, VersionComparison, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-// The rule, spelt out slowly: split at the dots, take each part's leading digits, compare as lists.
-std::vector<long> NumbersOf(const std::string& version) {
-  std::vector<long> numbers;
+// The rule, spelt out slowly: split at the dots, take each part's leading digits (as a 32-bit number), compare as
+// lists.
+std::vector<long long> NumbersOf(const std::string& version) {
+  std::vector<long long> numbers;
   for (std::size_t start = 0; start != std::string::npos;) {
     const std::size_t dot = version.find('.', start);
     const std::string part = version.substr(start, dot == std::string::npos ? dot : dot - start);
     const std::string digits = part.substr(0, part.find_first_not_of("0123456789"));
-    numbers.push_back(digits.empty() ? 0 : std::stol(digits));
+    numbers.push_back(digits.empty() ? 0 : std::min(std::stoll(digits), 2147483647LL));
     start = dot == std::string::npos ? dot : dot + 1;
   }
   return numbers;
