@@ -1,0 +1,135 @@
+// VMs that are created, refused and collected.
+#include <cstdlib>
+
+#include "fakes/Failure.h"
+#include "realvm/OwnProcess.h"
+
+namespace {
+
+using namespace realvm;
+using fakes::Failure;
+using fakes::FailureOf;
+using fakes::Throws;
+using torvan::jni::CDynamicJavaRuntime;
+using torvan::jni::CJavaRuntimeException;
+using torvan::jni::CJavaString;
+using torvan::jni::CJavaVm;
+using torvan::jni::options::COptions;
+using Vms = mirel::util::CVector<CJavaVm>;
+
+const Failure refused = Throws<CJavaRuntimeException>("jni/DynamicJavaRuntimeImpl", 70,
+                                                      "Failed to create Java VM with the specified options.");
+
+TEST(CreationTest, WithoutAVmNoneIsCollected) {
+  InProcessOfItsOwn([] {
+    Vms vms(0, 1);
+    EXPECT_EQ(Runtime().GetCreatedJavaVms(vms), 0u);
+    EXPECT_EQ(vms.GetSize(), 0u);
+  });
+}
+
+TEST(CreationTest, TheCreatedVmIsCollectedEachTimeAnew) {
+  InProcessOfItsOwn([] {
+    CDynamicJavaRuntime runtime = Runtime();
+    const CJavaVm vm = runtime.CreateJavaVm(FixtureOptions(), false);
+    Vms vms(0, 1);
+    EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 1u);
+    EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 1u);
+    ASSERT_EQ(vms.GetSize(), 2u);
+    EXPECT_TRUE(vms[0] == vm);
+    EXPECT_TRUE(vms[1] == vm);
+  });
+}
+
+// The VM allows one creation. After it has refused the second it no longer counts the first, which still runs.
+TEST(CreationTest, ASecondVmIsRefusedAndTheFirstNoLongerCollected) {
+  InProcessOfItsOwn([] {
+    CDynamicJavaRuntime runtime = Runtime();
+    const CJavaVm vm = runtime.CreateJavaVm(FixtureOptions(), false);
+    Vms vms(0, 1);
+    EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 1u);
+    EXPECT_EQ(FailureOf([&] { runtime.CreateJavaVm(FixtureOptions(), false); }), refused);
+    EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 0u);
+    EXPECT_EQ(vms.GetSize(), 1u);
+    EXPECT_EQ(vms[0].FindClass("java/lang/Math").CallStaticIntMethod("abs", "(I)I", -4), 4);
+  });
+}
+
+TEST(CreationTest, AnUnsupportedJniVersionIsHandedOnAndRefused) {
+  InProcessOfItsOwn([] {
+    CDynamicJavaRuntime runtime(RuntimePath().c_str(), 0x00010003);
+    EXPECT_EQ(runtime.GetJniVersion(), 0x00010003);
+    EXPECT_EQ(FailureOf([&] { runtime.CreateJavaVm(FixtureOptions(), false); }), refused);
+  });
+}
+
+TEST(CreationTest, UnrecognisedOptionsAreRefusedUnlessIgnored) {
+  const struct {
+    const char* name;
+    void (*add)(COptions& options);
+  } rows[] = {
+      {"an empty class path", [](COptions& options) { options.AddOption(torvan::jni::options::CClassPath()); }},
+      {"an empty library path", [](COptions& options) { options.AddOption(torvan::jni::options::CLibraryPath()); }},
+      {"a text that says nothing",
+       [](COptions& options) { options.AddOption(torvan::jni::options::CCustomOption(RX_TEXT("_nothing"))); }},
+  };
+  for (const auto& row : rows) {
+    for (const bool ignoreUnrecognized : {false, true}) {
+      SCOPED_TRACE(row.name);
+      InProcessOfItsOwn([&] {
+        COptions options = FixtureOptions();
+        row.add(options);
+        const Failure expected = ignoreUnrecognized ? Failure() : refused;
+        EXPECT_EQ(FailureOf([&] { Runtime().CreateJavaVm(options, ignoreUnrecognized); }), expected);
+      });
+    }
+  }
+}
+
+TEST(CreationTest, NoOptionsAreNeeded) {
+  InProcessOfItsOwn([] {
+    const CJavaVm vm = Runtime().CreateJavaVm(COptions(), false);
+    EXPECT_EQ(Property(vm, RX_TEXT("java.class.path")), "");
+  });
+}
+
+TEST(CreationTest, TheVmSurvivesAllHandlesAndIsFoundAgain) {
+  InProcessOfItsOwn([] {
+    Runtime()
+        .CreateJavaVm(FixtureOptions(), false)
+        .FindClass("fixture/Kinds$Counter")
+        .SetStaticIntField("shared", "I", 5);
+    Vms vms(0, 1);
+    EXPECT_EQ(Runtime().GetCreatedJavaVms(vms), 1u);
+    EXPECT_EQ(vms[0].FindClass("fixture/Kinds$Counter").GetStaticIntField("shared", "I"), 5);
+  });
+}
+
+// The library stays loaded for an object alone.
+TEST(CreationTest, AnObjectOutlivesTheHandlesThatMadeIt) {
+  InProcessOfItsOwn([] {
+    const CJavaString text = Runtime().CreateJavaVm(FixtureOptions(), false).NewString(RX_TEXT("text"));
+    EXPECT_EQ(Utf8(text), "text");
+    EXPECT_EQ(text.CallIntMethod("length", "()I"), 4);
+  });
+}
+
+// The double that is static is read as a char, which the VM does not let pass when it checks; its abort ends in the
+// hook.
+TEST(CreationTest, ReadingAStaticDoubleAbortsAVmThatChecks) {
+  constexpr int ExitWithReport = 40;
+  InProcessOfItsOwn(
+      [] {
+        using namespace torvan::jni::options;
+        COptions options;
+        options.AddOption(CCustomOption(RX_TEXT("-Xcheck:jni")));
+        options.AddOption(CVfprintfHook(&TakeVmText));
+        options.AddOption(CAbortHook([] {
+          std::_Exit(VmText().find("FATAL ERROR in native method: ") != std::string::npos ? ExitWithReport : 0);
+        }));
+        Runtime().CreateJavaVm(options, false).FindClass("java/lang/Math").GetStaticDoubleField("PI", "D");
+      },
+      ExitWithReport);
+}
+
+}  // namespace

@@ -1,0 +1,65 @@
+#include "realvm/OwnProcess.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <vector>
+
+namespace realvm {
+
+namespace {
+
+constexpr int ExitFailed = 99;
+
+// In a child process GoogleTest keeps failures to itself.
+void PrintFailures() {
+  const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
+  for (int i = 0; i < result.total_part_count(); ++i) {
+    const testing::TestPartResult& part = result.GetTestPartResult(i);
+    if (part.failed()) std::fprintf(stderr, "%s:%d: %s\n", part.file_name(), part.line_number(), part.message());
+  }
+}
+
+[[noreturn]] void RunAndExit(const std::function<void()>& body) {
+  torvan::Initialize();
+  try {
+    body();
+  } catch (const mirel::base::CException& exception) {
+    const char* message = exception.GetMessageText();
+    ADD_FAILURE() << "thrown: " << exception.GetClass()->GetName() << " " << (message != nullptr ? message : "");
+  }
+  torvan::Terminate();
+  PrintFailures();
+  std::exit(testing::Test::HasFailure() ? ExitFailed : 0);
+}
+
+std::mutex vmTextLock;
+std::string vmText;
+
+}  // namespace
+
+void InProcessOfItsOwn(const std::function<void()>& body, int exitCode) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // the child is started anew, as it must be on Windows
+  EXPECT_EXIT(RunAndExit(body), testing::ExitedWithCode(exitCode), "");
+}
+
+int TakeVmText(FILE*, const char* format, va_list arguments) {
+  va_list copy;
+  va_copy(copy, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, copy);
+  va_end(copy);
+  if (length < 0) return length;
+  std::vector<char> text(static_cast<std::size_t>(length) + 1);
+  std::vsnprintf(text.data(), text.size(), format, arguments);
+  const std::lock_guard<std::mutex> guard(vmTextLock);
+  vmText += text.data();
+  return length;
+}
+
+std::string VmText() {
+  const std::lock_guard<std::mutex> guard(vmTextLock);
+  return vmText;
+}
+
+}  // namespace realvm

@@ -1,0 +1,21 @@
+// Tests that each need a VM of their own kind: a process has one VM, and only once.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "realvm/RealRuntime.h"
+
+namespace realvm {
+
+// Runs the body in a process of its own, which must end with the exit code. A body that returns ends its process with
+// 0, or else, when one of its expectations failed or it threw, with another code; what failed is printed.
+void InProcessOfItsOwn(const std::function<void()>& body, int exitCode = 0);
+
+// Text that the VM prints, taken by CVfprintfHook(&TakeVmText).
+int TakeVmText(FILE* stream, const char* format, va_list arguments);
+std::string VmText();
+
+}  // namespace realvm

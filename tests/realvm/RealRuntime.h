@@ -1,0 +1,33 @@
+// The Java runtime that a test program is run with, and what its tests ask of any VM.
+#pragma once
+
+#include <torvan/Torvan.h>
+
+#include <string>
+
+#include "fakes/Text.h"
+
+namespace realvm {
+
+// The VM library, from the environment variable TORVAN_TEST_LIBJVM. Ends the program when it is not set.
+const fakes::WideText& RuntimePath();
+
+torvan::jni::CDynamicJavaRuntime Runtime();
+
+// Adds the option of the environment variable TORVAN_TEST_VM_OPTION if that is set.
+void AddOptionFromEnvironment(torvan::jni::options::COptions& options);
+
+// That option and the folder of the fixtures as class path.
+torvan::jni::options::COptions FixtureOptions();
+
+// UTF-8; a null text gives "(null)".
+std::string Utf8(const mirel::base::CUnicodeString& text);
+
+// A Java system property; "(null)" when there is none.
+std::string Property(const torvan::jni::CJavaVm& vm, const RX::UniChar* name);
+
+// Clears the pending Java exception and gives its class, for example "java.lang.NoSuchFieldError"; "" when none was
+// pending. With `message` it is told, too: "java.lang.IllegalStateException: bad".
+std::string TakePending(JNIEnv* env, bool message = false);
+
+}  // namespace realvm

@@ -1,0 +1,31 @@
+// The one VM of the program realvm_behaviour, and what its tests share.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "realvm/RealRuntime.h"
+
+namespace realvm {
+
+// The VM, created before the first test. The runtime handle that created it is gone by then.
+const torvan::jni::CJavaVm& Vm();
+
+// Each test has a frame of local references of its own and ends with no Java exception pending.
+// A fixture that holds handles declares its destructor, which must not throw though theirs may.
+class RealVmTest : public testing::Test {
+ protected:
+  RealVmTest();
+  ~RealVmTest() noexcept override;
+
+  const torvan::jni::CJavaVm& vm = Vm();
+  JNIEnv* const env = vm.Attach();
+};
+
+// A narrow or wide text of ASCII characters.
+template <typename Unit>
+std::basic_string<Unit> Spell(const char* text) {
+  return std::basic_string<Unit>(text, text + std::char_traits<char>::length(text));
+}
+
+}  // namespace realvm
