@@ -10,10 +10,10 @@
 // them are escaped here, and what else would be split, expanded or lost gets quotes of its own. Serves arguments and
 // values of system properties.
 inline std::basic_string<RX::UniChar> SafeArgument(const std::basic_string<RX::UniChar>& text) {
-  using Text = std::basic_string<RX::UniChar>;
-  const bool isQuotedByRule = text.find(RX_TEXT(' ')) != Text::npos;
-  const bool needsQuotes = text.empty() || text.find_first_of(RX_TEXT("\t\r\n\v\f*?")) != Text::npos;
-  Text safe;
+  using Units = std::basic_string<RX::UniChar>;
+  const bool isQuotedByRule = text.find(RX_TEXT(' ')) != Units::npos;
+  const bool needsQuotes = text.empty() || text.find_first_of(RX_TEXT("\t\r\n\v\f*?")) != Units::npos;
+  Units safe;
   std::size_t backslashes = 0;
   for (const RX::UniChar unit : text) {
     // Backslashes that come before a quote are doubled, and one more makes the quote a character.

@@ -7,10 +7,13 @@ import java.nio.charset.StandardCharsets;
  *
  * <p>The file LAUNCH_PROBE_REPORT gets the class path, the system properties named in LAUNCH_PROBE_PROPERTIES
  * (separated by commas) and the arguments, each UTF-8 and ended by a zero. LAUNCH_PROBE_MILLISECONDS is how long to
- * wait after that, LAUNCH_PROBE_EXIT the exit code.
+ * wait after that, LAUNCH_PROBE_EXIT the exit code. With LAUNCH_PROBE_STUBBORN it takes a minute to stop.
  */
 public final class LaunchProbe {
     public static void main(String[] arguments) throws Exception {
+        if (System.getenv("LAUNCH_PROBE_STUBBORN") != null) {
+            Runtime.getRuntime().addShutdownHook(new Thread(LaunchProbe::sleepLong));
+        }
         StringBuilder facts = new StringBuilder(System.getProperty("java.class.path")).append('\0');
         for (String name : setting("LAUNCH_PROBE_PROPERTIES", "").split(",")) {
             if (!name.isEmpty()) facts.append(System.getProperty(name)).append('\0');
@@ -26,6 +29,14 @@ public final class LaunchProbe {
 
         Thread.sleep(Long.parseLong(setting("LAUNCH_PROBE_MILLISECONDS", "0")));
         System.exit(Integer.parseInt(setting("LAUNCH_PROBE_EXIT", "0")));
+    }
+
+    private static void sleepLong() {
+        try {
+            Thread.sleep(60000);
+        } catch (InterruptedException interrupted) {
+            Thread.currentThread().interrupt();
+        }
     }
 
     private static String setting(String name, String otherwise) {

@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Runs the example that launches Java and compares what it prints: launch_java.sh PROGRAM CLASS-FOLDER [RUNNER...]
+# The class folder holds LaunchProbe; with a runner there is no Java to launch.
+set -uo pipefail
+
+program=$1 classes=$2
+shift 2
+runner=("$@")
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+passed=0
+failed=0
+
+# expect NAME EXIT-CODE PRINTED ARGUMENT...: PRINTED is a regular expression for all that is printed.
+expect() {
+  local name=$1 code=$2 printed=$3 actual=0 text
+  shift 3
+  "${runner[@]}" "$program" "$@" >"$folder/output" 2>&1 </dev/null || actual=$?
+  text=$(tr -d '\r' <"$folder/output")
+  if [ "$actual" -eq "$code" ] && [[ $text =~ ^($printed)$ ]]; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    printf 'FAILED: %s: exit code %s, expected %s; printed:\n%s\n' "$name" "$actual" "$code" "$text"
+  fi
+}
+
+# reported NAME TEXT...: compares what the program wrote down.
+reported() {
+  local name=$1
+  shift
+  if printf '%s\0' "$@" | cmp -s - "$LAUNCH_PROBE_REPORT"; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    echo "FAILED: $name: the program received:" && tr '\0' '\n' <"$LAUNCH_PROBE_REPORT"
+  fi
+}
+
+usage='launch_java: usage: launch_java VERSION \[-cp PATH\]\.\.\. .* \[args\.\.\.\]'
+expect 'no arguments' 2 "$usage"
+expect 'no version' 2 "$usage" -cp x Main
+expect 'unknown option' 2 "$usage" 1.8 --verbose Main
+expect 'option without its value' 2 "$usage" 1.8 -cp
+expect 'empty value' 2 "$usage" 1.8 -jar ''
+expect 'property without value' 2 "launch_java: -D needs name=value, and not 'n'" 1.8 -D n Main
+expect 'property without name' 2 'launch_java: Invalid system property name\.' 1.8 -D =v Main
+expect 'property name with a space' 2 "launch_java: the property name 'a b' must not hold spaces or quotes" 1.8 -D 'a b=v' M
+expect 'option with a space' 2 "launch_java: the option 'a b' must not hold spaces or quotes" 1.8 -X 'a b' Main
+expect 'main class with a space' 2 "launch_java: the main class 'a b' must not hold spaces or quotes" 1.8 -X mx64m 'a b'
+expect 'time-out that is none' 2 "launch_java: --timeout needs a number of milliseconds, and not '1s'" 1.8 --timeout 1s Main
+
+if [ ${#runner[@]} -gt 0 ]; then
+  expect 'no Java' 2 'launch_java: There is no installed Java VM on the current system\.' 1.8 Main
+  echo "launch_java.sh: the runs with Java are left out: there is no Windows Java on this machine"
+else
+  export LAUNCH_PROBE_REPORT="$folder/report"
+  expect 'version that is not installed' 2 \
+    'launch_java: There is no installed Java VM which is compatible with the specified version\.' 999 Main
+  expect 'neither class nor jar' 2 'launch_java: Java application cannot be launched because neither main class name .*' 1.8
+  expect 'class that is not there' 1 '.*NotThere.*' 1.8 -cp "$classes" NotThere
+
+  export LAUNCH_PROBE_PROPERTIES=a,b,c
+  expect 'a program' 0 '' 1.8 -cp "$classes" -cp "/my jars/x.jar" -D 'a=1 "2" \' -D 'b=' -D 'c=x=y' -X mx64m \
+    --timeout 60000 LaunchProbe 'two words' '' 'say "hi" \' '*' -x
+  reported 'a program' "$classes:/my jars/x.jar:" '1 "2" \' '' 'x=y' 'two words' '' 'say "hi" \' '*' -x
+  unset LAUNCH_PROBE_PROPERTIES
+
+  LAUNCH_PROBE_EXIT=42 expect 'exit code' 42 '' 1.8 -cp "$classes" LaunchProbe
+  # Java prints its threads when it is stopped.
+  LAUNCH_PROBE_MILLISECONDS=60000 expect 'time-out' 130 \
+    '.*launch_java: the program ran longer than 1500 ms and was stopped' 1.8 -cp "$classes" --timeout 1500 LaunchProbe
+  LAUNCH_PROBE_STUBBORN=1 LAUNCH_PROBE_MILLISECONDS=60000 expect 'time-out of a program that does not stop' 0 \
+    '.*launch_java: the program ran longer than 1500 ms and was killed' 1.8 -cp "$classes" --timeout 1500 LaunchProbe
+fi
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
