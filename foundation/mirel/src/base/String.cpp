@@ -20,8 +20,6 @@ CString::CString(const char* text) : m_text(CopyOf(text)) {}
 
 CString::CString(const CString& other) : m_text(CopyOf(other.m_text)) {}
 
-CString::~CString() { RX_free(m_text); }
-
 CString& CString::operator=(const CString& other) {
   char* const copy = CopyOf(other.m_text);
   RX_free(m_text);

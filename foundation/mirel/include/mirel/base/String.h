@@ -2,6 +2,7 @@
 #pragma once
 
 #include <mirel/base/Base.h>
+#include <rx/Memory.h>
 
 namespace mirel::base {
 
@@ -13,7 +14,10 @@ class MIREL_API CString : public CBase {
   // Copies a zero-terminated text; null stays null. Throws CMemoryException.
   CString(const char* text);
   CString(const CString& other);
-  ~CString();
+  // Inline, because most texts of names on their way to Java are never given any bytes.
+  ~CString() {
+    if (m_text != nullptr) RX_free(m_text);
+  }
   // Copies another text. Throws CMemoryException and then keeps what it held.
   CString& operator=(const CString& other);
 
