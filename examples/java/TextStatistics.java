@@ -1,3 +1,6 @@
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Paths;
 import java.text.BreakIterator;
 import java.text.NumberFormat;
 import java.util.Comparator;
@@ -7,7 +10,12 @@ import java.util.Map;
 import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
-/** Word and sentence statistics of a text, by the rules of a language. */
+/**
+ * Word and sentence statistics of a text, by the rules of a language.
+ *
+ * <p>A native program uses it as an object. As a program of its own it counts the words of the files named; its exit code
+ * is 0 when every file could be read, else 1.
+ */
 public final class TextStatistics {
     private static final Pattern LINK = Pattern.compile("\\bhttps?://\\S+|\\]\\([^)]+\\)");
 
@@ -98,5 +106,20 @@ public final class TextStatistics {
             lastFailure = "the text has " + words + " words, fewer than " + minimum;
             throw new IllegalStateException(lastFailure);
         }
+    }
+
+    public static void main(String[] files) {
+        int exitCode = 0;
+        for (String file : files) {
+            TextStatistics statistics = new TextStatistics("en-GB");
+            try {
+                Files.readAllLines(Paths.get(file)).forEach(statistics::addLine);
+                System.out.println(file + ": " + statistics.format(statistics.getWordCount()) + " words");
+            } catch (IOException exception) {
+                System.err.println(file + " cannot be read");
+                exitCode = 1;
+            }
+        }
+        System.exit(exitCode);
     }
 }
