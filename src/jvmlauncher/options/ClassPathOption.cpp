@@ -1,7 +1,7 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 #include <torvan/jvmlauncher/options/ClassPathOption.h>
 
-#include "jvmlauncher/options/SameClass.h"
+#include "SameClass.h"
 #include "jvmlauncher/options/Text.h"
 #include "platform/Conventions.h"
 

@@ -3,7 +3,7 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 #include <torvan/jvmlauncher/options/DirectOption.h>
 
-#include "jvmlauncher/options/SameClass.h"
+#include "SameClass.h"
 #include "jvmlauncher/options/Text.h"
 
 namespace torvan::jvmlauncher::options {
