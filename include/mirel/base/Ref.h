@@ -9,6 +9,7 @@
 #include <rx/Memory.h>
 
 #include <new>
+#include <type_traits>
 
 namespace mirel::base {
 
@@ -88,6 +89,7 @@ class CRef : public CBase {
       CRefCountedPtr<T>* block;
       ~FreeBlock() { RX_free(block); }
     } freeBlock{m_block};
+    static_assert(std::is_base_of_v<CBase, T>, "the object's memory goes back to the root allocator");
     if (m_block->IsOwning()) delete m_object;
   }
 
