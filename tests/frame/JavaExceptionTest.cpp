@@ -78,6 +78,20 @@ TEST(JavaExceptionTest, AssignmentReplacesTheTexts) {
   EXPECT_EQ(TextsOf(other), illegalState);
 }
 
+TEST(JavaExceptionTest, CopyAndAssignmentTakeTheBasesFactsToo) {
+  CJavaException original = IllegalState();
+  static_cast<CException&>(original) = CException("jni/File", 7, "text", "more");
+  const CJavaException copy(original);
+  CJavaException assigned = Old();
+  assigned = original;
+  for (const CJavaException* exception : {&copy, static_cast<const CJavaException*>(&assigned)}) {
+    EXPECT_STREQ(exception->GetSourceFile(), "jni/File");
+    EXPECT_EQ(exception->GetSourceLine(), 7u);
+    EXPECT_STREQ(exception->GetMessageText(), "text");
+    EXPECT_STREQ(exception->GetDetail(), "more");
+  }
+}
+
 TEST(JavaExceptionTest, ConstructionWithoutMemoryThrowsAndLeaksNothing) {
   fakes::Allocations allocations;
   const CUnicodeString className(RX_TEXT("a.B")), message(RX_TEXT("m")), trace(RX_TEXT("t"));
