@@ -21,7 +21,15 @@ CJavaObject::CJavaObject(const CJavaVm& vm, jobject object, bool makeGlobal) : m
 
 CJavaObject::CJavaObject(const CJavaObject& other) = default;
 CJavaObject::~CJavaObject() noexcept(false) = default;
-CJavaObject& CJavaObject::operator=(const CJavaObject& other) = default;
+
+CJavaObject& CJavaObject::operator=(const CJavaObject& other) {
+  if (this == &other) return *this;
+  m_vm = other.m_vm;
+  m_ref = other.m_ref;
+  // Dropping the own reference comes last: whatever a VM throws there, the handle is the other's copy.
+  m_holder = other.m_holder;
+  return *this;
+}
 
 bool CJavaObject::operator==(const mirel::base::CNull&) const noexcept { return m_ref == nullptr; }
 bool CJavaObject::operator!=(const mirel::base::CNull&) const noexcept { return m_ref != nullptr; }
@@ -131,7 +139,7 @@ typename Type::Host CallMethod(const CJavaVm& vm, jobject object, const Text* na
   return result.ToHost(vm);
 }
 
-// The class named to JNI is the object's own, so that an override is called and not what it overrides.
+// Intentional: the class named to JNI is always the object's own, so an override is called and not what it overrides.
 template <typename Type, typename Text>
 typename Type::Host CallNonvirtualMethod(const CJavaVm& vm, jobject object, const Text* name, const Text* signature,
                                          va_list arguments) {

@@ -9,7 +9,7 @@ using mirel::base::CUnicodeString;
 
 CJavaString::CJavaString(const CJavaVm& vm, jstring string, bool makeGlobal) : CJavaObject(vm, string, makeGlobal) {}
 CJavaString::CJavaString(const CJavaVm& vm, const RX::UniChar* text)
-    : CJavaObject(vm, CreateJavaString(vm, text), true) {}
+    : CJavaString(vm, CreateJavaString(vm, text), true) {}
 CJavaString::CJavaString(const CJavaString& other) = default;
 CJavaString::CJavaString(const CJavaObject& object) : CJavaObject(object) {}
 CJavaString::~CJavaString() noexcept(false) = default;
@@ -17,14 +17,12 @@ CJavaString& CJavaString::operator=(const CJavaString& other) = default;
 
 CJavaString& CJavaString::operator=(const RX::UniChar* text) {
   jstring string = CreateJavaString(m_vm, text);
-  if (string == nullptr) {
-    m_holder = nullptr;
-    m_ref = nullptr;
-    return *this;
-  }
-  m_holder = new CJniGlobalRef(m_vm, string, true);
+  mirel::base::CRef<CJniGlobalRef> holder;
+  if (string != nullptr) holder = new CJniGlobalRef(m_vm, string, true);
   // Intentional: the handle works with the local reference; the global one only keeps the string alive.
   m_ref = string;
+  // Dropping the old string comes last: whatever a VM throws there, the handle is the new string's.
+  m_holder = holder;
   return *this;
 }
 

@@ -146,6 +146,27 @@ TEST_F(JavaObjectTest, AssignmentTakesTheVmToo) {
   EXPECT_EQ(other.LiveGlobals(), 0u);
 }
 
+TEST_F(JavaObjectTest, AnAssignmentIsDoneWhateverTheVmThrowsOfTheOldReference) {
+  struct Foreign {};
+  FakeJvm otherVm;
+  otherVm.AnswerAll();
+  {
+    CJavaObject object = NewObject();
+    const jobject old = object;
+    const Object other(fakes::HandleOf(otherVm), otherVm.NewObject());
+    jvm.On<&fakes::Jni::DeleteGlobalRef>([](jobject) { throw Foreign(); });
+
+    EXPECT_THROW(object = other, Foreign);
+
+    EXPECT_EQ(static_cast<jobject>(object), static_cast<jobject>(other));
+    otherVm.Return<&fakes::Jni::IsInstanceOf>(JNI_TRUE);
+    EXPECT_TRUE(object.IsInstanceOf("C"));
+    jvm.AnswerGlobals();
+    jvm.Env()->DeleteGlobalRef(old);
+  }
+  EXPECT_EQ(otherVm.LiveGlobals(), 0u);
+}
+
 TEST_F(JavaObjectTest, RunningOutOfMemoryLeavesNoReferenceBehind) {
   const jobject local = jvm.NewObject();
   fakes::Failure failure;

@@ -170,6 +170,21 @@ TEST_F(JavaStringTest, AFailedAssignmentKeepsTheString) {
   EXPECT_EQ(Reference(string), "local:2");
 }
 
+TEST_F(JavaStringTest, AnAssignmentIsDoneWhateverTheVmThrowsOfTheOldString) {
+  struct Foreign {};
+  for (const RX::UniChar* text : {RX_TEXT("new"), RX_TEXT("")}) {
+    CJavaString string = NewString();
+    const jstring old = string;
+    jvm.On<&Jni::DeleteGlobalRef>([](jobject) { throw Foreign(); });
+
+    EXPECT_THROW(string = text, Foreign);
+
+    EXPECT_EQ(Reference(string), *text != 0 ? "local:2" : "null");
+    jvm.AnswerGlobals();
+    jvm.Env()->DeleteGlobalRef(old);
+  }
+}
+
 TEST_F(JavaStringTest, ANullStringBecomesANullTextWithoutAskingTheVm) {
   const CJavaString string(Object(vm, nullptr));
 
