@@ -28,6 +28,7 @@ void RequireClass(jclass javaClass) {
   if (javaClass == nullptr) throw CNullReferenceException("jni/JavaClass", __LINE__, nullptr, nullptr);
 }
 
+// Intentional: what is pending is not looked at first, so a constructor that throws is reported as a lack of memory.
 void RequireInstance(jobject object) {
   if (object == nullptr) throw CMemoryException("jni/JavaClass", __LINE__, nullptr, nullptr);
 }
@@ -71,7 +72,7 @@ CJavaObject CJavaClass::NewObject(const RX::UniChar* signature, ...) const {
 
 namespace {
 
-// The class is not tested for null: the VM is asked about it as it is.
+// Intentional: here and below the class is not tested for null; the VM is asked about it as it is.
 template <typename Text>
 jfieldID StaticFieldOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
   jfieldID field = env->GetStaticFieldID(javaClass, CJniText(name), CJniText(signature));

