@@ -5,7 +5,7 @@
 
 namespace torvan::jni::options {
 
-// A function that the VM calls in place of ending the process when it cannot go on.
+// A function that the VM calls when it cannot go on, before it ends the process; returning does not save it.
 class TORVAN_API CAbortHook : public CHook {
  public:
   // "abort".
