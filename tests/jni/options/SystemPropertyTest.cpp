@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "OptionSupport.h"
+#include "fakes/Allocations.h"
 #include "fakes/Failure.h"
 
 namespace torvan::jni::options {
@@ -73,6 +74,14 @@ TEST(SystemPropertyTest, NeitherQuotesNorCutsWhatItRenders) {
   const std::string value(300, 'x');
   const CSystemProperty property(RX_TEXT("a=b c"), fakes::Widen("\"" + value + ";").c_str());
   EXPECT_EQ(Text(property.GetOptionString()), "-Da=b c=\"" + value + ";");
+}
+
+TEST(SystemPropertyTest, RenderingStartsWithRoomFor32Units) {
+  const CSystemProperty property(RX_TEXT("a"), RX_TEXT("b"));
+  fakes::Allocations allocations;
+  property.GetOptionString();
+  EXPECT_GE(allocations.Taken().at(0).size, 2 * 32u);
+  EXPECT_LE(allocations.Taken().at(0).size, 2 * (32u + 1));  // the buffer may keep room for a final zero
 }
 
 TEST(SystemPropertyTest, NeedsANameBeforeAValue) {

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "OptionSupport.h"
+#include "fakes/Allocations.h"
 #include "fakes/Failure.h"
 
 namespace torvan::jni::options {
@@ -57,6 +58,14 @@ TEST(VerboseTest, ComparesFlagsWithoutMeaningToo) {
   const CVerbose sameText(5);
   EXPECT_FALSE(option.Equals(&sameText));
   EXPECT_FALSE(sameText.Equals(&option));
+}
+
+TEST(VerboseTest, RenderingStartsWithRoomFor32Units) {
+  const CVerbose option(1);
+  fakes::Allocations allocations;
+  option.GetOptionString();
+  EXPECT_GE(allocations.Taken().at(0).size, 2 * 32u);
+  EXPECT_LE(allocations.Taken().at(0).size, 2 * (32u + 1));  // the buffer may keep room for a final zero
 }
 
 TEST(VerboseTest, CopiesAsAValue) { ExpectCopiesAsAValue(CVerbose(1), CVerbose(2)); }
