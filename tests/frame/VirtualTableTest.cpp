@@ -89,11 +89,14 @@ TYPED_TEST(VirtualTableTest, OperationsHaveTheirSlots) {
   EXPECT_EQ(DifferingSlots(base, WithPrint<TypeParam>()), std::vector{6});
 }
 
+// The type of a member's address names the class that declares it last.
 TYPED_TEST(VirtualTableTest, AnExceptionOverridesItsClassAndOnlyTheJavaOneItsPrinting) {
-  std::vector<int> overridden;
-  if (!std::is_same_v<TypeParam, CException>) overridden.push_back(2);
-  if (std::is_same_v<TypeParam, CJavaException>) overridden.push_back(6);
-  EXPECT_EQ(DifferingSlots(Make<CException>(), Make<TypeParam>()), overridden);
+  using Printing = std::conditional_t<std::is_same_v<TypeParam, CJavaException>, CJavaException, CException>;
+  static_assert(std::is_same_v<decltype(&TypeParam::GetClass), const CClass* (TypeParam::*)() const>);
+  static_assert(std::is_same_v<decltype(&TypeParam::GetHashCode), int (CObject::*)() const>);
+  static_assert(std::is_same_v<decltype(&TypeParam::Equals), bool (CObject::*)(const CObject*) const>);
+  static_assert(std::is_same_v<decltype(&TypeParam::Clone), CObject* (CObject::*)() const>);
+  static_assert(std::is_same_v<decltype(&TypeParam::Print), void (Printing::*)(mirel::io::CPrintStream&) const>);
 }
 
 }  // namespace
