@@ -1,0 +1,17 @@
+// The heap operators of programs; the libraries have their own.
+#include <stdlib.h>
+
+#include <new>
+
+void* operator new(size_t size) {
+  if (void* const block = malloc(size == 0 ? 1 : size)) return block;
+  abort();
+}
+void* operator new[](size_t size) { return ::operator new(size); }
+void* operator new(size_t size, const std::nothrow_t&) noexcept { return malloc(size == 0 ? 1 : size); }
+void* operator new[](size_t size, const std::nothrow_t&) noexcept { return malloc(size == 0 ? 1 : size); }
+
+void operator delete(void* block) noexcept { free(block); }
+void operator delete[](void* block) noexcept { free(block); }
+void operator delete(void* block, size_t) noexcept { free(block); }
+void operator delete[](void* block, size_t) noexcept { free(block); }

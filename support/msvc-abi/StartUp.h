@@ -1,0 +1,7 @@
+// What programs and DLLs do first and last.
+#pragma once
+
+// Runs the initialisers of the module's static objects.
+void StartModule();
+// Runs what the module has registered with atexit, last one first: the destructors of its static objects.
+void EndModule();
