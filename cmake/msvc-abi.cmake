@@ -17,9 +17,9 @@ set(CMAKE_RC_COMPILER "${TORVAN_LLVM}/bin/llvm-rc")
 set(CMAKE_MT "${TORVAN_LLVM}/bin/llvm-mt")
 
 # The compiler's version of Visual Studio is said, or it would be whatever the build machine suggests. mingw-w64's
-# headers want to see GCC's version macros, too. Stack cookies (/GS) would need start-up code of their own.
+# headers want to see GCC's version macros, too.
 set(c_headers "-imsvc ${TORVAN_MINGW}/include")
-set(shared_flags "/GS- -fmsc-version=1929 /clang:-fgnuc-version=4.2.1 -D_UCRT -D__CRT__NO_INLINE -D__USE_MINGW_ANSI_STDIO=0")
+set(shared_flags "-fmsc-version=1929 /clang:-fgnuc-version=4.2.1 -D_UCRT -D__CRT__NO_INLINE -D__USE_MINGW_ANSI_STDIO=0")
 set(CMAKE_C_FLAGS_INIT "${shared_flags} ${c_headers}")
 # libc++ gives its headers only; what it would expect of the Microsoft runtime's own C++ headers is not here.
 set(CMAKE_CXX_FLAGS_INIT

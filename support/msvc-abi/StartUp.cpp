@@ -50,6 +50,7 @@ extern "C" int __cdecl atexit(Procedure procedure) {
 }
 
 void StartModule() {
+  ChooseSecurityCookie();
   _initialize_onexit_table(&s_exitProcedures);
   _initterm_e(__xi_a, __xi_z);
   _initterm(__xc_a, __xc_z);

@@ -1,6 +1,8 @@
 // What programs and DLLs do first and last.
 #pragma once
 
+// Gives the module its own value to guard stack frames with. Nothing guarded may be running yet.
+void ChooseSecurityCookie();
 // Runs the initialisers of the module's static objects.
 void StartModule();
 // Runs what the module has registered with atexit, last one first: the destructors of its static objects.

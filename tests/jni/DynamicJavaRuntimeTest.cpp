@@ -93,6 +93,7 @@ class RuntimeLifetimeTest : public RuntimeTest {
     vm.emplace(runtime->CreateJavaVm(options::COptions(), false));
     EXPECT_TRUE(IsLoaded());
   }
+  ~RuntimeLifetimeTest() noexcept override = default;
 
   std::optional<CDynamicJavaRuntime> runtime;
   std::optional<CJavaRuntime> copy;

@@ -33,7 +33,12 @@ using torvan::platform::SystemScope;
 
 namespace {
 
+// The Microsoft ABI gives each of several empty bases room of its own.
+#if defined(_MSC_VER)
+static_assert(sizeof(CJavaVmLauncher) == 2 * sizeof(void*), "a launcher is one pointer behind two empty bases");
+#else
 static_assert(sizeof(CJavaVmLauncher) == sizeof(void*), "a launcher is one pointer");
+#endif
 static_assert(!std::is_copy_constructible_v<CJavaVmLauncher> && !std::is_copy_assignable_v<CJavaVmLauncher>,
               "a launcher is not copied");
 

@@ -133,7 +133,8 @@ TEST_P(EveryOption, ClonesToAnEqualObjectOfItsClass) {
   const std::unique_ptr<CObject> clone(option.Clone());
   ASSERT_NE(clone, nullptr);
   EXPECT_NE(clone.get(), &option);
-  EXPECT_EQ(typeid(*clone), typeid(option));
+  const CObject& copy = *clone;
+  EXPECT_EQ(typeid(copy), typeid(option));
   EXPECT_TRUE(clone->Equals(&option));
   EXPECT_EQ(LineOf(static_cast<const CJavaVmOption&>(*clone)), LineOf(option));
 }

@@ -117,10 +117,12 @@ TEST_F(VectorTest, ReadsAndWritesByIndex) {
 TEST_F(VectorTest, AnIndexNotBelowTheSizeThrows) {
   CVector<Counted> empty(5, 5);
   CVector<Counted> vector = VectorOf({1, 2, 3}, 5);
-  for (auto [container, index] : {std::pair(&empty, 0u), {&vector, 3u}, {&vector, 4u}, {&vector, 0xFFFFFFFFu}}) {
+  for (const auto& row : {std::pair(&empty, 0u), {&vector, 3u}, {&vector, 4u}, {&vector, 0xFFFFFFFFu}}) {
+    const unsigned int index = row.second;
     SCOPED_TRACE(index);
-    const CVector<Counted>& constant = *container;
-    EXPECT_EQ(FailureOf([&] { (*container)[index].Value(); }),
+    CVector<Counted>& container = *row.first;
+    const CVector<Counted>& constant = container;
+    EXPECT_EQ(FailureOf([&] { container[index].Value(); }),
               Throws<CNoSuchElementException>("mirel/util/Vector", 167, nullptr));
     EXPECT_EQ(FailureOf([&] { constant[index].Value(); }),
               Throws<CNoSuchElementException>("mirel/util/Vector", 175, nullptr));

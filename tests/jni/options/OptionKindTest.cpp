@@ -120,7 +120,9 @@ TEST_P(OptionKindTest, CloneIsAnEqualObjectOfTheSameClass) {
   const std::unique_ptr<CObject> clone(m_option->Clone());
   ASSERT_NE(clone, nullptr);
   EXPECT_NE(clone.get(), m_option.get());
-  EXPECT_EQ(typeid(*clone), typeid(*m_option));
+  const CObject& copy = *clone;
+  const CObject& original = *m_option;
+  EXPECT_EQ(typeid(copy), typeid(original));
   EXPECT_EQ(clone->GetClass(), GetParam().type);
   EXPECT_TRUE(clone->Equals(m_option.get()));
   EXPECT_TRUE(m_option->Equals(clone.get()));

@@ -191,7 +191,8 @@ TEST(PathListTest, BaseClonesAsASystemPropertyWithoutAValue) {
   EXPECT_EQ(list.GetClass(), &CPathList::m_classCPathList);
   const std::unique_ptr<mirel::base::CObject> clone(list.Clone());
   ASSERT_NE(clone, nullptr);
-  EXPECT_EQ(typeid(*clone), typeid(CSystemProperty));
+  const mirel::base::CObject& copy = *clone;
+  EXPECT_EQ(typeid(copy), typeid(CSystemProperty));
   EXPECT_EQ(Text(static_cast<const CSystemProperty&>(*clone).GetOptionString()), "-Dmy.path=");
 }
 
