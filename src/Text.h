@@ -5,6 +5,6 @@
 
 namespace torvan {
 
-inline bool IsEmpty(const RX::UniChar* text) noexcept { return text == nullptr || RX::ucslen(text) == 0; }
+inline bool IsEmpty(const RX::UniChar* text) noexcept { return text == nullptr || *text == 0; }
 
 }  // namespace torvan

@@ -1,6 +1,6 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 
-#include "jvmlauncher/options/Text.h"
+#include "jvmlauncher/options/Rendering.h"
 
 namespace torvan::jvmlauncher {
 

@@ -3,7 +3,7 @@
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 
-#include "jvmlauncher/options/Text.h"
+#include "Text.h"
 #include "platform/Conventions.h"
 #include "platform/System.h"
 
@@ -11,7 +11,6 @@ namespace torvan::jvmlauncher {
 
 using mirel::base::At;
 using mirel::base::CUnicodeString;
-using options::IsEmpty;
 using namespace platform;
 
 namespace {

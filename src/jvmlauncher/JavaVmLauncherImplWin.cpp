@@ -6,8 +6,9 @@
 #include <torvan/JavaVmLauncherException.h>
 #include <torvan/jvmlauncher/options/JarOption.h>
 
+#include "Text.h"
 #include "jvmlauncher/InstalledJavaVm.h"
-#include "jvmlauncher/options/Text.h"
+#include "jvmlauncher/options/Rendering.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher {
@@ -18,7 +19,6 @@ using mirel::base::CRef;
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
 using options::AppendQuoted;
-using options::IsEmpty;
 using options::RenderingCapacity;
 using platform::System;
 

@@ -1,7 +1,7 @@
 #include <mirel/base/Exception.h>
 #include <torvan/jvmlauncher/JavaVmOptions.h>
 
-#include "jvmlauncher/options/Text.h"
+#include "jvmlauncher/options/Rendering.h"
 
 namespace torvan::jvmlauncher {
 

@@ -2,7 +2,7 @@
 #include <torvan/jvmlauncher/options/ClassPathOption.h>
 
 #include "SameClass.h"
-#include "jvmlauncher/options/Text.h"
+#include "jvmlauncher/options/Rendering.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher::options {

@@ -4,7 +4,8 @@
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
 #include "SameClass.h"
-#include "jvmlauncher/options/Text.h"
+#include "Text.h"
+#include "jvmlauncher/options/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
 

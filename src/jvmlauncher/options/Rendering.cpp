@@ -1,4 +1,4 @@
-#include "jvmlauncher/options/Text.h"
+#include "jvmlauncher/options/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
 

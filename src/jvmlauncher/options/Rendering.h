@@ -1,4 +1,4 @@
-// What the launcher's texts have in common.
+// What the renderings of the launcher have in common.
 #pragma once
 
 #include <mirel/base/UnicodeStringBuffer.h>
@@ -9,7 +9,6 @@ namespace torvan::jvmlauncher::options {
 // The room that every rendering starts with.
 constexpr unsigned int RenderingCapacity = 32;
 
-inline bool IsEmpty(const RX::UniChar* text) noexcept { return text == nullptr || *text == 0; }
 inline bool HasSpace(const mirel::base::CUnicodeString& text) noexcept { return text.Find(RX_TEXT(' ')) >= 0; }
 
 // Appends text as it stands on a command line: in double quotes when it holds a space.
