@@ -1,0 +1,44 @@
+# shellcheck shell=bash
+# What the scripts that run an example share: expect.sh PROGRAM [RUNNER...], to be sourced.
+# Leaves `folder`, which goes with the script, and `runner`, what runs the program; none where it runs by itself.
+set -uo pipefail
+
+program=$1
+runner=("${@:2}")
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+passed=0
+failed=0
+
+# shellcheck disable=SC2034
+any='(?s:.*)' # any text, line ends included
+
+# expect NAME EXIT-CODE PRINTED ARGUMENT...: PRINTED is a Perl regular expression for all that is printed, in which a
+# dot stands for no line end.
+expect() {
+  local name=$1 code=$2 printed=${3//$'\n'/'\n'} actual=0 text
+  shift 3
+  "${runner[@]}" "$program" "$@" >"$folder/output" 2>&1 </dev/null || actual=$?
+  text=$(tr -d '\r' <"$folder/output")
+  if [ "$actual" -eq "$code" ] && printf '%s\0' "$text" | grep -Pzq -- "\A(?:$printed)\z"; then
+    passed=$((passed + 1))
+  else
+    fail "$name: exit code $actual, expected $code; printed:" "$text"
+  fi
+}
+
+fail() {
+  failed=$((failed + 1))
+  printf 'FAILED: %s\n%s\n' "$@"
+}
+
+# Lets the program find no Java from now on; false where the machine lets nobody hide a folder.
+hide_java() {
+  local hide='mount -t tmpfs none /usr/lib/jvm && exec "$@"'
+  unshare -rm bash -c "$hide" - true 2>/dev/null && runner=(env -u JAVA_HOME unshare -rm bash -c "$hide" -)
+}
+
+finish() {
+  echo "$passed passed, $failed failed"
+  [ "$failed" -eq 0 ]
+}
