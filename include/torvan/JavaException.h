@@ -7,9 +7,18 @@
 
 namespace torvan::jni {
 
-// Thrown when a Java exception was pending after a field access, method call or allocation.
-// The Java exception is still pending in the thread: a host that goes on calling Java there clears it first, with
-// `vm.Attach()->ExceptionClear()`.
+// Thrown when a Java exception is pending after a field access, method call or allocation, and tells what it was.
+//
+// What stays pending: the library asks for Java's pending exception and reads it, but never clears it, before or after.
+// Whatever an operation on a VM, class, object or string threw, the host calls `vm.Attach()->ExceptionClear()` before
+// the thread uses Java again. JNI forbids most calls until then, and the next access would report the old exception as
+// its own.
+//
+// The reads are JNI calls, too, and those that fail have CJavaVmException thrown in place of this exception. HotSpot
+// refuses one of them for every Java exception: what is thrown there is CJavaVmException "Failed to get the method id
+// of the getClass () method of the exception occured." (so spelled), and what is pending then is the NoSuchMethodError
+// of that read, no longer the exception that it was about. A Java exception without a message fails a read before that,
+// "Failed to get the message of the exception occured.", and is still pending itself.
 class TORVAN_API CJavaException : public CJniException {
  public:
   // Copies the three texts. The exception has no source file, line 0 and the message "Exception thrown by Java.".

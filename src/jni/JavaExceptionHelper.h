@@ -6,7 +6,7 @@
 namespace torvan::jni {
 
 // Throws CJavaException with what the Java exception tells about itself, or CJavaVmException when it cannot be asked.
-// Intentional: the Java exception stays pending, before and after; the host clears it.
+// Intentional: it is asked while it is pending, and not cleared afterwards; the host does that.
 [[noreturn]] void ThrowJavaException(JNIEnv* env, jthrowable throwable);
 
 // Throws as above when a Java exception is pending in the thread of the environment. Null has none.

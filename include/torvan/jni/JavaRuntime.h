@@ -33,8 +33,9 @@ class TORVAN_API CJavaRuntime {
   CJavaVm CreateJavaVm(const options::COptions& options, bool ignoreUnrecognized);
 
   // Appends a handle of every VM of this process to `vms` and returns how many there are.
-  // The vector keeps what it held. Throws CJavaRuntimeException "Failed to get the number of created Java VMs." or
-  // "Failed to get the list of created Java VMs.", and CMemoryException.
+  // The vector keeps what it held, and after a failure also the handles appended so far. Throws CJavaRuntimeException
+  // "Failed to get the number of created Java VMs." or "Failed to get the list of created Java VMs.", and
+  // CMemoryException.
   unsigned int GetCreatedJavaVms(mirel::util::CVector<CJavaVm>& vms) const;
 
  protected:

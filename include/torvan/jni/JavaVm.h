@@ -21,7 +21,7 @@ class CJavaVmImpl;
 //
 // Every operation that needs Java throws CJavaVmException "Failed ot attach the current thread to the underlying Java
 // VM." (so spelled) when the thread cannot be attached. A lookup that fails leaves the VM's own error pending in the
-// thread.
+// thread; <torvan/JavaException.h> tells what else stays pending.
 class TORVAN_API CJavaVm {
  public:
   CJavaVm(const CJavaVm& other);
@@ -39,12 +39,13 @@ class TORVAN_API CJavaVm {
   // it. Throws CJavaVmException "Failed to detach the curretn thread from the underlying Java VM." (so spelled).
   void Detach() const;
 
-  // Finds a class. Throws CJavaVmException "The specified class was not found.".
+  // Finds a class. Throws CJavaVmException "The specified class was not found." and CMemoryException.
   CJavaClass FindClass(const char* name) const;
   CJavaClass FindClass(const RX::UniChar* name) const;
 
   // Makes an object of a class without running a constructor.
-  // Throws CJavaVmException "The specified class was not found." and CMemoryException.
+  // Throws CJavaVmException "The specified class was not found.", CMemoryException when no object was made, and
+  // CJavaException.
   CJavaObject AllocObject(const char* className) const;
   CJavaObject AllocObject(const RX::UniChar* className) const;
 
@@ -55,7 +56,8 @@ class TORVAN_API CJavaVm {
   CJavaObject NewObject(const RX::UniChar* className, const RX::UniChar* signature, ...) const;
 
   // Makes a Java string of the units up to the terminating zero, unconverted.
-  // Null and empty text give a null string. Throws CJavaException when the VM has no memory for it.
+  // Null and empty text give a null string. Throws CJavaException when the VM has no memory for it, and
+  // CMemoryException.
   CJavaString NewString(const RX::UniChar* text) const;
 
  private:
