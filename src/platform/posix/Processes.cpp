@@ -2,15 +2,16 @@
 
 #include <mirel/base/Base.h>
 #include <poll.h>
-#include <pthread.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/epoll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
 #include <ctime>
+#include <utility>
 
 // The header of glibc 2.36 declares its functions without C linkage.
 extern "C" {
@@ -21,79 +22,53 @@ namespace torvan::platform {
 namespace {
 
 struct Child : mirel::base::CBase {
-  Child* next = nullptr;
-  pid_t id = 0;
   int descriptor = -1;
-  unsigned int exitCode = 0;  // of EndChild while `killed`, then of the child
   bool killed = false;        // EndChild was called
-  bool gone = false;          // nothing is left to reap
-  bool hasExitCode = false;
-  bool released = false;
+  unsigned int exitCode = 0;  // of EndChild
 
   ~Child() {
     if (descriptor >= 0) close(descriptor);
   }
 };
 
-// On Windows the system keeps this list, and guards it.
-Child* s_children = nullptr;
-pthread_mutex_t s_childrenMutex = PTHREAD_MUTEX_INITIALIZER;
-
-// Notes how a child ended, and lets the system forget it. Does nothing while it runs.
-void Reap(Child& child) {
-  if (child.gone) return;
-  siginfo_t information{};
-  if (waitid(P_PIDFD, static_cast<id_t>(child.descriptor), &information, WEXITED | WNOHANG) != 0) {
-    child.gone = errno == ECHILD;
-    return;
-  }
-  if (information.si_pid == 0) return;
-  child.gone = true;
-  child.hasExitCode = true;
-  if (information.si_code == CLD_EXITED) {
-    child.exitCode = static_cast<unsigned int>(information.si_status);
-  } else if (!child.killed || information.si_status != SIGKILL) {
-    child.exitCode = 128 + static_cast<unsigned int>(information.si_status);
-  }
+// Asks how a child is, and changes nothing: `end.si_pid` is 0 while it runs. False when the host has reaped it.
+bool Ask(int descriptor, siginfo_t& end) {
+  end = {};
+  return waitid(P_PIDFD, static_cast<id_t>(descriptor), &end, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
-// Guards the list for the length of a call, and first reaps what nobody has a handle of.
-class Children {
- public:
-  Children() {
-    pthread_mutex_lock(&s_childrenMutex);
-    DropReleased();
-  }
-  ~Children() { pthread_mutex_unlock(&s_childrenMutex); }
-  Children(const Children&) = delete;
-  Children& operator=(const Children&) = delete;
+bool IsRunning(int descriptor) {
+  siginfo_t end;
+  return Ask(descriptor, end) && end.si_pid == 0;
+}
 
-  void Add(Child& child) {
-    child.next = s_children;
-    s_children = &child;
-  }
+// Reaps a child that has ended, and lets go of it in any case.
+void Drop(int descriptor) {
+  siginfo_t end;
+  waitid(P_PIDFD, static_cast<id_t>(descriptor), &end, WEXITED | WNOHANG);
+  close(descriptor);
+}
 
-  Child* FindRunning(pid_t id) {
-    for (Child* child = s_children; child != nullptr; child = child->next) {
-      Reap(*child);
-      if (child->id == id && !child->gone) return child;
-    }
-    return nullptr;
-  }
+// The descriptors of children whose handles were released. The kernel keeps the set: threads share it without a lock
+// of ours. Without it (a process may open no more descriptors) such a child is not reaped.
+int s_released = epoll_create1(EPOLL_CLOEXEC);
 
-  void DropReleased() {
-    for (Child** link = &s_children; *link != nullptr;) {
-      Child* const child = *link;
-      if (child->released) Reap(*child);
-      if (child->released && child->gone) {
-        *link = child->next;
-        delete child;
-      } else {
-        link = &child->next;
-      }
-    }
-  }
+struct ReleasedCloser {
+  // A handle in a static object of the host can be released later still.
+  ~ReleasedCloser() { close(std::exchange(s_released, -1)); }
 };
+const ReleasedCloser s_releasedCloser;
+
+void AddReleased(int descriptor) {
+  epoll_event event{};
+  event.events = EPOLLIN | EPOLLONESHOT;  // one end is told to one thread
+  event.data.fd = descriptor;
+  if (epoll_ctl(s_released, EPOLL_CTL_ADD, descriptor, &event) != 0) Drop(descriptor);
+}
+
+void ReapReleased() {
+  for (epoll_event event; epoll_wait(s_released, &event, 1, 0) > 0;) Drop(event.data.fd);
+}
 
 // How a child is to begin, in the terms of posix_spawn.
 class SpawnSettings {
@@ -164,68 +139,76 @@ unsigned int WaitForEnd(int descriptor, unsigned int milliseconds) {
 }  // namespace
 
 bool StartChild(char* const* arguments, bool inheritDescriptors, StartedProcess* started) {
-  Children children;
+  ReapReleased();
   if (!HasProcessDescriptors()) return false;
   SpawnSettings settings(inheritDescriptors);
   if (!settings.IsGood()) return false;
   Child* const child = new Child;
-  if (posix_spawnp(&child->id, arguments[0], &settings.actions, &settings.attributes, arguments, environ) != 0) {
+  pid_t id = 0;
+  if (posix_spawnp(&id, arguments[0], &settings.actions, &settings.attributes, arguments, environ) != 0) {
     delete child;
     return false;
   }
-  child->descriptor = pidfd_open(child->id, 0);
+  child->descriptor = pidfd_open(id, 0);
   if (child->descriptor < 0) {
-    EndUnheld(child->id);
+    EndUnheld(id);
     delete child;
     return false;
   }
-  children.Add(*child);
-  *started = {child, nullptr, static_cast<unsigned int>(child->id)};
+  *started = {child, nullptr, static_cast<unsigned int>(id)};
   return true;
 }
 
 unsigned int WaitForChild(ProcessHandle handle, unsigned int milliseconds) {
-  if (handle == nullptr) return WaitFailed;
-  Child& child = *static_cast<Child*>(handle);
-  const unsigned int result = WaitForEnd(child.descriptor, milliseconds);
-  const Children children;
-  Reap(child);
-  return result;
+  ReapReleased();
+  return handle != nullptr ? WaitForEnd(static_cast<const Child*>(handle)->descriptor, milliseconds) : WaitFailed;
 }
 
 bool ExitCodeOfChild(ProcessHandle handle, unsigned int* exitCode) {
+  ReapReleased();
   if (handle == nullptr) return false;
-  const Children children;
-  Child& child = *static_cast<Child*>(handle);
-  Reap(child);
-  if (child.gone && !child.hasExitCode) return false;
-  *exitCode = child.gone ? child.exitCode : ExitCodeOfRunning;
+  const Child& child = *static_cast<const Child*>(handle);
+  siginfo_t end;
+  if (!Ask(child.descriptor, end)) return false;
+  if (end.si_pid == 0) {
+    *exitCode = ExitCodeOfRunning;
+  } else if (end.si_code == CLD_EXITED) {
+    *exitCode = static_cast<unsigned int>(end.si_status);
+  } else {
+    const bool byEndChild = child.killed && end.si_status == SIGKILL;
+    *exitCode = byEndChild ? child.exitCode : 128 + static_cast<unsigned int>(end.si_status);
+  }
   return true;
 }
 
 bool EndChild(ProcessHandle handle, unsigned int exitCode) {
+  ReapReleased();
   if (handle == nullptr) return false;
-  const Children children;
   Child& child = *static_cast<Child*>(handle);
-  Reap(child);
-  if (child.gone || pidfd_send_signal(child.descriptor, SIGKILL, nullptr, 0) != 0) return false;
+  if (!IsRunning(child.descriptor) || pidfd_send_signal(child.descriptor, SIGKILL, nullptr, 0) != 0) return false;
   child.killed = true;
   child.exitCode = exitCode;
   return true;
 }
 
 bool SignalChild(unsigned int event, unsigned int processId) {
+  ReapReleased();
   if (event != ControlC && event != ControlBreak) return false;
-  Children children;
-  const Child* const child = children.FindRunning(static_cast<pid_t>(processId));
-  return child != nullptr &&
-         pidfd_send_signal(child->descriptor, event == ControlC ? SIGINT : SIGQUIT, nullptr, 0) == 0;
+  const int descriptor = pidfd_open(static_cast<pid_t>(processId), 0);
+  if (descriptor < 0) return false;
+  const bool sent =
+      IsRunning(descriptor) && pidfd_send_signal(descriptor, event == ControlC ? SIGINT : SIGQUIT, nullptr, 0) == 0;
+  close(descriptor);
+  return sent;
 }
 
 void ReleaseChild(ProcessHandle handle) {
-  Children children;
-  if (handle != nullptr) static_cast<Child*>(handle)->released = true;
-  children.DropReleased();
+  if (handle != nullptr) {
+    Child* const child = static_cast<Child*>(handle);
+    AddReleased(std::exchange(child->descriptor, -1));
+    delete child;
+  }
+  ReapReleased();
 }
 
 }  // namespace torvan::platform

@@ -8,13 +8,15 @@ namespace torvan::platform {
 // Each function answers the member of System it is named after. Handles stand for children started here and for no
 // other process; null handles are answered with failure.
 //
-// A child is held by a process descriptor (pidfd), never by its process id, which the system gives away again once the
-// child has been reaped. A child that has ended is reaped when a wait, a question or the release of its handle meets
-// it. One whose handle is released while it still runs stays in a list and is reaped by the first call of any of these
-// functions after its end: neither a signal handler nor a thread of our own is needed for that, which the host would
-// notice, but a host that makes no further call keeps the remains (one process table entry and one descriptor for each)
-// until it ends. A host that reaps children it did not start, or ignores SIGCHLD, takes the exit codes away; asking for
-// one then fails.
+// A child is held by a process descriptor (pidfd). As on Windows, one that has ended is there to be asked, and its
+// process id is given to no other, until its handle is released. One whose handle is released while it still runs is
+// reaped by the first call of any of these functions after its end: neither a signal handler nor a thread of our own is
+// needed for that, which the host would notice, but a host that makes no further call keeps the remains (one process
+// table entry and one descriptor for each) until it ends. A host that reaps children it did not start, or ignores
+// SIGCHLD, takes the exit codes away; asking for one then fails.
+//
+// Several threads may call at once, for one handle only to wait. Nothing is locked: all that they share, the system
+// keeps.
 
 // Starts the program with these arguments in its own search path's folders, or where its path points.
 // The child has the standard descriptors only (all that are not closed on execution with `inheritDescriptors`), no
@@ -24,7 +26,7 @@ unsigned int WaitForChild(ProcessHandle handle, unsigned int milliseconds);
 // The code given to EndChild, the child's own, or 128 and the number of the signal that ended it.
 bool ExitCodeOfChild(ProcessHandle handle, unsigned int* exitCode);
 bool EndChild(ProcessHandle handle, unsigned int exitCode);
-// ControlC sends SIGINT, ControlBreak SIGQUIT. False when no child that runs has this process id.
+// ControlC sends SIGINT, ControlBreak SIGQUIT. False when no child of this process that runs has this process id.
 bool SignalChild(unsigned int event, unsigned int processId);
 void ReleaseChild(ProcessHandle handle);
 
