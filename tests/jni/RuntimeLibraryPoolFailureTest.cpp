@@ -9,7 +9,7 @@
 
 #include "fakes/Allocations.h"
 #include "jni/JavaRuntimeLibraryPool.h"
-#include "jni/RuntimeFixture.h"
+#include "jni/LibraryTest.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
 
 namespace runtime_tests {
@@ -26,7 +26,7 @@ using torvan::jni::CJavaRuntimeLibraryRef;
 using torvan::jni::CWinJavaRuntimeLibraryImpl;
 using Reference = CRef<CJavaRuntimeLibraryRef>;
 
-class PoolFailureTest : public RuntimeTest {
+class PoolFailureTest : public LibraryTest {
  protected:
   PoolFailureTest() {
     system.AddModule("C:\\jvm.dll", AllSymbols());
@@ -241,6 +241,21 @@ TEST_F(PoolFailureTest, OtherFailureOfUnloadingIsPrintedAndSwallowedAndLeavesAnE
   use = Pool()->Get(RX_TEXT("C:\\stubborn.dll"));
   EXPECT_EQ(FailureOf([&] { use->CreateJavaVm(nullptr, nullptr, nullptr); }),
             Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr));
+}
+
+TEST_F(PoolFailureTest, AnEntryWithoutUsesIsEndedByAnyUseThatIsGivenBack) {
+  const auto path = RX_TEXT("C:\\idle.dll");
+  system.AddModule("C:\\idle.dll", AllSymbols());
+  Reference use = Pool()->Get(path);
+  system.onUnloadModule = Raise<CException>;
+  use = nullptr;  // leaves the entry with a count of 0
+  system.onUnloadModule = nullptr;
+
+  use = Reference(new CJavaRuntimeLibraryRef(Pool(), new CWinJavaRuntimeLibraryImpl(path)));
+  use = nullptr;
+  system.ClearLog();
+  use = Pool()->Get(path);
+  EXPECT_THAT(system.Log(), ::testing::Contains("LoadModule(C:\\idle.dll)"));
 }
 
 }  // namespace

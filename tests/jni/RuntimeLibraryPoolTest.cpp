@@ -3,7 +3,7 @@
 
 #include <mirel/base/IllegalArgumentException.h>
 
-#include "jni/RuntimeFixture.h"
+#include "jni/LibraryTest.h"
 
 namespace runtime_tests {
 namespace {
@@ -17,7 +17,7 @@ constexpr VmVendor Sun = CDynamicJavaRuntime::Sun;
 constexpr VmType Default = CDynamicJavaRuntime::Default;
 
 // Every test gives back what it took, so the pool of the process is empty in between.
-class RuntimeLibraryPoolTest : public RuntimeTest {
+class RuntimeLibraryPoolTest : public LibraryTest {
  protected:
   RuntimeLibraryPoolTest() {
     system.AddModule("C:\\jvm.dll", AllSymbols());

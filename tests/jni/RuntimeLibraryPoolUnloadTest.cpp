@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "jni/JavaRuntimeLibraryPool.h"
-#include "jni/RuntimeFixture.h"
+#include "jni/LibraryTest.h"
 
 namespace runtime_tests {
 namespace {

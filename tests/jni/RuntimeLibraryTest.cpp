@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "fakes/Allocations.h"
-#include "jni/RuntimeFixture.h"
+#include "jni/LibraryTest.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
 
 namespace runtime_tests {
@@ -23,7 +23,7 @@ constexpr const char* UnloadCall = "UnloadModule(C:\\Java\\jvm.dll)";
 const fakes::Failure NoCreate = Throws<CJavaRuntimeException>(LocationTag, 166, "Invalid Java Runtime library.");
 const fakes::Failure NoGetCreated = Throws<CJavaRuntimeException>(LocationTag, 178, "Inavalid Java Runtime library.");
 
-class RuntimeLibraryTest : public RuntimeTest {
+class RuntimeLibraryTest : public LibraryTest {
  protected:
   void AddLibrary(const fakes::FakeSystem::Symbols& symbols = AllSymbols()) {
     system.AddModule("C:\\Java\\jvm.dll", symbols);

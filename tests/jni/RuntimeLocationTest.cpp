@@ -3,7 +3,7 @@
 #include <mirel/util/NoSuchElementException.h>
 
 #include "fakes/Allocations.h"
-#include "jni/RuntimeFixture.h"
+#include "jni/LibraryTest.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
 
 namespace runtime_tests {
@@ -75,7 +75,7 @@ struct Kind {
 
 void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
 
-class RuntimeKindTest : public RuntimeTest, public ::testing::WithParamInterface<Kind> {
+class RuntimeKindTest : public LibraryTest, public ::testing::WithParamInterface<Kind> {
  protected:
   const Kind& kind = GetParam();
   const fakes::WideText version = Widen(kind.version);
@@ -207,7 +207,7 @@ struct WrongVersion {
 
 void PrintTo(const WrongVersion& row, std::ostream* out) { *out << row.name; }
 
-class WrongVersionTest : public RuntimeTest, public ::testing::WithParamInterface<WrongVersion> {};
+class WrongVersionTest : public LibraryTest, public ::testing::WithParamInterface<WrongVersion> {};
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Rows, WrongVersionTest, ::testing::Values(
@@ -234,7 +234,7 @@ TEST_P(WrongVersionTest, IsRefusedAlsoWhenItIsTheCurrentVersion) {
   EXPECT_THAT(system.OpenKeys(), IsEmpty());
 }
 
-class RuntimeLocationTest : public RuntimeTest {};
+class RuntimeLocationTest : public LibraryTest {};
 
 TEST_F(RuntimeLocationTest, UnknownVendorIsReportedBeforeAnythingElse) {
   for (const int vendor : {1, -1}) {
@@ -289,7 +289,7 @@ TEST_F(RuntimeLocationTest, EmptyCurrentVersionIsTakenAsItStands) {
 
 // --- Lengths and forms of stored texts ---
 
-class RegistryTextTest : public RuntimeTest {
+class RegistryTextTest : public LibraryTest {
  protected:
   static constexpr const char* Key = "Software\\JavaSoft\\Java Runtime Environment\\1.5.0";
 

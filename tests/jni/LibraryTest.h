@@ -87,7 +87,7 @@ class ThrowingSystem : public fakes::FakeSystem {
   }
 };
 
-class RuntimeTest : public ::testing::Test {
+class LibraryTest : public ::testing::Test {
  protected:
   ThrowingSystem system;
   torvan::platform::SystemScope scope{system};
