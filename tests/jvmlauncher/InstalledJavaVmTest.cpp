@@ -206,6 +206,18 @@ TEST_F(InstalledJavaVmTest, TheLibraryIsLookedForBeforeTheProgramAndAloneWhenMis
   EXPECT_THAT(log, testing::Not(testing::Contains("FileAttributes(" + ConsoleProgramIn("/jre") + ")")));
 }
 
+TEST_F(InstalledJavaVmTest, NoFileIsLookedForWhereAValueIsMissing) {
+  for (const char* missing : {"JavaHome", "RuntimeLib"}) {
+    SCOPED_TRACE(missing);
+    Install(m_system, Source64, "1.6", "/jre");
+    m_system.SetValue(KeyOf(Source64, "1.6"), missing, "");
+    m_system.ClearLog();
+    EXPECT_THAT(Enumerate(), IsEmpty());
+    EXPECT_THAT(m_system.Log(), testing::Contains("QueryValue(" + KeyOf(Source64, "1.6") + ", RuntimeLib, 1024)"));
+    EXPECT_THAT(m_system.Log(), testing::Not(testing::Contains(testing::StartsWith("FileAttributes("))));
+  }
+}
+
 // --- The end of an enumeration ---
 
 TEST_F(InstalledJavaVmTest, ABrokenEnumerationEmptiesTheListAndLeavesTheSecondSourceAlone) {

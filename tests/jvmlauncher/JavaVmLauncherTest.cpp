@@ -137,6 +137,23 @@ TEST_F(JavaVmLauncherTest, OfEqualVersionsTheLastInTheSortedListIsChosen) {
   EXPECT_EQ(ChosenFor("1.6"), ProgramIn(fakes::Narrow(vms[29].home)));
 }
 
+TEST_F(JavaVmLauncherTest, TheListHasRoomForTenRuntimesAndGrowsByFive) {
+  const auto listsFor = [this](int runtimes) {
+    for (int i = 0; i < runtimes; ++i) {
+      Install(m_system, Source64, "1." + std::to_string(i), "/jre" + std::to_string(i));
+    }
+    const fakes::Allocations allocations;
+    const CJavaVmLauncher launcher(RX_TEXT("1.0"));
+    std::vector<std::size_t> capacities;
+    for (const fakes::Allocations::Block& block : allocations.Taken()) {
+      if (block.size >= 10 * sizeof(InstalledJavaVm)) capacities.push_back(block.size / sizeof(InstalledJavaVm));
+    }
+    return capacities;
+  };
+  EXPECT_THAT(listsFor(10), ElementsAre(10));
+  EXPECT_THAT(listsFor(16), ElementsAre(10, 15, 20));
+}
+
 TEST_F(JavaVmLauncherTest, TheWindowedProgramIsStartedUnseen) {
   InstallOne();
   const CJavaVmLauncher launcher(RX_TEXT("1.6"));
@@ -349,6 +366,18 @@ TEST_F(JavaVmLauncherTest, ALaunchThatRunsOutOfMemoryHasStartedNothing) {
   EXPECT_TRUE(started);
   EXPECT_GE(failures, 8);
   EXPECT_THAT(m_system.OpenHandles(), IsEmpty());
+}
+
+TEST_F(JavaVmLauncherTest, TheCommandLineStartsWithRoomFor32Units) {
+  InstallOne();
+  CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  m_system.AddProcess();
+  const CJavaVmOptions options;
+  const CArgumentList arguments;
+  const fakes::Allocations allocations;
+  launcher.Launch(options, RX_TEXT("Main"), arguments);
+  EXPECT_GE(allocations.Taken().at(0).size, 2 * 32u);
+  EXPECT_LE(allocations.Taken().at(0).size, 2 * (32u + 1));  // the buffer may keep room for a final zero
 }
 
 TEST_F(JavaVmLauncherTest, AConstructionThatRunsOutOfMemoryLeavesNothingOpen) {

@@ -172,6 +172,21 @@ TEST(JavaVmOptionsTest, AnIndexBehindTheEndIsTheVectorsFailure) {
             Throws<mirel::util::CNoSuchElementException>("mirel/util/Vector", 175, nullptr));
 }
 
+TEST(JavaVmOptionsTest, TheSetHasRoomForTwoOptionsAndGrowsByTwo) {
+  const CDirectOption option(RX_TEXT("-a"));
+  fakes::Allocations allocations;
+  CJavaVmOptions options;
+  EXPECT_EQ(allocations.LastSize(), 2 * sizeof(CObject*));
+  std::vector<int> made;
+  for (int i = 0; i < 6; ++i) {
+    allocations.Fail(0);
+    options.AddOption(option);
+    made.push_back(allocations.Made());
+  }
+  // The clone and its text; before every second one, a larger array.
+  EXPECT_THAT(made, ElementsAre(2, 2, 3, 2, 3, 2));
+}
+
 TEST(JavaVmOptionsTest, WhenMemoryRunsOutTheSetHoldsWhatItHeld) {
   const CDirectOption third(RX_TEXT("-c"));
   int failedAdds = 0;

@@ -9,6 +9,7 @@
 
 #include <functional>
 
+#include "fakes/Allocations.h"
 #include "fakes/Text.h"
 #include "jvmlauncher/Access.h"
 
@@ -60,6 +61,18 @@ TEST_P(OptionRendering, AppendsItsArgumentsUnquotedAndCountsThem) {
   EXPECT_EQ(ArgumentsOf(list), expected);
 }
 
+// The bytes that a rendering asks for first: room for 32 units, and perhaps for a final zero.
+const auto RoomFor32Units = testing::AllOf(testing::Ge(2 * 32u), testing::Le(2 * (32u + 1)));
+
+template <typename Object>
+std::size_t FirstRoomOf(const Object& object) {
+  const fakes::Allocations allocations;
+  LineOf(object);
+  return allocations.Taken().at(0).size;
+}
+
+TEST_P(OptionRendering, StartsWithRoomFor32Units) { EXPECT_THAT(FirstRoomOf(*GetParam().option), RoomFor32Units); }
+
 std::vector<Row> Rows() {
   const auto Path = OnThisSystem;
   // clang-format off
@@ -97,6 +110,11 @@ std::vector<Row> Rows() {
 
 INSTANTIATE_TEST_SUITE_P(Options, OptionRendering, testing::ValuesIn(Rows()),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST(OptionRenderingTest, SetsAndListsStartWithRoomFor32Units) {
+  EXPECT_THAT(FirstRoomOf(CJavaVmOptions()), RoomFor32Units);
+  EXPECT_THAT(FirstRoomOf(CArgumentList()), RoomFor32Units);
+}
 
 TEST(OptionRenderingTest, AnOptionWithoutTextRendersAsEmptyAndNotAsNull) {
   struct Unset : CDirectOption {

@@ -4,6 +4,7 @@
 #include <mirel/base/IllegalArgumentException.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -58,21 +59,23 @@ const Row Rows[] = {
     {"NothingIsLessThanOne", "", "1", -1},
     {"TwoDots", "1..5", "1.0.5", 0},
     {"ATrailingDotIsOneNumberMore", "1.6.", "1.6", 1},
+    {"BlanksBeforeANumberAreNotLookedAt", "1. \t6", "1.6", 0},
+    {"APlusSignIsNotLookedAt", "+1.+6", "1.6", 0},
+    {"AMinusSignMakesANumberNegative", "1.-6", "1.0", -1},
+    {"ABlankBehindASignEndsTheNumber", "1.- 6", "1.0", 0},
     {"NumbersOutOfRangeAreTheLargest", "99999999999", "2147483647", 0},
 };
 
 INSTANTIATE_TEST_SUITE_P(Versions, VersionComparison, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-// The rule, spelt out slowly: split at the dots, take each part's leading digits (as a 32-bit number), compare as
-// lists.
+// The rule, spelt out slowly: split at the dots, read a 32-bit number at the beginning of each part, compare as lists.
 std::vector<long long> NumbersOf(const std::string& version) {
   std::vector<long long> numbers;
   for (std::size_t start = 0; start != std::string::npos;) {
     const std::size_t dot = version.find('.', start);
     const std::string part = version.substr(start, dot == std::string::npos ? dot : dot - start);
-    const std::string digits = part.substr(0, part.find_first_not_of("0123456789"));
-    numbers.push_back(digits.empty() ? 0 : std::min(std::stoll(digits), 2147483647LL));
+    numbers.push_back(std::clamp(std::strtoll(part.c_str(), nullptr, 10), -2147483648LL, 2147483647LL));
     start = dot == std::string::npos ? dot : dot + 1;
   }
   return numbers;
@@ -86,7 +89,7 @@ int SlowCompare(const std::string& a, const std::string& b) {
 
 TEST(VersionTest, AgreesWithASlowReferenceOnRandomTexts) {
   std::mt19937 random(20240607);
-  const std::string units = "000111222789...._ae";
+  const std::string units = "000111222789...._ae- +";
   const auto make = [&] {
     std::string text(random() % 9, ' ');
     for (char& unit : text) unit = units[random() % units.size()];

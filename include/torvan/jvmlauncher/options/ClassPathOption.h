@@ -28,7 +28,8 @@ class TORVAN_API CClassPathOption : public CJavaVmOption {
   const mirel::base::CUnicodeString& GetEntryAt(unsigned int index) const;
 
   const mirel::base::CClass* GetClass() const override;
-  // Entries are compared pairwise, ignoring case.
+  // Entries are compared pairwise as CUnicodeString::CompareIgnoreCase does: ASCII and the simple pairs of Latin, Greek
+  // and Cyrillic letters ignoring case.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
 

@@ -22,7 +22,8 @@ class TORVAN_API CJarOption : public CJavaVmOption {
   const mirel::base::CUnicodeString& GetJarFilePath() const;
 
   const mirel::base::CClass* GetClass() const override;
-  // Paths are compared ignoring case.
+  // Paths are compared as CUnicodeString::CompareIgnoreCase does: ASCII and the simple pairs of Latin, Greek and
+  // Cyrillic letters ignoring case.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
 
