@@ -66,7 +66,7 @@ ProbeRuntime::ProbeRuntime() : m_folder(fs::temp_directory_path() / ("torvan lau
   EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, OwnKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr), 0);
   EXPECT_EQ(RegOverridePredefKey(HKEY_LOCAL_MACHINE, key), 0);
   RegCloseKey(key);
-  Register(L"Software\\JavaSoft\\Java Runtime Environment", Version);
+  RegisterAgain();
 #else
   WriteFile(Home() / "release", std::string("JAVA_VERSION=\"") + Version + "\"\n");
   SetEnvironment("JAVA_HOME", Home());
@@ -106,6 +106,10 @@ void ProbeRuntime::Register(const wchar_t* source, const char* version) {
 void ProbeRuntime::RegisterIn32BitView(const char* version) {
   Register(L"Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment", version);
 }
+
+void ProbeRuntime::UnregisterAll() { EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software"), 0); }
+
+void ProbeRuntime::RegisterAgain() { Register(L"Software\\JavaSoft\\Java Runtime Environment", Version); }
 #endif
 
 std::vector<std::string> ReadReport(const fs::path& file) {

@@ -28,8 +28,11 @@ class ProbeRuntime {
   // The program that a launch starts.
   std::filesystem::path Program() const;
 
-  // Registers a runtime of another version at the same home; on Windows only.
+  // On Windows only: registers a runtime of another version at the same home, or no runtime at all from now on.
   void RegisterIn32BitView(const char* version);
+  void UnregisterAll();
+  // Undoes it.
+  void RegisterAgain();
 
  private:
   void Register(const wchar_t* source, const char* version);

@@ -1,12 +1,13 @@
 // A program that stands in for Java: it writes down how it was started, waits and ends as its environment says.
 //
 // LAUNCH_PROBE_REPORT        the file to write: on Windows the raw command line, then every argument behind the
-// program's
-//                            name, each UTF-8 and ended by a zero
+//                            program's name, each UTF-8 and ended by a zero
 // LAUNCH_PROBE_MILLISECONDS  how long to wait after that; an empty file with ".done" behind the report's name follows
+// LAUNCH_PROBE_SIGNAL        the signal to raise then, if there is one
 // LAUNCH_PROBE_EXIT          the exit code
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -62,5 +63,6 @@ int main(int count, char** arguments) {
   }
   std::this_thread::sleep_for(std::chrono::milliseconds(Number("LAUNCH_PROBE_MILLISECONDS")));
   if (report != nullptr) std::ofstream(std::string(report) + ".done");
+  if (Number("LAUNCH_PROBE_SIGNAL") != 0) std::raise(static_cast<int>(Number("LAUNCH_PROBE_SIGNAL")));
   return static_cast<int>(Number("LAUNCH_PROBE_EXIT"));
 }
