@@ -7,8 +7,8 @@
 
 // Gives the text that the launcher's quoting rule turns back into the original.
 // The rule puts a text with a space between double quotes and escapes nothing; so quotes and the backslashes before
-// them are escaped here, and what else would be split, expanded or lost gets quotes of its own. Serves arguments and
-// values of system properties.
+// them are escaped here, and what else would be split, expanded or lost gets quotes of its own. Serves arguments,
+// jar paths and values of system properties.
 inline std::basic_string<RX::UniChar> SafeArgument(const std::basic_string<RX::UniChar>& text) {
   using Units = std::basic_string<RX::UniChar>;
   const bool isQuotedByRule = text.find(RX_TEXT(' ')) != Units::npos;

@@ -31,6 +31,7 @@ constexpr int ExitFailed = 2;
 constexpr unsigned int StepMilliseconds = 100;
 constexpr unsigned int GraceMilliseconds = 3000;  // between asking to stop and killing
 constexpr unsigned int Forever = 0xFFFFFFFF;
+constexpr const RX::UniChar* Separators = RX_TEXT(" \t\r\n\"");
 
 struct Request {
   Text version;
@@ -45,10 +46,10 @@ struct UserError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// What is never quoted on a command line must not fall apart there.
-const Text& RequireOneWord(const Text& text, const char* what) {
-  if (text.find_first_of(RX_TEXT(" \t\r\n\"")) == Text::npos) return text;
-  throw UserError(std::string(what) + " '" + ToUtf8(text) + "' must not hold spaces or quotes");
+// What is not escaped on a command line must not fall apart there.
+const Text& RequireWithout(const RX::UniChar* units, const Text& text, const char* rule) {
+  if (text.find_first_of(units) == Text::npos) return text;
+  throw UserError("'" + ToUtf8(text) + "': " + rule);
 }
 
 unsigned int ToMilliseconds(const Text& text) {
@@ -60,7 +61,7 @@ unsigned int ToMilliseconds(const Text& text) {
 options::CSystemPropertyOption ToProperty(const Text& text) {
   const std::size_t sign = text.find(RX_TEXT('='));
   if (sign == Text::npos) throw UserError("-D needs name=value, and not '" + ToUtf8(text) + "'");
-  const Text name = RequireOneWord(text.substr(0, sign), "the property name");
+  const Text name = RequireWithout(Separators, text.substr(0, sign), "a property name must not hold spaces or quotes");
   return options::CSystemPropertyOption(name.c_str(), SafeArgument(text.substr(sign + 1)).c_str());
 }
 
@@ -79,14 +80,16 @@ Request ReadArguments(const std::vector<Text>& arguments) {
     if (next + 1 == arguments.size() || arguments[next + 1].empty()) throw usage;
     const Text& value = arguments[next + 1];
     if (option == RX_TEXT("-cp")) {
-      classPath.AddEntry(value.c_str());
+      classPath.AddEntry(
+          RequireWithout(RX_TEXT("\t\r\n\""), value, "a class path must not hold tabs or quotes").c_str());
     } else if (option == RX_TEXT("-jar")) {
       request.options.AddOption(options::CJarOption(SafeArgument(value).c_str()));
       hasJar = true;
     } else if (option == RX_TEXT("-D")) {
       request.options.AddOption(ToProperty(value));
     } else if (option == RX_TEXT("-X")) {
-      request.options.AddOption(options::CNonStandardOption(RequireOneWord(value, "the option").c_str()));
+      request.options.AddOption(options::CNonStandardOption(
+          RequireWithout(Separators, value, "an option must not hold spaces or quotes").c_str()));
     } else if (option == RX_TEXT("--timeout")) {
       request.timeout = ToMilliseconds(value);
     } else {
@@ -94,7 +97,9 @@ Request ReadArguments(const std::vector<Text>& arguments) {
     }
   }
   if (classPath.GetEntryCount() != 0) request.options.AddOption(classPath);
-  if (!hasJar && next < arguments.size()) request.mainClass = RequireOneWord(arguments[next++], "the main class");
+  if (!hasJar && next < arguments.size()) {
+    request.mainClass = RequireWithout(Separators, arguments[next++], "a main class must not hold spaces or quotes");
+  }
   for (; next < arguments.size(); ++next) request.arguments.Append(SafeArgument(arguments[next]).c_str());
   return request;
 }

@@ -24,9 +24,11 @@ expect 'option without its value' 2 "$usage" 1.8 -cp
 expect 'empty value' 2 "$usage" 1.8 -jar ''
 expect 'property without value' 2 "launch_java: -D needs name=value, and not 'n'" 1.8 -D n Main
 expect 'property without name' 2 'launch_java: Invalid system property name\.' 1.8 -D =v Main
-expect 'property name with a space' 2 "launch_java: the property name 'a b' must not hold spaces or quotes" 1.8 -D 'a b=v' M
-expect 'option with a space' 2 "launch_java: the option 'a b' must not hold spaces or quotes" 1.8 -X 'a b' Main
-expect 'main class with a space' 2 "launch_java: the main class 'a b' must not hold spaces or quotes" 1.8 -X mx64m 'a b'
+expect 'property name with a space' 2 "launch_java: 'a b': a property name must not hold spaces or quotes" 1.8 -D 'a b=v' M
+expect 'option with a space' 2 "launch_java: 'a b': an option must not hold spaces or quotes" 1.8 -X 'a b' Main
+expect 'main class with a space' 2 "launch_java: 'a b': a main class must not hold spaces or quotes" 1.8 -X mx64m 'a b'
+expect 'class path with a quote' 2 "launch_java: 'x\" -y': a class path must not hold tabs or quotes" 1.8 -cp 'x" -y' Main
+expect 'class path with a tab' 2 "launch_java: 'x\ty': a class path must not hold tabs or quotes" 1.8 -cp $'x\ty' Main
 expect 'time-out that is none' 2 "launch_java: --timeout needs a number of milliseconds, and not '1s'" 1.8 --timeout 1s Main
 
 no_java='launch_java: There is no installed Java VM on the current system\.'
