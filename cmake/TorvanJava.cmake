@@ -1,35 +1,39 @@
-# The JDK of the build machine: jni.h for the library, javac and jar for examples and tests.
+# The JDK of the build machine: jni.h for the library and its hosts, javac and jar for Java classes. The package has this
+# file, too.
 
-if(NOT TORVAN_JDK)
-  if(DEFINED ENV{JAVA_HOME} AND EXISTS "$ENV{JAVA_HOME}/include/jni.h")
-    set(TORVAN_JDK "$ENV{JAVA_HOME}")
-  else()
-    # A cross build looks for programs of the build machine, too.
-    find_program(TORVAN_JAVAC_PROGRAM javac NO_CMAKE_FIND_ROOT_PATH)
-    if(TORVAN_JAVAC_PROGRAM)
-      file(REAL_PATH "${TORVAN_JAVAC_PROGRAM}" javac_path)
-      cmake_path(GET javac_path PARENT_PATH javac_folder)
-      cmake_path(GET javac_folder PARENT_PATH TORVAN_JDK)
+# Sets RESULT to the folders of jni.h and of its machine-dependent half, or to nothing when there is no JDK. A JDK that is
+# not a Windows one has no such half for Windows; WINDOWS_JNI is the folder that has one.
+function(torvan_jni_folders result windows_jni)
+  set(${result} "" PARENT_SCOPE)
+  if(NOT TORVAN_JDK)
+    set(jdk "$ENV{JAVA_HOME}")
+    if(NOT jdk OR NOT EXISTS "${jdk}/include/jni.h")
+      # A cross build looks for programs of the build machine, too.
+      find_program(TORVAN_JAVAC_PROGRAM javac NO_CMAKE_FIND_ROOT_PATH)
+      mark_as_advanced(TORVAN_JAVAC_PROGRAM)
+      if(NOT TORVAN_JAVAC_PROGRAM)
+        return()
+      endif()
+      file(REAL_PATH "${TORVAN_JAVAC_PROGRAM}" javac)
+      cmake_path(GET javac PARENT_PATH jdk)
+      cmake_path(GET jdk PARENT_PATH jdk)
+    endif()
+    file(TO_CMAKE_PATH "${jdk}" jdk)
+    set(TORVAN_JDK "${jdk}" CACHE PATH "JDK whose jni.h, javac and jar are used")
+  endif()
+  if(NOT EXISTS "${TORVAN_JDK}/include/jni.h")
+    return()
+  endif()
+
+  set(machine_headers "${TORVAN_JDK}/include/linux")
+  if(WIN32)
+    set(machine_headers "${TORVAN_JDK}/include/win32")
+    if(NOT EXISTS "${machine_headers}")
+      set(machine_headers "${windows_jni}")
     endif()
   endif()
-  set(TORVAN_JDK "${TORVAN_JDK}" CACHE PATH "JDK whose jni.h, javac and jar are used")
-endif()
-if(NOT EXISTS "${TORVAN_JDK}/include/jni.h")
-  message(FATAL_ERROR "No JDK with include/jni.h was found. Run scripts/setup.sh, or set JAVA_HOME or TORVAN_JDK.")
-endif()
-set(TORVAN_JAVAC "${TORVAN_JDK}/bin/javac${CMAKE_HOST_EXECUTABLE_SUFFIX}")
-set(TORVAN_JAR "${TORVAN_JDK}/bin/jar${CMAKE_HOST_EXECUTABLE_SUFFIX}")
-
-add_library(torvan_jni_headers INTERFACE)
-if(WIN32 AND NOT CMAKE_HOST_WIN32)
-  # jni.h of a Linux JDK with the machine-dependent half that a Windows JDK ships.
-  set(jni_machine_headers "${PROJECT_SOURCE_DIR}/src/platform/win32/jni")
-elseif(WIN32)
-  set(jni_machine_headers "${TORVAN_JDK}/include/win32")
-else()
-  set(jni_machine_headers "${TORVAN_JDK}/include/linux")
-endif()
-target_include_directories(torvan_jni_headers SYSTEM INTERFACE "${TORVAN_JDK}/include" "${jni_machine_headers}")
+  set(${result} "${TORVAN_JDK}/include" "${machine_headers}" PARENT_SCOPE)
+endfunction()
 
 # Compiles Java SOURCES into the folder CLASSES and gives the target NAME that does it.
 function(torvan_java_classes name)
@@ -39,7 +43,8 @@ function(torvan_java_classes name)
   add_custom_command(
     OUTPUT "${stamp}"
     COMMAND "${CMAKE_COMMAND}" -E make_directory "${arg_CLASSES}"
-    COMMAND "${TORVAN_JAVAC}" -encoding UTF-8 --release 8 -Xlint:-options -g -d "${arg_CLASSES}" ${arg_OPTIONS} ${sources}
+    COMMAND "${TORVAN_JDK}/bin/javac${CMAKE_HOST_EXECUTABLE_SUFFIX}" -encoding UTF-8 --release 8 -Xlint:-options -g
+            -d "${arg_CLASSES}" ${arg_OPTIONS} ${sources}
     COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
     DEPENDS ${sources}
     COMMENT "Compiling Java classes ${name}"

@@ -19,6 +19,21 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
+if(MINGW)
+  # GCC's own DLLs stand beside the programs, too. They are shared and not linked in: the C++ runtime counts the
+  # exceptions in flight in each thread, and one that crosses a DLL's border has to be counted in one place.
+  set(TORVAN_MINGW_DLLS)
+  foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+    execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${dll} OUTPUT_VARIABLE path
+                    OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(NOT EXISTS "${path}")
+      set(path "/usr/x86_64-w64-mingw32/lib/${dll}")
+    endif()
+    configure_file("${path}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll}" COPYONLY)
+    list(APPEND TORVAN_MINGW_DLLS "${path}")
+  endforeach()
+endif()
+
 set(TORVAN_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
 if(TORVAN_SANITIZE)
   add_compile_options(-fsanitize=${TORVAN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -39,10 +54,16 @@ endfunction()
 function(torvan_shared_library name output)
   add_library(${name} SHARED ${ARGN})
   add_library(torvan::${name} ALIAS ${name})
-  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output})
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output} VERSION ${PROJECT_VERSION}
+                                                SOVERSION ${PROJECT_VERSION_MAJOR})
   if(WIN32)
     set_target_properties(${name} PROPERTIES PREFIX "")
+    set(resource "${CMAKE_CURRENT_BINARY_DIR}/${output}.rc")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/VersionResource.rc.in" "${resource}" @ONLY)
+    target_sources(${name} PRIVATE "${resource}")
   else()
+    # The installed libraries find each other wherever the folder stands.
+    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
     # Calls inside a library stay inside it; exported data and type information are still shared.
     target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions)
     if(NOT TORVAN_SANITIZE)

@@ -22,6 +22,7 @@ jdk_found() {
 need g++ command -v g++
 need cmake command -v cmake
 need ninja-build command -v ninja
+need pkgconf command -v pkg-config
 need openjdk-17-jdk-headless jdk_found
 need googletest test -f /usr/src/googletest/CMakeLists.txt
 for target in "${targets[@]}"; do

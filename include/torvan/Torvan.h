@@ -40,6 +40,7 @@
 #include <torvan/JavaVmException.h>
 #include <torvan/JavaVmLauncherException.h>
 #include <torvan/JniException.h>
+#include <torvan/Version.h>
 
 #include <torvan/jni/DynamicJavaRuntime.h>
 #include <torvan/jni/JavaClass.h>

@@ -1,0 +1,75 @@
+# What `cmake --install` lays down, and the archive that cpack makes of it. docs/package.md tells what is in it.
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+function(torvan_install_libraries)
+  install(TARGETS rx mirel place torvan EXPORT torvanTargets INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+  if(MSVC)
+    foreach(target rx mirel place torvan)
+      install(FILES $<TARGET_PDB_FILE:${target}> DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    endforeach()
+  elseif(MINGW)
+    install(FILES ${TORVAN_MINGW_DLLS} DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    # Their authors want their terms to go with them.
+    foreach(package gcc-mingw-w64-x86-64-posix-runtime mingw-w64-common)
+      install(FILES "/usr/share/doc/${package}/copyright" DESTINATION "${CMAKE_INSTALL_DOCDIR}" OPTIONAL
+              RENAME "${package}-copyright.txt")
+    endforeach()
+  endif()
+
+  foreach(folder "" foundation/rx/ foundation/mirel/ foundation/place/)
+    install(DIRECTORY "${folder}include/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
+  endforeach()
+  install(FILES "${PROJECT_BINARY_DIR}/include/torvan/Version.h" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/torvan")
+endfunction()
+
+# What finds the libraries: find_package(torvan) and pkg-config.
+function(torvan_install_finders)
+  set(folder "${CMAKE_INSTALL_LIBDIR}/cmake/torvan")
+  set(jni_folder "${CMAKE_INSTALL_DATADIR}/torvan/jni-windows")
+  set(generated "${PROJECT_BINARY_DIR}/package")
+
+  configure_package_config_file(
+    cmake/torvanConfig.cmake.in "${generated}/torvanConfig.cmake"
+    INSTALL_DESTINATION "${folder}" PATH_VARS jni_folder NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+  write_basic_package_version_file("${generated}/torvanConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+  install(EXPORT torvanTargets NAMESPACE torvan:: DESTINATION "${folder}")
+  install(FILES "${generated}/torvanConfig.cmake" "${generated}/torvanConfigVersion.cmake" cmake/TorvanJava.cmake
+          DESTINATION "${folder}")
+
+  file(RELATIVE_PATH pc_to_prefix "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+  string(REGEX REPLACE "/$" "" pc_to_prefix "${pc_to_prefix}")
+  set(pc_machine_headers "\${jdk}/include/linux")
+  if(WIN32)
+    set(pc_machine_headers "\${prefix}/${jni_folder}")
+    install(FILES src/platform/win32/jni/jni_md.h DESTINATION "${jni_folder}")
+  endif()
+  configure_file(cmake/torvan.pc.in "${generated}/torvan.pc" @ONLY)
+  install(FILES "${generated}/torvan.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endfunction()
+
+function(torvan_package)
+  torvan_install_libraries()
+  torvan_install_finders()
+  install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DATADIR}/torvan")
+  install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+  install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+
+  set(CPACK_GENERATOR TGZ)
+  set(CPACK_STRIP_FILES ON)
+  string(REPLACE AMD64 x86_64 system "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
+  string(TOLOWER "${system}" system)
+  if(WIN32)
+    set(CPACK_GENERATOR ZIP)
+    if(MSVC)
+      string(APPEND system -msvc)
+      set(CPACK_STRIP_FILES OFF)  # what a debugger needs stands in the PDBs
+    else()
+      string(APPEND system -mingw)
+    endif()
+  endif()
+  set(CPACK_PACKAGE_FILE_NAME "torvan-${PROJECT_VERSION}-${system}")
+  set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/archive")
+  set(CPACK_VERBATIM_VARIABLES ON)
+  include(CPack)
+endfunction()

@@ -1,0 +1,17 @@
+// Uses the base libraries alone. Exit code 0: all is as it should be.
+#include <mirel/Mirel.h>
+#include <mirel/base/UnicodeString.h>
+#include <place/Location.h>
+#include <rx/UniString.h>
+
+#include <cstdio>
+#include <cstring>
+
+int main() {
+  RX::UniString path;
+  const bool found = Place::Location(RX_TEXT("a folder")).ToPath(path) == 0;
+  const mirel::base::CUnicodeString text(path);
+  const bool same = std::strcmp(text.ToUTF8(), "a folder") == 0;
+  std::puts(found && same ? "foundation: as it should be" : "foundation: the path is not what it was");
+  return found && same ? 0 : 1;
+}

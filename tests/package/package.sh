@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# Proves the package from outside: package.sh BUILD-FOLDER [CMAKE-OPTION]... -- [RUNNER]...
+# Takes the unpacked archive that TORVAN_PACKAGE names, or else what the build installs. Projects that know nothing but
+# the package are configured with the options, built and run. Of the environment, JAVA_HOME is a JDK, and CXX the
+# compiler if it takes options as GCC does.
+set -euo pipefail
+
+build=$1
+shift
+options=(-DCMAKE_BUILD_TYPE=Release)
+while [ "$1" != -- ]; do
+  options+=("$1")
+  shift
+done
+runner=("${@:2}")
+source=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+folder=$build/package-test
+rm -rf "$folder"
+mkdir -p "$folder"
+
+fail() {
+  echo "FAILED: $*"
+  exit 1
+}
+quietly() { # quietly COMMAND...: what it prints counts when it fails
+  "$@" >"$folder/log" 2>&1 || { cat "$folder/log"; fail "$*"; }
+}
+
+package=${TORVAN_PACKAGE:-$folder/package}
+[ -n "${TORVAN_PACKAGE:-}" ] || quietly cmake --install "$build" --prefix "$package"
+options+=("-DCMAKE_PREFIX_PATH=$package")
+# Where a Windows program finds DLLs that are not beside it.
+export WINEPATH="Z:${package//\//\\}\\bin"
+
+program_suffix=
+[ ! -f "$package/bin/torvan.dll" ] || program_suffix=.exe
+
+# build_project SOURCE NAME: configures and builds a project in the folder of that name.
+build_project() {
+  quietly cmake -S "$1" -B "$folder/$2" "${options[@]}"
+  quietly cmake --build "$folder/$2"
+}
+run() { "${runner[@]}" "$folder/$1$program_suffix" || fail "$1"; }
+
+# The package knows no folder of the machine that made it.
+if grep -rIlF -e "$source" -e "$build" "$package"/{include,lib/cmake,lib/pkgconfig}; then
+  fail "these files name folders of the build"
+fi
+
+build_project "$source/tests/consumer" consumer
+run consumer/foundation
+run consumer/consumer
+build_project "$package/share/torvan/examples" examples
+
+# pkg-config speaks to compilers of GCC's options.
+if [ -n "${CXX:-}" ]; then
+  export PKG_CONFIG_LIBDIR=$package/lib/pkgconfig
+  read -ra flags <<<"$(pkg-config --define-variable=jdk="$JAVA_HOME" --cflags --libs torvan)"
+  read -ra compiler <<<"$CXX"
+  version="-DPACKAGE_VERSION=\"$(pkg-config --modversion torvan)\""
+  quietly "${compiler[@]}" -std=c++17 -o "$folder/pkg_config$program_suffix" "$version" "$source/tests/consumer/consumer.cpp" "${flags[@]}"
+  LD_LIBRARY_PATH=$package/lib run pkg_config
+fi
+
+# On Linux, the libraries find each other without help, by names that carry the major version.
+if [ -z "$program_suffix" ]; then
+  found=$(ldd "$package/lib/libtorvan.so")
+  for name in libmirel libRXRoot libPlaceLib; do
+    [[ $found == *"$name.so.1 => $package/lib/$name.so.1 "* ]] || fail "$name.so.1 is not found"
+  done
+fi
+
+# Without a JDK, the message says what to do.
+message='No JDK with include/jni.h was found. Install one, or set JAVA_HOME or TORVAN_JDK to it.'
+if cmake -S "$source/tests/consumer" -B "$folder/no-jdk" "${options[@]}" -DTORVAN_JDK=/nowhere >"$folder/log" 2>&1 ||
+  [[ $(tr -s ' \n' ' ' <"$folder/log") != *"$message"* ]]; then
+  cat "$folder/log"
+  fail "a host without a JDK"
+fi
