@@ -255,5 +255,17 @@ TEST_F(HashtableTest, AnEntryDestroysItsValueBeforeItsKey) {
   EXPECT_THAT(Counted::tally.destroyed, ElementsAre(2, 1));
 }
 
+TEST_F(HashtableTest, AnEntryIsTakenOutBeforeItIsDestroyed) {
+  mirel::util::CHashtable<CountedKey, Counted> table([](const CountedKey& key) { return key.Value(); }, 3, 1);
+  const CountedKey key(1);
+  table.Put(key, Counted(2));
+  Counted::tally.throwWhenDestroyed = {1};
+  EXPECT_THROW(table.Remove(key), ElementFailure);
+  Counted::tally.throwWhenDestroyed = {};
+  EXPECT_FALSE(table.ContainsKey(key));
+  EXPECT_EQ(table.GetSize(), 0u);
+  EXPECT_EQ(allocations.Live(), 1u) << "the buckets";
+}
+
 }  // namespace
 }  // namespace containers
