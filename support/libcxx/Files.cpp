@@ -17,7 +17,7 @@ FILE* __open(const char* path, const char* mode) { return _wfopen(__widen(path).
 namespace filesystem {
 namespace {
 
-wstring Wide(const path& path) { return __widen(path.u8string().c_str()); }
+constexpr DWORD Room = 1024;  // enough for every path of a test
 
 string Narrow(const wstring& text) {
   const int size = static_cast<int>(text.size());
@@ -29,47 +29,70 @@ string Narrow(const wstring& text) {
 
 }  // namespace
 
+path::path(const wchar_t* text) : m_text(Narrow(text)) {}
+
+wstring path::wstring() const { return __widen(m_text.c_str()); }
+
 path temp_directory_path() {
-  wchar_t text[MAX_PATH + 1];
-  const DWORD size = GetTempPathW(MAX_PATH + 1, text);
-  return Narrow(wstring(text, size - 1));  // without the last backslash
+  wchar_t text[Room];
+  const DWORD size = GetTempPathW(Room, text);
+  text[size - 1] = 0;  // in place of the last backslash
+  return text;
 }
+
+path current_path() {
+  wchar_t text[Room];
+  GetCurrentDirectoryW(Room, text);
+  return text;
+}
+
+void current_path(const path& folder) { SetCurrentDirectoryW(folder.wstring().c_str()); }
 
 path canonical(const path& existing) {
-  wchar_t text[1024];
-  const DWORD size = GetFullPathNameW(Wide(existing).c_str(), 1024, text, nullptr);
-  return Narrow(wstring(text, size));
+  wchar_t text[Room];
+  GetFullPathNameW(existing.wstring().c_str(), Room, text, nullptr);
+  return text;
 }
 
+bool exists(const path& path) { return GetFileAttributesW(path.wstring().c_str()) != INVALID_FILE_ATTRIBUTES; }
+
 bool create_directories(const path& folder) {
-  const wstring text = Wide(folder);
-  if (GetFileAttributesW(text.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
-  if (folder.parent_path().u8string() != folder.u8string()) create_directories(folder.parent_path());
-  return CreateDirectoryW(text.c_str(), nullptr) != 0;
+  if (exists(folder)) return false;
+  const path parent = folder.parent_path();
+  if (parent.u8string() != folder.u8string()) create_directories(parent);
+  return CreateDirectoryW(folder.wstring().c_str(), nullptr) != 0;
+}
+
+bool copy_file(const path& from, const path& to, copy_options options) {
+  return CopyFileW(from.wstring().c_str(), to.wstring().c_str(), options == copy_options::none) != 0;
 }
 
 void rename(const path& from, const path& to) {
-  MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), MOVEFILE_REPLACE_EXISTING);
+  MoveFileExW(from.wstring().c_str(), to.wstring().c_str(), MOVEFILE_REPLACE_EXISTING);
 }
 
-void remove_all(const path& folder) {
-  const wstring text = Wide(folder);
+void remove_all(const path& folder, error_code& error) {
+  error.clear();
+  const auto check = [&error](BOOL done) {
+    if (!done) error.assign(static_cast<int>(GetLastError()), system_category());
+  };
   WIN32_FIND_DATAW entry;
-  const HANDLE search = FindFirstFileW((text + L"\\*").c_str(), &entry);
-  if (search != INVALID_HANDLE_VALUE) {
-    do {
-      const wstring name = entry.cFileName;
-      if (name == L"." || name == L"..") continue;
-      const wstring inner = text + L'\\' + name;
-      if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        remove_all(Narrow(inner));
-      } else {
-        DeleteFileW(inner.c_str());
-      }
-    } while (FindNextFileW(search, &entry));
-    FindClose(search);
-  }
-  RemoveDirectoryW(text.c_str());
+  const HANDLE search = FindFirstFileW((folder / "*").wstring().c_str(), &entry);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    const path inner = folder / path(entry.cFileName);
+    const string name = path(entry.cFileName).u8string();
+    if (name == "." || name == "..") continue;
+    if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+      error_code innerError;
+      remove_all(inner, innerError);
+      if (innerError) error = innerError;
+    } else {
+      check(DeleteFileW(inner.wstring().c_str()));
+    }
+  } while (FindNextFileW(search, &entry));
+  FindClose(search);
+  if (!error) check(RemoveDirectoryW(folder.wstring().c_str()));
 }
 
 }  // namespace filesystem

@@ -1,0 +1,38 @@
+#include <string>
+#include <system_error>
+
+_LIBCPP_BEGIN_NAMESPACE_STD
+
+error_category::~error_category() noexcept = default;
+error_condition error_category::default_error_condition(int value) const noexcept { return {value, *this}; }
+bool error_category::equivalent(int code, const error_condition& condition) const noexcept {
+  return default_error_condition(code) == condition;
+}
+bool error_category::equivalent(const error_code& code, int condition) const noexcept {
+  return *this == code.category() && code.value() == condition;
+}
+
+namespace {
+
+class Category final : public error_category {
+ public:
+  explicit Category(const char* name) : m_name(name) {}
+  const char* name() const noexcept override { return m_name; }
+  string message(int value) const override { return string(m_name) + " " + to_string(value); }
+
+ private:
+  const char* m_name;
+};
+
+}  // namespace
+
+const error_category& generic_category() noexcept {
+  static const Category category("generic");
+  return category;
+}
+const error_category& system_category() noexcept {
+  static const Category category("system");
+  return category;
+}
+
+_LIBCPP_END_NAMESPACE_STD
