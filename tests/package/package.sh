@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Proves the package from outside: package.sh BUILD-FOLDER [CMAKE-OPTION]... -- [RUNNER]...
 # Takes the unpacked archive that TORVAN_PACKAGE names, or else what the build installs. Projects that know nothing but
-# the package are configured with the options, built and run. Of the environment, JAVA_HOME is a JDK, and CXX the
-# compiler if it takes options as GCC does.
+# the package are configured with the options, built and run. Of the environment, JAVA_HOME is a JDK, CXXFLAGS is
+# for the compiler, CXX is the compiler if it takes options as GCC does, and EXAMPLES is ON to build the examples, too.
 set -euo pipefail
 
 build=$1
@@ -50,15 +50,14 @@ fi
 build_project "$source/tests/consumer" consumer
 run consumer/foundation
 run consumer/consumer
-build_project "$package/share/torvan/examples" examples
+[ "$EXAMPLES" != ON ] || build_project "$package/share/torvan/examples" examples
 
 # pkg-config speaks to compilers of GCC's options.
 if [ -n "${CXX:-}" ]; then
   export PKG_CONFIG_LIBDIR=$package/lib/pkgconfig
-  read -ra flags <<<"$(pkg-config --define-variable=jdk="$JAVA_HOME" --cflags --libs torvan)"
-  read -ra compiler <<<"$CXX"
+  read -ra flags <<<"$CXXFLAGS $(pkg-config --define-variable=jdk="$JAVA_HOME" --cflags --libs torvan)"
   version="-DPACKAGE_VERSION=\"$(pkg-config --modversion torvan)\""
-  quietly "${compiler[@]}" -std=c++17 -o "$folder/pkg_config$program_suffix" "$version" "$source/tests/consumer/consumer.cpp" "${flags[@]}"
+  quietly "$CXX" -std=c++17 "$version" -o "$folder/pkg_config$program_suffix" "$source/tests/consumer/consumer.cpp" "${flags[@]}"
   LD_LIBRARY_PATH=$package/lib run pkg_config
 fi
 
