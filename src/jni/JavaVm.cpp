@@ -20,8 +20,8 @@ CJavaVm::~CJavaVm() noexcept(false) = default;
 
 CJavaVm& CJavaVm::operator=(const CJavaVm& other) {
   if (this == &other) return *this;
-  // Dropping the own reference comes last: it can end `other`.
   m_vm = other.m_vm;
+  // Dropping the own reference comes last: whatever is thrown there, the handle is the other's copy.
   m_impl = other.m_impl;
   return *this;
 }

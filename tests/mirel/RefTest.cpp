@@ -129,17 +129,35 @@ TEST_F(RefTest, AssignmentOfAnEmptyReferenceDropsTheObject) {
   EXPECT_TRUE(ref == CNull());
 }
 
-struct Node : CBase {
-  Node(int value, const CRef<Node>& rest) : counted(value), next(rest) {}
-  Counted counted;
-  CRef<Node> next;
+// Looks, while it is deleted, at the reference that is being assigned.
+struct Witness : CBase {
+  explicit Witness(const void*& seen) : m_seen(seen) {}
+  ~Witness() {
+    if (watched != nullptr) m_seen = FieldsOf<RefFields>(*watched).object;
+  }
+  struct RefFields {
+    void* block;
+    void* object;
+  };
+  const CRef<Witness>* watched = nullptr;
+
+ private:
+  const void*& m_seen;
 };
 
-TEST_F(RefTest, AReferenceInsideTheObjectThatIsDroppedCanBeAssigned) {
-  CRef<Node> head(new Node(1, CRef<Node>(new Node(2, CRef<Node>()))));
-  head = head->next;
-  EXPECT_THAT(Counted::tally.destroyed, ElementsAre(1));
-  EXPECT_EQ(head->counted.Value(), 2);
+TEST_F(RefTest, AnObjectThatIsDroppedStillSeesItselfInTheReference) {
+  const void* seen = nullptr;
+  const CRef<Witness> other(new Witness(seen));
+  const auto dropBy = [&](auto assign) {
+    Witness* const first = new Witness(seen);
+    CRef<Witness> ref(first);
+    first->watched = &ref;
+    assign(ref);
+    EXPECT_EQ(seen, first);
+    EXPECT_NE(FieldsOf<Witness::RefFields>(ref).object, first);
+  };
+  dropBy([&](CRef<Witness>& ref) { ref = other; });
+  dropBy([&](CRef<Witness>& ref) { ref = new Witness(seen); });
 }
 
 TEST_F(RefTest, ReseatingDropsTheOldObjectAndOwnsTheNew) {

@@ -32,24 +32,30 @@ class CRef : public CBase {
   ~CRef() noexcept(false) { Release(); }
 
   // Drops what it refers to and shares what the other refers to.
+  // The other must not live in the object that is dropped: copy `node->next` before assigning it to `node`.
   CRef& operator=(const CRef& other) {
     if (this == &other) return *this;
-    // The old object goes last: it may hold `other`, or use this reference while it is deleted.
-    CRef old(m_block, m_object);
-    m_block = other.m_block;
-    m_object = other.m_object;
-    AddReference();
+    // Intentional: the old use is given back before the new one is counted, so an object that is deleted here still
+    // sees itself in this reference. What its destructor throws passes once the reference is the other's copy.
+    struct Share {
+      CRef& self;
+      const CRef& other;
+      ~Share() {
+        self.m_block = other.m_block;
+        self.m_object = other.m_object;
+        self.AddReference();
+      }
+    } share{*this, other};
+    Release();
     return *this;
   }
 
   // Drops what it refers to and takes ownership of an object; null makes it empty.
   // When memory runs out the object handed in is deleted and the reference stays as it was.
   CRef& operator=(T* object) {
-    CRefCountedPtr<T>* block = MakeBlock(object, At(279));
-    CRef old(m_block, m_object);
-    m_block = block;
-    m_object = object;
-    return *this;
+    // The new block is this reference's own until the old use is given back, which comes first.
+    CRef fresh(MakeBlock(object, At(279)), object);
+    return *this = fresh;
   }
 
   T* operator->() const {
