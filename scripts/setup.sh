@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what building and testing needs and is not there yet: setup.sh [linux|linux-asan|windows-mingw]...
+# Installs what building and testing needs and is not there yet: setup.sh
+# [linux|linux-asan|windows-mingw|windows-msvc-abi]...
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -32,8 +33,17 @@ for target in "${targets[@]}"; do
       need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix
       need wine64 test -x /usr/lib/wine/wine64
       ;;
+    windows-msvc-abi)
+      need clang-14 test -x /usr/lib/llvm-14/bin/clang
+      need clang-tools-14 test -e /usr/lib/llvm-14/bin/clang-cl
+      need lld-14 test -e /usr/lib/llvm-14/bin/lld-link
+      need llvm-14 test -x /usr/lib/llvm-14/bin/llvm-rc
+      need libc++-14-dev test -d /usr/lib/llvm-14/include/c++/v1
+      need mingw-w64-x86-64-dev test -f /usr/x86_64-w64-mingw32/lib/libucrtbase.a
+      need wine64 test -x /usr/lib/wine/wine64
+      ;;
     *)
-      echo "setup.sh: unknown target '$target'; known are linux, linux-asan and windows-mingw" >&2
+      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, windows-mingw and windows-msvc-abi" >&2
       exit 2
       ;;
   esac
