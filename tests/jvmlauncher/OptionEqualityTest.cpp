@@ -1,11 +1,6 @@
 // When options are equal, and what their clones are.
 
 #include <gtest/gtest.h>
-#include <torvan/jvmlauncher/options/ClassPathOption.h>
-#include <torvan/jvmlauncher/options/DirectOption.h>
-#include <torvan/jvmlauncher/options/JarOption.h>
-#include <torvan/jvmlauncher/options/NonStandardOption.h>
-#include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
 #include <memory>
 #include <string>
@@ -14,13 +9,14 @@
 
 #include "fakes/Text.h"
 #include "jvmlauncher/Access.h"
+#include "jvmlauncher/Options.h"
 
 using namespace torvan::jvmlauncher;
 using namespace torvan::jvmlauncher::options;
+using namespace tests;
 using fakes::Widen;
 using mirel::base::CClass;
 using mirel::base::CObject;
-using tests::LineOf;
 
 namespace {
 
@@ -31,20 +27,6 @@ static_assert(sizeof(CJarOption) == sizeof(void*) + sizeof(mirel::base::CUnicode
 static_assert(sizeof(CNonStandardOption) == sizeof(CJarOption) && sizeof(CDirectOption) == sizeof(CJarOption),
               "one text");
 static_assert(sizeof(CSystemPropertyOption) == sizeof(void*) + 2 * sizeof(mirel::base::CUnicodeString), "two texts");
-
-using Option = std::shared_ptr<CJavaVmOption>;
-
-Option ClassPath(const std::vector<std::string>& entries) {
-  auto* option = new CClassPathOption();
-  for (const std::string& entry : entries) option->AddEntry(Widen(entry).c_str());
-  return Option(option);
-}
-Option Jar(const char* path) { return Option(new CJarOption(Widen(path).c_str())); }
-Option NonStandard(const char* text) { return Option(new CNonStandardOption(Widen(text).c_str())); }
-Option Direct(const char* text) { return Option(new CDirectOption(Widen(text).c_str())); }
-Option Property(const char* name, const char* value) {
-  return Option(new CSystemPropertyOption(Widen(name).c_str(), Widen(value).c_str()));
-}
 
 // A class of its own below an option, with its own record.
 class CSpecialDirectOption : public CDirectOption {

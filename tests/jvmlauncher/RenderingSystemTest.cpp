@@ -1,42 +1,22 @@
 // What a launched program receives of its options and arguments.
 
-#include <torvan/jvmlauncher/options/ClassPathOption.h>
-#include <torvan/jvmlauncher/options/DirectOption.h>
-#include <torvan/jvmlauncher/options/JarOption.h>
-#include <torvan/jvmlauncher/options/NonStandardOption.h>
-#include <torvan/jvmlauncher/options/SystemPropertyOption.h>
-
 #include <memory>
 #include <random>
 
 #include "SafeArgument.h"
 #include "jvmlauncher/LaunchSystemTest.h"
+#include "jvmlauncher/Options.h"
 
 using namespace torvan::jvmlauncher;
 using namespace torvan::jvmlauncher::options;
+using namespace tests;
 using fakes::Narrow;
 using fakes::Widen;
 using testing::ElementsAreArray;
-using tests::LaunchSystemTest;
-using tests::LineOf;
-using tests::OnThisSystem;
 
 namespace {
 
 using Texts = std::vector<std::string>;
-using Option = std::shared_ptr<CJavaVmOption>;
-
-Option ClassPath(const Texts& entries) {
-  auto* option = new CClassPathOption();
-  for (const std::string& entry : entries) option->AddEntry(Widen(entry).c_str());
-  return Option(option);
-}
-Option Jar(const char* path) { return Option(new CJarOption(Widen(path).c_str())); }
-Option NonStandard(const char* text) { return Option(new CNonStandardOption(Widen(text).c_str())); }
-Option Direct(const char* text) { return Option(new CDirectOption(Widen(text).c_str())); }
-Option Property(const char* name, const char* value) {
-  return Option(new CSystemPropertyOption(Widen(name).c_str(), Widen(value).c_str()));
-}
 
 struct Row {
   const char* name;
