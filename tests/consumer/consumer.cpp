@@ -52,9 +52,9 @@ class HostException : public CJniException {
 
 class FailingOption : public options::COption {
  public:
-  mirel::base::CUnicodeString GetOptionString() const override { throw HostException(); }
+  mirel::base::CUnicodeString GetOptionString() const override { return RX_TEXT("-host"); }
   void* GetExtraInfo() const override { return nullptr; }
-  mirel::base::CObject* Clone() const override { return new FailingOption; }
+  mirel::base::CObject* Clone() const override { throw HostException(); }
 };
 
 void CheckFailures() {
@@ -70,7 +70,6 @@ void CheckFailures() {
   try {
     options::COptions start;
     start.AddOption(FailingOption());
-    start.CreateJniOptions();
     Check(false, "a host's failure passes through the library");
   } catch (const CJniException& caught) {
     Check(Same(caught.GetMessageText(), "Host failed."), "a host's failure arrives as it was thrown");
