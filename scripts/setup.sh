@@ -32,6 +32,8 @@ for target in "${targets[@]}"; do
     windows-mingw)
       need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix
       need wine64 test -x /usr/lib/wine/wine64
+      need wine64-tools command -v wineg++-stable
+      need libwine-dev test -e /usr/lib/x86_64-linux-gnu/wine/x86_64-unix/libkernel32.a
       ;;
     windows-msvc-abi)
       need clang-14 test -x /usr/lib/llvm-14/bin/clang
