@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the library and runs all its tests: test.sh [linux|linux-asan|windows-mingw|windows-msvc-abi]...; without a
-# target linux and windows-mingw.
+# Builds the library and runs all its tests: test.sh [linux|linux-asan|windows-mingw]...; without a target linux and
+# windows-mingw.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -21,7 +21,7 @@ log=$(mktemp)
 cleanup() {
   rm -f "$log"
   for target in "${targets[@]}"; do
-    [[ $target != windows-* ]] || cmake/wine-run --stop "build/$target/wine"
+    for prefix in wine wine-java; do cmake/wine-run --stop "build/$target/$prefix"; done
   done
 }
 trap cleanup EXIT

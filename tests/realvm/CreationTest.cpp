@@ -57,7 +57,7 @@ TEST(CreationTest, ASecondVmIsRefusedAndTheFirstNoLongerCollected) {
 
 TEST(CreationTest, AnUnsupportedJniVersionIsHandedOnAndRefused) {
   InProcessOfItsOwn([] {
-    CDynamicJavaRuntime runtime(RuntimePath().c_str(), 0x00010003);
+    CDynamicJavaRuntime runtime = Runtime(0x00010003);
     EXPECT_EQ(runtime.GetJniVersion(), 0x00010003);
     EXPECT_EQ(FailureOf([&] { runtime.CreateJavaVm(FixtureOptions(), false); }), refused);
   });

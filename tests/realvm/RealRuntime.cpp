@@ -13,16 +13,20 @@ using torvan::jni::options::COptions;
 const fakes::WideText& RuntimePath() {
   static const fakes::WideText path = [] {
     const char* value = std::getenv("TORVAN_TEST_LIBJVM");
-    if (value == nullptr || *value == '\0') {
-      std::fputs("TORVAN_TEST_LIBJVM must name the library of a Java VM.\n", stderr);
-      std::exit(2);
-    }
-    return fakes::Widen(value);
+    return fakes::Widen(value != nullptr ? value : "");
   }();
   return path;
 }
 
-CDynamicJavaRuntime Runtime() { return CDynamicJavaRuntime(RuntimePath().c_str(), JNI_VERSION_1_6); }
+CDynamicJavaRuntime Runtime(jint jniVersion) {
+  if (!RuntimePath().empty()) return CDynamicJavaRuntime(RuntimePath().c_str(), jniVersion);
+#if defined(_WIN32)
+  return CDynamicJavaRuntime(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr, jniVersion);
+#else
+  std::fputs("TORVAN_TEST_LIBJVM must name the library of a Java VM.\n", stderr);
+  std::exit(2);
+#endif
+}
 
 void AddOptionFromEnvironment(COptions& options) {
   const char* option = std::getenv("TORVAN_TEST_VM_OPTION");

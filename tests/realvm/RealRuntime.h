@@ -9,10 +9,11 @@
 
 namespace realvm {
 
-// The VM library, from the environment variable TORVAN_TEST_LIBJVM. Ends the program when it is not set.
+// The environment variable TORVAN_TEST_LIBJVM, which names the VM library; empty where the installed runtime is used.
 const fakes::WideText& RuntimePath();
 
-torvan::jni::CDynamicJavaRuntime Runtime();
+// The runtime with that library, or the installed one on Windows. Elsewhere the program ends when none is named.
+torvan::jni::CDynamicJavaRuntime Runtime(jint jniVersion = JNI_VERSION_1_6);
 
 // Adds the option of the environment variable TORVAN_TEST_VM_OPTION if that is set.
 void AddOptionFromEnvironment(torvan::jni::options::COptions& options);

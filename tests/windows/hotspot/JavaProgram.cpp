@@ -2,6 +2,8 @@
 // beside them, let the VM find the main class, run it and end with its exit code.
 #include <jni.h>
 #include <windows.h>
+// Behind <windows.h>.
+#include <shellapi.h>
 
 #include <string>
 #include <vector>
@@ -107,7 +109,9 @@ int RunMain(JNIEnv* env, const CommandLine& line) {
 
 }  // namespace
 
-int wmain(int count, wchar_t** words) {
+int main() {
+  int count = 0;
+  wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
   const CommandLine line = Read(std::vector<std::wstring>(words + 1, words + count));
   JavaVM* vm = nullptr;
   JNIEnv* env = CreateVm(line, &vm);
