@@ -35,4 +35,10 @@ const error_category& system_category() noexcept {
   return category;
 }
 
+string error_code::message() const { return category().message(value()); }
+system_error::system_error(error_code code, const char* text)
+    : runtime_error(string(text) + ": " + code.message()), __ec_(code) {}
+system_error::~system_error() noexcept = default;
+void __throw_system_error(int code, const char* text) { throw system_error(error_code(code, system_category()), text); }
+
 _LIBCPP_END_NAMESPACE_STD

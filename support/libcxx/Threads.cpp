@@ -54,6 +54,22 @@ int __libcpp_thread_join(__libcpp_thread_t* thread) {
   return 0;
 }
 
+int __libcpp_tls_create(__libcpp_tls_key* key, void(__stdcall* atThreadExit)(void*)) {
+  const DWORD slot = FlsAlloc(atThreadExit);
+  *key = static_cast<__libcpp_tls_key>(slot);
+  return slot == FLS_OUT_OF_INDEXES ? 1 : 0;
+}
+void* __libcpp_tls_get(__libcpp_tls_key key) { return FlsGetValue(static_cast<DWORD>(key)); }
+int __libcpp_tls_set(__libcpp_tls_key key, void* value) { return FlsSetValue(static_cast<DWORD>(key), value) ? 0 : 1; }
+
+// Every thread has one, for what it does at its end; nobody here asks for anything.
+__thread_struct::__thread_struct() : __p_(nullptr) {}
+__thread_struct::~__thread_struct() = default;
+__thread_specific_ptr<__thread_struct>& __thread_local_data() {
+  static __thread_specific_ptr<__thread_struct> data;
+  return data;
+}
+
 void thread::join() {
   if (!__libcpp_thread_isnull(&__t_)) __libcpp_thread_join(&__t_);
 }
