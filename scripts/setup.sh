@@ -20,6 +20,12 @@ jdk_found() {
   javac=$(command -v javac) && [ -f "$(dirname "$(dirname "$(readlink -f "$javac")")")/include/jni.h" ]
 }
 
+need_wine() { # to run Windows programs, and to build the Java that they find
+  need wine64 test -x /usr/lib/wine/wine64
+  need wine64-tools command -v wineg++-stable
+  need libwine-dev test -e /usr/lib/x86_64-linux-gnu/wine/x86_64-unix/libkernel32.a
+}
+
 need g++ command -v g++
 need cmake command -v cmake
 need ninja-build command -v ninja
@@ -31,9 +37,7 @@ for target in "${targets[@]}"; do
     linux | linux-asan) ;;
     windows-mingw)
       need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix
-      need wine64 test -x /usr/lib/wine/wine64
-      need wine64-tools command -v wineg++-stable
-      need libwine-dev test -e /usr/lib/x86_64-linux-gnu/wine/x86_64-unix/libkernel32.a
+      need_wine
       ;;
     windows-msvc-abi)
       need clang-14 test -x /usr/lib/llvm-14/bin/clang
@@ -42,7 +46,7 @@ for target in "${targets[@]}"; do
       need llvm-14 test -x /usr/lib/llvm-14/bin/llvm-rc
       need libc++-14-dev test -d /usr/lib/llvm-14/include/c++/v1
       need mingw-w64-x86-64-dev test -f /usr/x86_64-w64-mingw32/lib/libucrtbase.a
-      need wine64 test -x /usr/lib/wine/wine64
+      need_wine
       ;;
     *)
       echo "setup.sh: unknown target '$target'; known are linux, linux-asan, windows-mingw and windows-msvc-abi" >&2
