@@ -72,6 +72,19 @@ TEST(HooksTest, TheVfprintfHookReceivesWhatTheVmPrints) {
   });
 }
 
+TEST(HooksTest, TheVfprintfHookReceivesTheHostsOwnStream) {
+  InProcessOfItsOwn([] {
+    static FILE* received = nullptr;
+    COptions options = With(CVfprintfHook([](FILE* stream, const char*, va_list) {
+      received = stream;
+      return 0;
+    }));
+    options.AddOption(CCustomOption(RX_TEXT("-XX:+PrintFlagsFinal")));
+    Runtime().CreateJavaVm(options, false);
+    EXPECT_EQ(received, stdout);
+  });
+}
+
 TEST(HooksTest, AllThreeHooksGoTogether) {
   InProcessOfItsOwn(
       [] {
