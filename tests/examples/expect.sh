@@ -1,10 +1,18 @@
 # shellcheck shell=bash
-# What the scripts that run an example share: expect.sh PROGRAM [RUNNER...], to be sourced.
-# Leaves `folder`, which goes with the script, and `runner`, what runs the program; none where it runs by itself.
+# What the scripts that run an example share, to be sourced: expect.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
+# A Windows program is run in one Wine prefix or the other; there is Java in JAVA-PREFIX only. Leaves `folder`, which
+# goes with the script, and `windows`, whether the program is one of Windows.
 set -uo pipefail
 
 program=$1
-runner=("${@:2}")
+windows=false
+runner=()
+if [ $# -gt 1 ]; then
+  # shellcheck disable=SC2034
+  windows=true
+  runner=("$2" "$4")
+  runner_without_java=("$2" "$3")
+fi
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 passed=0
@@ -34,6 +42,10 @@ fail() {
 
 # Lets the program find no Java from now on; false where the machine lets nobody hide a folder.
 hide_java() {
+  if $windows; then
+    runner=("${runner_without_java[@]}")
+    return
+  fi
   local hide='mount -t tmpfs none /usr/lib/jvm && exec "$@"'
   unshare -rm bash -c "$hide" - true 2>/dev/null && runner=(env -u JAVA_HOME unshare -rm bash -c "$hide" -)
 }

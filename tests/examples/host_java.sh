@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Runs the example that hosts Java and compares what it prints: host_java.sh PROGRAM [RUNNER...]
-# With a runner there is no Java to host.
+# Runs the example that hosts Java and compares what it prints: host_java.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 
@@ -20,20 +19,24 @@ expect 'missing library' 2 'host_java: Java Runtime library not found\. .*nowher
 expect 'library that is none' 2 'host_java: Java Runtime library not found\. .* should be the VM library .*' \
   --runtime "$folder/no-library" "$folder/text.txt"
 
-no_java='host_java: There is not any Sun JRE installed in the current system\. Install a Java runtime.*'
-if [ ${#runner[@]} -gt 0 ]; then
-  expect 'no Java' 2 "$no_java" "$folder/text.txt"
-  echo "host_java.sh: the runs with a Java VM are left out: there is no Windows Java VM on this machine"
+if $windows; then
+  library='C:\Program Files\Java\jre\bin\client\jvm.dll'
 else
-  # A file gets the error before what was printed.
-  java='Java       [0-9.]+.*, .* VM\nFound in   /.*'
-  expect 'class that is not there' 2 \
-    "host_java: the Java class TextStatistics is not in '$folder': name the folder .* --class-path\n$java" \
-    --class-path "$folder" "$folder/text.txt"
-  expect 'language that is none' 2 \
-    "host_java: Java refuses the language '!' .*Ill.*: give a tag such as en-GB.*\n$java" \
-    --language '!' "$folder/text.txt"
-  expect 'a text' 0 "$java"'
+  library="$(dirname "$(dirname "$(readlink -f "$(command -v java)")")")/lib/server/libjvm.so"
+fi
+
+java='Java       [0-9.]+.*, .* VM\nFound in   /.*'
+# The error and what was printed before it reach a file in either order.
+beside_java() {
+  printf '%s\n%s|%s\n%s' "$1" "$java" "$java" "$1"
+}
+expect 'class that is not there' 2 \
+  "$(beside_java "host_java: the Java class TextStatistics is not in '$folder': name the folder .* --class-path")" \
+  --class-path "$folder" "$folder/text.txt"
+expect 'language that is none' 2 \
+  "$(beside_java "host_java: Java refuses the language '!' .*Ill.*: give a tag such as en-GB.*")" \
+  --language '!' "$folder/text.txt"
+expect 'a text' 0 "$java"'
 Text       .*text\.txt, language de-DE
 Lines      3
 Words      18
@@ -44,15 +47,14 @@ Most frequent long word  "quick", 2 times
 Caught     torvan::jni::CJavaVmException: Failed to get the method id of the getClass \(\) method of the exception occured\.
 Cleared    java\.lang\.NoSuchMethodError: .*getClass.*
 Reason     the text has 18 words, fewer than 1000000000' --language de-DE "$folder/text.txt"
-  expect 'an empty text' 0 "$any\nWords      0\n$any" "$folder/empty.txt"
-  expect 'a given library' 0 "$any\nWords      18\n$any" \
-    --runtime "$(dirname "$(dirname "$(readlink -f "$(command -v java)")")")/lib/server/libjvm.so" "$folder/text.txt"
-  expect 'the default text' 0 "$any\nWords      [0-9,]+\n$any"
-  if hide_java; then
-    expect 'no Java' 2 "$no_java" "$folder/text.txt"
-  else
-    echo "host_java.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
-  fi
+expect 'an empty text' 0 "$any\nWords      0\n$any" "$folder/empty.txt"
+expect 'a given library' 0 "$any\nWords      18\n$any" --runtime "$library" "$folder/text.txt"
+expect 'the default text' 0 "$any\nWords      [0-9,]+\n$any"
+if hide_java; then
+  expect 'no Java' 2 'host_java: There is not any Sun JRE installed in the current system\. Install a Java runtime.*' \
+    "$folder/text.txt"
+else
+  echo "host_java.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
 fi
 
 finish

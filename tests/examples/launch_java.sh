@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the example that launches Java and compares what it prints: launch_java.sh PROGRAM CLASS-FOLDER [RUNNER...]
-# The class folder holds LaunchProbe; with a runner there is no Java to launch.
+# Runs the example that launches Java and compares what it prints: launch_java.sh PROGRAM CLASS-FOLDER [WINE-RUN PREFIX JAVA-PREFIX]
+# The class folder holds LaunchProbe.
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$1" "${@:3}"
 classes=$2
@@ -31,34 +31,36 @@ expect 'class path with a quote' 2 "launch_java: 'x\" -y': a class path must not
 expect 'class path with a tab' 2 "launch_java: 'x\ty': a class path must not hold tabs or quotes" 1.8 -cp $'x\ty' Main
 expect 'time-out that is none' 2 "launch_java: --timeout needs a number of milliseconds, and not '1s'" 1.8 --timeout 1s Main
 
-no_java='launch_java: There is no installed Java VM on the current system\.'
-if [ ${#runner[@]} -gt 0 ]; then
-  expect 'no Java' 2 "$no_java" 1.8 Main
-  echo "launch_java.sh: the runs with Java are left out: there is no Windows Java on this machine"
+export LAUNCH_PROBE_REPORT="$folder/report"
+expect 'version that is not installed' 2 \
+  'launch_java: There is no installed Java VM which is compatible with the specified version\.' 999 Main
+expect 'neither class nor jar' 2 'launch_java: Java application cannot be launched because neither main class name .*' 1.8
+expect 'class that is not there' 1 "${any}NotThere$any" 1.8 -cp "$classes" NotThere
+
+export LAUNCH_PROBE_PROPERTIES=a,b,c
+expect 'a program' 0 '' 1.8 -cp "$classes" -cp "/my jars/x.jar" -D 'a=1 "2" \' -D 'b=' -D 'c=x=y' -X mx64m \
+  --timeout 60000 LaunchProbe 'two words' '' 'say "hi" \' '*' -x
+separator=:
+$windows && separator=';'
+reported 'a program' "$classes$separator/my jars/x.jar$separator" '1 "2" \' '' 'x=y' 'two words' '' 'say "hi" \' '*' -x
+unset LAUNCH_PROBE_PROPERTIES
+
+LAUNCH_PROBE_EXIT=42 expect 'exit code' 42 '' 1.8 -cp "$classes" LaunchProbe
+if $windows; then
+  # What is launched there has no console to be stopped by.
+  LAUNCH_PROBE_MILLISECONDS=60000 expect 'time-out' 0 \
+    "${any}launch_java: the program ran longer than 1500 ms and was killed" 1.8 -cp "$classes" --timeout 1500 LaunchProbe
 else
-  export LAUNCH_PROBE_REPORT="$folder/report"
-  expect 'version that is not installed' 2 \
-    'launch_java: There is no installed Java VM which is compatible with the specified version\.' 999 Main
-  expect 'neither class nor jar' 2 'launch_java: Java application cannot be launched because neither main class name .*' 1.8
-  expect 'class that is not there' 1 "${any}NotThere$any" 1.8 -cp "$classes" NotThere
-
-  export LAUNCH_PROBE_PROPERTIES=a,b,c
-  expect 'a program' 0 '' 1.8 -cp "$classes" -cp "/my jars/x.jar" -D 'a=1 "2" \' -D 'b=' -D 'c=x=y' -X mx64m \
-    --timeout 60000 LaunchProbe 'two words' '' 'say "hi" \' '*' -x
-  reported 'a program' "$classes:/my jars/x.jar:" '1 "2" \' '' 'x=y' 'two words' '' 'say "hi" \' '*' -x
-  unset LAUNCH_PROBE_PROPERTIES
-
-  LAUNCH_PROBE_EXIT=42 expect 'exit code' 42 '' 1.8 -cp "$classes" LaunchProbe
   # Java prints its threads when it is stopped.
   LAUNCH_PROBE_MILLISECONDS=60000 expect 'time-out' 130 \
     "${any}launch_java: the program ran longer than 1500 ms and was stopped" 1.8 -cp "$classes" --timeout 1500 LaunchProbe
   LAUNCH_PROBE_STUBBORN=1 LAUNCH_PROBE_MILLISECONDS=60000 expect 'time-out of a program that does not stop' 0 \
     "${any}launch_java: the program ran longer than 1500 ms and was killed" 1.8 -cp "$classes" --timeout 1500 LaunchProbe
-  if hide_java; then
-    expect 'no Java' 2 "$no_java" 1.8 Main
-  else
-    echo "launch_java.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
-  fi
+fi
+if hide_java; then
+  expect 'no Java' 2 'launch_java: There is no installed Java VM on the current system\.' 1.8 Main
+else
+  echo "launch_java.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
 fi
 
 finish

@@ -18,12 +18,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
+#if defined(_WIN32)
+#define LIST_SEPARATOR ";"
+#else
+#define LIST_SEPARATOR ":"
+#endif
+
 class JavaSystemTest : public testing::Test {
  protected:
   void SetUp() override {
-    m_folder = fs::temp_directory_path() / ("torvan java " + std::to_string(getpid()));
+    fs::remove_all(m_folder);
     fs::create_directories(m_folder);
-    Set("LAUNCH_PROBE_REPORT", Report().string());
+    Set("LAUNCH_PROBE_REPORT", TORVAN_LAUNCH_REPORTS "/report");  // read by Java, which wants no backslash
   }
   void TearDown() override {
     fs::remove_all(m_folder);
@@ -50,7 +56,7 @@ class JavaSystemTest : public testing::Test {
   }
 
  private:
-  fs::path m_folder;
+  const fs::path m_folder = TORVAN_LAUNCH_REPORTS;
   std::vector<std::string> m_names;
 };
 
@@ -68,8 +74,8 @@ TEST_F(JavaSystemTest, AMainClassIsRunFromAClassPathWithSpaces) {
   const Process process = Launch(options, RX_TEXT("LaunchProbe"), arguments);
   process->Wait();
   EXPECT_EQ(process->GetExitCode(), 0);
-  EXPECT_THAT(ReadReport(Report()),
-              ElementsAre("/not there:" TORVAN_LAUNCH_CLASSES ":", "two words", "/a/path", "say \"hi\""));
+  EXPECT_THAT(ReadReport(Report()), ElementsAre("/not there" LIST_SEPARATOR TORVAN_LAUNCH_CLASSES LIST_SEPARATOR,
+                                                "two words", "/a/path", "say \"hi\""));
 }
 
 TEST_F(JavaSystemTest, PropertiesReachTheProgramWithTheirSpaces) {
@@ -81,7 +87,8 @@ TEST_F(JavaSystemTest, PropertiesReachTheProgramWithTheirSpaces) {
   const Process process = Launch(options, RX_TEXT("LaunchProbe"), {});
   process->Wait();
   EXPECT_EQ(process->GetExitCode(), 0);
-  EXPECT_THAT(ReadReport(Report()), ElementsAre(TORVAN_LAUNCH_CLASSES ":", "x  y=z", "/my folder/c", "null"));
+  EXPECT_THAT(ReadReport(Report()),
+              ElementsAre(TORVAN_LAUNCH_CLASSES LIST_SEPARATOR, "x  y=z", "/my folder/c", "null"));
 }
 
 TEST_F(JavaSystemTest, AJarRunsWithoutAMainClass) {
@@ -108,6 +115,17 @@ TEST_F(JavaSystemTest, AMainClassThatIsNotThereIsTheProgramsFailureAndNotTheLaun
   EXPECT_EQ(process->GetExitCode(), 1);
 }
 
+#if defined(_WIN32)
+TEST_F(JavaSystemTest, StopDoesNotReachAProgramWithoutAConsole) {
+  Set("LAUNCH_PROBE_MILLISECONDS", "60000");
+  const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});
+  ReadReport(Report());
+  process->Stop();
+  EXPECT_FALSE(process->Wait(1000));
+  process->Kill();
+  EXPECT_TRUE(process->Wait(30000));
+}
+#else
 TEST_F(JavaSystemTest, StopEndsAProgramThatRunsUntilItIsStopped) {
   Set("LAUNCH_PROBE_MILLISECONDS", "60000");
   const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});
@@ -117,6 +135,7 @@ TEST_F(JavaSystemTest, StopEndsAProgramThatRunsUntilItIsStopped) {
   ASSERT_TRUE(process->Wait(30000));
   EXPECT_EQ(process->GetExitCode(), 130);
 }
+#endif
 
 TEST_F(JavaSystemTest, AKilledProgramEndsWithZero) {
   Set("LAUNCH_PROBE_MILLISECONDS", "60000");
@@ -131,7 +150,7 @@ TEST_F(JavaSystemTest, AKilledProgramEndsWithZero) {
 TEST_F(JavaSystemTest, AProgramOutlivesTheLastReference) {
   { const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {}); }
   // Java takes longer to start than the reference lives: it reports when nobody refers to it any more.
-  EXPECT_THAT(ReadReport(Report()), ElementsAre(TORVAN_LAUNCH_CLASSES ":"));
+  EXPECT_THAT(ReadReport(Report()), ElementsAre(TORVAN_LAUNCH_CLASSES LIST_SEPARATOR));
 }
 
 }  // namespace
