@@ -32,7 +32,7 @@ if(MINGW)
     set(own "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll}")
     if("${path}" IS_NEWER_THAN "${own}")
       file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-      execute_process(COMMAND "${CMAKE_STRIP}" --strip-unneeded -o "${own}" "${path}" COMMAND_ERROR_IS_FATAL ANY)
+      execute_process(COMMAND "${CMAKE_STRIP}" -p --strip-unneeded -o "${own}" "${path}" COMMAND_ERROR_IS_FATAL ANY)
     endif()
     list(APPEND TORVAN_MINGW_DLLS "${own}")
   endforeach()
@@ -65,7 +65,7 @@ function(torvan_shared_library name output)
     set(resource "${CMAKE_CURRENT_BINARY_DIR}/${output}.rc")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/VersionResource.rc.in" "${resource}" @ONLY)
     target_sources(${name} PRIVATE "${resource}")
-    # The same sources give the same file, and a debugger looks for the PDB beside the DLL.
+    # The same objects give the same file, and a debugger looks for the PDB beside the DLL.
     target_link_options(${name} PRIVATE
       "$<IF:$<BOOL:${MSVC}>,/Brepro;/INCREMENTAL:NO;/pdbaltpath:%_PDB%,-Wl$<COMMA>--no-insert-timestamp>")
   else()
