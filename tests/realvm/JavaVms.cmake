@@ -1,0 +1,16 @@
+# Gives the home folders of the machine's Java VMs, each once however many names it has.
+function(torvan_java_vms folders)
+  file(GLOB libraries "/usr/lib/jvm/*/lib/server/libjvm.so" "${TORVAN_JDK}/lib/server/libjvm.so")
+  set(found)
+  foreach(library IN LISTS libraries)
+    file(REAL_PATH "${library}" library)
+    string(REGEX REPLACE "/lib/server/libjvm.so$" "" folder "${library}")
+    list(APPEND found "${folder}")
+  endforeach()
+  list(REMOVE_DUPLICATES found)
+  if(NOT found)
+    message(FATAL_ERROR
+            "No Java VM (lib/server/libjvm.so) was found in /usr/lib/jvm or ${TORVAN_JDK}. Run scripts/setup.sh.")
+  endif()
+  set(${folders} ${found} PARENT_SCOPE)
+endfunction()
