@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the example programs and lets them show what the library does: demo.sh [TEXT-FILE]
+# Builds the example programs and lets them show what the library does: demo.sh [linux|windows] [TEXT-FILE]
+# The Windows programs are run by Wine, with a Java runtime that is installed there.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -8,18 +9,52 @@ fail() {
   exit 1
 }
 
-[ $# -le 1 ] || fail "usage: demo.sh [TEXT-FILE]"
-scripts/setup.sh linux || fail "what the build needs could not be installed"
+system=linux
+case ${1:-} in
+  linux | windows)
+    system=$1
+    shift
+    ;;
+esac
+[ $# -le 1 ] || fail "usage: demo.sh [linux|windows] [TEXT-FILE]"
+targets=(host_java launch_java)
+if [ "$system" = linux ]; then
+  preset=linux
+  suffix=
+else
+  preset=windows-mingw
+  suffix=.exe
+  targets+=(hotspot)
+fi
+build=build/$preset
+scripts/setup.sh "$preset" || fail "what the build needs could not be installed"
 
 log=$(mktemp)
-trap 'rm -f "$log"' EXIT
+trap 'rm -f "$log"; cmake/wine-run --stop "$build/wine-java"' EXIT
 echo "demo: configuring"
-cmake --preset linux >"$log" 2>&1 || { cat "$log"; fail "the build cannot be configured"; }
+cmake --preset "$preset" >"$log" 2>&1 || { cat "$log"; fail "the build cannot be configured"; }
 echo "demo: building the library and the examples"
-cmake --build --preset linux --target host_java launch_java >"$log" 2>&1 || { cat "$log"; fail "the build failed"; }
+cmake --build --preset "$preset" --target "${targets[@]}" >"$log" 2>&1 || { cat "$log"; fail "the build failed"; }
+
+run() { # run PROGRAM [ARGUMENT]...
+  if [ "$system" = linux ]; then
+    "$@"
+  else
+    cmake/wine-run "$build/wine-java" "$@" | tr -d '\r'
+  fi
+}
+
+if [ "$system" = windows ]; then
+  echo "demo: installing a Java runtime under Wine"
+  tests/windows/hotspot/install-java cmake/wine-run "$build/wine-java" "$build/tests/windows/hotspot/java" >"$log" 2>&1 ||
+    { cat "$log"; fail "the Java runtime cannot be installed"; }
+  echo "demo: what the registry says of it"
+  run reg query 'HKLM\Software\JavaSoft\Java Runtime Environment' /v CurrentVersion | sed '/^$/d'
+  run reg query 'HKLM\Software\JavaSoft\Java Runtime Environment\17.0' | sed '/^$/d'
+fi
 
 echo "demo: a native program hosts Java and has it count words"
-build/linux/bin/host_java "$@" || fail "host_java failed"
+run "$build/bin/host_java$suffix" "$@" || fail "host_java failed"
 
 echo "demo: a native program launches Java on the same class"
-build/linux/bin/launch_java 1.8 -cp build/linux/examples/classes TextStatistics "${1:-README.md}" || fail "launch_java failed"
+run "$build/bin/launch_java$suffix" 1.8 -cp "$build/examples/classes" TextStatistics "${1:-README.md}" || fail "launch_java failed"
