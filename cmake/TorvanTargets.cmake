@@ -47,7 +47,8 @@ endif()
 # Compiler warnings are errors in our own code; third-party targets do not get them.
 function(torvan_warnings target)
   if(MSVC)
-    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8)
+    # Members and bases without a DLL interface are templates and empty classes: they are compiled into their users.
+    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8 $<$<CXX_COMPILER_ID:MSVC>:/wd4251 /wd4275>)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wold-style-cast
                                              -Wcast-qual -Wundef -Woverloaded-virtual)

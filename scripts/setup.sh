@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(linux windows-mingw)
+[ ${#targets[@]} -gt 0 ] || targets=(linux windows-mingw windows-msvc-abi)
 
 missing=()
 need() { # need PACKAGE COMMAND...: the package is needed unless the command succeeds
@@ -45,6 +45,7 @@ for target in "${targets[@]}"; do
       need lld-14 test -e /usr/lib/llvm-14/bin/lld-link
       need llvm-14 test -x /usr/lib/llvm-14/bin/llvm-rc
       need libc++-14-dev test -d /usr/lib/llvm-14/include/c++/v1
+      need python3 command -v python3
       need mingw-w64-x86-64-dev test -f /usr/x86_64-w64-mingw32/lib/libucrtbase.a
       need_wine
       ;;
