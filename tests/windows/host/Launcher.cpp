@@ -61,10 +61,13 @@ void CheckOptionsAndArguments() {
   CHECK(Same(both.GetArgumentAt(1), L"two"));
 }
 
-// Registers the folder beside this program, which has a runtime's programs, as the runtime of version 99.
+// Registers the folder beside this program, which has a runtime's programs, as the runtime of version 99, in a registry
+// of this process's own.
 class Installation {
  public:
   Installation() {
+    RegCreateKeyExW(HKEY_CURRENT_USER, OwnKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_machine, nullptr);
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, m_machine);
     wchar_t home[MAX_PATH];
     GetModuleFileNameW(nullptr, home, MAX_PATH);
     *wcsrchr(home, L'\\') = 0;
@@ -72,14 +75,21 @@ class Installation {
     Set(L"JavaHome", home);
     Set(L"RuntimeLib", wcscat(home, L"\\jvm.dll"));
   }
-  ~Installation() { RegDeleteTreeW(HKEY_LOCAL_MACHINE, Key); }
+  ~Installation() {
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    RegCloseKey(m_machine);
+    RegDeleteTreeW(HKEY_CURRENT_USER, OwnKey);
+  }
 
  private:
-  static constexpr const wchar_t* Key = L"Software\\JavaSoft\\Java Runtime Environment\\99";
+  static constexpr const wchar_t* OwnKey = L"Software\\TorvanHostTest";
+
   static void Set(const wchar_t* name, const wchar_t* value) {
-    RegSetKeyValueW(HKEY_LOCAL_MACHINE, Key, name, REG_SZ, value,
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"Software\\JavaSoft\\Java Runtime Environment\\99", name, REG_SZ, value,
                     static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
   }
+
+  HKEY m_machine = nullptr;
 };
 
 void CheckProcess() {
