@@ -16,6 +16,12 @@ set(CMAKE_AR "${TORVAN_LLVM}/bin/llvm-lib")
 set(CMAKE_RC_COMPILER "${TORVAN_LLVM}/bin/llvm-rc")
 set(CMAKE_MT "${TORVAN_LLVM}/bin/llvm-mt")
 
+foreach(variable CL _CL_ LINK _LINK_)
+  if(DEFINED ENV{${variable}})
+    message(FATAL_ERROR "The environment variable ${variable} is set: clang-cl and lld-link would read options from it.")
+  endif()
+endforeach()
+
 # The compiler's version of Visual Studio is said, or it would be whatever the build machine suggests. mingw-w64's
 # headers want to see GCC's version macros, too.
 set(c_headers "-imsvc ${TORVAN_MINGW}/include")

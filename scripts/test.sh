@@ -17,6 +17,8 @@ if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && command -v ccache >/dev/null; th
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
 
+unset CL _CL_ LINK _LINK_  # clang-cl and lld-link read options from them
+
 log=$(mktemp)
 cleanup() {
   rm -f "$log"
