@@ -12,6 +12,8 @@
 #include "jvmlauncher/InstalledJavaVm.h"
 #include "jvmlauncher/JavaVmLauncherImplWin.h"
 
+#include <type_traits>
+
 namespace {
 
 template <class T>
@@ -25,6 +27,9 @@ void DestroyAll() {
 
 }  // namespace
 
+// The table says jint where a host sees long.
+static_assert(std::is_same_v<jint, long> && std::is_same_v<jlong, __int64>);
+
 template class mirel::base::CRef<mirel::base::CObject>;
 template class mirel::base::CRefCountedPtr<mirel::base::CObject>;
 template class mirel::util::CVector<mirel::base::CUnicodeString>;
@@ -33,6 +38,12 @@ template class mirel::util::CHashtable<mirel::base::CUnicodeString, int>;
 using namespace torvan;
 
 void LayOut(jvmlauncher::CJavaVmProcess& process) {
+  DestroyAll<mirel::base::CString, mirel::base::CUnicodeString, mirel::base::CUnicodeStringBuffer, mirel::base::CClass,
+             mirel::util::CUnicodeStringVector, mirel::util::CObjectVector, mirel::io::CPrintStream, RX::UniString,
+             Place::Location>();
+  DestroyAll<mirel::base::win::CWinSystemErrorException, mirel::base::CIllegalArgumentException,
+             mirel::base::CMemoryException, mirel::base::CNullReferenceException,
+             mirel::util::CNoSuchElementException>();
   DestroyAll<mirel::base::CException, jni::CJniException, jni::CJavaRuntimeException, jni::CJavaVmException,
              jni::CJavaException, jvmlauncher::CJavaVmLauncherException>();
   DestroyAll<jni::CJavaRuntime, jni::CDynamicJavaRuntime, jni::CJavaVm, jni::CJavaObject, jni::CJavaClass,

@@ -2,7 +2,7 @@
 """Compares what the compiler makes of the classes with the published layouts.
 
 check_layout.py LAYOUTS COMPILER ARGUMENT...: the arguments compile a source file that uses every class. Prints each
-difference; the exit code is 1 if there is one. Every pair of neighbouring fields and slots is also swapped in the
+difference; the exit code is 1 if there is one. Every pair of neighbouring bases, fields and slots is also swapped in the
 published table, which must be noticed each time: a check that cannot fail proves nothing.
 """
 import re
@@ -46,7 +46,7 @@ def published(path):
 def plain(text):
     """A type without namespaces and class keys, as the table writes it."""
     text = re.sub(r"\b(class|struct|enum) ", "", text)
-    text = re.sub(r"\b[a-z]\w*::", "", text)
+    text = re.sub(r"\b([a-z]\w*|RX|Place)::", "", text)
     return text.replace("_Bool", "bool").replace("(__cdecl *)", "(*)")
 
 
@@ -69,9 +69,9 @@ def compiled(command):
             if text.endswith("vftable pointer)"):
                 if len(indentation) == 2:
                     layout.fields.append((int(offset), "(virtual functions)", ""))
-            elif len(indentation) != 2 or text.endswith("(empty)"):
+            elif len(indentation) != 2:
                 continue
-            elif text.endswith("base)"):
+            elif re.search(r"base\)( \(empty\))?$", text):
                 layout.bases.append((int(offset), plain(text).split(" (")[0]))
             else:
                 kind, name = text.rsplit(" ", 1)
@@ -91,9 +91,9 @@ def differences(name, expected, actual):
     if actual is None:
         return [f"{name}: the compiler has not seen it"]
     found = []
-    # A class that brings its own table has the pointer to it in front.
+    # A class that brings its own table has the pointer to it in front of all bases and fields.
     fields = list(expected.fields)
-    if expected.slots is not None and not expected.bases:
+    if expected.slots is not None and all(offset > 0 for offset, _ in expected.bases):
         fields.insert(0, (0, "(virtual functions)", ""))
     for what, wanted, got in [("size", expected.size, actual.size), ("bases", expected.bases, actual.bases),
                               ("fields", fields, actual.fields), ("slots", expected.slots, actual.slots)]:
@@ -105,14 +105,13 @@ def differences(name, expected, actual):
 def unnoticed_swaps(name, expected, actual):
     """Swaps neighbours in the published layout and gives the swaps that make no difference, and their number."""
     count, unnoticed = 0, []
-    for rows in (expected.fields, expected.slots or []):
+    for rows in (expected.bases, expected.fields, expected.slots or []):
         for i in range(len(rows) - 1):
-            if rows is expected.fields:
-                first, second = rows[i], rows[i + 1]
-                rows[i], rows[i + 1] = (first[0],) + second[1:], (second[0],) + first[1:]
-            else:
-                first, second = rows[i], rows[i + 1]
+            first, second = rows[i], rows[i + 1]
+            if rows is expected.slots:
                 rows[i], rows[i + 1] = second, first
+            else:  # the offsets stay
+                rows[i], rows[i + 1] = (first[0],) + second[1:], (second[0],) + first[1:]
             count += 1
             if not differences(name, expected, actual):
                 unnoticed.append(f"{name}: nobody would notice that {first} and {second} change places")
