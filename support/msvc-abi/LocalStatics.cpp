@@ -12,7 +12,9 @@ int _Init_global_epoch = FirstEpoch;
 __declspec(thread) int _Init_thread_epoch = FirstEpoch;
 
 void __cdecl _Init_thread_header(int* guard) {
-  while (__sync_val_compare_and_swap(guard, 0, -1) == -1) Sleep(1);
+  int found = 0;
+  while ((found = __sync_val_compare_and_swap(guard, 0, -1)) == -1) Sleep(1);
+  if (found != 0) _Init_thread_epoch = found;  // made by another thread: what is as old is made, too
 }
 
 void __cdecl _Init_thread_footer(int* guard) {
