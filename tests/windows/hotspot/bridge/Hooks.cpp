@@ -78,6 +78,11 @@ jint Vfprintf(FILE* stream, const char* format, va_list arguments) {
   return result;
 }
 
+WINDOWS_ABI int EndHooks() {
+  StopServing();
+  return 0;
+}
+
 template <typename Function>
 void Take(JavaVMOption& option, Function& host, void* bridge) {
   host = reinterpret_cast<Function>(option.extraInfo);
@@ -102,6 +107,14 @@ void BridgeHooks(std::vector<JavaVMOption>& options) {
       Take(option, s_hostVfprintf, reinterpret_cast<void*>(&Vfprintf));
     }
   }
+}
+
+void EndHooksAtExit() {
+  using Register = void*(WINDOWS_ABI*)(int(WINDOWS_ABI*)());
+  void* const runtime = HostRuntime();
+  auto atExit = FindFunction<Register>(runtime, "_onexit");
+  if (atExit == nullptr) atExit = FindFunction<Register>(runtime, "_crt_atexit");
+  if (atExit != nullptr) atExit(&EndHooks);
 }
 
 }  // namespace hotspot

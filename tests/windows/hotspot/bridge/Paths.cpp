@@ -52,6 +52,7 @@ void SetProperty(JNIEnv* env, const std::string& name, const std::string& value)
   jmethodID set =
       env->GetStaticMethodID(system, "setProperty", "(Ljava/lang/String;Ljava/lang/String;)Ljava/lang/String;");
   env->CallStaticObjectMethod(system, set, env->NewStringUTF(name.c_str()), env->NewStringUTF(value.c_str()));
+  if (env->ExceptionCheck()) env->ExceptionClear();
 }
 
 std::string Utf8(const char16_t* units) {

@@ -1,5 +1,6 @@
 #include "Threads.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -11,6 +12,7 @@ namespace hotspot {
 namespace {
 
 __thread bool t_isWindowsThread;
+__thread bool t_isServiceThread;
 
 struct Request {
   const std::function<void()>& task;
@@ -20,17 +22,22 @@ struct Request {
 std::mutex s_lock;
 std::condition_variable s_changed;
 std::deque<Request*> s_requests;
+bool s_isServing;
+bool s_hasStopped;
 
 OUT_OF_LINE void Serve() {
   EnterFromWindows();
+  t_isServiceThread = true;
   std::unique_lock<std::mutex> guard(s_lock);
   for (;;) {
     s_changed.wait(guard, [] { return !s_requests.empty(); });
     Request* request = s_requests.front();
     s_requests.pop_front();
+    s_isServing = true;
     guard.unlock();
     request->task();
     guard.lock();
+    s_isServing = false;
     request->done = true;
     s_changed.notify_all();
   }
@@ -54,6 +61,7 @@ void RunOnWindowsThread(const std::function<void()>& task) {
   }
   Request request{task};
   std::unique_lock<std::mutex> guard(s_lock);
+  if (s_hasStopped) return;
   s_requests.push_back(&request);
   s_changed.notify_all();
   s_changed.wait(guard, [&request] { return request.done; });
@@ -66,6 +74,16 @@ void StartServiceThread() {
     void* thread = CreateThread(nullptr, 0x100000, &ServiceThread, nullptr, 0, &id);
     if (thread != nullptr) CloseHandle(thread);
   });
+}
+
+void StopServing() {
+  std::unique_lock<std::mutex> guard(s_lock);
+  s_hasStopped = true;
+  for (Request* request : s_requests) request->done = true;
+  s_requests.clear();
+  s_changed.notify_all();
+  // Not for ever: the task may be one that wants to end the process, too.
+  if (!t_isServiceThread) s_changed.wait_for(guard, std::chrono::seconds(5), [] { return !s_isServing; });
 }
 
 }  // namespace hotspot

@@ -16,6 +16,10 @@ void RunOnWindowsThread(const std::function<void()>& task);
 // Makes the thread that does so. Must be called from a thread of Windows.
 void StartServiceThread();
 
+// Ends that: waits for the task that is running, unless the caller is one, and drops what comes later. A process that
+// exits takes its threads away wherever they are, and one inside a task may hold a lock of Windows.
+void StopServing();
+
 // Puts functions of ours in the place of those by which HotSpot would harm Wine or misunderstand its threads.
 void SettleInWine(void* libjvm);
 
