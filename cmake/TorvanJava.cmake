@@ -46,7 +46,9 @@ function(torvan_java_classes name)
   add_custom_command(
     OUTPUT "${stamp}"
     COMMAND "${CMAKE_COMMAND}" -E make_directory "${arg_CLASSES}"
-    COMMAND "${TORVAN_JDK}/bin/javac${CMAKE_HOST_EXECUTABLE_SUFFIX}" -encoding UTF-8 --release 8 -Xlint:-options -g
+    # The locale, because javac names class files in its encoding.
+    COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C.UTF-8
+            "${TORVAN_JDK}/bin/javac${CMAKE_HOST_EXECUTABLE_SUFFIX}" -encoding UTF-8 --release 8 -Xlint:-options -g
             -d "${arg_CLASSES}" ${arg_OPTIONS} ${sources}
     COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
     DEPENDS ${sources}

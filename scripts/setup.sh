@@ -11,7 +11,7 @@ missing=()
 need() { # need PACKAGE COMMAND...: the package is needed unless the command succeeds
   local package=$1
   shift
-  "$@" >/dev/null 2>&1 || missing+=("$package")
+  "$@" >/dev/null 2>&1 || [[ " ${missing[*]-} " == *" $package "* ]] || missing+=("$package")
 }
 
 jdk_found() {
