@@ -78,7 +78,7 @@ class VirtualTableTest : public ::testing::Test {};
 using Exceptions =
     ::testing::Types<CException, torvan::jni::CJniException, torvan::jni::CJavaRuntimeException,
                      torvan::jni::CJavaVmException, CJavaException, torvan::jvmlauncher::CJavaVmLauncherException>;
-TYPED_TEST_SUITE(VirtualTableTest, Exceptions);
+TYPED_TEST_SUITE(VirtualTableTest, Exceptions, );  // clang wants an argument for the "..." of the macro
 
 TYPED_TEST(VirtualTableTest, OperationsHaveTheirSlots) {
   const Derived<TypeParam> base;
