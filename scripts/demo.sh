@@ -2,7 +2,6 @@
 # Builds the example programs and lets them show what the library does: demo.sh [linux|windows] [TEXT-FILE]
 # The Windows programs are run by Wine, with a Java runtime that is installed there.
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 fail() {
   echo "demo.sh: $*" >&2
@@ -16,7 +15,15 @@ case ${1:-} in
     shift
     ;;
 esac
-[ $# -le 1 ] || fail "usage: demo.sh [linux|windows] [TEXT-FILE]"
+usage="usage: demo.sh [linux|windows] [TEXT-FILE]"
+[ $# -le 1 ] || fail "$usage"
+text=()
+if [ $# -eq 1 ]; then
+  [ -f "$1" ] || fail "there is no file '$1'; $usage"
+  text=("$(realpath "$1")")
+fi
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
 targets=(host_java launch_java)
 if [ "$system" = linux ]; then
   preset=linux
@@ -27,7 +34,7 @@ else
   targets+=(hotspot)
 fi
 build=build/$preset
-scripts/setup.sh "$preset" || fail "what the build needs could not be installed"
+scripts/setup.sh "$preset"
 
 log=$(mktemp)
 trap 'rm -f "$log"; cmake/wine-run --stop "$build/wine-java"' EXIT
@@ -54,7 +61,7 @@ if [ "$system" = windows ]; then
 fi
 
 echo "demo: a native program hosts Java and has it count words"
-run "$build/bin/host_java$suffix" "$@" || fail "host_java failed"
+run "$build/bin/host_java$suffix" "${text[@]}" || fail "host_java failed"
 
 echo "demo: a native program launches Java on the same class"
-run "$build/bin/launch_java$suffix" 1.8 -cp "$build/examples/classes" TextStatistics "${1:-README.md}" || fail "launch_java failed"
+run "$build/bin/launch_java$suffix" 1.8 -cp "$build/examples/classes" TextStatistics "${text[0]:-README.md}" || fail "launch_java failed"
