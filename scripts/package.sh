@@ -12,7 +12,7 @@ fail() {
   exit 1
 }
 
-scripts/setup.sh "${targets[@]}" || fail "what the build needs could not be installed"
+scripts/setup.sh "${targets[@]}"
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
