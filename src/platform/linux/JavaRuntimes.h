@@ -1,7 +1,7 @@
 // The Java runtimes on this machine, as Java's installers register them on Windows.
 #pragma once
 
-#include "platform/posix/Registry.h"
+#include "platform/linux/Registry.h"
 
 namespace torvan::platform {
 

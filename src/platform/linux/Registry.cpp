@@ -1,4 +1,4 @@
-#include "platform/posix/Registry.h"
+#include "platform/linux/Registry.h"
 
 #include <cstring>
 

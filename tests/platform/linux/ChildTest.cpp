@@ -1,5 +1,5 @@
 // How a child begins, and what becomes of those that nobody holds.
-#include "platform/posix/ChildTest.h"
+#include "platform/linux/ChildTest.h"
 
 #include <fcntl.h>
 #include <linux/filter.h>

@@ -10,7 +10,7 @@
 
 #include "fakes/Text.h"
 #include "platform/System.h"
-#include "platform/posix/Fixtures.h"
+#include "platform/linux/Fixtures.h"
 
 namespace platform_tests {
 

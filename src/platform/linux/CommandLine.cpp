@@ -1,4 +1,4 @@
-#include "platform/posix/CommandLine.h"
+#include "platform/linux/CommandLine.h"
 
 #include <mirel/base/Base.h>
 #include <rx/Memory.h>
@@ -60,7 +60,7 @@ CommandLine::CommandLine(const char* text) {
   // Every argument behind the program takes at least one byte and a separator; the null pointer ends them.
   const std::size_t pointers = length / 2 + 2;
   m_arguments = static_cast<char**>(RX_malloc(pointers * sizeof(char*) + length + 1));
-  if (m_arguments == nullptr) mirel::base::CBase::_ThrowMemoryException("platform/posix/CommandLine", __LINE__);
+  if (m_arguments == nullptr) mirel::base::CBase::_ThrowMemoryException("platform/linux/CommandLine", __LINE__);
 
   char** next = m_arguments;
   Cursor cursor{text, reinterpret_cast<char*>(m_arguments + pointers)};

@@ -1,4 +1,4 @@
-#include "platform/posix/JavaRuntimes.h"
+#include "platform/linux/JavaRuntimes.h"
 
 #include <dirent.h>
 #include <unistd.h>
@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/posix/Text.h"
+#include "platform/linux/Text.h"
 
 namespace torvan::platform {
 

@@ -1,4 +1,4 @@
-#include "platform/posix/CommandLine.h"
+#include "platform/linux/CommandLine.h"
 
 #include <gmock/gmock.h>
 #include <mirel/base/MemoryException.h>

@@ -1,11 +1,11 @@
-#include "platform/posix/JavaRuntimes.h"
+#include "platform/linux/JavaRuntimes.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
 
 #include "fakes/Text.h"
-#include "platform/posix/Fixtures.h"
+#include "platform/linux/Fixtures.h"
 
 namespace platform_tests {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "platform/TemporaryFolder.h"
 #include "platform/World.h"
-#include "platform/posix/Fixtures.h"
+#include "platform/linux/Fixtures.h"
 
 namespace platform_tests {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/posix/Processes.h"
+#include "platform/linux/Processes.h"
 
 #include <mirel/base/Base.h>
 #include <poll.h>

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "platform/posix/ChildTest.h"
+#include "platform/linux/ChildTest.h"
 
 namespace platform_tests {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/posix/Text.h"
+#include "platform/linux/Text.h"
 
 #include <gtest/gtest.h>
 

@@ -8,10 +8,10 @@
 #include <cstdlib>
 #include <type_traits>
 
-#include "platform/posix/CommandLine.h"
-#include "platform/posix/JavaRuntimes.h"
-#include "platform/posix/Processes.h"
-#include "platform/posix/Registry.h"
+#include "platform/linux/CommandLine.h"
+#include "platform/linux/JavaRuntimes.h"
+#include "platform/linux/Processes.h"
+#include "platform/linux/Registry.h"
 
 namespace torvan::platform {
 
