@@ -1,0 +1,4 @@
+// Everything of torvan::java: the VM, threads, references, members and errors for a new host.
+#pragma once
+
+#include <torvan/java/Failure.h>
