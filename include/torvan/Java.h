@@ -5,6 +5,7 @@
 #include <torvan/java/Error.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/Global.h>
+#include <torvan/java/Guard.h>
 #include <torvan/java/Handle.h>
 #include <torvan/java/Local.h>
 #include <torvan/java/LocalFrame.h>
