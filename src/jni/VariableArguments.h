@@ -5,13 +5,14 @@
 
 namespace torvan::jni {
 
-// Ends the list of arguments that the variadic function around it started, whichever way that function is left.
-// Starting it, `va_start(arguments.list, signature)`, is only possible in the variadic function itself.
-struct CArgumentList {
-  CArgumentList() = default;
-  CArgumentList(const CArgumentList&) = delete;
-  CArgumentList& operator=(const CArgumentList&) = delete;
-  ~CArgumentList() { va_end(list); }
+// Ends the list of arguments that the enclosing variadic function started, however that function is left.
+// The list must be started in the variadic function itself: `va_start(arguments.list, signature)`. Ending it there,
+// too, would take a try block in each of more than 60 functions; va_end does nothing on the systems supported.
+struct CVariableArguments {
+  CVariableArguments() = default;
+  CVariableArguments(const CVariableArguments&) = delete;
+  CVariableArguments& operator=(const CVariableArguments&) = delete;
+  ~CVariableArguments() { va_end(list); }
 
   va_list list;
 };
