@@ -115,7 +115,7 @@ TEST(ExceptionTest, PrintingGivesOneLineOfWhatIsThere) {
       {"all facts", std::make_shared<CException>("jni/JavaVm", 132u, "A message.", "A detail."),
        "mirel::base::CException: A message. (A detail.) at jni/JavaVm:132\n"},
       {"no detail", std::make_shared<CIllegalArgumentException>("mirel/util/X", 4294967295u, "A message.", nullptr),
-       "mirel::base::CIllegalArgumentException: A message. at util/X:4294967295\n"},
+       "mirel::base::CIllegalArgumentException: A message. at mirel/util/X:4294967295\n"},
       {"no message", std::make_shared<CMemoryException>("mirel/base/Base", 0u, nullptr, nullptr),
        "mirel::base::CMemoryException at mirel/base/Base:0\n"},
       {"no place", std::make_shared<CNullReferenceException>(nullptr, 0u, "A message.", nullptr),
