@@ -2,3 +2,7 @@
 #pragma once
 
 #include <torvan/java/Failure.h>
+#include <torvan/java/Runtime.h>
+#include <torvan/java/Runtimes.h>
+#include <torvan/java/Version.h>
+#include <torvan/java/VersionRange.h>
