@@ -116,7 +116,8 @@ class WindowsMachine final : public Machine {
     if (opened == nullptr) return {{}, LastReason()};
     std::wstring real(LongestName, L'\0');
     const DWORD size = GetFinalPathNameByHandleW(opened.get(), real.data(), static_cast<DWORD>(real.size()), 0);
-    if (size == 0 || size >= real.size()) return {{}, LastReason()};
+    // Some file systems do not tell it, those of RAM disks among them. Links stay in the path then.
+    if (size == 0 || size >= real.size()) return {fs::path(WithoutPrefix(ForSystem(path))), {}};
     real.resize(size);
     return {fs::path(WithoutPrefix(real)), {}};
   }

@@ -84,14 +84,5 @@ TEST_F(MachineTest, TheFrontOfAFileIsRead) {
   EXPECT_EQ(machine.ReadFront(Path(), 8), std::nullopt);
 }
 
-TEST_F(MachineTest, LongPathsAreFollowed) {
-  std::string name = "deep";
-  for (int i = 0; i < 3; ++i) name += "/" + std::string(200, 'd');
-  folder.AddRuntime(name, "17");
-  EXPECT_EQ(ToText(machine.Locate(Path(name)).path), folder.Path(name));
-  EXPECT_THAT(machine.FoldersIn(Path("deep")), ElementsAre(std::string(200, 'd')));
-  EXPECT_TRUE(ReadHome(machine, Path(name), "").runtime);
-}
-
 }  // namespace
 }  // namespace torvan::java::detail
