@@ -1,5 +1,6 @@
-#include <mirel/io/PrintStream.h>
 #include <torvan/JavaException.h>
+
+#include <mirel/io/PrintStream.h>
 
 namespace torvan::jni {
 

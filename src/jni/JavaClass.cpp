@@ -1,7 +1,8 @@
+#include <torvan/jni/JavaClass.h>
+
 #include <mirel/base/MemoryException.h>
 #include <mirel/base/NullReferenceException.h>
 #include <torvan/JavaVmException.h>
-#include <torvan/jni/JavaClass.h>
 
 #include "jni/JavaExceptionHelper.h"
 #include "jni/JavaTypes.h"

@@ -1,3 +1,5 @@
+#include <torvan/jni/JavaObject.h>
+
 #include <mirel/base/NullReferenceException.h>
 #include <torvan/JavaVmException.h>
 #include <torvan/jni/JavaClass.h>

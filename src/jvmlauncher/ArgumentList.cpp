@@ -1,14 +1,11 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 
-#include "jvmlauncher/options/Rendering.h"
+#include "jvmlauncher/Rendering.h"
 
 namespace torvan::jvmlauncher {
 
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
-using options::AppendQuoted;
-using options::PathOf;
-using options::RenderingCapacity;
 
 CArgumentList::CArgumentList() = default;
 CArgumentList::CArgumentList(const CArgumentList& other) = default;

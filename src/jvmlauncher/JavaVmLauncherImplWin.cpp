@@ -8,7 +8,7 @@
 
 #include "EmptyText.h"
 #include "jvmlauncher/InstalledJavaVm.h"
-#include "jvmlauncher/options/Rendering.h"
+#include "jvmlauncher/Rendering.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher {
@@ -18,8 +18,6 @@ using mirel::base::CIllegalArgumentException;
 using mirel::base::CRef;
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
-using options::AppendQuoted;
-using options::RenderingCapacity;
 using platform::System;
 
 namespace {

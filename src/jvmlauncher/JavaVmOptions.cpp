@@ -1,13 +1,13 @@
-#include <mirel/base/Exception.h>
 #include <torvan/jvmlauncher/JavaVmOptions.h>
 
-#include "jvmlauncher/options/Rendering.h"
+#include <mirel/base/Exception.h>
+
+#include "jvmlauncher/Rendering.h"
 
 namespace torvan::jvmlauncher {
 
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
-using options::RenderingCapacity;
 
 CJavaVmOptions::CJavaVmOptions() : m_options(2, 2) {}
 CJavaVmOptions::CJavaVmOptions(const CJavaVmOptions& other) = default;

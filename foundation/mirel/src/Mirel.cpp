@@ -1,4 +1,5 @@
 #include <mirel/Mirel.h>
+
 #include <mirel/base/System.h>
 #include <mirel/io/PrintStream.h>
 

@@ -1,8 +1,9 @@
-#include <torvan/jvmlauncher/ArgumentList.h>
 #include <torvan/jvmlauncher/options/ClassPathOption.h>
 
+#include <torvan/jvmlauncher/ArgumentList.h>
+
 #include "SameClass.h"
-#include "jvmlauncher/options/Rendering.h"
+#include "jvmlauncher/Rendering.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher::options {

@@ -1,4 +1,5 @@
 #include <mirel/base/System.h>
+
 #include <mirel/io/PrintStream.h>
 
 #include <cstdio>

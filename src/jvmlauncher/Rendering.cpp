@@ -1,6 +1,6 @@
-#include "jvmlauncher/options/Rendering.h"
+#include "jvmlauncher/Rendering.h"
 
-namespace torvan::jvmlauncher::options {
+namespace torvan::jvmlauncher {
 
 using mirel::base::CUnicodeString;
 
@@ -20,4 +20,4 @@ CUnicodeString PathOf(const Place::Location& location) {
   return CUnicodeString(path);
 }
 
-}  // namespace torvan::jvmlauncher::options
+}  // namespace torvan::jvmlauncher

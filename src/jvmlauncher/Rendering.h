@@ -4,7 +4,7 @@
 #include <mirel/base/UnicodeStringBuffer.h>
 #include <place/Location.h>
 
-namespace torvan::jvmlauncher::options {
+namespace torvan::jvmlauncher {
 
 // The room that every rendering starts with.
 constexpr unsigned int RenderingCapacity = 32;
@@ -17,4 +17,4 @@ void AppendQuoted(mirel::base::CUnicodeStringBuffer& line, const mirel::base::CU
 // Gives a location's path, which is empty for a location that names nothing.
 mirel::base::CUnicodeString PathOf(const Place::Location& location);
 
-}  // namespace torvan::jvmlauncher::options
+}  // namespace torvan::jvmlauncher
