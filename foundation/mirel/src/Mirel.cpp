@@ -14,7 +14,7 @@ void FlushDebugOut() noexcept {
   try {
     if (base::CSystem::debugOut != nullptr) base::CSystem::debugOut->Flush();
   } catch (...) {
-    // A host's stream that fails here has nobody left to tell.
+    // Must not fail while shutting down: whatever the host's stream throws is dropped.
   }
 }
 
