@@ -1,4 +1,4 @@
-// Everything that a host may use.
+// The whole fixed interface: everything that a host of torvan::jni and torvan::jvmlauncher may use.
 #pragma once
 
 #include <rx/Memory.h>

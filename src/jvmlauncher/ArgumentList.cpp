@@ -30,7 +30,7 @@ CUnicodeString CArgumentList::RenderCommandLine() const {
   CUnicodeStringBuffer line(RenderingCapacity);
   for (unsigned int i = 0; i < GetArgumentCount(); ++i) {
     AppendQuoted(line, GetArgumentAt(i));
-    // Intentional: the space follows the last argument, too; it is all that an empty argument leaves.
+    // Intentional: the space follows the last argument, too; an empty argument leaves only that.
     line += RX_TEXT(' ');
   }
   return line.ToString();

@@ -34,7 +34,7 @@ CUnicodeString CJavaVmOptions::RenderCommandLine() const {
   CUnicodeStringBuffer line(RenderingCapacity);
   for (unsigned int i = 0; i < GetOptionCount(); ++i) {
     line += GetOptionAt(i).RenderCommandLine();
-    // Intentional: the space follows the last option, too, and an option that renders as nothing.
+    // Intentional: the space follows the last option, too, and even an option that renders as nothing.
     line += RX_TEXT(' ');
   }
   return line.ToString();

@@ -1,4 +1,4 @@
-// What the renderings of the launcher have in common.
+// What the launcher's renderings have in common.
 #pragma once
 
 #include <mirel/base/UnicodeStringBuffer.h>
@@ -6,15 +6,15 @@
 
 namespace torvan::jvmlauncher {
 
-// The room that every rendering starts with.
+// The initial capacity of every rendering, in units.
 constexpr unsigned int RenderingCapacity = 32;
 
 inline bool HasSpace(const mirel::base::CUnicodeString& text) noexcept { return text.Find(RX_TEXT(' ')) >= 0; }
 
-// Appends text as it stands on a command line: in double quotes when it holds a space.
+// Appends text to a command line, in double quotes when it contains a space.
 void AppendQuoted(mirel::base::CUnicodeStringBuffer& line, const mirel::base::CUnicodeString& text);
 
-// Gives a location's path, which is empty for a location that names nothing.
+// Returns a location's path; empty when it has none.
 mirel::base::CUnicodeString PathOf(const Place::Location& location);
 
 }  // namespace torvan::jvmlauncher

@@ -14,7 +14,7 @@ using mirel::util::CUnicodeStringVector;
 
 namespace {
 
-// Intentional: the separator follows the last entry, too; Java reads nothing into it.
+// Intentional: the separator follows the last entry, too; Java ignores it.
 void AppendEntries(CUnicodeStringBuffer& text, const CUnicodeStringVector& entries) {
   for (unsigned int i = 0; i < entries.GetSize(); ++i) {
     text += entries[i];

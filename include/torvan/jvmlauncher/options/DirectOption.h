@@ -1,4 +1,4 @@
-// An option in the caller's own words.
+// Options in the caller's own words.
 #pragma once
 
 #include <torvan/Export.h>
@@ -6,8 +6,8 @@
 
 namespace torvan::jvmlauncher::options {
 
-// An option, or several, exactly as they are to stand on the command line. Immutable.
-// Nothing is added and nothing quoted: quotes that are needed are part of the text.
+// One option or several, exactly as the command line is to have them. Immutable.
+// Nothing is added and nothing quoted: the text contains the quotes that it needs.
 class TORVAN_API CDirectOption : public CJavaVmOption {
  public:
   // Throws CIllegalArgumentException "Invalid direct java vm option." for null or empty text.
@@ -16,7 +16,7 @@ class TORVAN_API CDirectOption : public CJavaVmOption {
   virtual ~CDirectOption();
   CDirectOption& operator=(const CDirectOption& other);
 
-  // The text as it was given.
+  // Returns the text unchanged.
   const mirel::base::CUnicodeString& GetOption() const;
 
   const mirel::base::CClass* GetClass() const override;
@@ -27,7 +27,7 @@ class TORVAN_API CDirectOption : public CJavaVmOption {
   static mirel::base::CClass m_classCDirectOption;
 
  protected:
-  // Makes an option without text, to be assigned to.
+  // Constructs an option without text, to be assigned to.
   CDirectOption();
 
   mirel::base::CUnicodeString RenderCommandLine() const override;
