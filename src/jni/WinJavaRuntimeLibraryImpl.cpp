@@ -74,8 +74,7 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
                                    nullptr, static_cast<unsigned int>(status));
   }
 
-  // Zeros, because a stored text need not end with one.
-  RX::UniChar buffer[2080] = {};
+  RX::UniChar buffer[2080];
   // Intentional: the number of units is given as the number of bytes, so a text of more than 1040 units is refused.
   unsigned int size = 2080;
   status = system.QueryValue(key, valueName, buffer, &size);
@@ -85,6 +84,8 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
                                    nullptr, static_cast<unsigned int>(status));
   }
   system.CloseKey(key);
+  // A stored text need not end with a zero, nor with a whole unit.
+  buffer[size / sizeof(RX::UniChar)] = 0;
   return CUnicodeString(buffer);
 }
 
