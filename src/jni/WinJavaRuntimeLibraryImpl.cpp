@@ -85,8 +85,7 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
     FailInSystem(At(40), "Failed to open the specified subkey.", status);
   }
 
-  // Zeroed, because a stored text need not end with a zero.
-  RX::UniChar buffer[2080] = {};
+  RX::UniChar buffer[2080];
   // Intentional: passes the number of units as the number of bytes, so a text of more than 1040 units is refused.
   unsigned int size = 2080;
   status = system.QueryValue(key, valueName, buffer, &size);
@@ -95,6 +94,8 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
     FailInSystem(At(47), "Failed to query the specified value.", status);
   }
   system.CloseKey(key);
+  // A stored text need not end with a zero, nor with a whole unit.
+  buffer[size / sizeof(RX::UniChar)] = 0;
   return CUnicodeString(buffer);
 }
 

@@ -44,7 +44,7 @@ class OpenKey {
 
   // Returns a value's text, whatever the value's type; empty when it cannot be read.
   CUnicodeString Read(const RX::UniChar* name) const {
-    // One unit more than the system is told: a stored text need not end with a zero.
+    // One unit more than the system is told: a stored text need not end with a zero, nor with a whole unit.
     RX::UniChar text[ValueBytes / sizeof(RX::UniChar) + 1];
     unsigned int size = ValueBytes;
     if (System::Current().QueryValue(m_key, name, text, &size) != StatusOk) return {};
@@ -128,7 +128,8 @@ int CompareNumbersBetweenDots(const RX::UniChar* a, const RX::UniChar* b) noexce
     if (numberOfA != numberOfB) return numberOfA < numberOfB ? -1 : 1;
     a = BehindDot(a);
     b = BehindDot(b);
-    if (a == nullptr || b == nullptr) return (a != nullptr) - (b != nullptr);
+    if (a == nullptr) return b == nullptr ? 0 : -1;
+    if (b == nullptr) return 1;
   }
 }
 

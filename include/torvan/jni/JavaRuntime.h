@@ -1,6 +1,7 @@
 // A Java runtime.
 #pragma once
 
+#include <mirel/base/Base.h>
 #include <mirel/base/Ref.h>
 #include <mirel/util/Vector.h>
 #include <torvan/Export.h>
@@ -17,7 +18,7 @@ class COptions;
 // One Java runtime library, used at one JNI version.
 // Copies share the runtime; the library stays loaded until the last runtime handle and the last VM handle made from it
 // are gone. Handles that share a runtime must not be copied or dropped by two threads at once.
-class TORVAN_API CJavaRuntime {
+class TORVAN_API CJavaRuntime : public mirel::base::CBase {
  public:
   CJavaRuntime(const CJavaRuntime& other);
   virtual ~CJavaRuntime() noexcept(false);

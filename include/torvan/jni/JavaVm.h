@@ -63,7 +63,7 @@ class TORVAN_API CJavaVm {
  private:
   friend class CJavaRuntimeImpl;
 
-  explicit CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl);
+  CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl);
 
   mirel::base::CRef<CJavaVmImpl> m_impl;
   JavaVM* m_vm;

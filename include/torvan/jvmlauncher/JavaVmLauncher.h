@@ -22,7 +22,7 @@ class TORVAN_API CJavaVmLauncher : public mirel::base::CBase, public mirel::base
   // underscore is ignored. Throws CIllegalArgumentException "Invalid vm version." for null or empty text, and
   // CJavaVmLauncherException "There is no installed Java VM on the current system." or "There is no installed Java VM
   // which is compatible with the specified version.".
-  explicit CJavaVmLauncher(const RX::UniChar* version);
+  CJavaVmLauncher(const RX::UniChar* version);
   ~CJavaVmLauncher();
 
   // Starts a program and returns at once.

@@ -11,10 +11,10 @@ class CJavaVmProcessImp;
 // A process that CJavaVmLauncher started.
 // The program does not depend on this object: when the last reference goes, a running program runs on. Times are
 // milliseconds. One thread at a time may use an object.
-class TORVAN_API CJavaVmProcess final : public mirel::base::CBase {
+class TORVAN_API CJavaVmProcess : public mirel::base::CBase {
  public:
   // Takes ownership of an implementation; the launcher makes it.
-  explicit CJavaVmProcess(CJavaVmProcessImp* implementation);
+  CJavaVmProcess(CJavaVmProcessImp* implementation);
   ~CJavaVmProcess();
   CJavaVmProcess(const CJavaVmProcess&) = delete;
   CJavaVmProcess& operator=(const CJavaVmProcess&) = delete;

@@ -11,7 +11,7 @@ namespace torvan::jvmlauncher::options {
 class TORVAN_API CDirectOption : public CJavaVmOption {
  public:
   // Throws CIllegalArgumentException "Invalid direct java vm option." for null or empty text.
-  explicit CDirectOption(const RX::UniChar* option);
+  CDirectOption(const RX::UniChar* option);
   CDirectOption(const CDirectOption& other);
   virtual ~CDirectOption();
   CDirectOption& operator=(const CDirectOption& other);

@@ -11,10 +11,10 @@ namespace torvan::jvmlauncher::options {
 class TORVAN_API CJarOption : public CJavaVmOption {
  public:
   // Takes a path. Throws CIllegalArgumentException "Invalid jar file path." for null or empty text.
-  explicit CJarOption(const RX::UniChar* path);
+  CJarOption(const RX::UniChar* path);
   // Takes a path. Throws CIllegalArgumentException "Invalid jar file path." when the location has none, and
   // RX::OutOfMemoryException.
-  explicit CJarOption(const Place::Location& location);
+  CJarOption(const Place::Location& location);
   CJarOption(const CJarOption& other);
   virtual ~CJarOption();
   CJarOption& operator=(const CJarOption& other);

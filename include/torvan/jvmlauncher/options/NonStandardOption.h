@@ -10,7 +10,7 @@ namespace torvan::jvmlauncher::options {
 class TORVAN_API CNonStandardOption : public CJavaVmOption {
  public:
   // Throws CIllegalArgumentException "Invalid non-standard java vm option." for null or empty text.
-  explicit CNonStandardOption(const RX::UniChar* option);
+  CNonStandardOption(const RX::UniChar* option);
   CNonStandardOption(const CNonStandardOption& other);
   virtual ~CNonStandardOption();
   CNonStandardOption& operator=(const CNonStandardOption& other);
