@@ -85,6 +85,8 @@ class TORVAN_API CJavaClass : public CJavaObject {
   jdouble     CallStaticDoubleMethod (const RX::UniChar* name, const RX::UniChar* signature, ...) const;
   void        CallStaticVoidMethod   (const RX::UniChar* name, const RX::UniChar* signature, ...) const;
   // clang-format on
+  TORVAN_REFUSE_FAMILY(CallStatic, const char*)
+  TORVAN_REFUSE_FAMILY(CallStatic, const RX::UniChar*)
 
   // Makes an object without running a constructor.
   // Throws CNullReferenceException for a null class, and CMemoryException when no object was made.
@@ -95,6 +97,8 @@ class TORVAN_API CJavaClass : public CJavaObject {
   // CMemoryException when no object was made (also because the constructor threw), and CJavaException.
   CJavaObject NewObject(const char* signature, ...) const;
   CJavaObject NewObject(const RX::UniChar* signature, ...) const;
+  TORVAN_REFUSE(CJavaObject, NewObject, const char*)
+  TORVAN_REFUSE(CJavaObject, NewObject, const RX::UniChar*)
 
  private:
   friend class CJavaVm;

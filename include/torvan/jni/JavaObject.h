@@ -7,6 +7,7 @@
 #include <torvan/Export.h>
 #include <torvan/jni/JavaVm.h>
 #include <torvan/jni/JniTypes.h>
+#include <torvan/jni/VariableArguments.h>
 
 namespace torvan::jni {
 
@@ -149,6 +150,11 @@ class TORVAN_API CJavaObject : public mirel::base::CBase {
   jdouble     CallNonvirtualDoubleMethod (const RX::UniChar* name, const RX::UniChar* signature, ...) const;
   void        CallNonvirtualVoidMethod   (const RX::UniChar* name, const RX::UniChar* signature, ...) const;
   // clang-format on
+
+  TORVAN_REFUSE_FAMILY(Call, const char*)
+  TORVAN_REFUSE_FAMILY(Call, const RX::UniChar*)
+  TORVAN_REFUSE_FAMILY(CallNonvirtual, const char*)
+  TORVAN_REFUSE_FAMILY(CallNonvirtual, const RX::UniChar*)
 
  protected:
   // Makes a handle of a reference, which may be null.

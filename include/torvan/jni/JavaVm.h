@@ -5,6 +5,7 @@
 #include <rx/Text.h>
 #include <torvan/Export.h>
 #include <torvan/jni/JniTypes.h>
+#include <torvan/jni/VariableArguments.h>
 
 namespace torvan::jni {
 
@@ -54,6 +55,8 @@ class TORVAN_API CJavaVm {
   // CMemoryException when no object was made (also because the constructor threw), and CJavaException.
   CJavaObject NewObject(const char* className, const char* signature, ...) const;
   CJavaObject NewObject(const RX::UniChar* className, const RX::UniChar* signature, ...) const;
+  TORVAN_REFUSE(CJavaObject, NewObject, const char*, const char*)
+  TORVAN_REFUSE(CJavaObject, NewObject, const RX::UniChar*, const RX::UniChar*)
 
   // Makes a Java string of the units up to the terminating zero, unconverted.
   // Null and empty text give a null string. Throws CJavaException when the VM has no memory for it, and
