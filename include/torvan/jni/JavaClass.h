@@ -62,7 +62,8 @@ class TORVAN_API CJavaClass : public CJavaObject {
   void SetStaticDoubleField (const RX::UniChar* name, const RX::UniChar* signature, jdouble value) const;
   // clang-format on
 
-  // Call a static method; its arguments follow in order. Not found: "The specified static method was not found.".
+  // Call a static method; its arguments follow in order, as those of CJavaObject's methods do.
+  // Not found: "The specified static method was not found.".
   // clang-format off
   CJavaObject CallStaticObjectMethod (const char* name, const char* signature, ...) const;
   jboolean    CallStaticBooleanMethod(const char* name, const char* signature, ...) const;
@@ -92,7 +93,8 @@ class TORVAN_API CJavaClass : public CJavaObject {
   // Throws CNullReferenceException for a null class, and CMemoryException when no object was made.
   CJavaObject AllocObject() const;
 
-  // Makes an object with the constructor of this signature; its arguments follow in order.
+  // Makes an object with the constructor of this signature; its arguments follow in order, as those of CJavaObject's
+  // methods do.
   // Throws CNullReferenceException for a null class, CJavaVmException "The specified constructor was not found.",
   // CMemoryException when no object was made (also because the constructor threw), and CJavaException.
   CJavaObject NewObject(const char* signature, ...) const;
