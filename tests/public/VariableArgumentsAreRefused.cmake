@@ -56,8 +56,9 @@ if(NOT count EQUAL 64)
   message(SEND_ERROR "The public headers declare ${count} operations with `...`, and not 64.")
 endif()
 
-execute_process(COMMAND ${COMPILE} "${FOLDER}/refused.cpp" RESULT_VARIABLE status OUTPUT_VARIABLE output
-                ERROR_VARIABLE output)
+# A full path would be an option to compilers whose options begin with a slash.
+execute_process(COMMAND ${COMPILE} refused.cpp WORKING_DIRECTORY "${FOLDER}" RESULT_VARIABLE status
+                OUTPUT_VARIABLE output ERROR_VARIABLE output)
 if(status EQUAL 0)
   message(SEND_ERROR "What must be refused compiles without an error.")
 endif()
