@@ -1,7 +1,7 @@
 // The C++ of the documents that is in no example program. It is compiled, not run.
 #include <torvan/Torvan.h>
 
-#include <string>
+#include <cstdio>
 
 namespace hosting {
 
@@ -25,14 +25,15 @@ void GoOn(const CJavaVm& vm) {
 
 class LogStream : public mirel::io::CPrintStream {
  public:
-  void Print(const char* text) override { m_log += text; }
+  explicit LogStream(std::FILE* file) : m_file(file) {}
+  void Print(const char* text) override { std::fputs(text, m_file); }
 
  private:
-  std::string m_log;
+  std::FILE* m_file;
 };
 
-void Replace() {
-  static LogStream log;
+void KeepLog(std::FILE* file) {
+  static LogStream log(file);
   mirel::base::CSystem::debugOut = &log;
 }
 

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -83,6 +84,11 @@ enum class Scoped : jint { Four = 4 };
 struct Bits {
   int five : 4;
 };
+
+static_assert(torvan::jni::AreScalars<>);
+static_assert(torvan::jni::AreScalars<char[4], int(), const volatile double, jobject, std::nullptr_t, Scoped>);
+static_assert(torvan::jni::AreScalars<jint CJavaObject::*, void (CJavaObject::*)() const>);
+static_assert(!torvan::jni::AreScalars<CJavaObject> && !torvan::jni::AreScalars<jint, Bits, jint>);
 
 TEST_F(VariableArgumentsTest, EveryKindOfScalarMayPass) {
   const handles::Object object(vm, receiver);
