@@ -3,8 +3,8 @@
 
 #include <torvan/jni/JavaVm.h>
 
-// Takes back the local references that are made while it lives: a thread that does not return to Java keeps them, and
-// they would pile up. A handle keeps its object by a global reference and may outlive the frame.
+// Ends the local references that are created while it lives: in a thread that does not return to Java they would pile
+// up. A handle keeps its object by a global reference and may outlive the frame.
 class LocalFrame {
  public:
   explicit LocalFrame(const torvan::jni::CJavaVm& vm) : m_env(vm.Attach()) { m_env->PushLocalFrame(16); }

@@ -1,6 +1,5 @@
-# Fails unless the compiler refuses, and says how to put it right, what is no scalar behind the signature of each
-# operation that the public headers declare with `...`: COMPILE is the command, HEADERS the folder, FOLDER one to
-# write to.
+# Each operation that the public headers declare with `...` must refuse, at compile time, an argument that is no scalar,
+# and say how to put it right. COMPILE is the command, HEADERS the folder of the headers, FOLDER one to write to.
 cmake_minimum_required(VERSION 3.25)
 
 set(words "a handle is passed as static_cast<jobject>(handle), a text as the handle of a Java string")

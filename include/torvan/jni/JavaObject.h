@@ -23,8 +23,8 @@ class CJniResult;
 // JNI returned along the way is never deleted here: it ends when the thread returns to Java or is detached. A thread
 // that does neither and makes very many calls puts PushLocalFrame and PopLocalFrame around a batch of them.
 //
-// A null handle has no reference but still knows its VM. Threads: the rule is CJavaVm's. Every handle that an operation
-// returns counts on the VM handle that this one came from.
+// A null handle has no reference but still knows its VM. Threads: the rule is CJavaVm's. A handle that an operation
+// returns came from the same VM handle as this one.
 //
 // Names and signatures are JNI's own and are passed on unchanged ("count", "I"; "parse", "(Ljava/lang/String;)J"); wide
 // ones are converted to UTF-8. Nothing is cached: every call looks its member up. The families below throw

@@ -16,8 +16,8 @@ class COptions;
 
 // One Java runtime library, used at one JNI version.
 // Copies share the runtime; the library stays loaded until the last runtime handle and the last VM handle made from it
-// are gone. Threads: all use of runtimes, of whichever library, is for one thread at a time; CJavaVm tells the whole
-// rule.
+// are gone. Threads: only one thread at a time may use runtimes, also those of different libraries; CJavaVm has the
+// whole rule.
 class TORVAN_API CJavaRuntime {
  public:
   CJavaRuntime(const CJavaRuntime& other);

@@ -19,14 +19,14 @@ class CJavaVmImpl;
 // ("java/lang/String", "(ILjava/lang/String;)V") and are passed on unchanged; wide ones are converted to UTF-8.
 //
 // Threads: Java may be called from any thread; each operation attaches its calling thread to the VM and leaves it
-// attached. But the library takes no lock and counts with plain integers, and every handle of a class, object or string
-// counts on the VM handle that it came from. So the host sees to it that no two threads at once
-//   - make, copy, assign or drop handles that came from the same VM handle. An operation that returns a handle makes
-//     one, also where it is called on a const handle.
+// attached. But the library takes no lock, its counts are plain integers, and every handle of a class, object or string
+// counts as a use of the VM handle that it came from. So the host must not let two threads at once
+//   - create, copy, assign or drop handles that came from the same VM handle. An operation that returns a handle
+//     creates one, also when it is called on a const handle.
 //   - use runtimes, whichever they are. Dropping the last handle that came from a VM handle uses its runtime.
-// Operations that return no handle count nothing and need no lock. A host with several threads gives each a VM handle
-// of its own by CJavaRuntime::GetCreatedJavaVms, takes and drops these under one mutex, and shares no handle between
-// threads: see examples/threads.cpp.
+// Operations that return no handle change no count and need no lock. In a host with several threads, each has a VM
+// handle of its own from CJavaRuntime::GetCreatedJavaVms, taken and dropped under one mutex, and shares no handle: see
+// examples/threads.cpp.
 //
 // Every operation that needs Java throws CJavaVmException "Failed ot attach the current thread to the underlying Java
 // VM." (so spelled) when the thread cannot be attached. A lookup that fails leaves the VM's own error pending in the
@@ -41,7 +41,7 @@ class TORVAN_API CJavaVm {
   bool operator==(const CJavaVm& other) const noexcept;
   bool operator!=(const CJavaVm& other) const noexcept;
 
-  // Attaches the calling thread and gives its environment, which only this thread may use.
+  // Attaches the calling thread and returns its environment, which only this thread may use.
   // A thread that is attached gets the environment it has. It stays attached until Detach().
   JNIEnv* Attach() const;
   // Detaches the calling thread; local references made in it end. However often the thread was attached, one call does

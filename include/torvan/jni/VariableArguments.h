@@ -14,12 +14,12 @@ namespace torvan::jni {
 //   for Z, B, C, S, I    an integer no wider than jint
 //   for F, D             a float or a double
 //
-// A handle or a C++ text is no JNI reference and would take the VM down, so the compiler refuses whatever is no scalar
+// A handle or a C++ text is no JNI reference and would crash the VM, so the compiler refuses whatever is no scalar
 // (number, enumerator or pointer). It cannot see the descriptor: a number of the wrong kind or width, or a pointer that
 // is no reference, compiles and is undefined behaviour, as it is in JNI.
 //
-// The refusals are overloads that take part in no other call. They are templates, so the address of an operation needs
-// its type said, by a cast or the variable that it is assigned to.
+// The refusals are overloads that take part in no other call. Because they are templates, whoever takes the address of
+// an operation has to name its type, in a cast or as the type of a variable; it is not deduced.
 
 // Whether all arguments may be passed through `...`. Arrays and functions may: they are passed as pointers.
 template <typename... Given>
