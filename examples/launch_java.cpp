@@ -7,7 +7,6 @@
 // something was missing or wrong, and one line says what.
 
 #include <chrono>
-#include <stdexcept>
 
 #include "HostMain.h"
 #include "SafeArgument.h"
@@ -39,11 +38,6 @@ struct Request {
   Text mainClass;  // empty: the jar's
   CArgumentList arguments;
   unsigned int timeout = Forever;
-};
-
-// Something that the user can put right; the text says how.
-struct UserError : std::runtime_error {
-  using std::runtime_error::runtime_error;
 };
 
 // What is not escaped on a command line must not fall apart there.

@@ -15,8 +15,8 @@ class MIREL_API CSystem {
   CSystem() = delete;
 
   // The stream for failures that must not reach the caller: the standard error stream unless replaced.
-  // A host assigns its own stream, which must live as long as it is assigned; null discards the reports. Not
-  // synchronised between threads.
+  // A host assigns its own stream, which must live as long as it is assigned; null discards the reports. A report is a
+  // line in several pieces, printed by the thread that fails. Not synchronised: assign before there are threads.
   static io::CPrintStream* debugOut;
 };
 
