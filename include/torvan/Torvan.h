@@ -49,7 +49,7 @@
 #include <torvan/jni/JavaString.h>
 #include <torvan/jni/JavaVm.h>
 #include <torvan/jni/JniTypes.h>
-#include <torvan/jni/VariableArguments.h>
+#include <torvan/jni/ScalarArguments.h>
 #include <torvan/jni/options/AbortHook.h>
 #include <torvan/jni/options/ClassPath.h>
 #include <torvan/jni/options/CustomOption.h>

@@ -7,7 +7,7 @@
 #include <torvan/Export.h>
 #include <torvan/jni/JavaVm.h>
 #include <torvan/jni/JniTypes.h>
-#include <torvan/jni/VariableArguments.h>
+#include <torvan/jni/ScalarArguments.h>
 
 namespace torvan::jni {
 
@@ -101,7 +101,7 @@ class TORVAN_API CJavaObject : public mirel::base::CBase {
   // clang-format on
 
   // Call an instance method, the one that the object's class declares or inherits; its arguments follow in order,
-  // handles with a cast and integers of the right width: see <torvan/jni/VariableArguments.h>.
+  // handles with a cast and integers of the right width: see <torvan/jni/ScalarArguments.h>.
   // Not found: "The specified method was not found." with narrow names, "The specified field was not found." with wide
   // ones.
   // clang-format off

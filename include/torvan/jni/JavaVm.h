@@ -5,7 +5,7 @@
 #include <rx/Text.h>
 #include <torvan/Export.h>
 #include <torvan/jni/JniTypes.h>
-#include <torvan/jni/VariableArguments.h>
+#include <torvan/jni/ScalarArguments.h>
 
 namespace torvan::jni {
 
@@ -59,7 +59,7 @@ class TORVAN_API CJavaVm {
   CJavaObject AllocObject(const RX::UniChar* className) const;
 
   // Makes an object with the constructor of this signature; its arguments follow in order, handles with a cast and
-  // integers of the right width: see <torvan/jni/VariableArguments.h>.
+  // integers of the right width: see <torvan/jni/ScalarArguments.h>.
   // Throws CJavaVmException "The specified class was not found." or "The specified constructor was not found.",
   // CMemoryException when no object was made (also because the constructor threw), and CJavaException.
   CJavaObject NewObject(const char* className, const char* signature, ...) const;
