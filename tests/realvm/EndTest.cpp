@@ -2,7 +2,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <future>
 #include <thread>
 
 #include "fakes/DebugOut.h"
@@ -91,16 +90,16 @@ TEST(EndTest, TheEndWaitsForThreadsThatAreAttached) {
     const CJavaVm vm = VmWithShutdownHook();
     JavaVM* raw = nullptr;
     vm.Attach()->GetJavaVM(&raw);
-    std::promise<void> attached;
+    std::atomic<bool> attached{false};
     std::atomic<bool> detached{false};
     std::thread worker([&] {
       vm.Attach();
-      attached.set_value();
+      attached = true;
       std::this_thread::sleep_for(std::chrono::milliseconds(300));
       detached = true;
       vm.Detach();
     });
-    attached.get_future().wait();
+    while (!attached) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     raw->DestroyJavaVM();
     EXPECT_TRUE(detached);
     EXPECT_EQ(saidAtTheEnd, 7);
