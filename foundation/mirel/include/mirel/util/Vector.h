@@ -18,8 +18,8 @@ namespace mirel::util {
 // Holds elements by value in one array.
 // The array grows in steps of an increment, so the capacity is always a multiple of it. Elements are moved between
 // arrays byte by byte, without constructor or destructor: T must allow that, as handles and texts of this library do.
-// Indices, sizes and capacities are 32-bit unsigned. Throws CMemoryException (no message) when memory runs out, and the
-// vector then keeps its elements; CNoSuchElementException (no message) for an index that is not below the size.
+// Indices, sizes and capacities are 32-bit unsigned. Throws CMemoryException (no message) when memory or these 32 bits
+// run out, and then keeps its elements; CNoSuchElementException (no message) for an index that is not below the size.
 template <typename T>
 class CVector {
  public:
