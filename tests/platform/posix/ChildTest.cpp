@@ -5,15 +5,18 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cstddef>
 #include <fstream>
+#include <future>
 #include <iterator>
 #include <thread>
 
 #include "fakes/Allocations.h"
+#include "platform/posix/ForkedProcess.h"
 
 namespace platform_tests {
 namespace {
@@ -96,37 +99,63 @@ TEST_F(ChildStartTest, RunningOutOfMemoryDoesNotStart) {
   }
 }
 
-// Runs in a process of its own, which may open process descriptors of itself only, or none.
-int StartWithoutProcessDescriptors(bool ownIsOpened) {
-  const auto low = static_cast<unsigned int>(offsetof(seccomp_data, args[0]));
+// Refuses a system call with an error from now on, save for `allowed` as its first argument; whoever kills by number
+// is ended. Lasts as long as this process.
+void Refuse(unsigned int call, int error, pid_t allowed = -1) {
+  const auto argument = static_cast<unsigned int>(offsetof(seccomp_data, args[0]));
   sock_filter filter[] = {
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, static_cast<unsigned int>(offsetof(seccomp_data, nr))),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 3),
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, low),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, ownIsOpened ? static_cast<unsigned int>(getpid()) : 0, 1, 0),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_kill, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_KILL_PROCESS),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned int>(allowed), 1, 0),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned int>(error)),
       BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
   };
   const sock_fprog program{static_cast<unsigned short>(std::size(filter)), filter};
-  if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
-    return 1;
-  const int descriptors = CountDescriptors();
-  auto line = fakes::Widen(ProcessFixture("run"));
-  StartedProcess started{};
-  if (System::Native().StartProcess(line.data(), false, 0, &started)) return 2;
-  if (waitpid(-1, nullptr, WNOHANG) != -1 || errno != ECHILD) return 3;
-  return CountDescriptors() == descriptors ? 0 : 4;
+  ASSERT_EQ(0, prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0));
+  ASSERT_EQ(0, prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program));
 }
 
 TEST_F(ChildStartTest, WithoutProcessDescriptorsNothingStartsAndNothingIsLeft) {
-  for (const bool ownIsOpened : {false, true}) {
-    const pid_t child = fork();
-    if (child == 0) _exit(StartWithoutProcessDescriptors(ownIsOpened));
-    int status = 0;
-    ASSERT_EQ(child, waitpid(child, &status, 0));
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(0, WEXITSTATUS(status)) << ownIsOpened;
-  }
+  InForkedProcess([this] {
+    Refuse(SYS_pidfd_open, ENOSYS);
+    const int descriptors = CountDescriptors();
+    auto line = fakes::Widen(ProcessFixture("run"));
+    StartedProcess started{};
+    EXPECT_FALSE(system.StartProcess(line.data(), false, 0, &started));
+    EXPECT_EQ(-1, waitpid(-1, nullptr, WNOHANG));
+    EXPECT_EQ(ECHILD, errno);
+    EXPECT_EQ(descriptors, CountDescriptors());
+  });
+}
+
+// Another process may have its number by then.
+TEST_F(ChildStartTest, AChildThatWasReapedBeforeItIsLookedAtIsNotKilledByItsNumber) {
+  InForkedProcess([this] {
+    signal(SIGCHLD, SIG_IGN);
+    Refuse(SYS_pidfd_open, ESRCH, getpid());
+    const StartedProcess started = Start("exit 0");
+    while (IsChild(started.processId)) usleep(1000);
+    EXPECT_EQ(0u, system.WaitFor(started.process, 60000));
+    unsigned int code = 0;
+    EXPECT_FALSE(system.ExitCodeOf(started.process, &code));
+    EXPECT_FALSE(system.EndProcess(started.process, 1));
+    system.ReleaseHandle(started.process);
+  });
+}
+
+TEST_F(ChildStartTest, ARunningChildIsReachedByItsDescriptorAndNotByItsNumber) {
+  InForkedProcess([this] {
+    const StartedProcess interrupted = Start("run");
+    const StartedProcess ended = Start("run");
+    Refuse(SYS_kill, EPERM);
+    EXPECT_TRUE(system.SendConsoleEvent(ControlC, interrupted.processId));
+    EXPECT_EQ(128u + SIGINT, Finish(interrupted));
+    EXPECT_TRUE(system.EndProcess(ended.process, 7));
+    EXPECT_EQ(7u, Finish(ended));
+  });
 }
 
 TEST_F(OrphanTest, AChildReleasedWhileItRunsGoesOnAndIsReapedByTheNextCallAfterItsEnd) {
@@ -191,6 +220,72 @@ TEST_F(OrphanTest, AnEndedChildAnswersUntilItsHandleIsReleased) {
   EXPECT_TRUE(IsChild(started.processId)) << "no other process can have its id";
   system.ReleaseHandle(started.process);
   EXPECT_FALSE(IsChild(started.processId));
+}
+
+TEST_F(OrphanTest, AChildWhoseThreadHasEndedIsReapedByACallOfAnother) {
+  StartedProcess started{};
+  std::thread([&] {
+    started = Start("after 50 0");
+    system.ReleaseHandle(started.process);
+  }).join();
+  AwaitEnd(started.processId);
+  system.ReleaseHandle(nullptr);
+  EXPECT_FALSE(IsChild(started.processId));
+}
+
+TEST_F(OrphanTest, ChildrenThatTheHostOrAHandleKeepsHideNoneAndStay) {
+  const pid_t own = Fork([] { _exit(9); });
+  const StartedProcess held = Start("exit 8");
+  AwaitEnd(static_cast<unsigned int>(own));
+  AwaitEnd(held.processId);
+  std::promise<unsigned int> released;
+  std::promise<void> isReaped;
+  std::thread living([&] {
+    const StartedProcess started = Start("after 50 0");
+    system.ReleaseHandle(started.process);
+    released.set_value(started.processId);
+    isReaped.get_future().wait();
+  });
+  const unsigned int id = released.get_future().get();
+  AwaitEnd(id);
+  system.ReleaseHandle(nullptr);
+  EXPECT_FALSE(IsChild(id));
+  isReaped.set_value();
+  living.join();
+
+  EXPECT_EQ(8u, Finish(held));
+  int status = 0;
+  EXPECT_EQ(own, waitpid(own, &status, WNOHANG));
+  EXPECT_EQ(9, WEXITSTATUS(status));
+}
+
+// A host that is a child of another one: its own children inherit the mark that it has there.
+TEST_F(OrphanTest, TheChildrenOfAReleasedChildAreNotReleased) {
+  InForkedProcess([this] {
+    rlimit limit{};
+    ASSERT_EQ(0, getrlimit(RLIMIT_LOCKS, &limit));
+    --limit.rlim_cur;
+    ASSERT_EQ(0, setrlimit(RLIMIT_LOCKS, &limit));
+    const StartedProcess held = Start("exit 8");
+    AwaitEnd(held.processId);
+    system.ReleaseHandle(nullptr);
+    EXPECT_EQ(8u, Finish(held));
+    const StartedProcess released = Start("after 50 0");
+    system.ReleaseHandle(released.process);
+    AwaitEnd(released.processId);
+    system.ReleaseHandle(nullptr);
+    EXPECT_FALSE(IsChild(released.processId));
+  });
+}
+
+TEST_F(OrphanTest, AnEndedChildIsReapedByTheReleaseOfItsHandleWhereChildrenCannotBeMarked) {
+  InForkedProcess([this] {
+    const StartedProcess started = Start("exit 0");
+    AwaitEnd(started.processId);
+    Refuse(SYS_prlimit64, EPERM);
+    system.ReleaseHandle(started.process);
+    EXPECT_FALSE(IsChild(started.processId));
+  });
 }
 
 TEST_F(OrphanTest, ThreadsStartAndReleaseChildrenTogether) {

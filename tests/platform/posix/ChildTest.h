@@ -6,6 +6,8 @@
 #include <sys/wait.h>
 
 #include <cerrno>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "fakes/Text.h"
@@ -48,6 +50,11 @@ class ChildTest : public testing::Test {
   static void AwaitEnd(unsigned int id) {
     siginfo_t information{};
     EXPECT_EQ(0, waitid(P_PID, id, &information, WEXITED | WNOWAIT));
+  }
+  static bool IsZombie(unsigned int id) {
+    std::ifstream file("/proc/" + std::to_string(id) + "/stat");
+    const std::string stat{std::istreambuf_iterator<char>(file), {}};
+    return stat.find(") Z ") != std::string::npos;
   }
   static bool IsChild(unsigned int id) {
     siginfo_t information{};
