@@ -1,19 +1,12 @@
-// How a child begins, and what becomes of those that nobody holds.
+// How a child begins.
 #include "platform/posix/ChildTest.h"
 
 #include <fcntl.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cstddef>
 #include <fstream>
-#include <future>
 #include <iterator>
-#include <thread>
 
 #include "fakes/Allocations.h"
 #include "platform/posix/ForkedProcess.h"
@@ -24,7 +17,6 @@ namespace {
 using namespace torvan::platform;
 
 using ChildStartTest = ChildTest;
-using OrphanTest = ChildTest;
 
 TEST_F(ChildStartTest, TheArgumentsArriveAsTheyWereQuoted) {
   const TemporaryFolder folder;
@@ -99,25 +91,6 @@ TEST_F(ChildStartTest, RunningOutOfMemoryDoesNotStart) {
   }
 }
 
-// Refuses a system call with an error from now on, save for `allowed` as its first argument; whoever kills by number
-// is ended. Lasts as long as this process.
-void Refuse(unsigned int call, int error, pid_t allowed = -1) {
-  const auto argument = static_cast<unsigned int>(offsetof(seccomp_data, args[0]));
-  sock_filter filter[] = {
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, static_cast<unsigned int>(offsetof(seccomp_data, nr))),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_kill, 0, 1),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_KILL_PROCESS),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 3),
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned int>(allowed), 1, 0),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned int>(error)),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-  };
-  const sock_fprog program{static_cast<unsigned short>(std::size(filter)), filter};
-  ASSERT_EQ(0, prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0));
-  ASSERT_EQ(0, prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program));
-}
-
 TEST_F(ChildStartTest, WithoutProcessDescriptorsNothingStartsAndNothingIsLeft) {
   InForkedProcess([this] {
     Refuse(SYS_pidfd_open, ENOSYS);
@@ -156,150 +129,6 @@ TEST_F(ChildStartTest, ARunningChildIsReachedByItsDescriptorAndNotByItsNumber) {
     EXPECT_TRUE(system.EndProcess(ended.process, 7));
     EXPECT_EQ(7u, Finish(ended));
   });
-}
-
-TEST_F(OrphanTest, AChildReleasedWhileItRunsGoesOnAndIsReapedByTheNextCallAfterItsEnd) {
-  const StartedProcess started = Start("run");
-  system.ReleaseHandle(started.process);
-  EXPECT_TRUE(IsChild(started.processId));
-  EXPECT_TRUE(system.SendConsoleEvent(ControlC, started.processId)) << "it still runs";
-  AwaitEnd(started.processId);
-  EXPECT_TRUE(IsChild(started.processId));
-  EXPECT_FALSE(system.SendConsoleEvent(ControlC, 0));
-  EXPECT_FALSE(IsChild(started.processId));
-}
-
-TEST_F(OrphanTest, AnyCallAboutProcessesReapsThem) {
-  const StartedProcess held = Start("run");
-  const auto orphan = [&] {
-    const StartedProcess started = Start("exit 0");
-    system.ReleaseHandle(started.process);
-    if (IsChild(started.processId)) AwaitEnd(started.processId);
-    return started.processId;
-  };
-
-  unsigned int id = orphan();
-  EXPECT_EQ(258u, system.WaitFor(held.process, 0));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  unsigned int code = 0;
-  EXPECT_TRUE(system.ExitCodeOf(held.process, &code));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  EXPECT_EQ(0u, Run("exit 0"));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  EXPECT_TRUE(system.EndProcess(held.process, 0));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  system.ReleaseHandle(held.process);
-  EXPECT_FALSE(IsChild(id));
-  if (IsChild(held.processId)) AwaitEnd(held.processId);
-  system.ReleaseHandle(nullptr);
-}
-
-TEST_F(OrphanTest, AnEndedChildIsReapedByTheReleaseOfItsHandle) {
-  const StartedProcess started = Start("exit 0");
-  AwaitEnd(started.processId);
-  system.ReleaseHandle(started.process);
-  EXPECT_FALSE(IsChild(started.processId));
-}
-
-TEST_F(OrphanTest, AnEndedChildAnswersUntilItsHandleIsReleased) {
-  const StartedProcess started = Start("exit 6");
-  EXPECT_EQ(0u, system.WaitFor(started.process, 0xFFFFFFFF));
-  for (int asked = 0; asked < 2; ++asked) {
-    unsigned int code = 0;
-    EXPECT_TRUE(system.ExitCodeOf(started.process, &code));
-    EXPECT_EQ(6u, code);
-  }
-  EXPECT_TRUE(IsChild(started.processId)) << "no other process can have its id";
-  system.ReleaseHandle(started.process);
-  EXPECT_FALSE(IsChild(started.processId));
-}
-
-TEST_F(OrphanTest, AChildWhoseThreadHasEndedIsReapedByACallOfAnother) {
-  StartedProcess started{};
-  std::thread([&] {
-    started = Start("after 50 0");
-    system.ReleaseHandle(started.process);
-  }).join();
-  AwaitEnd(started.processId);
-  system.ReleaseHandle(nullptr);
-  EXPECT_FALSE(IsChild(started.processId));
-}
-
-TEST_F(OrphanTest, ChildrenThatTheHostOrAHandleKeepsHideNoneAndStay) {
-  const pid_t own = Fork([] { _exit(9); });
-  const StartedProcess held = Start("exit 8");
-  AwaitEnd(static_cast<unsigned int>(own));
-  AwaitEnd(held.processId);
-  std::promise<unsigned int> released;
-  std::promise<void> isReaped;
-  std::thread living([&] {
-    const StartedProcess started = Start("after 50 0");
-    system.ReleaseHandle(started.process);
-    released.set_value(started.processId);
-    isReaped.get_future().wait();
-  });
-  const unsigned int id = released.get_future().get();
-  AwaitEnd(id);
-  system.ReleaseHandle(nullptr);
-  EXPECT_FALSE(IsChild(id));
-  isReaped.set_value();
-  living.join();
-
-  EXPECT_EQ(8u, Finish(held));
-  int status = 0;
-  EXPECT_EQ(own, waitpid(own, &status, WNOHANG));
-  EXPECT_EQ(9, WEXITSTATUS(status));
-}
-
-// A host that is a child of another one: its own children inherit the mark that it has there.
-TEST_F(OrphanTest, TheChildrenOfAReleasedChildAreNotReleased) {
-  InForkedProcess([this] {
-    rlimit limit{};
-    ASSERT_EQ(0, getrlimit(RLIMIT_LOCKS, &limit));
-    --limit.rlim_cur;
-    ASSERT_EQ(0, setrlimit(RLIMIT_LOCKS, &limit));
-    const StartedProcess held = Start("exit 8");
-    AwaitEnd(held.processId);
-    system.ReleaseHandle(nullptr);
-    EXPECT_EQ(8u, Finish(held));
-    const StartedProcess released = Start("after 50 0");
-    system.ReleaseHandle(released.process);
-    AwaitEnd(released.processId);
-    system.ReleaseHandle(nullptr);
-    EXPECT_FALSE(IsChild(released.processId));
-  });
-}
-
-TEST_F(OrphanTest, AnEndedChildIsReapedByTheReleaseOfItsHandleWhereChildrenCannotBeMarked) {
-  InForkedProcess([this] {
-    const StartedProcess started = Start("exit 0");
-    AwaitEnd(started.processId);
-    Refuse(SYS_prlimit64, EPERM);
-    system.ReleaseHandle(started.process);
-    EXPECT_FALSE(IsChild(started.processId));
-  });
-}
-
-TEST_F(OrphanTest, ThreadsStartAndReleaseChildrenTogether) {
-  const auto work = [this] {
-    for (int i = 0; i < 20; ++i) {
-      const StartedProcess dropped = Start("exit 0");
-      system.ReleaseHandle(dropped.process);
-      EXPECT_EQ(static_cast<unsigned int>(i), Run("exit " + std::to_string(i)));
-    }
-  };
-  std::thread other(work);
-  work();
-  other.join();
-  for (siginfo_t information{}; waitid(P_ALL, 0, &information, WEXITED | WNOWAIT) == 0;) system.ReleaseHandle(nullptr);
 }
 
 }  // namespace

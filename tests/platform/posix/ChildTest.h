@@ -6,8 +6,6 @@
 #include <sys/wait.h>
 
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "fakes/Text.h"
@@ -46,15 +44,21 @@ class ChildTest : public testing::Test {
     return Finish(Start(arguments, inheritHandles));
   }
 
+  // Starts a child that nobody holds any more while it still runs; ends it later.
+  unsigned int StartAndRelease() {
+    const torvan::platform::StartedProcess started = Start("run");
+    system.ReleaseHandle(started.process);
+    return started.processId;
+  }
+  static void End(unsigned int id) {
+    EXPECT_EQ(0, kill(static_cast<pid_t>(id), SIGKILL));
+    AwaitEnd(id);
+  }
+
   // Waits until the child has ended, and leaves it to be reaped by others.
   static void AwaitEnd(unsigned int id) {
     siginfo_t information{};
     EXPECT_EQ(0, waitid(P_PID, id, &information, WEXITED | WNOWAIT));
-  }
-  static bool IsZombie(unsigned int id) {
-    std::ifstream file("/proc/" + std::to_string(id) + "/stat");
-    const std::string stat{std::istreambuf_iterator<char>(file), {}};
-    return stat.find(") Z ") != std::string::npos;
   }
   static bool IsChild(unsigned int id) {
     siginfo_t information{};
