@@ -49,6 +49,8 @@ struct Registration {
   std::uint32_t flags;
 };
 
+void PrintTo(const Registration& registration, std::ostream* stream) { *stream << registration.name; }
+
 class HostEpollTest : public HostDescriptorsTest, public testing::WithParamInterface<Registration> {};
 
 // Whatever descriptor the library might remember, it is one of the host's sets now.
@@ -141,18 +143,21 @@ bool HideProc() {
 
 TEST_F(HostDescriptorsTest, SeesNoProcAndLaunches) {
   constexpr int MayNotHideIt = 77;
-  const std::string programs[] = {ProcessFixture("run"), ProcessFixture("after 50 4")};
+  const auto program = fakes::Widen(ProcessFixture("run"));
   const pid_t host = Fork([&] {
     if (!HideProc()) _exit(MayNotHideIt);
-    StartedProcess started[2] = {};
-    for (int i = 0; i < 2; ++i) {
-      auto line = fakes::Widen(programs[i]);
-      EXPECT_TRUE(system.StartProcess(line.data(), false, 0, &started[i]));
+    StartedProcess released{};
+    StartedProcess held{};
+    for (StartedProcess* started : {&released, &held}) {
+      auto line = program;
+      EXPECT_TRUE(system.StartProcess(line.data(), false, 0, started));
     }
-    system.ReleaseHandle(started[0].process);
-    End(started[0].processId);
-    EXPECT_EQ(4u, Finish(started[1]));
-    EXPECT_FALSE(IsChild(started[0].processId));
+    system.ReleaseHandle(released.process);
+    End(released.processId);
+    EXPECT_EQ(258u, system.WaitFor(held.process, 10));
+    EXPECT_FALSE(IsChild(released.processId));
+    EXPECT_TRUE(system.EndProcess(held.process, 4));
+    EXPECT_EQ(4u, Finish(held));
   });
   int status = 0;
   ASSERT_EQ(host, waitpid(host, &status, 0));
