@@ -131,9 +131,26 @@ std::string ToUtf8(std::u16string_view units) {
   return text;
 }
 
+std::string ToModifiedUtf8(std::u16string_view units) {
+  std::string text;
+  for (const char16_t unit : units) {
+    char buffer[3];
+    if (unit == 0) {
+      text += "\xC0\x80";
+    } else {
+      text.append(buffer, Write(unit, buffer));
+    }
+  }
+  return text;
+}
+
 std::u16string ToUtf16(std::string_view text) {
   std::u16string units(text.size(), u'\0');  // never more units than bytes
-  char16_t* out = units.data();
+  units.resize(static_cast<std::size_t>(WriteUtf16(text, units.data()) - units.data()));
+  return units;
+}
+
+char16_t* WriteUtf16(std::string_view text, char16_t* out) {
   std::size_t at = 0;
   while (at < text.size()) {
     for (; text.size() - at >= 8; at += 8, out += 8) {
@@ -159,8 +176,7 @@ std::u16string ToUtf16(std::string_view text) {
       }
     }
   }
-  units.resize(static_cast<std::size_t>(out - units.data()));
-  return units;
+  return out;
 }
 
 bool IsPlainAscii(std::string_view text) noexcept {

@@ -89,6 +89,10 @@ TEST(UtfTest, InvalidUtf8IsRefusedWithItsByte) {
   EXPECT_EQ(Refusal("\xF4\x8F\xBF\xBF"), "accepted, 2 units");
 }
 
+TEST(UtfTest, ModifiedUtf8HasNoZeroByteAndNoPairs) {
+  EXPECT_EQ(ToModifiedUtf8(u"a\0ä\xD83D\xDE00"sv), "a\xC0\x80\xC3\xA4\xED\xA0\xBD\xED\xB8\x80");
+}
+
 TEST(UtfTest, EveryTwoBytesAreTakenOrRefusedAsTheyShould) {
   for (unsigned first = 0; first < 256; ++first) {
     for (unsigned second = 0; second < 256; ++second) {
