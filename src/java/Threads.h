@@ -18,6 +18,9 @@ JNIEnv* AskForEnv() noexcept;
 // Detaches the calling thread if it is attached to the VM that runs.
 void DetachThread() noexcept;
 
+// Asks a VM for word of each thread that leaves it, and of its own end. One without JVMTI gives none.
+void WatchVm(JavaVM* vm) noexcept;
+
 // The system's part.
 
 // Forgets the calling thread's environment.

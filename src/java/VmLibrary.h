@@ -39,6 +39,9 @@ extern const char* const VmLibraryPlaces[4];
 // The text as the VM takes its options: in the system's own encoding. Throws StartFailure when that lacks a character.
 std::string OptionText(const std::string& utf8);
 
+// The file name of a library, "libjdwp.so" or "jdwp.dll".
+std::string LibraryFileName(const std::string& name);
+
 // The character between the parts of a path list.
 extern const char PathListSeparator;
 

@@ -59,6 +59,7 @@ class VmSettings {
 
  private:
   friend class VmOptions;
+  friend class VmStart;
 
   std::vector<Path> m_classPath;
   std::vector<Path> m_modulePath;

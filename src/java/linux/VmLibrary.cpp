@@ -9,7 +9,7 @@ const char* const VmLibraryPlaces[4] = {"lib/server/libjvm.so", "jre/lib/amd64/s
 const char PathListSeparator = ':';
 
 void* LoadLibraryAt(const std::filesystem::path& path, std::string& reason) {
-  void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
+  void* const module = dlopen(path.c_str(), RTLD_NOW);
   if (module == nullptr) {
     const char* const error = dlerror();
     reason = error != nullptr ? error : "unknown";
@@ -25,6 +25,8 @@ void* FindLoadedVm(std::filesystem::path& path) {
   if (module != nullptr && dladdr(dlsym(module, "JNI_CreateJavaVM"), &info) != 0) path = info.dli_fname;
   return module;
 }
+
+std::string LibraryFileName(const std::string& name) { return "lib" + name + ".so"; }
 
 std::string OptionText(const std::string& utf8) { return utf8; }
 

@@ -51,6 +51,8 @@ void* FindLoadedVm(std::filesystem::path& path) {
   return module;
 }
 
+std::string LibraryFileName(const std::string& name) { return name + ".dll"; }
+
 std::string OptionText(const std::string& utf8) {
   const std::u16string units = ToUtf16(utf8);
   if (units.empty() || GetACP() == CP_UTF8) return utf8;

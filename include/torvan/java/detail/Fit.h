@@ -12,6 +12,10 @@ namespace torvan::java::detail {
 template <typename... T>
 struct Types {};
 
+// The type that a value is given as; an array is a pointer.
+template <typename U>
+using Plain = std::decay_t<const U>;
+
 // What may be given but not declared: null, and references of the fixed interface and of JNI.
 struct NullRow {
   static constexpr char Letter = 'L';
@@ -22,6 +26,7 @@ struct ForeignRow {
   static constexpr char Letter = 'L';
   using Tag = From;
   static constexpr bool IsUnknown = std::is_same_v<From, Object>;  // then its class is tested at each call
+  static Passed Pass(JNIEnv*, const Ref<From>& ref) { return Passed(ref.Get()); }
 };
 
 // The row that a given value goes by.
@@ -64,17 +69,23 @@ constexpr bool IsText() {
 
 constexpr bool IsNumber(char letter) { return letter != 0 && letter != 'L' && letter != 'Z' && letter != 'V'; }
 
-// Java's widening of numbers, less what loses digits: a long as a double, an int as a float. Nothing becomes a char, and
-// a char no number, for these are mistakes more often than not.
+// Java's widening of numbers, less what loses digits: a long as a double, an int as a float. Nothing becomes a char,
+// and a char no number, for these are mistakes more often than not.
 constexpr bool Widens(char from, char to) {
   if (from == to) return true;
   switch (to) {
-    case 'S': return from == 'B';
-    case 'I': return from == 'B' || from == 'S';
-    case 'J': return from == 'B' || from == 'S' || from == 'I';
-    case 'F': return from == 'B' || from == 'S';
-    case 'D': return from == 'B' || from == 'S' || from == 'I' || from == 'F';
-    default: return false;
+    case 'S':
+      return from == 'B';
+    case 'I':
+      return from == 'B' || from == 'S';
+    case 'J':
+      return from == 'B' || from == 'S' || from == 'I';
+    case 'F':
+      return from == 'B' || from == 'S';
+    case 'D':
+      return from == 'B' || from == 'S' || from == 'I' || from == 'F';
+    default:
+      return false;
   }
 }
 
@@ -112,6 +123,11 @@ struct Fitting<std::optional<E>, U> {
     }
   }
 };
+template <typename A>
+constexpr bool IsOptionalOwn = false;
+template <typename E>
+constexpr bool IsOptionalOwn<std::optional<E>> = IsOwnType<E>;
+
 template <typename A, typename U>
 constexpr bool Fits = Fitting<A, U>::Find() != Fit::None;
 
@@ -127,8 +143,8 @@ constexpr bool IsSubtype() {
   }
 }
 
-// The texts that a person sees: one for each mistake and one that has the rest, so that each wrong argument is one error
-// that begins with its text. The types and the place are in the notes: declared, given, and which argument it is.
+// The texts that a person sees: one for each mistake and one that has the rest, so that each wrong argument is one
+// error that begins with its text. The types and the place are in the notes: declared, given, and which argument it is.
 template <typename A, typename U, std::size_t Number>
 constexpr bool ArgumentFits() {
   constexpr bool good = Fits<A, U>;
@@ -141,17 +157,20 @@ constexpr bool ArgumentFits() {
   static_assert(good || !own, "torvan::java: this value is not the host's own type that the declaration has");
   static_assert(good || own || !(a != 'L' && text),
                 "torvan::java: text is given where the Java method takes a number or a boolean");
-  static_assert(good || own || !numbers,
-                "torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where "
-                "you know that it does");
-  static_assert(good || own || !wide,
-                "torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to "
-                "one that Java has");
+  static_assert(
+      good || own || !numbers,
+      "torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where "
+      "you know that it does");
+  static_assert(
+      good || own || !wide,
+      "torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to "
+      "one that Java has");
   static_assert(good || own || !(a == 'L' && (IsNumber(u) || u == 'Z')),
                 "torvan::java: a number or a bool is given where the Java method takes an object");
-  static_assert(good || own || !(a == 'L' && u == 'L'),
-                "torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or "
-                "use Cast<T>(reference)");
+  static_assert(
+      good || own || !(a == 'L' && u == 'L'),
+      "torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or "
+      "use Cast<T>(reference)");
   static_assert(good || own || !(a == 'Z' && IsNumber(u)),
                 "torvan::java: a number is given where the Java method takes a boolean");
   static_assert(good || own || !(IsNumber(a) && u == 'Z'),
@@ -169,12 +188,14 @@ using Declared = std::remove_cv_t<std::remove_reference_t<A>>;
 // Looked at when a member is declared; tags may be incomplete.
 template <typename R, typename... A>
 constexpr bool RequireDeclared() {
-  static_assert(((Row<Declared<A>>::Letter != 0 && Row<Declared<A>>::Letter != 'V') && ...),
-                "torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an "
-                "unsigned of 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own");
-  static_assert(Row<R>::Letter != 0,
-                "torvan::java: the result of this declaration has a C++ type that nothing in Java stands for; specialise "
-                "torvan::java::Convert for a type of your own");
+  static_assert(
+      ((Row<Declared<A>>::Letter != 0 && Row<Declared<A>>::Letter != 'V') && ...),
+      "torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an "
+      "unsigned of 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own");
+  static_assert(
+      Row<R>::Letter != 0,
+      "torvan::java: the result of this declaration has a C++ type that nothing in Java stands for; specialise "
+      "torvan::java::Convert for a type of your own");
   static_assert(Row<R>::Letter == 0 || Row<R>::IsResult,
                 "torvan::java: the result of this declaration would refer to what is gone; use std::string, "
                 "std::u16string or Local<T>");
@@ -200,10 +221,10 @@ constexpr bool ArgumentsFit(Types<A...> declared, Types<U...> given) {
 template <typename T, typename Self>
 constexpr bool ObjectFits() {
   using From = typename TagOf<Self>::Type;
-  constexpr bool known = !std::is_void_v<From>;
-  static_assert(known, "torvan::java: the first argument of a method or field is the object that has it");
-  if constexpr (known) {
-    constexpr bool good = std::is_same_v<From, Object> ? IsA<From, T>() || !IsReference<Self> : IsA<From, T>();
+  constexpr bool isReference = !std::is_void_v<From>;
+  static_assert(isReference, "torvan::java: the first argument of a method or field is the object that has it");
+  if constexpr (isReference) {
+    constexpr bool good = IsUnknown<Given<Self>> || IsA<From, T>();
     static_assert(good,
                   "torvan::java: the method or field belongs to another class than the object; give the object's tag "
                   "'using Super = ...;' or use Cast<T>(object)");
@@ -218,14 +239,12 @@ template <typename A, typename U>
 auto Pass(JNIEnv* env, const U& given) {
   constexpr char letter = Row<A>::Letter;
   if constexpr (letter != 'L') {
+    using From = std::conditional_t<IsOwnType<A>, Row<A>, Given<U>>;
     jvalue value{};
-    using Type = typename Jni<letter>::Type;
     if constexpr (letter == 'Z') {
-      value.z = Given<U>::Value(given) ? JNI_TRUE : JNI_FALSE;
-    } else if constexpr (IsOwnType<A>) {
-      Jni<letter>::In(value) = static_cast<Type>(Row<A>::Value(given));
+      value.z = From::Value(given) ? JNI_TRUE : JNI_FALSE;
     } else {
-      Jni<letter>::In(value) = static_cast<Type>(Given<U>::Value(given));
+      Jni<letter>::In(value) = static_cast<typename Jni<letter>::Type>(From::Value(given));
     }
     return value;
   } else if constexpr (std::is_null_pointer_v<U> || std::is_same_v<U, std::nullopt_t>) {
@@ -234,7 +253,7 @@ auto Pass(JNIEnv* env, const U& given) {
     return Passed(Ref<typename Row<A>::Tag>(given).Get());
   } else if constexpr (Fitting<A, U>::Find() == Fit::Boxed) {
     return Row<A>::Pass(env, A(static_cast<typename A::value_type>(given)));
-  } else if constexpr (IsOwnType<A>) {
+  } else if constexpr (IsOwnType<A> || IsOptionalOwn<A>) {
     return Row<A>::Pass(env, given);
   } else {
     return Given<U>::Pass(env, given);

@@ -8,28 +8,28 @@ namespace torvan::java::detail {
 template <char Letter>
 struct Jni;
 
-#define TORVAN_JAVA_JNI(letter, type, member, Name)                                                               \
-  template <>                                                                                                     \
-  struct Jni<letter> {                                                                                            \
-    using Type = type;                                                                                            \
-    static type& In(jvalue& value) { return value.member; }                                                       \
-    static type Call(JNIEnv* env, jobject object, jmethodID id, const jvalue* values) {                           \
-      return env->Call##Name##MethodA(object, id, values);                                                        \
-    }                                                                                                             \
-    static type CallSuper(JNIEnv* env, jobject object, jclass type_, jmethodID id, const jvalue* values) {        \
-      return env->CallNonvirtual##Name##MethodA(object, type_, id, values);                                       \
-    }                                                                                                             \
-    static type CallStatic(JNIEnv* env, jclass type_, jmethodID id, const jvalue* values) {                       \
-      return env->CallStatic##Name##MethodA(type_, id, values);                                                   \
-    }                                                                                                             \
-    static type Get(JNIEnv* env, jobject object, jfieldID id) { return env->Get##Name##Field(object, id); }       \
+#define TORVAN_JAVA_JNI(letter, type, member, Name)                                                                  \
+  template <>                                                                                                        \
+  struct Jni<letter> {                                                                                               \
+    using Type = type;                                                                                               \
+    static type& In(jvalue& value) { return value.member; }                                                          \
+    static type Call(JNIEnv* env, jobject object, jmethodID id, const jvalue* values) {                              \
+      return env->Call##Name##MethodA(object, id, values);                                                           \
+    }                                                                                                                \
+    static type CallSuper(JNIEnv* env, jobject object, jclass type_, jmethodID id, const jvalue* values) {           \
+      return env->CallNonvirtual##Name##MethodA(object, type_, id, values);                                          \
+    }                                                                                                                \
+    static type CallStatic(JNIEnv* env, jclass type_, jmethodID id, const jvalue* values) {                          \
+      return env->CallStatic##Name##MethodA(type_, id, values);                                                      \
+    }                                                                                                                \
+    static type Get(JNIEnv* env, jobject object, jfieldID id) { return env->Get##Name##Field(object, id); }          \
     static type GetStatic(JNIEnv* env, jclass type_, jfieldID id) { return env->GetStatic##Name##Field(type_, id); } \
-    static void Set(JNIEnv* env, jobject object, jfieldID id, jvalue value) {                                     \
-      env->Set##Name##Field(object, id, value.member);                                                            \
-    }                                                                                                             \
-    static void SetStatic(JNIEnv* env, jclass type_, jfieldID id, jvalue value) {                                 \
-      env->SetStatic##Name##Field(type_, id, value.member);                                                       \
-    }                                                                                                             \
+    static void Set(JNIEnv* env, jobject object, jfieldID id, jvalue value) {                                        \
+      env->Set##Name##Field(object, id, value.member);                                                               \
+    }                                                                                                                \
+    static void SetStatic(JNIEnv* env, jclass type_, jfieldID id, jvalue value) {                                    \
+      env->SetStatic##Name##Field(type_, id, value.member);                                                          \
+    }                                                                                                                \
   };
 TORVAN_JAVA_JNI('Z', jboolean, z, Boolean)
 TORVAN_JAVA_JNI('B', jbyte, b, Byte)

@@ -1,0 +1,113 @@
+// Fields: one algorithm for those of objects and of classes.
+#pragma once
+
+#include <torvan/java/detail/Function.h>
+
+namespace torvan::java::detail {
+
+template <MemberKind Kind, typename T, typename V, typename Place = SharedPlace>
+class FieldAccess : private Declaration<Kind, T, Place> {
+  static_assert(RequireDeclared<V>());
+  static_assert(!std::is_void_v<V>, "torvan::java: a field has a value");
+
+ public:
+  constexpr FieldAccess(const char* owner, const char* name, const char* descriptor)
+      : FieldAccess::Declaration(owner, name, descriptor) {
+    if (descriptor != nullptr) CheckFieldDescriptor(descriptor, Row<V>::Letter);
+  }
+  FieldAccess(const Declaration<Kind, T, SharedPlace>& declared, Place place)
+      : FieldAccess::Declaration(declared, std::move(place)) {}
+
+  // Reads: Get([thread,] object), or Get([thread]) of a static field.
+  template <typename... U>
+  V Get(const U&... given) const {
+    static_assert(CountOf<U...>() == HasObject(Kind),
+                  "torvan::java: Get takes the object that has the field, if it is not static");
+    if constexpr (CountOf<U...>() == HasObject(Kind)) {
+      return Enter([this](JNIEnv* env, const auto&... rest) { return this->Read(env, rest...); }, given...);
+    } else {
+      std::abort();
+    }
+  }
+
+  // Writes: Set([thread,] object, value), or Set([thread,] value) of a static field.
+  template <typename... U>
+  void Set(const U&... given) const {
+    static_assert(CountOf<U...>() == HasObject(Kind) + 1,
+                  "torvan::java: Set takes the object that has the field, if it is not static, and the value");
+    if constexpr (CountOf<U...>() == HasObject(Kind) + 1) {
+      Enter([this](JNIEnv* env, const auto&... rest) { this->Write(env, rest...); }, given...);
+    }
+  }
+
+  // As a method's In.
+  FieldAccess<Kind, T, V, BoundPlace> In(const Ref<Class>& type) const {
+    return {*this, BoundPlace(Env(), type, Name())};
+  }
+
+ private:
+  using Access = Jni<Row<V>::Letter>;
+
+  MemberName Name() const {
+    static constexpr auto own = TypeDescriptor<V>();
+    return FieldAccess::Declaration::Named(own.data);
+  }
+  Found Find(JNIEnv* env) const {
+    return this->ItsPlace().Find(env, [this] { return Name(); });
+  }
+
+  // The object, tested, or null for a static field.
+  template <typename Self>
+  jobject ObjectOf(JNIEnv* env, const Self& self, const Found& found) const {
+    jobject const object = Ref<Object>(self).Get();
+    if (object == nullptr) ThrowNullObject(Name());
+    if (IsUnknown<Given<Self>> || Place::TestsObjects()) RequireInstance(env, object, found.type);
+    return object;
+  }
+
+  V Read(JNIEnv* env) const {
+    const Found found = Find(env);
+    return Take(env, Access::GetStatic(env, found.type, static_cast<jfieldID>(found.id)), found);
+  }
+  template <typename Self>
+  V Read(JNIEnv* env, const Self& self) const {
+    if constexpr (ObjectFits<T, Self>()) {
+      const Found found = Find(env);
+      return Take(env, Access::Get(env, ObjectOf(env, self, found), static_cast<jfieldID>(found.id)), found);
+    } else {
+      std::abort();
+    }
+  }
+  template <typename Value>
+  V Take(JNIEnv* env, Value value, const Found& found) const {
+    if constexpr (Row<V>::Letter == 'L') {
+      return TakeResult<V>(env, value, found, Name());
+    } else {
+      return Row<V>::Take(value);
+    }
+  }
+
+  template <typename U>
+  void Write(JNIEnv* env, const U& value) const {
+    if constexpr (ArgumentsFit(Types<V>(), Types<Plain<U>>())) {
+      const Found found = Find(env);
+      const auto passed = Pass<V, Plain<U>>(env, value);
+      Access::SetStatic(env, found.type, static_cast<jfieldID>(found.id), Tested(env, ValueOf(passed), found));
+    }
+  }
+  template <typename Self, typename U>
+  void Write(JNIEnv* env, const Self& self, const U& value) const {
+    if constexpr (ObjectFits<T, Self>() && ArgumentsFit(Types<V>(), Types<Plain<U>>())) {
+      const Found found = Find(env);
+      jobject const object = ObjectOf(env, self, found);
+      const auto passed = Pass<V, Plain<U>>(env, value);
+      Access::Set(env, object, static_cast<jfieldID>(found.id), Tested(env, ValueOf(passed), found));
+    }
+  }
+  jvalue Tested(JNIEnv* env, jvalue value, const Found& found) const {
+    if (found.tests != nullptr) TestArguments(env, *found.tests, &value, Name());
+    return value;
+  }
+};
+
+}  // namespace torvan::java::detail
