@@ -1,6 +1,7 @@
 #include <torvan/java/detail/Text.h>
 
 #include <torvan/java/Failure.h>
+#include <torvan/java/Text.h>
 #include <torvan/java/detail/Pending.h>
 
 #include <cstring>
@@ -91,3 +92,19 @@ std::string ReadUtf8(JNIEnv* env, jstring string) {
 }
 
 }  // namespace torvan::java::detail
+
+namespace torvan::java {
+
+namespace {
+
+jstring NotNull(const Ref<String>& string) {
+  if (!string) throw Misuse("java/Text", __LINE__, "null is given for a Java string");
+  return static_cast<jstring>(string.Get());
+}
+
+}  // namespace
+
+std::string ToText(const Ref<String>& string) { return detail::ReadUtf8(detail::Env(), NotNull(string)); }
+std::u16string ToUnits(const Ref<String>& string) { return detail::ReadUtf16(detail::Env(), NotNull(string)); }
+
+}  // namespace torvan::java

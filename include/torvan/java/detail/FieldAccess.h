@@ -61,7 +61,7 @@ class FieldAccess : private Declaration<Kind, T, Place> {
   jobject ObjectOf(JNIEnv* env, const Self& self, const Found& found) const {
     jobject const object = Ref<Object>(self).Get();
     if (object == nullptr) ThrowNullObject(Name());
-    if (IsUnknown<Given<Self>> || Place::TestsObjects()) RequireInstance(env, object, found.type);
+    if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, found.type, Name());
     return object;
   }
 

@@ -103,7 +103,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
       jobject const object = Ref<Object>(self).Get();
       if (object == nullptr) ThrowNullObject(Name());
       const Found found = Find(env);
-      if (IsUnknown<Given<Self>> || Place::TestsObjects()) RequireInstance(env, object, found.type);
+      if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, found.type, Name());
       return Invoke(env, object, found, Pass<Declared<A>, Plain<U>>(env, given)...);
     } else {
       std::abort();

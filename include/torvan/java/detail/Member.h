@@ -16,6 +16,7 @@ namespace torvan::java::detail {
 enum class MemberKind { Method, StaticMethod, SuperMethod, Constructor, Field, StaticField };
 
 constexpr bool IsStatic(MemberKind kind) { return kind == MemberKind::StaticMethod || kind == MemberKind::StaticField; }
+constexpr bool IsField(MemberKind kind) { return kind == MemberKind::Field || kind == MemberKind::StaticField; }
 constexpr bool HasObject(MemberKind kind) { return !IsStatic(kind) && kind != MemberKind::Constructor; }
 
 // What a member was declared as. `own` is the descriptor that the C++ types make, `descriptor` that or the one given.
@@ -42,16 +43,19 @@ struct Found {
 
 // Finds a member in a class. Throws Error, whose text says what the class has instead.
 void* FindId(JNIEnv* env, jclass type, const MemberName& name);
+// The same; null, and nothing pending, when there is no such member.
+void* FindIdOrNull(JNIEnv* env, jclass type, const MemberName& name);
 
 // The tests that the given descriptor of a member asks for; null where it asks for none. `all` asks for one of each
 // class in it: where the member is of another loader, the tags' names say too little.
 std::unique_ptr<const ClassTests> FindTests(JNIEnv* env, jclass type, const MemberName& name, bool all);
 
-// Test arguments and a result. Throw Misuse.
+// Test an object, the arguments and a result, which is deleted when it is wrong. Throw Misuse.
+void TestObject(JNIEnv* env, jobject object, jclass type, const MemberName& name);
 void TestArguments(JNIEnv* env, const ClassTests& tests, const jvalue* values, const MemberName& name);
 void TestResult(JNIEnv* env, const ClassTests& tests, jobject local, const MemberName& name);
 
-// "Null is given where the object of java.util.List.add(java.lang.Object) is needed" and the like.
+// Throw Misuse: "null is given as the object of java.util.List.add(java.lang.Object)" and the like.
 [[noreturn]] void ThrowNullObject(const MemberName& name);
 [[noreturn]] void ThrowNullResult(const MemberName& name);
 

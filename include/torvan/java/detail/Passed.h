@@ -21,6 +21,9 @@ class Passed {
 
   jobject Get() const noexcept { return m_ref; }
 
+  // Keeps the reference from ending.
+  void Release() noexcept { m_owner = nullptr; }
+
  private:
   jobject m_ref = nullptr;
   JNIEnv* m_owner = nullptr;
