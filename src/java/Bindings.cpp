@@ -68,7 +68,8 @@ jobject Kept(JNIEnv* env, jobject local, const char* what) {
 jobject FindLoader(JNIEnv* env, const Bindings& bindings) {
   const LocalScope thread(env, env->CallStaticObjectMethodA(bindings.threadClass, bindings.currentThread, nullptr));
   jobject context = nullptr;
-  if (thread.Get() != nullptr) context = env->CallObjectMethodA(thread.Get(), bindings.getContextClassLoader, nullptr);
+  if (env->ExceptionCheck() == JNI_FALSE)
+    context = env->CallObjectMethodA(thread.Get(), bindings.getContextClassLoader, nullptr);
   if (context != nullptr) return Kept(env, context, "context class loader");
   env->ExceptionClear();
   return Kept(env, env->CallStaticObjectMethodA(bindings.loaderClass, bindings.getSystemClassLoader, nullptr),
@@ -107,7 +108,7 @@ void SetContextClassLoader(JNIEnv* env) noexcept {
   const LocalScope thread(env, env->CallStaticObjectMethodA(bindings->threadClass, bindings->currentThread, nullptr));
   jvalue loader{};
   loader.l = bindings->loader;
-  if (thread.Get() != nullptr) env->CallVoidMethodA(thread.Get(), bindings->setContextClassLoader, &loader);
+  if (env->ExceptionCheck() == JNI_FALSE) env->CallVoidMethodA(thread.Get(), bindings->setContextClassLoader, &loader);
   env->ExceptionClear();
 }
 

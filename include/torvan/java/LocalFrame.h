@@ -11,7 +11,7 @@ namespace torvan::java {
 class LocalFrame {
  public:
   // `capacity` is how many references the frame is made for at least; more may be made.
-  // Throws Error when Java's memory is full, and as Thread() does.
+  // Throws Misuse for a negative number, Error when Java's memory is full, and as Thread() does.
   explicit LocalFrame(int capacity = 64);
   LocalFrame(const LocalFrame&) = delete;
   LocalFrame& operator=(const LocalFrame&) = delete;

@@ -7,18 +7,19 @@ namespace javatest {
 
 namespace {
 
+std::optional<java::Vm> s_vm;
+
 class OneVm : public testing::Environment {
  public:
-  void SetUp() override { m_vm.emplace(java::StartVm(FixtureSettings())); }
-  void TearDown() override { EXPECT_EQ(m_vm->End(), java::VmEnd::Destroyed); }
-
- private:
-  std::optional<java::Vm> m_vm;
+  void SetUp() override { s_vm.emplace(java::StartVm(FixtureSettings())); }
+  void TearDown() override { EXPECT_EQ(s_vm->End(), java::VmEnd::Destroyed); }
 };
 
 const testing::Environment* const environment = testing::AddGlobalTestEnvironment(new OneVm);
 
 }  // namespace
+
+const java::Vm& TheVm() { return *s_vm; }
 
 RealVmTest::~RealVmTest() {
   const auto pending = java::TakePending();
