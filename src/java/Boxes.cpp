@@ -58,7 +58,9 @@ jobject Box(JNIEnv* env, char letter, jvalue number) {
 jvalue Unbox(JNIEnv* env, char letter, jobject object) {
   const std::size_t i = IndexOf(letter);
   const Found found = values[i].Find(env, [i] { return Classes[i].value; });
-  return CallByLetter(env, MemberKind::Method, letter, found, object, nullptr);
+  const jvalue number = CallByLetter(env, MemberKind::Method, letter, found, object, nullptr);
+  CheckPending(env);
+  return number;
 }
 
 }  // namespace torvan::java::detail

@@ -110,9 +110,11 @@ std::unique_ptr<const ClassTests> FindTests(JNIEnv* env, jclass type, const Memb
   if (name.descriptor == name.own && !all) return nullptr;
   const DescriptorParts given = Split(name.descriptor);
   const DescriptorParts own = Split(name.own);
-  const Local<Object> loader = LoaderOf(type);
+  // The VM's own classes do not know the host's, so that their loader is of no use.
+  const Local<Object> other = all ? LoaderOf(type) : Local<Object>();
+  jobject const loader = all ? other.Get() : KeptLoader();
   const auto load = [&](const std::string& descriptor) {
-    return Own<Class>(env, LoadClass(env, loader.Get(), LoadedName(descriptor).c_str()));
+    return Own<Class>(env, LoadClass(env, loader, LoadedName(descriptor).c_str()));
   };
   const auto asksForTest = [all](const std::string& needed, const std::string& known) {
     if (!IsReference(needed) || needed == "Ljava/lang/Object;") return false;
@@ -190,7 +192,7 @@ void SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
 
 BoundPlace::BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name) {
   if (!type)
-    throw Misuse("java/Lookup", __LINE__, "null is given for the class that " + SpellWithClass(name) + " is bound to");
+    throw Misuse("java/Lookup", __LINE__, "null is given as the class that " + SpellWithClass(name) + " is bound to");
   m_type = Global<Class>(type);
   const auto raw = static_cast<jclass>(m_type.Get());
   m_id = FindId(env, raw, name);

@@ -119,7 +119,7 @@ std::string Instead(JNIEnv* env, jclass type, const MemberName& name) {
   const std::string missing =
       SpellDeclared(name.kind, SpellType(parts.result), isConstructor ? Dotted(name.type) : name.name, arguments);
 
-  std::string others;
+  std::vector<std::string> others;
   for (const Candidate& candidate : CandidatesOf(env, type, name.kind, name.name)) {
     const bool isOnlyStatic = candidate.arguments == arguments && candidate.result == SpellType(parts.result) &&
                               IsStatic(candidate.kind) != IsStatic(name.kind);
@@ -130,10 +130,10 @@ std::string Instead(JNIEnv* env, jclass type, const MemberName& name) {
                                        : " is not static: declare it as " + what) +
              ")";
     }
-    others += (others.empty() ? "" : ", ") + candidate.spelled;
+    others.push_back(candidate.spelled);
   }
   return " (" + GetTypeName(type) + " has no " + missing +
-         (others.empty() ? ", and nothing else of that name)" : "; it has " + others + ")");
+         (others.empty() ? ", and nothing else of that name)" : "; it has " + SpellList(others) + ")");
 }
 
 Local<Object> LoaderOf(const Ref<Class>& type) { return GetClassLoader(type); }

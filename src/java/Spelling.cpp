@@ -8,13 +8,10 @@ namespace torvan::java::detail {
 
 namespace {
 
-std::string SpellArguments(const std::vector<std::string>& arguments) {
-  std::string text = "(";
-  for (const std::string& argument : arguments) {
-    if (text.size() > 1) text += ", ";
-    text += argument;
-  }
-  return text + ")";
+std::string Joined(const std::vector<std::string>& texts) {
+  std::string joined;
+  for (const std::string& text : texts) joined += (joined.empty() ? "" : ", ") + text;
+  return joined;
 }
 
 const char* SpellLetter(char letter) {
@@ -75,7 +72,7 @@ std::string SpellType(std::string_view descriptor) {
 
 std::string Spell(const MemberName& name) {
   if (IsField(name.kind)) return name.name;
-  const std::string arguments = SpellArguments(SpellTypes(Split(name.descriptor).arguments));
+  const std::string arguments = "(" + Joined(SpellTypes(Split(name.descriptor).arguments)) + ")";
   return (name.kind == MemberKind::Constructor ? Dotted(name.type) : name.name) + arguments;
 }
 
@@ -88,7 +85,12 @@ std::string SpellDeclared(MemberKind kind, const std::string& result, const std:
   std::string text = IsStatic(kind) ? "static " : "";
   if (kind != MemberKind::Constructor) text += result + " ";
   text += name;
-  return IsField(kind) ? text : text + SpellArguments(arguments);
+  return IsField(kind) ? text : text + "(" + Joined(arguments) + ")";
+}
+
+std::string SpellList(std::vector<std::string> texts) {
+  std::sort(texts.begin(), texts.end());
+  return Joined(texts);
 }
 
 }  // namespace torvan::java::detail

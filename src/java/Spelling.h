@@ -32,4 +32,7 @@ std::string SpellWithClass(const MemberName& name);
 std::string SpellDeclared(MemberKind kind, const std::string& result, const std::string& name,
                           const std::vector<std::string>& arguments);
 
+// "a, b, c", in the order of the alphabet.
+std::string SpellList(std::vector<std::string> texts);
+
 }  // namespace torvan::java::detail

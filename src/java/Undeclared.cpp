@@ -100,16 +100,16 @@ const Candidate* Choose(JNIEnv* env, const UndeclaredCall& call, const std::vect
   }
   for (const bool boxing : {false, true}) {
     std::vector<const Candidate*> applicable;
-    std::string list;
+    std::vector<std::string> list;
     for (const Candidate& candidate : candidates) {
       if (candidate.kind != call.kind || !IsApplicable(env, call, candidate, boxing)) continue;
       applicable.push_back(&candidate);
-      list += (list.empty() ? "" : ", ") + candidate.spelled;
+      list.push_back(candidate.spelled);
     }
     if (applicable.size() == 1) return applicable.front();
     if (!applicable.empty()) {
       throw Misuse("java/Undeclared", __LINE__,
-                   "several members take the arguments of " + SpellCall(env, call) + ": " + list);
+                   "several members take the arguments of " + SpellCall(env, call) + ": " + SpellList(list));
     }
   }
   return nullptr;
@@ -222,6 +222,10 @@ jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
     ThrowNullResult({call.kind, type.c_str(), call.name, exact.c_str(), exact.c_str()});
   }
   return result;
+}
+
+void ThrowNullReceiver(const char* what, const std::string& name) {
+  throw Misuse("java/Undeclared", __LINE__, std::string("null is given as the ") + what + " of " + name + "(...)");
 }
 
 }  // namespace torvan::java::detail

@@ -22,7 +22,7 @@ template <> struct Boxed<'D'> { static constexpr char JavaName[] = "java/lang/Do
 // Makes the object of a number, as Java's valueOf does: a new local reference. Throws Error.
 jobject Box(JNIEnv* env, char letter, jvalue number);
 
-// The number in an object, which is of the letter's class.
+// The number in an object, which is of the letter's class. Throws Error when the class cannot be loaded.
 jvalue Unbox(JNIEnv* env, char letter, jobject object);
 
 }  // namespace torvan::java::detail

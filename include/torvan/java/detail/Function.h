@@ -119,6 +119,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
   R Invoke(JNIEnv* env, jobject object, const Found& found, const Passed&... passed) const {
     const jvalue values[sizeof...(Passed) + 1] = {ValueOf(passed)...};
     if (found.tests != nullptr) TestArguments(env, *found.tests, values, Name());
+    CheckPending(env);  // a call that finds an exception pending does not start
     const auto id = static_cast<jmethodID>(found.id);
     if constexpr (Kind == MemberKind::Constructor) {
       jobject const made = env->NewObjectA(found.type, id, values);

@@ -29,6 +29,9 @@ struct UndeclaredCall {
 // Chooses the method and calls it. The result is of the type asked for, a reference a new local one. Throws as Call().
 jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call);
 
+// Throws Misuse "null is given as the object of name(...)".
+[[noreturn]] void ThrowNullReceiver(const char* what, const std::string& name);
+
 template <typename U>
 GivenArgument Describe(const jvalue& value) {
   using G = Given<U>;
@@ -94,7 +97,7 @@ R CallWith(JNIEnv* env, MemberKind kind, jclass type, jobject object, const char
 template <typename R, typename Self, typename... U>
 R CallNamed(JNIEnv* env, const Self& self, const std::string& name, const U&... given) {
   jobject const object = Ref<Object>(self).Get();
-  if (object == nullptr) ThrowNullObject({MemberKind::Field, "", name.c_str(), "V", "V"});
+  if (object == nullptr) ThrowNullReceiver("object", name);
   const LocalScope type(env, env->GetObjectClass(object));
   return CallWith<R>(env, MemberKind::Method, static_cast<jclass>(type.Get()), object, name.c_str(), given...);
 }
@@ -106,7 +109,7 @@ R CallStaticNamed(JNIEnv* env, const Type& type, const std::string& name, const 
     owner = KeptClass(env, std::string(type).c_str());
   } else {
     owner = static_cast<jclass>(Ref<Class>(type).Get());
-    if (owner == nullptr) ThrowNullObject({MemberKind::StaticField, "", name.c_str(), "V", "V"});
+    if (owner == nullptr) ThrowNullReceiver("class", name);
   }
   return CallWith<R>(env, MemberKind::StaticMethod, owner, nullptr, name.c_str(), given...);
 }
