@@ -70,8 +70,8 @@ jobject FindLoader(JNIEnv* env, const Bindings& bindings) {
   jobject context = nullptr;
   if (env->ExceptionCheck() == JNI_FALSE)
     context = env->CallObjectMethodA(thread.Get(), bindings.getContextClassLoader, nullptr);
+  if (env->ExceptionCheck() != JNI_FALSE) env->ExceptionClear();
   if (context != nullptr) return Kept(env, context, "context class loader");
-  env->ExceptionClear();
   return Kept(env, env->CallStaticObjectMethodA(bindings.loaderClass, bindings.getSystemClassLoader, nullptr),
               "system class loader");
 }
@@ -97,6 +97,7 @@ void Bind(JNIEnv* env) {
     const LocalScope type(env, env->FindClass(name));
     if (type.Get() == nullptr) ThrowLacking(env, name);
     const LocalScope text(env, env->CallObjectMethodA(type.Get(), bindings.getName, nullptr));
+    if (env->ExceptionCheck() != JNI_FALSE) ThrowLacking(env, name);
   }
   bindings.loader = FindLoader(env, bindings);
   s_bound.store(&bindings, std::memory_order_release);

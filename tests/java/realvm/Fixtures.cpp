@@ -14,6 +14,26 @@ java::VmSettings FixtureSettings() {
   return settings;
 }
 
+torvan::jni::CJavaVm FixedVm() {
+  using torvan::jni::CDynamicJavaRuntime;
+  torvan::jni::options::COptions options;
+  torvan::jni::options::CClassPath classPath;
+  classPath.AddPath(Wide(TORVAN_TEST_CLASSES).c_str());
+  options.AddOption(classPath);
+  const char* const option = std::getenv("TORVAN_TEST_VM_OPTION");
+  if (option != nullptr && *option != '\0') {
+    options.AddOption(torvan::jni::options::CCustomOption(Wide(option).c_str()));
+  }
+  const char* const library = std::getenv("TORVAN_TEST_LIBJVM");
+  if (library != nullptr) {
+    return CDynamicJavaRuntime(Wide(library).c_str(), JNI_VERSION_1_6).CreateJavaVm(options, false);
+  }
+  return CDynamicJavaRuntime(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr, JNI_VERSION_1_6)
+      .CreateJavaVm(options, false);
+}
+
+std::basic_string<RX::UniChar> Wide(const std::string& text) { return {text.begin(), text.end()}; }
+
 java::Local<Integer> NewInteger(jint value) {
   JNIEnv* const env = java::detail::Env();
   jclass const type = java::detail::ClassOf<Integer>(env);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <torvan/Java.h>
+#include <torvan/Torvan.h>
 
 #include <string>
 
@@ -12,6 +13,10 @@ namespace java = torvan::java;
 // Settings with the VM library that TORVAN_TEST_LIBJVM names (else the installed runtime), the fixtures' folder as
 // class path, and the option that TORVAN_TEST_VM_OPTION holds.
 java::VmSettings FixtureSettings();
+
+// A VM that a host of the fixed interface has created with the same library and class path.
+torvan::jni::CJavaVm FixedVm();
+std::basic_string<RX::UniChar> Wide(const std::string& text);
 
 // Tags of the fixtures.
 struct Failures {
