@@ -45,20 +45,25 @@ constexpr std::size_t IndexOf(char letter) {
 SharedPlace valueOfs[std::size(Classes)];
 SharedPlace values[std::size(Classes)];
 
+CallTarget TargetOf(JNIEnv* env, const SharedPlace& place, const MemberName& name) {
+  const auto id = static_cast<jmethodID>(place.Id(env, [&name] { return name; }));
+  return {id, place.Type()};
+}
+
 }  // namespace
 
 jobject Box(JNIEnv* env, char letter, jvalue number) {
   const std::size_t i = IndexOf(letter);
-  const Found found = valueOfs[i].Find(env, [i] { return Classes[i].valueOf; });
-  const jvalue made = CallByLetter(env, MemberKind::StaticMethod, 'L', found, nullptr, &number);
+  const CallTarget target = TargetOf(env, valueOfs[i], Classes[i].valueOf);
+  const jvalue made = CallByLetter(env, MemberKind::StaticMethod, 'L', target, nullptr, &number);
   CheckPending(env);
   return made.l;
 }
 
 jvalue Unbox(JNIEnv* env, char letter, jobject object) {
   const std::size_t i = IndexOf(letter);
-  const Found found = values[i].Find(env, [i] { return Classes[i].value; });
-  const jvalue number = CallByLetter(env, MemberKind::Method, letter, found, object, nullptr);
+  const CallTarget target = TargetOf(env, values[i], Classes[i].value);
+  const jvalue number = CallByLetter(env, MemberKind::Method, letter, target, object, nullptr);
   CheckPending(env);
   return number;
 }

@@ -5,9 +5,15 @@
 
 namespace torvan::java::detail {
 
+// A method or constructor, and its class.
+struct CallTarget {
+  jmethodID id;
+  jclass type;
+};
+
 // Calls a method, or makes an object with a constructor, whose result has the letter. Something may be pending after
 // it.
-jvalue CallByLetter(JNIEnv* env, MemberKind kind, char letter, const Found& found, jobject object,
+jvalue CallByLetter(JNIEnv* env, MemberKind kind, char letter, const CallTarget& target, jobject object,
                     const jvalue* values);
 
 }  // namespace torvan::java::detail

@@ -179,7 +179,7 @@ jclass KeptClass(JNIEnv* env, const char* name) {
   return entry->second;
 }
 
-void SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
+void* SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
   jclass const type = KeptClass(env, name.type);
   void* const id = FindId(env, type, name);
   std::unique_ptr<const ClassTests> tests = FindTests(env, type, name, false);
@@ -188,6 +188,7 @@ void SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
     tests.release();
   m_type.store(type, std::memory_order_relaxed);
   m_id.store(id, std::memory_order_release);
+  return id;
 }
 
 BoundPlace::BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name) {

@@ -178,7 +178,7 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
       values[i] = argument.letter == 'L' ? argument.value : Widen(argument.value, argument.letter, plan.letters[i]);
     }
   }
-  const jvalue result = CallByLetter(env, call.kind, letter, {plan.id, call.type, nullptr}, call.object, values.data());
+  const jvalue result = CallByLetter(env, call.kind, letter, {plan.id, call.type}, call.object, values.data());
   CheckPending(env);
   if (wanted != 'V') return wanted == 'L' ? result : Widen(result, letter, wanted);
   if (letter == 'L' && result.l != nullptr) env->DeleteLocalRef(result.l);
@@ -205,7 +205,7 @@ jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
     std::vector<jvalue> values(call.count + 1);
     for (std::size_t i = 0; i < call.count; ++i) values[i] = call.arguments[i].value;
     const char letter = call.kind == MemberKind::Constructor || call.result[0] == '[' ? 'L' : call.result[0];
-    result = CallByLetter(env, call.kind, letter, {id, call.type, nullptr}, call.object, values.data());
+    result = CallByLetter(env, call.kind, letter, {static_cast<jmethodID>(id), call.type}, call.object, values.data());
     CheckPending(env);
   } else {
     const Plan plan = MakePlan(env, call);

@@ -14,22 +14,25 @@ namespace torvan::java {
 // none that R can take.
 template <typename R, typename... U>
 R Call(const U&... given) {
-  return detail::Enter([](JNIEnv* env, const auto&... rest) -> R { return detail::CallNamed<R>(env, rest...); },
-                       given...);
+  return detail::Enter(
+      detail::CallEnv, [](JNIEnv* env, const auto&... rest) -> R { return detail::CallNamed<R>(env, rest...); },
+      given...);
 }
 
 // Calls a static method by the names of its class and its own: `CallStatic<jint>("java/lang/Math", "max", 3, 4)`. In
 // place of the class's name goes a reference to the class. For the rest as Call.
 template <typename R, typename... U>
 R CallStatic(const U&... given) {
-  return detail::Enter([](JNIEnv* env, const auto&... rest) -> R { return detail::CallStaticNamed<R>(env, rest...); },
-                       given...);
+  return detail::Enter(
+      detail::CallEnv, [](JNIEnv* env, const auto&... rest) -> R { return detail::CallStaticNamed<R>(env, rest...); },
+      given...);
 }
 
 // Makes an object of the class that tag T names: `New<Builder>("text")`. For the rest as Call.
 template <typename T, typename... U>
 Local<T> New(const U&... given) {
-  return detail::Enter([](JNIEnv* env, const auto&... rest) { return detail::NewTagged<T>(env, rest...); }, given...);
+  return detail::Enter(
+      detail::CallEnv, [](JNIEnv* env, const auto&... rest) { return detail::NewTagged<T>(env, rest...); }, given...);
 }
 
 }  // namespace torvan::java

@@ -24,7 +24,8 @@ class FieldAccess : private Declaration<Kind, T, Place> {
     static_assert(CountOf<U...>() == HasObject(Kind),
                   "torvan::java: Get takes the object that has the field, if it is not static");
     if constexpr (CountOf<U...>() == HasObject(Kind)) {
-      return Enter([this](JNIEnv* env, const auto&... rest) { return this->Read(env, rest...); }, given...);
+      return Enter(
+          Env, [this](JNIEnv* env, const auto&... rest) { return this->Read(env, rest...); }, given...);
     } else {
       std::abort();
     }
@@ -36,7 +37,8 @@ class FieldAccess : private Declaration<Kind, T, Place> {
     static_assert(CountOf<U...>() == HasObject(Kind) + 1,
                   "torvan::java: Set takes the object that has the field, if it is not static, and the value");
     if constexpr (CountOf<U...>() == HasObject(Kind) + 1) {
-      Enter([this](JNIEnv* env, const auto&... rest) { this->Write(env, rest...); }, given...);
+      Enter(
+          Env, [this](JNIEnv* env, const auto&... rest) { this->Write(env, rest...); }, given...);
     }
   }
 
@@ -52,36 +54,36 @@ class FieldAccess : private Declaration<Kind, T, Place> {
     static constexpr auto own = TypeDescriptor<V>();
     return FieldAccess::Declaration::Named(own.data);
   }
-  Found Find(JNIEnv* env) const {
-    return this->ItsPlace().Find(env, [this] { return Name(); });
+  jfieldID Id(JNIEnv* env) const {
+    return static_cast<jfieldID>(this->ItsPlace().Id(env, [this] { return Name(); }));
   }
 
-  // The object, tested, or null for a static field.
+  // The object, tested.
   template <typename Self>
-  jobject ObjectOf(JNIEnv* env, const Self& self, const Found& found) const {
+  jobject ObjectOf(JNIEnv* env, const Self& self) const {
     jobject const object = Ref<Object>(self).Get();
     if (object == nullptr) ThrowNullObject(Name());
-    if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, found.type, Name());
+    if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, this->ItsPlace().Type(), Name());
     return object;
   }
 
   V Read(JNIEnv* env) const {
-    const Found found = Find(env);
-    return Take(env, Access::GetStatic(env, found.type, static_cast<jfieldID>(found.id)), found);
+    const jfieldID id = Id(env);
+    return Take(env, Access::GetStatic(env, this->ItsPlace().Type(), id));
   }
   template <typename Self>
   V Read(JNIEnv* env, const Self& self) const {
     if constexpr (ObjectFits<T, Self>()) {
-      const Found found = Find(env);
-      return Take(env, Access::Get(env, ObjectOf(env, self, found), static_cast<jfieldID>(found.id)), found);
+      const jfieldID id = Id(env);
+      return Take(env, Access::Get(env, ObjectOf(env, self), id));
     } else {
       std::abort();
     }
   }
   template <typename Value>
-  V Take(JNIEnv* env, Value value, const Found& found) const {
+  V Take(JNIEnv* env, Value value) const {
     if constexpr (Row<V>::Letter == 'L') {
-      return TakeResult<V>(env, value, found, Name());
+      return TakeResult<V>(env, value, this->ItsPlace().Tests(), Name());
     } else {
       return Row<V>::Take(value);
     }
@@ -90,22 +92,23 @@ class FieldAccess : private Declaration<Kind, T, Place> {
   template <typename U>
   void Write(JNIEnv* env, const U& value) const {
     if constexpr (ArgumentsFit(Types<V>(), Types<Plain<U>>())) {
-      const Found found = Find(env);
+      const jfieldID id = Id(env);
       const auto passed = Pass<V, Plain<U>>(env, value);
-      Access::SetStatic(env, found.type, static_cast<jfieldID>(found.id), Tested(env, ValueOf(passed), found));
+      Access::SetStatic(env, this->ItsPlace().Type(), id, Tested(env, ValueOf(passed)));
     }
   }
   template <typename Self, typename U>
   void Write(JNIEnv* env, const Self& self, const U& value) const {
     if constexpr (ObjectFits<T, Self>() && ArgumentsFit(Types<V>(), Types<Plain<U>>())) {
-      const Found found = Find(env);
-      jobject const object = ObjectOf(env, self, found);
+      const jfieldID id = Id(env);
+      jobject const object = ObjectOf(env, self);
       const auto passed = Pass<V, Plain<U>>(env, value);
-      Access::Set(env, object, static_cast<jfieldID>(found.id), Tested(env, ValueOf(passed), found));
+      Access::Set(env, object, id, Tested(env, ValueOf(passed)));
     }
   }
-  jvalue Tested(JNIEnv* env, jvalue value, const Found& found) const {
-    if (found.tests != nullptr) TestArguments(env, *found.tests, &value, Name());
+  jvalue Tested(JNIEnv* env, jvalue value) const {
+    const ClassTests* const tests = this->ItsPlace().Tests();
+    if (tests != nullptr) TestArguments(env, *tests, &value, Name());
     return value;
   }
 };

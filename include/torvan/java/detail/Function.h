@@ -13,25 +13,32 @@ namespace torvan::java::detail {
 
 // What a call makes of Java's result: tested, owned, converted.
 template <typename R>
-R TakeResult(JNIEnv* env, jobject local, const Found& found, const MemberName& name) {
+R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberName& name) {
   if constexpr (!Row<R>::HasNull) {
     if (local == nullptr) ThrowNullResult(name);
   }
-  if (found.tests != nullptr) TestResult(env, *found.tests, local, name);
+  if (tests != nullptr) TestResult(env, *tests, local, name);
   return Row<R>::Take(env, local);
 }
 
-// Calls `use` with the environment and the values given: of a Thread, which may come first, or of the calling thread.
+// The calling thread's environment for a call: one that finds an exception pending does not start, but throws that.
+inline JNIEnv* CallEnv() {
+  JNIEnv* const env = Env();
+  CheckPending(env);
+  return env;
+}
+
+// Calls `use` with the environment and the values given: that of a Thread, which may come first, or what `env` finds.
 template <typename Use>
-decltype(auto) Enter(const Use& use) {
-  return use(Env());
+decltype(auto) Enter(JNIEnv* env(), const Use& use) {
+  return use(env());
 }
 template <typename Use, typename First, typename... Rest>
-decltype(auto) Enter(const Use& use, const First& first, const Rest&... rest) {
+decltype(auto) Enter(JNIEnv* env(), const Use& use, const First& first, const Rest&... rest) {
   if constexpr (std::is_same_v<First, Thread>) {
     return use(first.Env(), rest...);
   } else {
-    return use(Env(), first, rest...);
+    return use(env(), first, rest...);
   }
 }
 // How many values are given, not counting a Thread.
@@ -62,7 +69,8 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
   // Calls. A Thread, if given, comes first, then the object of an instance method, then the arguments.
   template <typename... U>
   R operator()(const U&... given) const {
-    return Enter([this](JNIEnv* env, const auto&... rest) -> R { return this->On(env, rest...); }, given...);
+    return Enter(
+        CallEnv, [this](JNIEnv* env, const auto&... rest) -> R { return this->On(env, rest...); }, given...);
   }
 
   // The same member of a class that another loader has. It is found here; what is returned keeps the class, may be
@@ -84,7 +92,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
   R On(JNIEnv* env, const U&... given) const {
     if constexpr (!HasObject(Kind)) {
       if constexpr (ArgumentsFit(Arguments(), Types<Plain<U>...>())) {
-        return Invoke(env, nullptr, Find(env), Pass<Declared<A>, Plain<U>>(env, given)...);
+        return Invoke(env, nullptr, Id(env), Pass<Declared<A>, Plain<U>>(env, given)...);
       } else {
         std::abort();
       }
@@ -102,38 +110,38 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
     if constexpr (ObjectFits<T, Self>() && ArgumentsFit(Arguments(), Types<Plain<U>...>())) {
       jobject const object = Ref<Object>(self).Get();
       if (object == nullptr) ThrowNullObject(Name());
-      const Found found = Find(env);
-      if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, found.type, Name());
-      return Invoke(env, object, found, Pass<Declared<A>, Plain<U>>(env, given)...);
+      const jmethodID id = Id(env);
+      if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, this->ItsPlace().Type(), Name());
+      return Invoke(env, object, id, Pass<Declared<A>, Plain<U>>(env, given)...);
     } else {
       std::abort();
     }
   }
 
-  Found Find(JNIEnv* env) const {
-    return this->ItsPlace().Find(env, [this] { return Name(); });
+  jmethodID Id(JNIEnv* env) const {
+    return static_cast<jmethodID>(this->ItsPlace().Id(env, [this] { return Name(); }));
   }
 
   // What is passed lives until the call is over.
   template <typename... Passed>
-  R Invoke(JNIEnv* env, jobject object, const Found& found, const Passed&... passed) const {
+  R Invoke(JNIEnv* env, jobject object, jmethodID id, const Passed&... passed) const {
     const jvalue values[sizeof...(Passed) + 1] = {ValueOf(passed)...};
-    if (found.tests != nullptr) TestArguments(env, *found.tests, values, Name());
-    CheckPending(env);  // a call that finds an exception pending does not start
-    const auto id = static_cast<jmethodID>(found.id);
+    const ClassTests* const tests = this->ItsPlace().Tests();
+    if (tests != nullptr) TestArguments(env, *tests, values, Name());
     if constexpr (Kind == MemberKind::Constructor) {
-      jobject const made = env->NewObjectA(found.type, id, values);
+      jobject const made = env->NewObjectA(this->ItsPlace().Type(), id, values);
       CheckPending(env);
       return Row<R>::Take(env, made);
     } else {
       using Result = Jni<ResultLetter>;
       const auto call = [&] {
-        if constexpr (Kind == MemberKind::StaticMethod)
-          return Result::CallStatic(env, found.type, id, values);
-        else if constexpr (Kind == MemberKind::SuperMethod)
-          return Result::CallSuper(env, object, found.type, id, values);
-        else
+        if constexpr (Kind == MemberKind::StaticMethod) {
+          return Result::CallStatic(env, this->ItsPlace().Type(), id, values);
+        } else if constexpr (Kind == MemberKind::SuperMethod) {
+          return Result::CallSuper(env, object, this->ItsPlace().Type(), id, values);
+        } else {
           return Result::Call(env, object, id, values);
+        }
       };
       if constexpr (ResultLetter == 'V') {
         call();
@@ -142,7 +150,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
         const auto result = call();
         CheckPending(env);
         if constexpr (ResultLetter == 'L') {
-          return TakeResult<R>(env, result, found, Name());
+          return TakeResult<R>(env, result, tests, Name());
         } else {
           return Row<R>::Take(result);
         }

@@ -34,13 +34,6 @@ struct ClassTests {
   Global<Class> result;  // null where nothing has to be tested
 };
 
-// A member that was found: a jmethodID or jfieldID and the class that it was looked for in.
-struct Found {
-  void* id;
-  jclass type;
-  const ClassTests* tests;  // null mostly
-};
-
 // Finds a member in a class. Throws Error, whose text says what the class has instead.
 void* FindId(JNIEnv* env, jclass type, const MemberName& name);
 // The same; null, and nothing pending, when there is no such member.
@@ -74,16 +67,18 @@ class SharedPlace {
   constexpr SharedPlace(const SharedPlace&) noexcept {}
   SharedPlace& operator=(const SharedPlace&) = delete;
 
+  // The jmethodID or jfieldID. What else there is may be asked for after it.
   template <typename NameMaker>
-  Found Find(JNIEnv* env, const NameMaker& name) const {
-    if (m_id.load(std::memory_order_acquire) == nullptr) Bind(env, name());
-    return {m_id.load(std::memory_order_relaxed), m_type.load(std::memory_order_relaxed),
-            m_tests.load(std::memory_order_relaxed)};
+  void* Id(JNIEnv* env, const NameMaker& name) const {
+    void* const id = m_id.load(std::memory_order_acquire);
+    return id != nullptr ? id : Bind(env, name());
   }
+  jclass Type() const noexcept { return m_type.load(std::memory_order_relaxed); }
+  const ClassTests* Tests() const noexcept { return m_tests.load(std::memory_order_relaxed); }  // null mostly
   static bool TestsObjects() noexcept { return otherLoaders.load(std::memory_order_relaxed); }
 
  private:
-  void Bind(JNIEnv* env, const MemberName& name) const;
+  void* Bind(JNIEnv* env, const MemberName& name) const;
 
   mutable std::atomic<void*> m_id{nullptr};  // published last
   mutable std::atomic<jclass> m_type{nullptr};
@@ -96,9 +91,11 @@ class BoundPlace {
   BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name);
 
   template <typename NameMaker>
-  Found Find(JNIEnv*, const NameMaker&) const noexcept {
-    return {m_id, static_cast<jclass>(m_type.Get()), m_tests.get()};
+  void* Id(JNIEnv*, const NameMaker&) const noexcept {
+    return m_id;
   }
+  jclass Type() const noexcept { return static_cast<jclass>(m_type.Get()); }
+  const ClassTests* Tests() const noexcept { return m_tests.get(); }
   static bool TestsObjects() noexcept { return true; }
 
  private:
