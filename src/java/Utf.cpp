@@ -34,24 +34,30 @@ std::uint64_t Unpack(std::uint32_t bytes) noexcept {
 constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
+char Byte(char32_t byte) noexcept { return static_cast<char>(byte); }
+char Tail(char32_t bits) noexcept { return static_cast<char>(0x80 | (bits & 0x3F)); }
+
 char* Write(char32_t character, char* out) noexcept {
-  const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
   if (character < 0x80) {
-    put(character);
-  } else if (character < 0x800) {
-    put(0xC0 | character >> 6);
-    put(0x80 | (character & 0x3F));
-  } else if (character < 0x10000) {
-    put(0xE0 | character >> 12);
-    put(0x80 | (character >> 6 & 0x3F));
-    put(0x80 | (character & 0x3F));
-  } else {
-    put(0xF0 | character >> 18);
-    put(0x80 | (character >> 12 & 0x3F));
-    put(0x80 | (character >> 6 & 0x3F));
-    put(0x80 | (character & 0x3F));
+    out[0] = Byte(character);
+    return out + 1;
   }
-  return out;
+  if (character < 0x800) {
+    out[0] = Byte(0xC0 | character >> 6);
+    out[1] = Tail(character);
+    return out + 2;
+  }
+  if (character < 0x10000) {
+    out[0] = Byte(0xE0 | character >> 12);
+    out[1] = Tail(character >> 6);
+    out[2] = Tail(character);
+    return out + 3;
+  }
+  out[0] = Byte(0xF0 | character >> 18);
+  out[1] = Tail(character >> 12);
+  out[2] = Tail(character >> 6);
+  out[3] = Tail(character);
+  return out + 4;
 }
 
 [[noreturn]] void ThrowInvalid(std::size_t position) {

@@ -18,6 +18,8 @@ namespace torvan::java {
 // that extends it, and the arguments. It throws Error for what Java throws and for a look-up that fails (which says
 // what there is instead), Misuse for a null object, for a null result where the C++ type has none ("... returned null
 // ...") and for text that is not UTF-8, and as Thread() does. Local references that it makes on the way end with it.
+// Where raw JNI or the fixed interface left an exception pending, a call does not start, but takes that and throws it;
+// with a Thread given, which saves that look, too, it is thrown after the call.
 template <typename T, typename F>
 class Method : public detail::Function<detail::MemberKind::Method, T, F> {
  public:
