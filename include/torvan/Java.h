@@ -17,10 +17,14 @@
 #include <torvan/java/Method.h>
 #include <torvan/java/Overloads.h>
 #include <torvan/java/Ref.h>
+#include <torvan/java/Runtime.h>
+#include <torvan/java/Runtimes.h>
 #include <torvan/java/StaticMethod.h>
 #include <torvan/java/Tags.h>
 #include <torvan/java/Text.h>
 #include <torvan/java/Thread.h>
+#include <torvan/java/Version.h>
+#include <torvan/java/VersionRange.h>
 #include <torvan/java/Vm.h>
 #include <torvan/java/VmSettings.h>
 #include <torvan/java/Weak.h>

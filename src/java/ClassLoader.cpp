@@ -8,6 +8,7 @@
 #include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/LocalScope.h>
 
+#include "java/PathText.h"
 #include "java/Reflection.h"
 
 namespace torvan::java {
@@ -57,9 +58,9 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars) 
   for (jsize i = 0; i < size; ++i) {
     const std::filesystem::path& jar = jars[static_cast<std::size_t>(i)];
     std::error_code error;
-    const std::string path = std::filesystem::absolute(jar, error).u8string();
+    const std::string path = detail::ToText(std::filesystem::absolute(jar, error));
     if (error || !std::filesystem::exists(jar, error)) {
-      throw Misuse("java/ClassLoader", __LINE__, "there is no " + jar.u8string() + " to load classes from");
+      throw Misuse("java/ClassLoader", __LINE__, "there is no " + detail::ToText(jar) + " to load classes from");
     }
     const Local<Url> url = ToUrl(thread, ToUri(thread, NewFile(thread, path)));
     env->SetObjectArrayElement(static_cast<jobjectArray>(urls.Get()), i, url.Get());

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string_view>
 
+#include "java/PathText.h"
 #include "java/VmLibrary.h"
 
 namespace torvan::java::detail {
@@ -30,7 +31,7 @@ bool HasLibrary(const std::string& name, const fs::path& home) {
     if (!home.empty() && fs::exists(home / folder / file, error)) return true;
   }
   std::string reason;
-  return LoadLibraryAt(fs::u8path(file), reason) != nullptr;
+  return LoadLibraryAt(ToPath(file), reason) != nullptr;
 }
 
 // A size as the VM reads it, or nothing.
@@ -91,7 +92,7 @@ void CheckAgents(const std::vector<std::string>& options, const fs::path& home) 
       return std::string(rest.substr(0, rest.find('=')));
     };
     for (const std::string_view start : Files) {
-      if (StartsWith(option, start) && !fs::exists(fs::u8path(agent(start)), error)) {
+      if (StartsWith(option, start) && !fs::exists(ToPath(agent(start)), error)) {
         Refuse(option, "there is no file " + agent(start));
       }
     }

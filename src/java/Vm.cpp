@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "java/Bindings.h"
+#include "java/PathText.h"
 #include "java/Threads.h"
 #include "java/VmLibrary.h"
 #include "java/VmState.h"
@@ -24,7 +25,7 @@ namespace {
 // A handle of the VM that runs, by way of the runtime library that created it.
 jni::CJavaVm HandleOf(const VmLibrary& library, jint jniVersion) {
   torvan::Initialize();
-  const std::u16string units = detail::ToUtf16(library.path.u8string());
+  const std::u16string units = detail::ToUtf16(detail::ToText(library.path));
   const std::basic_string<RX::UniChar> path(units.begin(), units.end());
   const jni::CDynamicJavaRuntime runtime(path.c_str(), jniVersion);
   mirel::util::CVector<jni::CJavaVm> vms(1, 1);

@@ -2,6 +2,8 @@
 
 #include <torvan/java/Failure.h>
 
+#include "java/PathText.h"
+
 namespace torvan::java::detail {
 
 namespace {
@@ -15,7 +17,7 @@ bool TakeSymbols(void* module, VmLibrary& library) {
 }  // namespace
 
 VmLibrary LoadVmLibrary(const std::filesystem::path& path) {
-  const std::string name = path.u8string();
+  const std::string name = ToText(path);
   std::string reason;
   void* const module = LoadLibraryAt(path, reason);
   if (module == nullptr) {

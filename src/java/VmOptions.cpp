@@ -1,24 +1,26 @@
 #include "java/VmOptions.h"
 
 #include <torvan/java/Failure.h>
-#include <torvan/jni/DynamicJavaRuntime.h>
+#include <torvan/java/Runtimes.h>
 
 #include <algorithm>
 #include <iterator>
 
 #include "java/OptionChecks.h"
+#include "java/PathText.h"
 #include "java/VmLibrary.h"
 
 namespace torvan::java {
 
 namespace fs = std::filesystem;
+using detail::ToText;
 
 namespace {
 
 void RequireThere(const char* what, const fs::path& part) {
   std::error_code error;
   if (fs::exists(part, error)) return;
-  throw StartFailure("java/VmOptions", __LINE__, std::string(what) + " " + part.u8string() + " is not there");
+  throw StartFailure("java/VmOptions", __LINE__, std::string(what) + " " + ToText(part) + " is not there");
 }
 
 // "folder/*" means the archives of the folder, which is something that Java's own launcher does and the VM does not.
@@ -42,7 +44,7 @@ std::string PathList(const char* what, const std::vector<fs::path>& given) {
   for (const fs::path& part : given) AppendPart(what, part, parts);
   std::string list;
   for (const fs::path& part : parts) {
-    const std::string text = part.u8string();
+    const std::string text = ToText(part);
     if (text.find(detail::PathListSeparator) != std::string::npos) {
       throw StartFailure("java/VmOptions", __LINE__,
                          std::string(what) + " " + text + " has the separator of path lists in its name");
@@ -53,43 +55,25 @@ std::string PathList(const char* what, const std::vector<fs::path>& given) {
   return list;
 }
 
+// The home of a runtime whose library this is, by the library's place in it; empty for a library that stands elsewhere.
 fs::path HomeOf(const fs::path& library) {
-  const std::string path = library.lexically_normal().generic_u8string();
-  for (const std::string place : detail::VmLibraryPlaces) {
-    const std::size_t size = place.size() + 1;
-    if (path.size() > size && path.compare(path.size() - size, size, "/" + place) == 0) {
-      return fs::u8path(path.substr(0, path.size() - size));
-    }
+  for (const char* place : detail::VmLibraryPlaces) {
+    fs::path home = library.lexically_normal();
+    fs::path tail = place;
+    for (; !tail.empty() && home.filename() == tail.filename(); tail = tail.parent_path()) home = home.parent_path();
+    if (tail.empty()) return home;
   }
   return {};
-}
-
-// The runtime that the fixed interface finds.
-fs::path DefaultLibrary(jint jniVersion) {
-  try {
-    using jni::CDynamicJavaRuntime;
-    const CDynamicJavaRuntime runtime(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr, jniVersion);
-    return detail::LoadedVmLibrary().path;
-  } catch (const jni::CJniException& failure) {
-    throw StartFailure("java/VmOptions", __LINE__,
-                       std::string("No Java runtime was found: ") + failure.GetMessageText());
-  }
 }
 
 }  // namespace
 
 fs::path VmOptions::LibraryOf(const VmSettings& settings) {
   const fs::path& runtime = settings.m_runtime;
-  if (runtime.empty()) return DefaultLibrary(settings.m_jniVersion);
+  if (runtime.empty()) return ChooseRuntime().Library();
   RequireThere("The Java runtime", runtime);
   std::error_code error;
-  if (!fs::is_directory(runtime, error)) return runtime;
-  for (const char* place : detail::VmLibraryPlaces) {
-    if (fs::exists(runtime / place, error)) return runtime / place;
-  }
-  throw StartFailure("java/VmOptions", __LINE__,
-                     "The folder " + runtime.u8string() + " has no Java VM library: neither " +
-                         detail::VmLibraryPlaces[0] + " nor one of the older places");
+  return fs::is_directory(runtime, error) ? RuntimeIn(runtime).Library() : runtime;
 }
 
 VmOptions::VmOptions(const VmSettings& settings, const fs::path& library)
@@ -121,7 +105,7 @@ void VmOptions::AddAgents(const VmSettings& settings) {
   for (const auto& [agent, options] : settings.m_agents) {
     const bool isArchive = agent.extension() == ".jar";
     const char* const kind = isArchive ? "-javaagent:" : agent.has_parent_path() ? "-agentpath:" : "-agentlib:";
-    m_texts.push_back(kind + agent.u8string() + (options.empty() ? "" : "=" + options));
+    m_texts.push_back(kind + ToText(agent) + (options.empty() ? "" : "=" + options));
   }
 }
 

@@ -42,6 +42,8 @@ VmSettings& VmSettings::Runtime(const Path& homeOrLibrary) {
   return *this;
 }
 
+VmSettings& VmSettings::Runtime(const java::Runtime& runtime) { return Runtime(runtime.Library()); }
+
 VmSettings& VmSettings::JniVersion(jint version) {
   m_jniVersion = version;
   return *this;

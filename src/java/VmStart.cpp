@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "java/PathText.h"
 #include "java/Threads.h"
 #include "java/VmHooks.h"
 #include "java/VmLibrary.h"
@@ -108,7 +109,7 @@ class VmStart {
     std::string text = std::string("The Java VM was not created: ") + WordsFor(status);
     if (!printed.empty()) text += ". It printed: " + printed;
     if (!option.empty()) text += ". The option is " + option;
-    throw StartFailure("java/VmStart", __LINE__, text + ". The runtime is " + m_library.path.u8string());
+    throw StartFailure("java/VmStart", __LINE__, text + ". The runtime is " + detail::ToText(m_library.path));
   }
 
   const VmLibrary& m_library;

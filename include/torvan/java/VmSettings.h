@@ -1,6 +1,7 @@
 // How a Java VM is started.
 #pragma once
 
+#include <torvan/java/Runtime.h>
 #include <torvan/jni/JniTypes.h>
 
 #include <filesystem>
@@ -43,6 +44,7 @@ class VmSettings {
 
   // Takes a runtime by its home folder or by its VM library. Without it ChooseRuntime() does.
   VmSettings& Runtime(const Path& homeOrLibrary);
+  VmSettings& Runtime(const java::Runtime& runtime);
 
   // The version of JNI that the runtime has to offer, JNI_VERSION_1_6 unless said.
   VmSettings& JniVersion(jint version);

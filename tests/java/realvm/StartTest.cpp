@@ -39,6 +39,24 @@ TEST(StartTest, SettingsReachTheVm) {
   });
 }
 
+TEST(StartTest, WithoutARuntimeTheOneOfTheMachineIsTaken) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the runtime under Wine has none of the files that a search looks for";
+#else
+  InProcessOfItsOwn([] {
+    const std::filesystem::path library = std::getenv("TORVAN_TEST_LIBJVM");
+    const std::filesystem::path home = library.parent_path().parent_path().parent_path();
+    setenv("JAVA_HOME", home.c_str(), 1);
+    const java::Vm vm = StartVm();
+    EXPECT_EQ(Property("java.home"), home);
+  });
+  InProcessOfItsOwn([] {
+    const java::Vm vm = StartVm(VmSettings().Runtime(java::ChooseRuntime()));
+    EXPECT_EQ(Property("java.home"), java::ChooseRuntime().Home());
+  });
+#endif
+}
+
 TEST(StartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
   InProcessOfItsOwn([] {
     const java::Vm vm = StartVm(FixtureSettings());
@@ -57,7 +75,7 @@ TEST(StartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
   } rows[] = {
       {"no runtime", [](VmSettings& s) { s.Runtime("no/such/folder"); },
        "The Java runtime no/such/folder is not there"},
-      {"a folder without a VM", [](VmSettings& s) { s.Runtime("."); }, "The folder . has no Java VM library: neither "},
+      {"a folder without a VM", [](VmSettings& s) { s.Runtime("."); }, "No Java runtime that will do is in "},
       {"no library at all", [](VmSettings& s) { s.Runtime("no-library.txt"); },
        "The Java VM library no-library.txt cannot be loaded: "},
       {"a class path part", [](VmSettings& s) { s.ClassPath({"no/such.jar"}); },
