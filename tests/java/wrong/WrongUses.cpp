@@ -70,23 +70,30 @@ void Wrong(const Local<Rows>& rows, const Local<Collection>& collection, const L
   Next(5);
   // torvan::java: the first argument of a method or field is the object that has it
   GetString(rows, std::int64_t{1});
-  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know that it does
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
   Max(1.5, 2);
-  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know that it does
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
   SetChar(rows, 5);
-  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know that it does
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
   Short.Set(5);
-  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know that it does
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
   GetString(rows, "1");
   // torvan::java: text is given where the Java method takes a number or a boolean
   Max(1, std::string("2"));
   // torvan::java: text is given where the Java method takes a number or a boolean
   GetString(rows, std::uint32_t{1});
-  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that Java has
+  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that
+  // Java has
   SetLong(rows, std::uint64_t{1});
-  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that Java has
+  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that
+  // Java has
   SetChar(rows, 'x');
-  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that Java has
+  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that
+  // Java has
   SetBoolean(rows, 1);
   // torvan::java: a number is given where the Java method takes a boolean
   SetLong(rows, true);
@@ -104,13 +111,17 @@ void Wrong(const Local<Rows>& rows, const Local<Collection>& collection, const L
   SetLong(rows, pointers);
   // torvan::java: no conversion of this C++ type to Java; specialise torvan::java::Convert for it
   GetString(list, 1);
-  // torvan::java: the method or field belongs to another class than the object; give the object's tag 'using Super = ...;' or use Cast<T>(object)
+  // torvan::java: the method or field belongs to another class than the object; give the object's tag 'using Super =
+  // ...;' or use Cast<T>(object)
   Count.Get(builder);
-  // torvan::java: the method or field belongs to another class than the object; give the object's tag 'using Super = ...;' or use Cast<T>(object)
+  // torvan::java: the method or field belongs to another class than the object; give the object's tag 'using Super =
+  // ...;' or use Cast<T>(object)
   ContainsAll(collection, rows);
-  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use Cast<T>(reference)
+  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use
+  // Cast<T>(reference)
   NewBuilder(rows);
-  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use Cast<T>(reference)
+  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use
+  // Cast<T>(reference)
   Count.Get();
   // torvan::java: Get takes the object that has the field, if it is not static
   Count.Set(5);
@@ -120,13 +131,16 @@ void Wrong(const Local<Rows>& rows, const Local<Collection>& collection, const L
   Two(1, 2);
   // torvan::java: several of these overloads take these arguments equally well; cast an argument
   java::Call<void>(rows, "f", pointers);
-  // torvan::java: no conversion of this C++ type to Java; cast it to one that Java has, or specialise torvan::java::Convert for it
+  // torvan::java: no conversion of this C++ type to Java; cast it to one that Java has, or specialise
+  // torvan::java::Convert for it
 }
 
 constexpr Method<Rows, jint(std::size_t)> WrongArgument{"f"};
-// torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an unsigned of 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
+// torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an unsigned of
+// 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
 constexpr Method<Rows, Opaque()> WrongResult{"f"};
-// torvan::java: the result of this declaration has a C++ type that nothing in Java stands for; specialise torvan::java::Convert for a type of your own
+// torvan::java: the result of this declaration has a C++ type that nothing in Java stands for; specialise
+// torvan::java::Convert for a type of your own
 constexpr Method<Rows, std::string_view()> ViewResult{"f"};
 // torvan::java: the result of this declaration would refer to what is gone; use std::string, std::u16string or Local<T>
 
