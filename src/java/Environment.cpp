@@ -35,12 +35,10 @@ JNIEnv* AskForEnv() noexcept {
   JavaVM* const vm = runningVm.load(std::memory_order_acquire);
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
-  if (threadEndsAreSeen.load(std::memory_order_relaxed)) {
-    RememberEnv(static_cast<JNIEnv*>(env));
-    // Also where somebody else attached it: one that ends attached is waited for when the VM ends. A thread of Java's
-    // own has left the VM by then.
-    DetachAtThreadEnd();
-  }
+  // Also where somebody else attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
+  // has left the VM by then.
+  DetachAtThreadEnd(true);
+  if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));
   return static_cast<JNIEnv*>(env);
 }
 
@@ -61,7 +59,7 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   }
   JNIEnv* const env = static_cast<JNIEnv*>(made);
   if (attached != nullptr) *attached = true;
-  DetachAtThreadEnd();
+  DetachAtThreadEnd(true);
   if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(env);
   SetContextClassLoader(env);
   DeleteDropped(env);
@@ -73,6 +71,7 @@ void DetachThread() noexcept {
   void* env = nullptr;
   if (vm != nullptr && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK) vm->DetachCurrentThread();
   ForgetEnv();
+  DetachAtThreadEnd(false);
 }
 
 }  // namespace torvan::java::detail

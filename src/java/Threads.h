@@ -26,8 +26,8 @@ void WatchVm(JavaVM* vm) noexcept;
 // Forgets the calling thread's environment.
 void ForgetEnv() noexcept;
 void RememberEnv(JNIEnv* env) noexcept;
-// Has DetachThread() called when the calling thread ends.
-void DetachAtThreadEnd() noexcept;
+// Has DetachThread() called when the calling thread ends, or not.
+void DetachAtThreadEnd(bool detaches) noexcept;
 // Keeps the code of the layer loaded until the process ends: the VM and ending threads call it.
 void KeepLoaded() noexcept;
 

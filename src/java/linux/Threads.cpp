@@ -36,7 +36,11 @@ JNIEnv* EnvIfAttached() noexcept {
 void ForgetEnv() noexcept { t_env = nullptr; }
 void RememberEnv(JNIEnv* env) noexcept { t_env = env; }
 
-void DetachAtThreadEnd() noexcept { pthread_setspecific(KeyOfAttachedThreads(), &t_env); }
+void DetachAtThreadEnd(bool detaches) noexcept {
+  const pthread_key_t key = KeyOfAttachedThreads();
+  const void* const wanted = detaches ? &t_env : nullptr;
+  if (pthread_getspecific(key) != wanted) pthread_setspecific(key, wanted);
+}
 
 void KeepLoaded() noexcept {
   Dl_info info{};

@@ -46,7 +46,11 @@ JNIEnv* EnvIfAttached() noexcept {
 void ForgetEnv() noexcept { TlsSetValue(s_envIndex, nullptr); }
 void RememberEnv(JNIEnv* env) noexcept { TlsSetValue(s_envIndex, env); }
 
-void DetachAtThreadEnd() noexcept { FlsSetValue(SlotOfAttachedThreads(), reinterpret_cast<void*>(1)); }
+void DetachAtThreadEnd(bool detaches) noexcept {
+  const DWORD slot = SlotOfAttachedThreads();
+  void* const wanted = detaches ? reinterpret_cast<void*>(1) : nullptr;
+  if (FlsGetValue(slot) != wanted) FlsSetValue(slot, wanted);
+}
 
 void KeepLoaded() noexcept {
   HMODULE module = nullptr;
