@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what building and testing needs and is not there yet: setup.sh
-# [linux|linux-asan|windows-mingw|windows-msvc-abi]...
+# [linux|linux-asan|linux-tsan|windows-mingw|windows-msvc-abi]...
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -31,10 +31,11 @@ need cmake command -v cmake
 need ninja-build command -v ninja
 need pkgconf command -v pkg-config
 need openjdk-17-jdk-headless jdk_found
+need libh2-java test -f /usr/share/java/h2.jar
 need googletest test -f /usr/src/googletest/CMakeLists.txt
 for target in "${targets[@]}"; do
   case $target in
-    linux | linux-asan) ;;
+    linux | linux-asan | linux-tsan) ;;
     windows-mingw)
       need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix
       need_wine
@@ -50,7 +51,7 @@ for target in "${targets[@]}"; do
       need_wine
       ;;
     *)
-      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, windows-mingw and windows-msvc-abi" >&2
+      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, linux-tsan, windows-mingw and windows-msvc-abi" >&2
       exit 2
       ;;
   esac
