@@ -2,3 +2,5 @@
 #pragma once
 
 #include <torvan/java/Failure.h>
+#include <torvan/java/Process.h>
+#include <torvan/java/Program.h>
