@@ -1,0 +1,137 @@
+// Programs that cannot start: which step, which file, the system's reason.
+#include <fstream>
+
+#include "java/processes/Probe.h"
+
+#if !defined(_WIN32)
+#include <sys/resource.h>
+#include <sys/stat.h>
+#endif
+
+namespace java_tests {
+namespace {
+
+using java::Program;
+using java::StartFailure;
+namespace fs = std::filesystem;
+
+#if defined(_WIN32)
+constexpr const char* Java = "bin/java.exe";
+constexpr const char* NoFile = "The system cannot find the file specified.";
+constexpr const char* NoFolder = "The directory name is invalid.";
+#else
+constexpr const char* Java = "bin/java";
+constexpr const char* NoFile = "No such file or directory";
+constexpr const char* NoFolder = NoFile;
+#endif
+
+std::string TheJava() { return (ProbeHome() / fs::path(Java).make_preferred()).u8string(); }
+
+TEST(StartFailureTest, AHomeWithoutJava) {
+  const fs::path home = ProbeHome() / "empty";
+  ExpectThrow<StartFailure>([&] { java::Run(Program::MainClass("X").Runtime(home)); },
+                            std::string("No ") + Java + " in \"" + home.u8string() + "\"");
+}
+
+TEST(StartFailureTest, AFolderThatIsNotThere) {
+  const fs::path folder = ProbeHome() / "nowhere";
+  const auto text =
+      "Could not change to the folder \"" + folder.u8string() + "\" for \"" + TheJava() + "\": " + NoFolder;
+  ExpectThrow<StartFailure>([&] { java::Run(Probe({}).Folder(folder)); }, text);
+  ExpectThrow<StartFailure>([&] { java::Start(Probe({}).Folder(folder)); }, text);
+  ExpectThrow<StartFailure>([&] { Probe({}).Folder(folder).Detached(); }, text);
+}
+
+TEST(StartFailureTest, AnInputFileThatIsNotThere) {
+  const fs::path file = ProbeHome() / "no file";
+  ExpectThrow<StartFailure>(
+      [&] { java::Run(Probe({}).InputFile(file)); },
+      "Could not open the input file \"" + file.u8string() + "\" for \"" + TheJava() + "\": " + NoFile);
+}
+
+TEST(StartFailureTest, AnOutputFileThatCannotBeMade) {
+  const fs::path file = ProbeHome() / "no folder" / "file";
+#if defined(_WIN32)
+  const std::string reason = "The system cannot find the path specified.";
+#else
+  const std::string reason = NoFile;
+#endif
+  const auto text = "Could not open the output file \"" + file.u8string() + "\" for \"" + TheJava() + "\": " + reason;
+  ExpectThrow<StartFailure>([&] { java::Run(Probe({}).OutputFile(file)); }, text);
+  ExpectThrow<StartFailure>([&] { java::Run(Probe({}).ErrorFile(file)); }, text);
+}
+
+TEST(StartFailureTest, AJarThatIsNotThere) {
+  const fs::path jar = ProbeHome() / "no.jar";
+  ExpectThrow<StartFailure>([&] { java::Run(Program::Jar(jar).Runtime(ProbeHome())); },
+                            "Could not find the jar \"" + jar.u8string() + "\" for \"" + TheJava() + "\": " + NoFile);
+  ExpectThrow<StartFailure>(
+      [&] { java::Run(Program::Jar(ProbeHome()).Runtime(ProbeHome())); },
+      "Could not find the jar \"" + ProbeHome().u8string() + "\" for \"" + TheJava() + "\": it is no file");
+}
+
+// A home of its own with this as its java.
+fs::path HomeWith(const std::string& name, const std::string& text, bool isProgram) {
+  const fs::path home = ProbeHome() / name;
+  fs::create_directories(home / "bin");
+  const fs::path java = home / fs::path(Java).make_preferred();
+  std::ofstream(java, std::ios::binary) << text;
+  fs::permissions(java, isProgram ? fs::perms::owner_all : fs::perms::owner_read);
+  return home;
+}
+
+TEST(StartFailureTest, AJavaThatIsNoProgram) {
+  const fs::path home = HomeWith("no program", "text", true);
+  const std::string java = (home / fs::path(Java).make_preferred()).u8string();
+#if defined(_WIN32)
+  const std::string reason = "%1 is not a valid Win32 application.";
+#else
+  const std::string reason = "Exec format error";
+  const fs::path denied = HomeWith("no permission", "text", false);
+  ExpectThrow<StartFailure>([&] { java::Run(Program::MainClass("X").Runtime(denied)); },
+                            "Could not run \"" + (denied / Java).u8string() + "\": Permission denied");
+#endif
+  ExpectThrow<StartFailure>([&] { java::Run(Program::MainClass("X").Runtime(home)); },
+                            "Could not run \"" + java + "\": " + reason);
+}
+
+TEST(StartFailureTest, ArgumentsThatAreTooLongForJava8) {
+  const fs::path home = HomeWith("java 8", "", true);
+  fs::copy_file(ProbeHome() / Java, home / Java, fs::copy_options::overwrite_existing);
+  fs::create_directories(home / "lib");
+  std::ofstream(home / "lib" / "rt.jar") << "";
+  const Program program = Program::MainClass("Probe").Runtime(home).Arguments({"arguments", std::string(3 << 20, 'x')});
+  const std::string java = (home / fs::path(Java).make_preferred()).u8string();
+#if defined(_WIN32)
+  const std::string reason = "The filename or extension is too long.";
+#else
+  const std::string reason = "Argument list too long";
+#endif
+  ExpectThrow<StartFailure>([&] { java::Run(program); }, "Could not run \"" + java + "\": " + reason +
+                                                             "; only Java 9 and later can read them from a file");
+  ExpectThrow<StartFailure>([&] { program.Detached(); }, "Could not run \"" + java + "\": " + reason);
+}
+
+#if !defined(_WIN32)
+TEST(StartFailureTest, TooManyOpenFiles) {
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  std::vector<std::string> texts;
+  for (rlim_t limit = 3; limit < 32; ++limit) {
+    const rlimit less{limit, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &less), 0);
+    try {
+      java::Run(Probe({"exit", "0"}).Input("x"));
+    } catch (const StartFailure& failure) {
+      texts.emplace_back(failure.what());
+    }
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  }
+  ASSERT_FALSE(texts.empty());
+  EXPECT_LT(texts.size(), 29u);
+  for (const std::string& text : texts) EXPECT_NE(text.find(": Too many open files"), std::string::npos) << text;
+}
+#endif
+
+}  // namespace
+}  // namespace java_tests
