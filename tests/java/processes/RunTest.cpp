@@ -160,7 +160,8 @@ TEST(RunTest, ASignalFromElsewhereIsTold) {
 TEST(RunTest, AGrandchildThatHoldsThePipesIsNotWaitedFor) {
   const auto begin = std::chrono::steady_clock::now();
   const Outcome outcome = java::Run(Probe({"says", "first ", "leaves", "20000", "says", "second"}));
-  EXPECT_EQ(outcome.output, "first second");
+  EXPECT_EQ(outcome.output.substr(0, 6), "first ");
+  EXPECT_EQ(outcome.output.substr(outcome.output.size() - 7), "\nsecond");
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
 }
 

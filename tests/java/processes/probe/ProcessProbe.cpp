@@ -10,7 +10,9 @@
 // flood N           writes N bytes "o" to the output and N bytes "e" to the error output while it reads the input to
 // its
 //                   end; then writes how many bytes that were, as a line
-// leaves MS         starts a process that writes "late" after so many milliseconds, and does not wait for it
+// leaves MS         starts a process that writes "late" after so many milliseconds, writes its id as a line, and does
+// not
+//                   wait for it
 // tree MS           starts a child, which starts a child, which is in a group (session) of its own and has a child; all
 // of
 //                   them wait so long; writes their ids, one a line
@@ -207,7 +209,7 @@ void Binary() {}
 
 #endif
 
-void Leaves() { Again("sleep " + std::to_string(NextNumber()) + " says late", false); }
+void Leaves() { Put(std::to_string(Again("sleep " + std::to_string(NextNumber()) + " says late", false)) + "\n"); }
 
 // Each level writes its own id and starts the next; the second one stands apart.
 void Tree() {
