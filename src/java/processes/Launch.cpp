@@ -85,7 +85,7 @@ StartPlan PlanOf(const ProgramSettings& settings) {
   if (!settings.jar.empty() && !std::filesystem::is_regular_file(settings.jar, error)) {
     throw StartFailure("java/processes/Launch", __LINE__,
                        CannotStart(plan, "find the jar \"" + PathText(settings.jar) + "\"",
-                                   error ? ReasonOf(static_cast<unsigned long>(error.value())) : "it is no file"));
+                                   error ? error.message() : "it is no file"));
   }
   return plan;
 }

@@ -4,6 +4,10 @@
 #include "java/processes/Probe.h"
 #include "java/processes/RandomArguments.h"
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 namespace java_tests {
 namespace {
 

@@ -57,9 +57,9 @@ TEST(ProgramTest, AClearedEnvironmentHasWhatIsSetAfterwards) {
   const auto variables = Variables(
       Bare().Environment("BEFORE", "1").ClearEnvironment().Environment("AFTER", "2").Environment("LANG", "C"));
 #if defined(_WIN32)
-  ASSERT_EQ(variables.size(), 3u);
-  EXPECT_NE(Find(variables, "SystemRoot"), nullptr);
-  EXPECT_NE(Find(variables, "AFTER"), nullptr);
+  // Wine gives some to every process.
+  for (const char* name : {"SystemRoot", "AFTER", "LANG"}) EXPECT_NE(Find(variables, name), nullptr) << name;
+  for (const char* name : {"BEFORE", "PATH", "Path", "WINEPREFIX"}) EXPECT_EQ(Find(variables, name), nullptr) << name;
 #else
   EXPECT_EQ(variables, (std::vector<std::string>{"AFTER=2", "LANG=C"}));
 #endif

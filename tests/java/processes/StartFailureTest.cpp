@@ -3,9 +3,10 @@
 
 #include "java/processes/Probe.h"
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <sys/resource.h>
-#include <sys/stat.h>
 #endif
 
 namespace java_tests {
@@ -17,12 +18,20 @@ namespace fs = std::filesystem;
 
 #if defined(_WIN32)
 constexpr const char* Java = "bin/java.exe";
-constexpr const char* NoFile = "The system cannot find the file specified.";
-constexpr const char* NoFolder = "The directory name is invalid.";
+// In the system's own words.
+std::string Words(DWORD error) {
+  char text[512];
+  DWORD size = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
+                              sizeof text, nullptr);
+  while (size > 0 && (text[size - 1] == '\n' || text[size - 1] == '\r' || text[size - 1] == ' ')) --size;
+  return {text, size};
+}
+const std::string NoFile = Words(ERROR_FILE_NOT_FOUND);
+const std::string NoFolder = Words(ERROR_DIRECTORY);
 #else
 constexpr const char* Java = "bin/java";
-constexpr const char* NoFile = "No such file or directory";
-constexpr const char* NoFolder = NoFile;
+const std::string NoFile = "No such file or directory";
+const std::string NoFolder = NoFile;
 #endif
 
 std::string TheJava() { return (ProbeHome() / fs::path(Java).make_preferred()).u8string(); }
@@ -52,7 +61,7 @@ TEST(StartFailureTest, AnInputFileThatIsNotThere) {
 TEST(StartFailureTest, AnOutputFileThatCannotBeMade) {
   const fs::path file = ProbeHome() / "no folder" / "file";
 #if defined(_WIN32)
-  const std::string reason = "The system cannot find the path specified.";
+  const std::string reason = Words(ERROR_PATH_NOT_FOUND);
 #else
   const std::string reason = NoFile;
 #endif
@@ -63,8 +72,9 @@ TEST(StartFailureTest, AnOutputFileThatCannotBeMade) {
 
 TEST(StartFailureTest, AJarThatIsNotThere) {
   const fs::path jar = ProbeHome() / "no.jar";
-  ExpectThrow<StartFailure>([&] { java::Run(Program::Jar(jar).Runtime(ProbeHome())); },
-                            "Could not find the jar \"" + jar.u8string() + "\" for \"" + TheJava() + "\": " + NoFile);
+  ExpectThrow<StartFailure>(
+      [&] { java::Run(Program::Jar(jar).Runtime(ProbeHome())); },
+      "Could not find the jar \"" + jar.u8string() + "\" for \"" + TheJava() + "\": No such file or directory");
   ExpectThrow<StartFailure>(
       [&] { java::Run(Program::Jar(ProbeHome()).Runtime(ProbeHome())); },
       "Could not find the jar \"" + ProbeHome().u8string() + "\" for \"" + TheJava() + "\": it is no file");
@@ -84,7 +94,7 @@ TEST(StartFailureTest, AJavaThatIsNoProgram) {
   const fs::path home = HomeWith("no program", "text", true);
   const std::string java = (home / fs::path(Java).make_preferred()).u8string();
 #if defined(_WIN32)
-  const std::string reason = "%1 is not a valid Win32 application.";
+  const std::string reason = Words(ERROR_BAD_EXE_FORMAT);
 #else
   const std::string reason = "Exec format error";
   const fs::path denied = HomeWith("no permission", "text", false);
@@ -96,14 +106,15 @@ TEST(StartFailureTest, AJavaThatIsNoProgram) {
 }
 
 TEST(StartFailureTest, ArgumentsThatAreTooLongForJava8) {
-  const fs::path home = HomeWith("java 8", "", true);
-  fs::copy_file(ProbeHome() / Java, home / Java, fs::copy_options::overwrite_existing);
+  const fs::path home = ProbeHome() / "java 8";
+  fs::create_directories(home / "bin");
   fs::create_directories(home / "lib");
+  fs::copy_file(ProbeHome() / Java, home / Java);
   std::ofstream(home / "lib" / "rt.jar") << "";
   const Program program = Program::MainClass("Probe").Runtime(home).Arguments({"arguments", std::string(3 << 20, 'x')});
   const std::string java = (home / fs::path(Java).make_preferred()).u8string();
 #if defined(_WIN32)
-  const std::string reason = "The filename or extension is too long.";
+  const std::string reason = Words(ERROR_FILENAME_EXCED_RANGE);
 #else
   const std::string reason = "Argument list too long";
 #endif

@@ -5,6 +5,7 @@
 // folder            writes the current folder
 // descriptors       writes the numbers of the open descriptors (Linux)
 // handle N          writes whether the handle with this value is there (Windows)
+// window            writes whether the console has one (Windows)
 // says TEXT         writes the text to the output; complains TEXT: to the error output
 // echo              copies the input to the output, until its end
 // flood N           writes N bytes "o" to the output and N bytes "e" to the error output while it reads the input to
@@ -121,12 +122,18 @@ void Handle() {
   Put(GetHandleInformation(handle, &flags) != 0 ? "there" : "not there");
 }
 
+void Window() { Put(GetConsoleWindow() != nullptr ? "window" : "none"); }
+
 // Starts this program again with other steps, in a process group and without the console where it is to be `apart`.
 unsigned long Again(const std::string& steps, bool apart) {
   std::wstring line =
       L"\"" + std::filesystem::u8path(g_program).wstring() + L"\" Probe " + std::filesystem::u8path(steps).wstring();
   STARTUPINFOW start{};
   start.cb = sizeof start;
+  start.dwFlags = STARTF_USESTDHANDLES;
+  start.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  start.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+  start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   PROCESS_INFORMATION process{};
   CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE,
                  apart ? CREATE_NEW_PROCESS_GROUP | DETACHED_PROCESS : 0UL, nullptr, nullptr, &start, &process);
@@ -137,9 +144,7 @@ unsigned long Again(const std::string& steps, bool apart) {
 
 int g_code = -1;
 BOOL WINAPI OnControl(DWORD event) {
-  std::FILE* const seen =
-      std::getenv("PROBE_EVENTS") != nullptr ? std::fopen(std::getenv("PROBE_EVENTS"), "a") : nullptr;
-  if (seen != nullptr) std::fprintf(seen, "%lu\n", event), std::fclose(seen);
+  if (event != CTRL_C_EVENT) return FALSE;
   if (g_code >= 0) ExitProcess(static_cast<UINT>(g_code));
   return TRUE;
 }
@@ -205,6 +210,7 @@ void Orderly() {
 void Signal() { std::raise(static_cast<int>(NextNumber())); }
 unsigned long OwnId() { return static_cast<unsigned long>(getpid()); }
 void Handle() {}
+void Window() {}
 void Binary() {}
 
 #endif
@@ -247,6 +253,7 @@ int main(int count, char** arguments) {
       {"folder", Folder},
       {"descriptors", Descriptors},
       {"handle", Handle},
+      {"window", Window},
       {"says", [] { Put(Next()); }},
       {"complains", [] { Put(stderr, Next()); }},
       {"echo", Echo},
