@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "java/PathText.h"
 #include "java/processes/Launch.h"
 
 namespace torvan::java {
@@ -37,7 +38,7 @@ std::filesystem::path Absolute(const char* what, const std::filesystem::path& pa
   std::error_code error;
   std::filesystem::path absolute = std::filesystem::absolute(CheckedPath(what, path), error);
   if (error) {
-    Refuse(std::string(what) + ", \"" + detail::PathText(path) +
+    Refuse(std::string(what) + ", \"" + detail::ToText(path) +
            "\", is relative and there is no current folder: " + error.message());
   }
   return absolute;
@@ -77,12 +78,14 @@ Program& Program::Runtime(const std::filesystem::path& home) {
   return *this;
 }
 
+Program& Program::Runtime(const java::Runtime& runtime) { return Runtime(runtime.Home()); }
+
 Program& Program::ClassPath(const std::vector<std::filesystem::path>& parts) {
   std::vector<std::filesystem::path> checked = m_settings.classPath;
   for (const std::filesystem::path& part : parts) {
     checked.push_back(Absolute("a part of the class path", part));
     if (checked.back().native().find(detail::PathListSeparator) != std::filesystem::path::string_type::npos) {
-      Refuse("\"" + detail::PathText(part) + "\" would be several parts of a class path: pass each by itself");
+      Refuse("\"" + detail::ToText(part) + "\" would be several parts of a class path: pass each by itself");
     }
   }
   m_settings.classPath = std::move(checked);

@@ -11,6 +11,10 @@ using options::COptions;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaRuntimeException("jni/DynamicJavaRuntimeImpl", line, text, nullptr);
+}
+
 // Gives an option array back to the set that made it.
 struct JniOptions {
   const COptions& set;
@@ -47,28 +51,21 @@ CJavaVm CDynamicJavaRuntimeImpl::CreateJavaVm(const CJavaRuntime& runtime, const
     initArgs.ignoreUnrecognized = ignoreUnrecognized ? JNI_TRUE : JNI_FALSE;
     status = library->CreateJavaVm(&vm, &env, &initArgs);
   }
-  if (status != JNI_OK) {
-    throw CJavaRuntimeException("jni/DynamicJavaRuntimeImpl", At(70),
-                                "Failed to create Java VM with the specified options.", nullptr);
-  }
+  if (status != JNI_OK) Fail(At(70), "Failed to create Java VM with the specified options.");
   return CJavaRuntimeImpl::CreateJavaVm(runtime, vm);
 }
 
 unsigned int CDynamicJavaRuntimeImpl::GetCreatedJavaVms(const CJavaRuntime& runtime,
                                                         mirel::util::CVector<CJavaVm>& vms) {
   jsize count = 0;
-  if (m_library->GetCreatedJavaVms(nullptr, 0, &count) != JNI_OK) {
-    throw CJavaRuntimeException("jni/DynamicJavaRuntimeImpl", At(87), "Failed to get the number of created Java VMs.",
-                                nullptr);
-  }
+  if (m_library->GetCreatedJavaVms(nullptr, 0, &count) != JNI_OK)
+    Fail(At(87), "Failed to get the number of created Java VMs.");
   if (count < 1) return static_cast<unsigned int>(count);
   const jsize capacity = count;
   const VmBuffer buffer(capacity);
   if (buffer.vms == nullptr) _ThrowMemoryException("jni/DynamicJavaRuntimeImpl", At(95));
-  if (m_library->GetCreatedJavaVms(buffer.vms, capacity, &count) != JNI_OK) {
-    throw CJavaRuntimeException("jni/DynamicJavaRuntimeImpl", At(100), "Failed to get the list of created Java VMs.",
-                                nullptr);
-  }
+  if (m_library->GetCreatedJavaVms(buffer.vms, capacity, &count) != JNI_OK)
+    Fail(At(100), "Failed to get the list of created Java VMs.");
   // A VM made between the two questions is counted but not listed.
   for (jsize i = 0; i < count && i < capacity; ++i) {
     vms.Add(CJavaRuntimeImpl::CreateJavaVm(runtime, buffer.vms[i]));

@@ -3,12 +3,12 @@
 #include <torvan/JavaVmException.h>
 #include <torvan/jni/JavaClass.h>
 
-#include "jni/ArgumentList.h"
 #include "jni/JavaExceptionHelper.h"
 #include "jni/JavaTypes.h"
 #include "jni/JniHelper.h"
 #include "jni/JniResult.h"
 #include "jni/JniText.h"
+#include "jni/VariableArguments.h"
 
 namespace torvan::jni {
 
@@ -24,6 +24,10 @@ CJavaClass::operator jclass() const noexcept { return static_cast<jclass>(m_ref)
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaVmException("jni/JavaClass", line, text, nullptr);
+}
+
 void RequireClass(jclass javaClass) {
   if (javaClass == nullptr) throw CNullReferenceException("jni/JavaClass", __LINE__, nullptr, nullptr);
 }
@@ -38,9 +42,7 @@ jobject ConstructObject(const CJavaVm& vm, jclass javaClass, const Text* signatu
   RequireClass(javaClass);
   JNIEnv* env = vm.Attach();
   jmethodID constructor = env->GetMethodID(javaClass, "<init>", CJniText(signature));
-  if (constructor == nullptr) {
-    throw CJavaVmException("jni/JavaClass", __LINE__, "The specified constructor was not found.", nullptr);
-  }
+  if (constructor == nullptr) Fail(__LINE__, "The specified constructor was not found.");
   jobject object = env->NewObjectV(javaClass, constructor, arguments);
   RequireInstance(object);
   CheckJavaException(env);
@@ -59,13 +61,13 @@ CJavaObject CJavaClass::AllocObject() const {
 }
 
 CJavaObject CJavaClass::NewObject(const char* signature, ...) const {
-  CArgumentList arguments;
+  CVariableArguments arguments;
   va_start(arguments.list, signature);
   return CJavaObject(m_vm, ConstructObject(m_vm, *this, signature, arguments.list), true);
 }
 
 CJavaObject CJavaClass::NewObject(const RX::UniChar* signature, ...) const {
-  CArgumentList arguments;
+  CVariableArguments arguments;
   va_start(arguments.list, signature);
   return CJavaObject(m_vm, ConstructObject(m_vm, *this, signature, arguments.list), true);
 }
@@ -76,18 +78,14 @@ namespace {
 template <typename Text>
 jfieldID StaticFieldOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
   jfieldID field = env->GetStaticFieldID(javaClass, CJniText(name), CJniText(signature));
-  if (field == nullptr) {
-    throw CJavaVmException("jni/JavaClass", __LINE__, "The specified static field was not found.", nullptr);
-  }
+  if (field == nullptr) Fail(__LINE__, "The specified static field was not found.");
   return field;
 }
 
 template <typename Text>
 jmethodID StaticMethodOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
   jmethodID method = env->GetStaticMethodID(javaClass, CJniText(name), CJniText(signature));
-  if (method == nullptr) {
-    throw CJavaVmException("jni/JavaClass", __LINE__, "The specified static method was not found.", nullptr);
-  }
+  if (method == nullptr) Fail(__LINE__, "The specified static method was not found.");
   return method;
 }
 
@@ -127,48 +125,26 @@ typename Type::Host CallStaticMethod(const CJavaVm& vm, jclass javaClass, const 
   types::Type::Host CJavaClass::GetStatic##Type##Field(const Text* name, const Text* signature) const { \
     return GetStaticField<types::Type>(m_vm, *this, name, signature);                                   \
   }
-TORVAN_GETTER(Object,  char)  TORVAN_GETTER(Object,  RX::UniChar)
-TORVAN_GETTER(Boolean, char)  TORVAN_GETTER(Boolean, RX::UniChar)
-TORVAN_GETTER(Byte,    char)  TORVAN_GETTER(Byte,    RX::UniChar)
-TORVAN_GETTER(Char,    char)  TORVAN_GETTER(Char,    RX::UniChar)
-TORVAN_GETTER(Short,   char)  TORVAN_GETTER(Short,   RX::UniChar)
-TORVAN_GETTER(Int,     char)  TORVAN_GETTER(Int,     RX::UniChar)
-TORVAN_GETTER(Long,    char)  TORVAN_GETTER(Long,    RX::UniChar)
-TORVAN_GETTER(Float,   char)  TORVAN_GETTER(Float,   RX::UniChar)
-TORVAN_GETTER(Double,  char)  TORVAN_GETTER(Double,  RX::UniChar)
+TORVAN_FIELD_TYPES(TORVAN_GETTER, char)
+TORVAN_FIELD_TYPES(TORVAN_GETTER, RX::UniChar)
 #undef TORVAN_GETTER
 
 #define TORVAN_SETTER(Type, Text)                                                                                       \
   void CJavaClass::SetStatic##Type##Field(const Text* name, const Text* signature, types::Type::Argument value) const { \
     SetStaticField<types::Type>(m_vm, *this, name, signature, value);                                                   \
   }
-TORVAN_SETTER(Object,  char)  TORVAN_SETTER(Object,  RX::UniChar)
-TORVAN_SETTER(Boolean, char)  TORVAN_SETTER(Boolean, RX::UniChar)
-TORVAN_SETTER(Byte,    char)  TORVAN_SETTER(Byte,    RX::UniChar)
-TORVAN_SETTER(Char,    char)  TORVAN_SETTER(Char,    RX::UniChar)
-TORVAN_SETTER(Short,   char)  TORVAN_SETTER(Short,   RX::UniChar)
-TORVAN_SETTER(Int,     char)  TORVAN_SETTER(Int,     RX::UniChar)
-TORVAN_SETTER(Long,    char)  TORVAN_SETTER(Long,    RX::UniChar)
-TORVAN_SETTER(Float,   char)  TORVAN_SETTER(Float,   RX::UniChar)
-TORVAN_SETTER(Double,  char)  TORVAN_SETTER(Double,  RX::UniChar)
+TORVAN_FIELD_TYPES(TORVAN_SETTER, char)
+TORVAN_FIELD_TYPES(TORVAN_SETTER, RX::UniChar)
 #undef TORVAN_SETTER
 
 #define TORVAN_CALLER(Type, Text)                                                                              \
   types::Type::Host CJavaClass::CallStatic##Type##Method(const Text* name, const Text* signature, ...) const { \
-    CArgumentList arguments;                                                                                   \
+    CVariableArguments arguments;                                                                              \
     va_start(arguments.list, signature);                                                                       \
     return CallStaticMethod<types::Type>(m_vm, *this, name, signature, arguments.list);                        \
   }
-TORVAN_CALLER(Object,  char)  TORVAN_CALLER(Object,  RX::UniChar)
-TORVAN_CALLER(Boolean, char)  TORVAN_CALLER(Boolean, RX::UniChar)
-TORVAN_CALLER(Byte,    char)  TORVAN_CALLER(Byte,    RX::UniChar)
-TORVAN_CALLER(Char,    char)  TORVAN_CALLER(Char,    RX::UniChar)
-TORVAN_CALLER(Short,   char)  TORVAN_CALLER(Short,   RX::UniChar)
-TORVAN_CALLER(Int,     char)  TORVAN_CALLER(Int,     RX::UniChar)
-TORVAN_CALLER(Long,    char)  TORVAN_CALLER(Long,    RX::UniChar)
-TORVAN_CALLER(Float,   char)  TORVAN_CALLER(Float,   RX::UniChar)
-TORVAN_CALLER(Double,  char)  TORVAN_CALLER(Double,  RX::UniChar)
-TORVAN_CALLER(Void,    char)  TORVAN_CALLER(Void,    RX::UniChar)
+TORVAN_RESULT_TYPES(TORVAN_CALLER, char)
+TORVAN_RESULT_TYPES(TORVAN_CALLER, RX::UniChar)
 #undef TORVAN_CALLER
 // clang-format on
 

@@ -15,67 +15,46 @@ using mirel::base::CUnicodeStringBuffer;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaVmException("jni/JavaExceptionHelper", line, text, nullptr);
+}
+
 CUnicodeString ToUnicodeString(JNIEnv* env, jstring string) {
   const jchar* characters = env->GetStringChars(string, nullptr);
-  if (characters == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(32), "Failed to get chars of the specified jstring.", nullptr);
-  }
+  if (characters == nullptr) Fail(At(32), "Failed to get chars of the specified jstring.");
   return TakeCharacters(env, string, characters);
 }
 
 CUnicodeString GetExceptionClassName(JNIEnv* env, jthrowable throwable) {
   jclass throwableClass = env->GetObjectClass(throwable);
-  if (throwableClass == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(53), "Failed to get the class of the exception occured.",
-                           nullptr);  // sic
-  }
+  if (throwableClass == nullptr) Fail(At(53), "Failed to get the class of the exception occured.");  // sic
   jclass classClass = env->FindClass("java/lang/Class");
-  if (classClass == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(55), "Failed to get the java.lang.Class class.", nullptr);
-  }
+  if (classClass == nullptr) Fail(At(55), "Failed to get the java.lang.Class class.");
   // Intentional: getClass is looked up as if it returned a string. A VM that refuses that reports this failure for
   // every Java exception.
   jmethodID getClass = env->GetMethodID(throwableClass, "getClass", "()Ljava/lang/String;");
-  if (getClass == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(57),
-                           "Failed to get the method id of the getClass () method of the exception occured.",  // sic
-                           nullptr);
-  }
+  if (getClass == nullptr)
+    Fail(At(57), "Failed to get the method id of the getClass () method of the exception occured.");  // sic
   jmethodID getName = env->GetMethodID(classClass, "getName", "()Ljava/lang/String;");
-  if (getName == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(59),
-                           "Failed to get the method id of the getName () method of java.lang.Class class.", nullptr);
-  }
+  if (getName == nullptr)
+    Fail(At(59), "Failed to get the method id of the getName () method of java.lang.Class class.");
   jobject classObject = env->CallObjectMethod(throwable, getClass);
-  if (classObject == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(65), "Failed to get the class of the exception occured.",
-                           nullptr);  // sic
-  }
+  if (classObject == nullptr) Fail(At(65), "Failed to get the class of the exception occured.");  // sic
   const auto name = static_cast<jstring>(env->CallObjectMethod(classObject, getName));
-  if (name == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(67),
-                           "Failed to get the name of class of the exception occured.", nullptr);  // sic
-  }
+  if (name == nullptr) Fail(At(67), "Failed to get the name of class of the exception occured.");  // sic
   return ToUnicodeString(env, name);
 }
 
 CUnicodeString GetExceptionMessage(JNIEnv* env, jthrowable throwable) {
   jclass throwableClass = env->GetObjectClass(throwable);
-  if (throwableClass == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(82), "Failed to get the class of the exception occured.",
-                           nullptr);  // sic
-  }
+  if (throwableClass == nullptr) Fail(At(82), "Failed to get the class of the exception occured.");  // sic
   jmethodID getMessage = env->GetMethodID(throwableClass, "getMessage", "()Ljava/lang/String;");
-  if (getMessage == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(84),
-                           "Failed to get the method id of getMessage () method of the exception occured.",  // sic
-                           nullptr);
-  }
+  if (getMessage == nullptr)
+    Fail(At(84), "Failed to get the method id of getMessage () method of the exception occured.");  // sic
   const auto message = static_cast<jstring>(env->CallObjectMethod(throwable, getMessage));
   if (message == nullptr) {
     // Intentional: a Java exception without a message is reported as this failure.
-    throw CJavaVmException("jni/JavaExceptionHelper", At(89), "Failed to get the message of the exception occured.",
-                           nullptr);  // sic
+    Fail(At(89), "Failed to get the message of the exception occured.");  // sic
   }
   return ToUnicodeString(env, message);
 }
@@ -84,10 +63,7 @@ void AppendElement(CUnicodeStringBuffer& trace, JNIEnv* env, jobjectArray elemen
   jobject element = env->GetObjectArrayElement(elements, index);
   if (element == nullptr) return;
   const auto text = static_cast<jstring>(env->CallObjectMethod(element, toString));
-  if (text == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(129),
-                           "Failed to call the toString () method of the given java.lang.StackTrace object.", nullptr);
-  }
+  if (text == nullptr) Fail(At(129), "Failed to call the toString () method of the given java.lang.StackTrace object.");
   // Intentional: no line end; the whole trace is one line.
   trace += RX_TEXT("\tat ");
   trace += ToUnicodeString(env, text);
@@ -97,27 +73,15 @@ CUnicodeString GetExceptionStackTrace(JNIEnv* env, jthrowable throwable) {
   jclass elementClass = env->FindClass("java/lang/StackTraceElement");
   if (elementClass == nullptr) return CUnicodeString();
   jclass throwableClass = env->GetObjectClass(throwable);
-  if (throwableClass == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(107), "Failed to get the class of the exception occured.",
-                           nullptr);  // sic
-  }
+  if (throwableClass == nullptr) Fail(At(107), "Failed to get the class of the exception occured.");  // sic
   jmethodID getStackTrace = env->GetMethodID(throwableClass, "getStackTrace", "()[Ljava/lang/StackTraceElement;");
-  if (getStackTrace == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(109),
-                           "Failed to get the method id of getStackTrace () method of the exception occured.",  // sic
-                           nullptr);
-  }
+  if (getStackTrace == nullptr)
+    Fail(At(109), "Failed to get the method id of getStackTrace () method of the exception occured.");  // sic
   jmethodID toString = env->GetMethodID(elementClass, "toString", "()Ljava/lang/String;");
-  if (toString == nullptr) {
-    throw CJavaVmException(
-        "jni/JavaExceptionHelper", At(111),
-        "Failed to get the method id of toString () method of the java.lang.StackTraceElement class.", nullptr);
-  }
+  if (toString == nullptr)
+    Fail(At(111), "Failed to get the method id of toString () method of the java.lang.StackTraceElement class.");
   const auto elements = static_cast<jobjectArray>(env->CallObjectMethod(throwable, getStackTrace));
-  if (elements == nullptr) {
-    throw CJavaVmException("jni/JavaExceptionHelper", At(119),
-                           "Failed to get the stack trace of the exception occured.", nullptr);  // sic
-  }
+  if (elements == nullptr) Fail(At(119), "Failed to get the stack trace of the exception occured.");  // sic
   CUnicodeStringBuffer trace(32);
   const jsize count = env->GetArrayLength(elements);
   for (jsize i = 0; i < count; ++i) {
@@ -126,8 +90,7 @@ CUnicodeString GetExceptionStackTrace(JNIEnv* env, jthrowable throwable) {
     } catch (const mirel::base::CException&) {
       throw;
     } catch (...) {
-      throw CJavaVmException("jni/JavaExceptionHelper", At(140), "Failed to get given item of the stack trace array.",
-                             nullptr);
+      Fail(At(140), "Failed to get given item of the stack trace array.");
     }
   }
   return trace.ToString();

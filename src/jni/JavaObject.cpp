@@ -2,12 +2,12 @@
 #include <torvan/JavaVmException.h>
 #include <torvan/jni/JavaClass.h>
 
-#include "jni/ArgumentList.h"
 #include "jni/JavaExceptionHelper.h"
 #include "jni/JavaTypes.h"
 #include "jni/JniHelper.h"
 #include "jni/JniResult.h"
 #include "jni/JniText.h"
+#include "jni/VariableArguments.h"
 
 namespace torvan::jni {
 
@@ -46,14 +46,16 @@ bool CJavaObject::operator!=(const CJavaObject& other) const { return !(*this ==
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaVmException("jni/JavaObject", line, text, nullptr);
+}
+
 template <typename Text>
 bool IsInstanceOfNamed(const CJavaVm& vm, jobject object, const Text* className) {
   if (object == nullptr) return false;
   JNIEnv* env = vm.Attach();
   jclass javaClass = env->FindClass(CJniText(className));
-  if (javaClass == nullptr) {
-    throw CJavaVmException("jni/JavaObject", __LINE__, "The specified class was not found.", nullptr);
-  }
+  if (javaClass == nullptr) Fail(__LINE__, "The specified class was not found.");
   return env->IsInstanceOf(object, javaClass) == JNI_TRUE;
 }
 
@@ -83,25 +85,21 @@ void RequireObject(jobject object) {
 
 jclass ClassOf(JNIEnv* env, jobject object) {
   jclass javaClass = env->GetObjectClass(object);
-  if (javaClass == nullptr) {
-    throw CJavaVmException("jni/JavaObject", __LINE__, "Failed to get the class of the object.", nullptr);
-  }
+  if (javaClass == nullptr) Fail(__LINE__, "Failed to get the class of the object.");
   return javaClass;
 }
 
 template <typename Text>
 jfieldID FieldOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
   jfieldID field = env->GetFieldID(javaClass, CJniText(name), CJniText(signature));
-  if (field == nullptr) {
-    throw CJavaVmException("jni/JavaObject", __LINE__, "The specified field was not found.", nullptr);
-  }
+  if (field == nullptr) Fail(__LINE__, "The specified field was not found.");
   return field;
 }
 
 template <typename Text>
 jmethodID MethodOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
   jmethodID method = env->GetMethodID(javaClass, CJniText(name), CJniText(signature));
-  if (method == nullptr) throw CJavaVmException("jni/JavaObject", __LINE__, methodNotFound<Text>, nullptr);
+  if (method == nullptr) Fail(__LINE__, methodNotFound<Text>);
   return method;
 }
 
@@ -160,66 +158,36 @@ typename Type::Host CallNonvirtualMethod(const CJavaVm& vm, jobject object, cons
   types::Type::Host CJavaObject::Get##Type##Field(const Text* name, const Text* signature) const { \
     return GetField<types::Type>(m_vm, m_ref, name, signature);                                    \
   }
-TORVAN_GETTER(Object,  char)  TORVAN_GETTER(Object,  RX::UniChar)
-TORVAN_GETTER(Boolean, char)  TORVAN_GETTER(Boolean, RX::UniChar)
-TORVAN_GETTER(Byte,    char)  TORVAN_GETTER(Byte,    RX::UniChar)
-TORVAN_GETTER(Char,    char)  TORVAN_GETTER(Char,    RX::UniChar)
-TORVAN_GETTER(Short,   char)  TORVAN_GETTER(Short,   RX::UniChar)
-TORVAN_GETTER(Int,     char)  TORVAN_GETTER(Int,     RX::UniChar)
-TORVAN_GETTER(Long,    char)  TORVAN_GETTER(Long,    RX::UniChar)
-TORVAN_GETTER(Float,   char)  TORVAN_GETTER(Float,   RX::UniChar)
-TORVAN_GETTER(Double,  char)  TORVAN_GETTER(Double,  RX::UniChar)
+TORVAN_FIELD_TYPES(TORVAN_GETTER, char)
+TORVAN_FIELD_TYPES(TORVAN_GETTER, RX::UniChar)
 #undef TORVAN_GETTER
 
 #define TORVAN_SETTER(Type, Text)                                                                                  \
   void CJavaObject::Set##Type##Field(const Text* name, const Text* signature, types::Type::Argument value) const { \
     SetField<types::Type>(m_vm, m_ref, name, signature, value);                                                    \
   }
-TORVAN_SETTER(Object,  char)  TORVAN_SETTER(Object,  RX::UniChar)
-TORVAN_SETTER(Boolean, char)  TORVAN_SETTER(Boolean, RX::UniChar)
-TORVAN_SETTER(Byte,    char)  TORVAN_SETTER(Byte,    RX::UniChar)
-TORVAN_SETTER(Char,    char)  TORVAN_SETTER(Char,    RX::UniChar)
-TORVAN_SETTER(Short,   char)  TORVAN_SETTER(Short,   RX::UniChar)
-TORVAN_SETTER(Int,     char)  TORVAN_SETTER(Int,     RX::UniChar)
-TORVAN_SETTER(Long,    char)  TORVAN_SETTER(Long,    RX::UniChar)
-TORVAN_SETTER(Float,   char)  TORVAN_SETTER(Float,   RX::UniChar)
-TORVAN_SETTER(Double,  char)  TORVAN_SETTER(Double,  RX::UniChar)
+TORVAN_FIELD_TYPES(TORVAN_SETTER, char)
+TORVAN_FIELD_TYPES(TORVAN_SETTER, RX::UniChar)
 #undef TORVAN_SETTER
 
 #define TORVAN_CALLER(Type, Text)                                                                         \
   types::Type::Host CJavaObject::Call##Type##Method(const Text* name, const Text* signature, ...) const { \
-    CArgumentList arguments;                                                                              \
+    CVariableArguments arguments;                                                                         \
     va_start(arguments.list, signature);                                                                  \
     return CallMethod<types::Type>(m_vm, m_ref, name, signature, arguments.list);                         \
   }
-TORVAN_CALLER(Object,  char)  TORVAN_CALLER(Object,  RX::UniChar)
-TORVAN_CALLER(Boolean, char)  TORVAN_CALLER(Boolean, RX::UniChar)
-TORVAN_CALLER(Byte,    char)  TORVAN_CALLER(Byte,    RX::UniChar)
-TORVAN_CALLER(Char,    char)  TORVAN_CALLER(Char,    RX::UniChar)
-TORVAN_CALLER(Short,   char)  TORVAN_CALLER(Short,   RX::UniChar)
-TORVAN_CALLER(Int,     char)  TORVAN_CALLER(Int,     RX::UniChar)
-TORVAN_CALLER(Long,    char)  TORVAN_CALLER(Long,    RX::UniChar)
-TORVAN_CALLER(Float,   char)  TORVAN_CALLER(Float,   RX::UniChar)
-TORVAN_CALLER(Double,  char)  TORVAN_CALLER(Double,  RX::UniChar)
-TORVAN_CALLER(Void,    char)  TORVAN_CALLER(Void,    RX::UniChar)
+TORVAN_RESULT_TYPES(TORVAN_CALLER, char)
+TORVAN_RESULT_TYPES(TORVAN_CALLER, RX::UniChar)
 #undef TORVAN_CALLER
 
 #define TORVAN_CALLER(Type, Text)                                                                                   \
   types::Type::Host CJavaObject::CallNonvirtual##Type##Method(const Text* name, const Text* signature, ...) const { \
-    CArgumentList arguments;                                                                                        \
+    CVariableArguments arguments;                                                                                   \
     va_start(arguments.list, signature);                                                                            \
     return CallNonvirtualMethod<types::Type>(m_vm, m_ref, name, signature, arguments.list);                         \
   }
-TORVAN_CALLER(Object,  char)  TORVAN_CALLER(Object,  RX::UniChar)
-TORVAN_CALLER(Boolean, char)  TORVAN_CALLER(Boolean, RX::UniChar)
-TORVAN_CALLER(Byte,    char)  TORVAN_CALLER(Byte,    RX::UniChar)
-TORVAN_CALLER(Char,    char)  TORVAN_CALLER(Char,    RX::UniChar)
-TORVAN_CALLER(Short,   char)  TORVAN_CALLER(Short,   RX::UniChar)
-TORVAN_CALLER(Int,     char)  TORVAN_CALLER(Int,     RX::UniChar)
-TORVAN_CALLER(Long,    char)  TORVAN_CALLER(Long,    RX::UniChar)
-TORVAN_CALLER(Float,   char)  TORVAN_CALLER(Float,   RX::UniChar)
-TORVAN_CALLER(Double,  char)  TORVAN_CALLER(Double,  RX::UniChar)
-TORVAN_CALLER(Void,    char)  TORVAN_CALLER(Void,    RX::UniChar)
+TORVAN_RESULT_TYPES(TORVAN_CALLER, char)
+TORVAN_RESULT_TYPES(TORVAN_CALLER, RX::UniChar)
 #undef TORVAN_CALLER
 // clang-format on
 

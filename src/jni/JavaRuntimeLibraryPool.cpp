@@ -8,6 +8,7 @@
 
 #include <utility>
 
+#include "EmptyText.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
 
 namespace torvan::jni {
@@ -18,6 +19,13 @@ using mirel::base::CRef;
 using mirel::base::CUnicodeString;
 
 namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaRuntimeException("jni/JavaRuntimeLibraryPool", line, text, nullptr);
+}
+[[noreturn]] void Refuse(unsigned int line, const char* text) {
+  throw mirel::base::CIllegalArgumentException("jni/JavaRuntimeLibraryPool", line, text, nullptr);
+}
 
 // Gives what `get` gives. Of its failures only those that a host can tell apart pass; the others are printed and become
 // one, reported for `line`.
@@ -31,8 +39,7 @@ CRef<CJavaRuntimeLibraryRef> TranslateFailures(At line, Get get) {
     throw;
   } catch (const CException& exception) {
     PrintToDebugOut(exception);
-    throw CJavaRuntimeException("jni/JavaRuntimeLibraryPool", line, "Failed to get the specified Java Runtime library.",
-                                nullptr);
+    Fail(line, "Failed to get the specified Java Runtime library.");
   }
 }
 
@@ -54,10 +61,7 @@ CJavaRuntimeLibraryPool* CJavaRuntimeLibraryPool::GetInstance() {
 }
 
 CRef<CJavaRuntimeLibraryRef> CJavaRuntimeLibraryPool::Get(const RX::UniChar* path) {
-  if (path == nullptr || *path == 0) {
-    throw mirel::base::CIllegalArgumentException("jni/JavaRuntimeLibraryPool", At(55),
-                                                 "Invalid Java Runtime library path.", nullptr);
-  }
+  if (IsEmpty(path)) Refuse(At(55), "Invalid Java Runtime library path.");
   return TranslateFailures(At(89), [this, path] {
     const CUnicodeString key(path);
     return m_entries.ContainsKey(key) ? Share(key) : LoadAndEnter(new CWinJavaRuntimeLibraryImpl(path));

@@ -125,4 +125,10 @@ struct Void {
 };
 
 }  // namespace torvan::jni::types
+
+// The types in order, for tables of accessors: ROW(Type, Text) is applied to each.
+#define TORVAN_FIELD_TYPES(ROW, Text)                                                                \
+  ROW(Object, Text) ROW(Boolean, Text) ROW(Byte, Text)  ROW(Char, Text) ROW(Short, Text) ROW(Int, Text) \
+  ROW(Long, Text)   ROW(Float, Text)   ROW(Double, Text)
+#define TORVAN_RESULT_TYPES(ROW, Text) TORVAN_FIELD_TYPES(ROW, Text) ROW(Void, Text)
 // clang-format on

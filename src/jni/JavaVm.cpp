@@ -5,14 +5,22 @@
 #include <torvan/jni/JavaClass.h>
 #include <torvan/jni/JavaString.h>
 
-#include "jni/ArgumentList.h"
 #include "jni/JavaExceptionHelper.h"
 #include "jni/JavaVmImpl.h"
 #include "jni/JniText.h"
+#include "jni/VariableArguments.h"
 
 namespace torvan::jni {
 
 using mirel::base::CMemoryException;
+
+namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaVmException("jni/JavaVm", line, text, nullptr);
+}
+
+}  // namespace
 
 CJavaVm::CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl) : m_impl(impl), m_vm(m_impl->GetVm()) {}
 CJavaVm::CJavaVm(const CJavaVm& other) = default;
@@ -31,30 +39,27 @@ bool CJavaVm::operator!=(const CJavaVm& other) const noexcept { return m_vm != o
 
 JNIEnv* CJavaVm::Attach() const {
   void* env = nullptr;
-  if (m_vm->AttachCurrentThread(&env, nullptr) != JNI_OK) {
-    throw CJavaVmException("jni/JavaVm", __LINE__, "Failed ot attach the current thread to the underlying Java VM.",
-                           nullptr);  // sic
-  }
+  if (m_vm->AttachCurrentThread(&env, nullptr) != JNI_OK)
+    Fail(__LINE__, "Failed ot attach the current thread to the underlying Java VM.");  // sic
   return static_cast<JNIEnv*>(env);
 }
 
 void CJavaVm::Detach() const {
-  if (m_vm->DetachCurrentThread() != JNI_OK) {
-    throw CJavaVmException("jni/JavaVm", __LINE__, "Failed to detach the curretn thread from the underlying Java VM.",
-                           nullptr);  // sic
-  }
+  if (m_vm->DetachCurrentThread() != JNI_OK)
+    Fail(__LINE__, "Failed to detach the curretn thread from the underlying Java VM.");  // sic
 }
 
 namespace {
 
 jclass ClassNamed(JNIEnv* env, const char* name) {
   jclass javaClass = env->FindClass(name);
-  if (javaClass == nullptr) {
-    throw CJavaVmException("jni/JavaVm", __LINE__, "The specified class was not found.", nullptr);
-  }
+  if (javaClass == nullptr) Fail(__LINE__, "The specified class was not found.");
   return javaClass;
 }
 
+// Intentional: the three operations convert wide names at different moments, which shows when memory runs out.
+// FindClass and NewObject convert the class name before they attach, AllocObject afterwards; NewObject converts the
+// signature when it has the class.
 template <typename Unit>
 jclass FindClassIn(const CJavaVm& vm, const Unit* name) {
   const CJniText jniName(name);
@@ -76,9 +81,7 @@ jobject NewObjectIn(const CJavaVm& vm, const Unit* className, const Unit* signat
   JNIEnv* env = vm.Attach();
   jclass javaClass = ClassNamed(env, jniClassName);
   jmethodID constructor = env->GetMethodID(javaClass, "<init>", CJniText(signature));
-  if (constructor == nullptr) {
-    throw CJavaVmException("jni/JavaVm", __LINE__, "The specified constructor was not found.", nullptr);
-  }
+  if (constructor == nullptr) Fail(__LINE__, "The specified constructor was not found.");
   jobject object = env->NewObjectV(javaClass, constructor, arguments);
   if (object == nullptr) throw CMemoryException("jni/JavaVm", __LINE__, nullptr, nullptr);
   CheckJavaException(env);
@@ -102,13 +105,13 @@ CJavaObject CJavaVm::AllocObject(const RX::UniChar* className) const {
 }
 
 CJavaObject CJavaVm::NewObject(const char* className, const char* signature, ...) const {
-  CArgumentList arguments;
+  CVariableArguments arguments;
   va_start(arguments.list, signature);
   return CJavaObject(*this, NewObjectIn(*this, className, signature, arguments.list), true);
 }
 
 CJavaObject CJavaVm::NewObject(const RX::UniChar* className, const RX::UniChar* signature, ...) const {
-  CArgumentList arguments;
+  CVariableArguments arguments;
   va_start(arguments.list, signature);
   return CJavaObject(*this, NewObjectIn(*this, className, signature, arguments.list), true);
 }

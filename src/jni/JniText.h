@@ -7,9 +7,9 @@
 
 namespace torvan::jni {
 
-// A class name, member name or signature as JNI takes it, for the length of one expression.
-// Narrow text passes through; wide text is converted when the object is made, so it is made in the very call that needs
-// it. Null stays null. Operations written over it serve both kinds.
+// A class name, member name or signature as JNI takes it, for operations that accept narrow and wide text.
+// Narrow text is passed on; wide text is converted on construction, which can run out of memory. So where an operation
+// makes one decides the order of its failures. Null stays null.
 template <typename Unit>
 class CJniText;
 

@@ -7,6 +7,7 @@
 
 #include <utility>
 
+#include "EmptyText.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jni {
@@ -17,6 +18,17 @@ using mirel::base::win::CWinSystemErrorException;
 using platform::System;
 
 namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", line, text, nullptr);
+}
+[[noreturn]] void FailInSystem(unsigned int line, const char* text, platform::Status status) {
+  throw CWinSystemErrorException("jni/WinJavaRuntimeLibraryImpl", line, text, nullptr,
+                                 static_cast<unsigned int>(status));
+}
+[[noreturn]] void Refuse(unsigned int line, const char* text) {
+  throw mirel::base::CIllegalArgumentException("jni/WinJavaRuntimeLibraryImpl", line, text, nullptr);
+}
 
 struct Failure {
   At line;
@@ -61,7 +73,7 @@ const Location& LocationOf(CDynamicJavaRuntime::VmType type) {
   for (const Location& location : Locations) {
     if (location.type == type) return location;
   }
-  throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(275), "Unknown Java Runtime type.", nullptr);
+  Fail(At(275), "Unknown Java Runtime type.");
 }
 
 // Reads a text up to its first zero; whatever type the value has, its bytes are taken for text.
@@ -70,8 +82,7 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
   platform::RegistryKey key = nullptr;
   platform::Status status = system.OpenKey(root, subKey, platform::KeyRead, &key);
   if (status != platform::StatusOk) {
-    throw CWinSystemErrorException("jni/WinJavaRuntimeLibraryImpl", At(40), "Failed to open the specified subkey.",
-                                   nullptr, static_cast<unsigned int>(status));
+    FailInSystem(At(40), "Failed to open the specified subkey.", status);
   }
 
   // Zeros, because a stored text need not end with one.
@@ -81,8 +92,7 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
   status = system.QueryValue(key, valueName, buffer, &size);
   if (status != platform::StatusOk) {
     // Intentional: the key stays open.
-    throw CWinSystemErrorException("jni/WinJavaRuntimeLibraryImpl", At(47), "Failed to query the specified value.",
-                                   nullptr, static_cast<unsigned int>(status));
+    FailInSystem(At(47), "Failed to query the specified value.", status);
   }
   system.CloseKey(key);
   return CUnicodeString(buffer);
@@ -94,7 +104,7 @@ CUnicodeString ReadInstallation(const RX::UniChar* subKey, const RX::UniChar* va
     return ReadRegistryString(System::Current().LocalMachine(), subKey, valueName);
   } catch (const CWinSystemErrorException& exception) {
     PrintToDebugOut(exception);
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", notFound.line, notFound.text, nullptr);
+    Fail(notFound.line, notFound.text);
   }
 }
 
@@ -105,16 +115,14 @@ CUnicodeString CurrentVersion() {
 
 CUnicodeString FindLibrary(CDynamicJavaRuntime::VmVendor vendor, CDynamicJavaRuntime::VmType type,
                            const RX::UniChar* requestedVersion) {
-  if (vendor != CDynamicJavaRuntime::Sun) {
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(283), "Unknown Java Runtime vendor.", nullptr);
-  }
-  const bool current = requestedVersion == nullptr || *requestedVersion == 0;
+  if (vendor != CDynamicJavaRuntime::Sun) Fail(At(283), "Unknown Java Runtime vendor.");
+  const bool current = IsEmpty(requestedVersion);
   const CUnicodeString version = current ? CurrentVersion() : CUnicodeString(requestedVersion);
 
   const Location& location = LocationOf(type);
   if (location.requiredVersion != nullptr && version.Find(location.requiredVersion) < 0) {
     const auto& [line, text] = location.wrongVersion;
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", line, text, nullptr);
+    Fail(line, text);
   }
   const CUnicodeString value = ReadInstallation(location.key + version, location.value, location.notFound);
   return location.suffix == nullptr ? value : value + *location.suffix;
@@ -123,10 +131,7 @@ CUnicodeString FindLibrary(CDynamicJavaRuntime::VmVendor vendor, CDynamicJavaRun
 }  // namespace
 
 CWinJavaRuntimeLibraryImpl::CWinJavaRuntimeLibraryImpl(const RX::UniChar* path) : CJavaRuntimeLibraryImpl(path) {
-  if (path == nullptr || *path == 0) {
-    throw mirel::base::CIllegalArgumentException("jni/WinJavaRuntimeLibraryImpl", At(88), "Invalid Java Runtime path.",
-                                                 nullptr);
-  }
+  if (IsEmpty(path)) Refuse(At(88), "Invalid Java Runtime path.");
 }
 
 CWinJavaRuntimeLibraryImpl::CWinJavaRuntimeLibraryImpl(CDynamicJavaRuntime::VmVendor vendor,
@@ -138,26 +143,16 @@ CWinJavaRuntimeLibraryImpl::~CWinJavaRuntimeLibraryImpl() { CWinJavaRuntimeLibra
 void CWinJavaRuntimeLibraryImpl::Load() {
   if (m_module != nullptr) return;
   const RX::UniChar* path = GetPath();
-  if (path == nullptr || *path == 0) {
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(132), "Java Runtime library not found.", nullptr);
-  }
+  if (IsEmpty(path)) Fail(At(132), "Java Runtime library not found.");
   System& system = System::Current();
   m_module = system.LoadModule(path);
-  if (m_module == nullptr) {
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(135), "Java Runtime library not found.", nullptr);
-  }
+  if (m_module == nullptr) Fail(At(135), "Java Runtime library not found.");
   // Intentional: a library without an entry point stays loaded, and a second Load() is content with it.
   m_createJavaVm = reinterpret_cast<CreateJavaVmFunction>(system.FindSymbol(m_module, "JNI_CreateJavaVM"));
-  if (m_createJavaVm == nullptr) {
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(138), "Invalid Java Runtime libray.",  // sic
-                                nullptr);
-  }
+  if (m_createJavaVm == nullptr) Fail(At(138), "Invalid Java Runtime libray.");  // sic
   m_getCreatedJavaVms =
       reinterpret_cast<GetCreatedJavaVmsFunction>(system.FindSymbol(m_module, "JNI_GetCreatedJavaVMs"));
-  if (m_getCreatedJavaVms == nullptr) {
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(140), "Invalid Java Runtime libray.",  // sic
-                                nullptr);
-  }
+  if (m_getCreatedJavaVms == nullptr) Fail(At(140), "Invalid Java Runtime libray.");  // sic
 }
 
 void CWinJavaRuntimeLibraryImpl::Unload() {
@@ -168,17 +163,12 @@ void CWinJavaRuntimeLibraryImpl::Unload() {
 }
 
 jint CWinJavaRuntimeLibraryImpl::CreateJavaVm(JavaVM** vm, void** env, void* initArgs) {
-  if (m_createJavaVm == nullptr) {
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(166), "Invalid Java Runtime library.", nullptr);
-  }
+  if (m_createJavaVm == nullptr) Fail(At(166), "Invalid Java Runtime library.");
   return m_createJavaVm(vm, env, initArgs);
 }
 
 jint CWinJavaRuntimeLibraryImpl::GetCreatedJavaVms(JavaVM** buffer, jsize bufferLength, jsize* count) {
-  if (m_getCreatedJavaVms == nullptr) {
-    throw CJavaRuntimeException("jni/WinJavaRuntimeLibraryImpl", At(178), "Inavalid Java Runtime library.",  // sic
-                                nullptr);
-  }
+  if (m_getCreatedJavaVms == nullptr) Fail(At(178), "Inavalid Java Runtime library.");  // sic
   return m_getCreatedJavaVms(buffer, bufferLength, count);
 }
 

@@ -3,7 +3,7 @@
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 
-#include "Text.h"
+#include "EmptyText.h"
 #include "platform/Conventions.h"
 #include "platform/System.h"
 
@@ -14,6 +14,10 @@ using mirel::base::CUnicodeString;
 using namespace platform;
 
 namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw mirel::base::CIllegalArgumentException("jvmlauncher/InstalledJavaVm", line, text, nullptr);
+}
 
 // The view of 64-bit programs, then that of 32-bit ones.
 const RX::UniChar* const Sources[] = {
@@ -78,8 +82,8 @@ Status AppendFrom(const RX::UniChar* path, InstalledJavaVms& list) {
 }
 
 int CompareRecords(const void* left, const void* right) {
-  return CompareJavaVmVersions(static_cast<const InstalledJavaVm*>(left)->version,
-                               static_cast<const InstalledJavaVm*>(right)->version);
+  return CompareNumbersBetweenDots(static_cast<const InstalledJavaVm*>(left)->version,
+                                   static_cast<const InstalledJavaVm*>(right)->version);
 }
 
 int LeadingNumber(const RX::UniChar* text) noexcept {
@@ -97,11 +101,8 @@ const RX::UniChar* BehindDot(const RX::UniChar* text) noexcept {
 }  // namespace
 
 bool InstalledJavaVm::IsCompatibleWith(const RX::UniChar* requested) const {
-  using mirel::base::CIllegalArgumentException;
-  if (IsEmpty(requested)) {
-    throw CIllegalArgumentException("jvmlauncher/InstalledJavaVm", At(133), "Invalid vm version.", nullptr);
-  }
-  return CompareJavaVmVersions(requested, version) < 1;
+  if (IsEmpty(requested)) Fail(At(133), "Invalid vm version.");
+  return CompareNumbersBetweenDots(requested, version) < 1;
 }
 
 int EnumerateInstalledJavaVms(InstalledJavaVms& list) {
@@ -119,7 +120,7 @@ int GetInstalledJavaVms(InstalledJavaVms& list) {
   return count;
 }
 
-int CompareJavaVmVersions(const RX::UniChar* a, const RX::UniChar* b) noexcept {
+int CompareNumbersBetweenDots(const RX::UniChar* a, const RX::UniChar* b) noexcept {
   // Intentional: "1.6" is older than "1.6.0", and the update behind an underscore is never looked at.
   for (;;) {
     const int numberOfA = LeadingNumber(a);

@@ -28,7 +28,7 @@ int GetInstalledJavaVms(InstalledJavaVms& list);
 // Compares versions number by number between their dots, and gives -1, 0 or 1.
 // A number is what "%d" reads: blanks and a sign may stand before its digits, and what stands behind them is not looked
 // at. One without digits is 0. Of versions that agree as far as both go, the one with fewer numbers is less.
-int CompareJavaVmVersions(const RX::UniChar* a, const RX::UniChar* b) noexcept;
+int CompareNumbersBetweenDots(const RX::UniChar* a, const RX::UniChar* b) noexcept;
 
 // Tells whether there is a file, and not a folder, at a path; also when it cannot be opened now.
 bool FileExists(const mirel::base::CUnicodeString& path);

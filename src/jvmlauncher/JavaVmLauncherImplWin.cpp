@@ -6,7 +6,7 @@
 #include <torvan/JavaVmLauncherException.h>
 #include <torvan/jvmlauncher/options/JarOption.h>
 
-#include "Text.h"
+#include "EmptyText.h"
 #include "jvmlauncher/InstalledJavaVm.h"
 #include "jvmlauncher/options/Rendering.h"
 #include "platform/Conventions.h"
@@ -24,11 +24,28 @@ using platform::System;
 
 namespace {
 
+[[noreturn]] void Refuse(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jvmlauncher/JavaVmLauncherImplWin", line, text, nullptr);
+}
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CJavaVmLauncherException("jvmlauncher/JavaVmLauncherImplWin", line, text, nullptr);
+}
+
 bool HasJarOption(const CJavaVmOptions& options) {
   for (unsigned int i = 0; i < options.GetOptionCount(); ++i) {
     if (options.GetOptionAt(i).IsInstanceOf(&options::CJarOption::m_classCJarOption)) return true;
   }
   return false;
+}
+
+// Returns a process object that owns the implementation, which is deleted when there is no memory for the object.
+CJavaVmProcess* Wrap(CJavaVmProcessImp* implementation) {
+  try {
+    return new CJavaVmProcess(implementation);
+  } catch (...) {
+    delete implementation;
+    throw;
+  }
 }
 
 }  // namespace
@@ -53,16 +70,12 @@ bool CJavaVmProcessImp::Wait(unsigned int milliseconds) {
     case platform::WaitEnded:
       // Intentional: set first, so that GetExitCode answers even when the exit code cannot be read.
       m_waited = true;
-      if (!System::Current().ExitCodeOf(m_process, &m_exitCode)) {
-        throw CIllegalArgumentException("jvmlauncher/JavaVmLauncherImplWin", At(97), "GetExitCodeProcess failed.",
-                                        nullptr);
-      }
+      if (!System::Current().ExitCodeOf(m_process, &m_exitCode)) Refuse(At(97), "GetExitCodeProcess failed.");
       return true;
     case platform::WaitTimeout:
       return false;
     default:
-      throw CIllegalArgumentException("jvmlauncher/JavaVmLauncherImplWin", At(92),
-                                      "WaitForSignleObjects returned error.", nullptr);  // sic
+      Refuse(At(92), "WaitForSignleObjects returned error.");  // sic
   }
 }
 
@@ -75,29 +88,18 @@ void CJavaVmProcessImp::Stop() {
 }
 
 int CJavaVmProcessImp::GetExitCode() const {
-  if (!m_waited) {
-    throw CIllegalArgumentException("jvmlauncher/JavaVmLauncherImplWin", At(111), "No Wait called.", nullptr);
-  }
+  if (!m_waited) Refuse(At(111), "No Wait called.");
   return static_cast<int>(m_exitCode);
 }
 
 JavaVmLauncherImpl::JavaVmLauncherImpl(const RX::UniChar* version) {
-  if (IsEmpty(version)) {
-    throw CIllegalArgumentException("jvmlauncher/JavaVmLauncherImplWin", At(133), "Invalid vm version.", nullptr);
-  }
+  if (IsEmpty(version)) Refuse(At(133), "Invalid vm version.");
   InstalledJavaVms installed(10, 5);
-  if (GetInstalledJavaVms(installed) == 0) {
-    throw CJavaVmLauncherException("jvmlauncher/JavaVmLauncherImplWin", At(204),
-                                   "There is no installed Java VM on the current system.", nullptr);
-  }
+  if (GetInstalledJavaVms(installed) == 0) Fail(At(204), "There is no installed Java VM on the current system.");
   // From the newest down; of equal versions the last in the list.
   unsigned int behind = installed.GetSize();
   while (behind > 0 && !installed[behind - 1].IsCompatibleWith(version)) --behind;
-  if (behind == 0) {
-    throw CJavaVmLauncherException("jvmlauncher/JavaVmLauncherImplWin", At(217),
-                                   "There is no installed Java VM which is compatible with the specified version.",
-                                   nullptr);
-  }
+  if (behind == 0) Fail(At(217), "There is no installed Java VM which is compatible with the specified version.");
   // Intentional: discovery looked for the console program, and the windowed one is started unseen.
   CUnicodeStringBuffer command(RenderingCapacity);
   AppendQuoted(command, PathOfProgram(installed[behind - 1].home, platform::WindowedJavaProgram));
@@ -106,23 +108,16 @@ JavaVmLauncherImpl::JavaVmLauncherImpl(const RX::UniChar* version) {
 
 CRef<CJavaVmProcess> JavaVmLauncherImpl::Launch(const CJavaVmOptions& options, const RX::UniChar* mainClass,
                                                 const CArgumentList& arguments) const {
-  if (IsEmpty(mainClass) && !HasJarOption(options)) {
-    throw CJavaVmLauncherException(
-        "jvmlauncher/JavaVmLauncherImplWin", At(159),
-        "Java application cannot be launched because neither main class name nor jar option specified.", nullptr);
-  }
+  if (IsEmpty(mainClass) && !HasJarOption(options))
+    Fail(At(159), "Java application cannot be launched because neither main class name nor jar option specified.");
   // A copy of its own, since the system may write into it.
   const RX::UniString commandLine(RenderCommandLine(options, mainClass, arguments));
-  // Everything that needs memory comes before the start: a process that nobody can hold is not started.
-  // Of the two objects the outer one's block is taken first, and given back when there is none for the inner one.
-  CJavaVmProcessImp* process = nullptr;
-  const CRef<CJavaVmProcess> reference(new CJavaVmProcess(process = new CJavaVmProcessImp()));
-  if (!process->Start(const_cast<RX::UniChar*>(static_cast<const RX::UniChar*>(commandLine)))) {
-    throw CJavaVmLauncherException("jvmlauncher/JavaVmLauncherImplWin", At(186),
-                                   "Failed to launch the required Java Vm with the specified vm options and arguments.",
-                                   nullptr);
-  }
-  return reference;
+  // Everything that needs memory comes before the start: a process that no object holds must not be started.
+  auto* const implementation = new CJavaVmProcessImp();
+  const CRef<CJavaVmProcess> process(Wrap(implementation));
+  if (!implementation->Start(const_cast<RX::UniChar*>(static_cast<const RX::UniChar*>(commandLine))))
+    Fail(At(186), "Failed to launch the required Java Vm with the specified vm options and arguments.");
+  return process;
 }
 
 CUnicodeString JavaVmLauncherImpl::RenderCommandLine(const CJavaVmOptions& options, const RX::UniChar* mainClass,

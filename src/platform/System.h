@@ -33,12 +33,12 @@ constexpr unsigned int WaitEnded = 0;
 constexpr unsigned int WaitTimeout = 258;
 constexpr unsigned int WaitFailed = 0xFFFFFFFF;
 
-constexpr unsigned int ExitCodeOfRunning = 259;  // what a process that has not ended gives as its exit code
+constexpr unsigned int ExitCodeOfRunning = 259;  // the exit code of a process that has not ended
 
 constexpr unsigned int ControlC = 0;
 constexpr unsigned int ControlBreak = 1;
 
-// What starting a process gives; the caller closes both handles, null ones excepted.
+// A process that was started. The caller releases both handles; `thread` may be null.
 struct StartedProcess {
   ProcessHandle process;
   ProcessHandle thread;
@@ -46,39 +46,63 @@ struct StartedProcess {
 };
 
 // The operating system.
-// One member is one question, asked with the caller's own arguments and answered with the system's own codes; nothing
-// is decided below this interface. Sizes are bytes, lengths UTF-16 units. Members throw nothing.
+// One member is one question. It is passed the caller's own arguments and answered with the system's own codes; nothing
+// is decided below this interface. Sizes are in bytes, lengths in UTF-16 units, times in milliseconds. Texts passed in
+// end with a zero. Members throw nothing; where one runs out of memory it says so with its own failure.
 class System {
  public:
-  // The system in force: the native one, unless a test has put another in its place.
+  // Returns the system in force: the native one, unless a test has installed another.
   static System& Current() noexcept;
+  // Returns the real operating system, which exists from load to unload.
   static System& Native() noexcept;
 
-  // HKEY_LOCAL_MACHINE.
+  // Returns the root key HKEY_LOCAL_MACHINE, which is never closed.
   virtual RegistryKey LocalMachine() = 0;
+  // Opens a key below `root`, which is the root key or an open one; names ignore case, and a backslash parts them.
+  // On StatusOk the caller closes `*key`; it is independent of `root` from then on. StatusFileNotFound for a key that
+  // does not exist.
   virtual Status OpenKey(RegistryKey root, const RX::UniChar* subKey, unsigned int access, RegistryKey* key) = 0;
-  // Fills `buffer` of `*size` bytes and sets `*size` to the bytes the value has; StatusMoreData when it has more.
+  // Reads a value of any type into `buffer` of `*size` bytes; its name ignores case.
+  // Sets `*size` to the bytes that the value has. A null buffer asks for the size alone. StatusMoreData when the value
+  // is larger than the buffer, whose contents are undefined then; StatusFileNotFound when there is no such value.
+  // A stored text need not end with a zero.
   virtual Status QueryValue(RegistryKey key, const RX::UniChar* name, void* buffer, unsigned int* size) = 0;
-  // Fills `name` of `*length` units with the name of the subkey at `index` and sets `*length` without the final zero.
+  // Reads the name of the subkey at `index` into `name` of `*length` units.
+  // Sets `*length` to the units of the name, the zero not counted, which needs its place in the buffer all the same.
+  // StatusMoreData when the name and its zero do not fit; StatusNoMoreItems after the last subkey.
   virtual Status EnumerateKey(RegistryKey key, unsigned int index, RX::UniChar* name, unsigned int* length) = 0;
+  // Closes a key that OpenKey opened, once.
   virtual Status CloseKey(RegistryKey key) = 0;
 
-  // Null when the library cannot be loaded.
+  // Loads a dynamic library, or counts one more use of a loaded one. Null when it cannot be loaded.
   virtual Module LoadModule(const RX::UniChar* path) = 0;
+  // Returns the address of an exported function, valid until the module is unloaded, or null when there is none.
   virtual void* FindSymbol(Module module, const char* name) = 0;
+  // Ends one use of a module; the last one to end may unload it.
   virtual void UnloadModule(Module module) = 0;
 
-  // NoFileAttributes on failure; LastError then says why.
+  // Returns a file's or folder's attributes, DirectoryAttribute among them for a folder.
+  // NoFileAttributes when it cannot be asked; LastError then says why.
   virtual unsigned int FileAttributes(const RX::UniChar* path) = 0;
+  // Returns the status of the calling thread's last FileAttributes that failed.
   virtual Status LastError() = 0;
 
-  // Starts a process from a command line, which the system may write into; false on failure.
+  // Starts a process from a command line of at least one unit, which the system may write into.
+  // False when it did not start; `*started` is then unchanged. With `inheritHandles` the child inherits what is
+  // inheritable of the host's, without it only the standard streams.
   virtual bool StartProcess(RX::UniChar* commandLine, bool inheritHandles, unsigned int creationFlags,
                             StartedProcess* started) = 0;
+  // Waits until a process has ended; WaitInfinite waits without limit, 0 only looks.
+  // Returns WaitEnded, WaitTimeout, or WaitFailed, also for null. A process that has ended stays ended.
   virtual unsigned int WaitFor(ProcessHandle process, unsigned int milliseconds) = 0;
+  // Reads the exit code of a process, or ExitCodeOfRunning while it runs. False when it is not known, also for null.
   virtual bool ExitCodeOf(ProcessHandle process, unsigned int* exitCode) = 0;
+  // Ends a process at once, with this exit code; it need not have ended on return. False when that is refused.
   virtual bool EndProcess(ProcessHandle process, unsigned int exitCode) = 0;
+  // Sends ControlC or ControlBreak to a process group, named by the id of the process that leads it. False when that is
+  // refused; true does not say that the processes act on it.
   virtual bool SendConsoleEvent(unsigned int event, unsigned int processGroup) = 0;
+  // Releases a handle, once; the process goes on. Null is allowed.
   virtual void ReleaseHandle(ProcessHandle handle) = 0;
 
  protected:

@@ -17,13 +17,13 @@ using fakes::FailureOf;
 using fakes::Throws;
 using fakes::Widen;
 using mirel::base::CIllegalArgumentException;
-using torvan::jvmlauncher::CompareJavaVmVersions;
+using torvan::jvmlauncher::CompareNumbersBetweenDots;
 using torvan::jvmlauncher::InstalledJavaVm;
 
 namespace {
 
 int Compare(const std::string& a, const std::string& b) {
-  return CompareJavaVmVersions(Widen(a).c_str(), Widen(b).c_str());
+  return CompareNumbersBetweenDots(Widen(a).c_str(), Widen(b).c_str());
 }
 
 struct Row {

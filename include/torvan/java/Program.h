@@ -2,6 +2,7 @@
 #pragma once
 
 #include <torvan/java/Failure.h>
+#include <torvan/java/Runtime.h>
 #include <torvan/java/detail/ProgramSettings.h>
 
 #include <chrono>
@@ -28,8 +29,9 @@ class Program {
   // The name of a class, such as com.example.Main. One that Java would take for an option is a Misuse.
   static Program MainClass(std::string_view name);
 
-  // The Java that runs it, by its home folder. Without: JAVA_HOME's, else the first one of the PATH.
+  // The Java that runs it, by its home folder or as it was found. Without: the one that ChooseRuntime() returns.
   Program& Runtime(const std::filesystem::path& home);
+  Program& Runtime(const java::Runtime& runtime);
   // Adds folders and jars, also "folder/*". A jar brings its own class path: then it is a Misuse to run the program.
   Program& ClassPath(const std::vector<std::filesystem::path>& parts);
   // Adds an option of the VM, such as "-Xmx1g" or "--add-modules=java.sql". It begins with "-".

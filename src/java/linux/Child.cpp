@@ -60,7 +60,7 @@ Descriptor Open(const StartPlan& plan, const std::filesystem::path& file, bool i
   Descriptor descriptor(open(file.c_str(), O_CLOEXEC | O_NOCTTY | (isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC),
                              S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
   if (!descriptor || !descriptor.MoveAboveStandard()) {
-    Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + PathText(file) + "\"");
+    Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
   }
   return descriptor;
 }
@@ -102,7 +102,7 @@ Streams MakeStreams(const StartPlan& plan) {
           streams.childs[i] = Open(plan, stream.file, isInput);
         } else if (streams.childs[i] = Descriptor(fcntl(streams.childs[1].Number(), F_DUPFD_CLOEXEC, 3));
                    !streams.childs[i]) {
-          Throw(plan, "open the output file \"" + PathText(stream.file) + "\" twice");
+          Throw(plan, "open the output file \"" + ToText(stream.file) + "\" twice");
         }
       }
     }

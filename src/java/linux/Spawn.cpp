@@ -137,9 +137,9 @@ std::vector<char*> Pointers(const std::vector<NativeText>& texts, const char* fi
   std::string what = "run";
   if (step == Step::Clone) what = "make a process";
   if (step == Step::Streams) what = "hand over the standard streams";
-  if (step == Step::Folder) what = "change to the folder \"" + PathText(plan.folder) + "\"";
+  if (step == Step::Folder) what = "change to the folder \"" + ToText(plan.folder) + "\"";
   const std::string reason = ReasonOf(static_cast<unsigned long>(error));
-  const std::string text = step == Step::Execute ? "Could not run \"" + PathText(plan.program) + "\": " + reason
+  const std::string text = step == Step::Execute ? "Could not run \"" + ToText(plan.program) + "\": " + reason
                                                  : CannotStart(plan, what, reason);
   if (step == Step::Execute && error == E2BIG) throw TooLong("java/linux/Spawn", __LINE__, text);
   throw StartFailure("java/linux/Spawn", __LINE__, text);

@@ -46,10 +46,6 @@ const char* Utf8Locale() {
 
 }  // namespace
 
-std::string PathText(const std::filesystem::path& path) { return path.string(); }
-
-NativeText ToNative(std::string_view text) { return NativeText(text); }
-
 std::string ReasonOf(unsigned long error) { return std::generic_category().message(static_cast<int>(error)); }
 
 unsigned long OwnProcessId() noexcept { return static_cast<unsigned long>(getpid()); }

@@ -7,8 +7,8 @@
 
 namespace torvan::java::detail {
 
-// The java of the settings' home; without one, JAVA_HOME's or the first of the PATH. Throws a StartFailure that says
-// where it was looked for.
+// The java of the settings' home, or of the runtime that ChooseRuntime() returns. Throws a StartFailure as that does,
+// and where a home has none.
 std::filesystem::path FindJava(const ProgramSettings& settings);
 
 // Tells whether this java is version 9 or later, which reads argument files.

@@ -83,9 +83,9 @@ StartPlan PlanOf(const ProgramSettings& settings) {
   plan.folder = settings.folder;
   std::error_code error;
   if (!settings.jar.empty() && !std::filesystem::is_regular_file(settings.jar, error)) {
-    throw StartFailure("java/processes/Launch", __LINE__,
-                       CannotStart(plan, "find the jar \"" + PathText(settings.jar) + "\"",
-                                   error ? error.message() : "it is no file"));
+    throw StartFailure(
+        "java/processes/Launch", __LINE__,
+        CannotStart(plan, "find the jar \"" + ToText(settings.jar) + "\"", error ? error.message() : "it is no file"));
   }
   return plan;
 }

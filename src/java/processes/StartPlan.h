@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "java/PathText.h"
+
 namespace torvan::java::detail {
 
 // Text as the system takes it: bytes on Linux, UTF-16 on Windows.
@@ -38,12 +40,9 @@ class TooLong : public StartFailure {
   using StartFailure::StartFailure;
 };
 
-// A path for people to read, in UTF-8.
-std::string PathText(const std::filesystem::path& path);
-
 // "Could not STEP for "PROGRAM": REASON", where the step names its file.
 inline std::string CannotStart(const StartPlan& plan, const std::string& step, const std::string& reason) {
-  return "Could not " + step + " for \"" + PathText(plan.program) + "\": " + reason;
+  return "Could not " + step + " for \"" + ToText(plan.program) + "\": " + reason;
 }
 
 }  // namespace torvan::java::detail

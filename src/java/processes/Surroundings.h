@@ -18,7 +18,7 @@ extern const char* const JavaProgramName;
 extern const NativeText::value_type PathListSeparator;
 
 // Checked UTF-8 as the system has it.
-NativeText ToNative(std::string_view text);
+inline NativeText ToNative(std::string_view text) { return ToPath(std::string(text)).native(); }
 
 // A system's error number in words, as UTF-8.
 std::string ReasonOf(unsigned long error);

@@ -51,7 +51,7 @@ WindowsHandle Open(const StartPlan& plan, const std::filesystem::path& file, boo
       file.c_str(), isInput ? GENERIC_READ : GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
       nullptr, isInput || file == L"NUL" ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!handle)
-    Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + PathText(file) + "\"");
+    Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
   return handle;
 }
 

@@ -21,7 +21,7 @@ constexpr std::size_t LongestLine = 32766;  // units, without the zero
 }
 
 [[noreturn]] void ThrowNotRun(const StartPlan& plan, DWORD error) {
-  const std::string text = "Could not run \"" + PathText(plan.program) + "\": " + ReasonOf(error);
+  const std::string text = "Could not run \"" + ToText(plan.program) + "\": " + ReasonOf(error);
   if (error == ERROR_FILENAME_EXCED_RANGE) throw TooLong("java/win32/Spawn", __LINE__, text);
   throw StartFailure("java/win32/Spawn", __LINE__, text);
 }
@@ -91,7 +91,7 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
   if (!plan.folder.empty()) {
     const DWORD attributes = GetFileAttributesW(plan.folder.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-      Throw(plan, "change to the folder \"" + PathText(plan.folder) + "\"", ERROR_DIRECTORY);
+      Throw(plan, "change to the folder \"" + ToText(plan.folder) + "\"", ERROR_DIRECTORY);
     }
   }
 

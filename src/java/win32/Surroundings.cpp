@@ -1,10 +1,9 @@
 #include "java/processes/Surroundings.h"
 
-#include <torvan/java/detail/Utf.h>
 #include <windows.h>
 
 #include <atomic>
-#include <cwchar>
+#include <memory>
 #include <system_error>
 
 #include "java/processes/Environment.h"
@@ -15,25 +14,12 @@ namespace torvan::java::detail {
 const char* const JavaProgramName = "java.exe";
 const NativeText::value_type PathListSeparator = L';';
 
-namespace {
-
-std::string FromWide(std::wstring_view text) { return ToUtf8(std::u16string(text.begin(), text.end())); }
-
-}  // namespace
-
-std::string PathText(const std::filesystem::path& path) { return FromWide(path.native()); }
-
-NativeText ToNative(std::string_view text) {
-  const std::u16string units = ToUtf16(text);
-  return NativeText(units.begin(), units.end());
-}
-
 std::string ReasonOf(unsigned long error) {
   wchar_t text[512];
   DWORD size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
                               static_cast<DWORD>(std::size(text)), nullptr);
   while (size > 0 && (text[size - 1] == L'\n' || text[size - 1] == L'\r' || text[size - 1] == L' ')) --size;
-  return size > 0 ? FromWide({text, size}) : "error " + std::to_string(error);
+  return size > 0 ? ToText(std::wstring(text, size)) : "error " + std::to_string(error);
 }
 
 unsigned long OwnProcessId() noexcept { return GetCurrentProcessId(); }
@@ -82,7 +68,7 @@ std::string ToArgumentFileBytes(const NativeText& argument) {
                                           static_cast<int>(bytes.size()), nullptr, lost);
   if (isLost != FALSE || (written == 0 && size > 0)) {
     throw Misuse("java/win32/Surroundings", __LINE__,
-                 "\"" + FromWide(argument) +
+                 "\"" + ToText(argument) +
                      "\" cannot be passed to java.exe, which reads its command line in code page " +
                      std::to_string(GetACP()) + ": pass it in a file, a variable or the input");
   }
@@ -118,7 +104,7 @@ TemporaryFile::TemporaryFile(const std::string& bytes) {
     DeleteFileW(m_path.c_str());
   }
   throw StartFailure("java/win32/Surroundings", __LINE__,
-                     "Could not write the argument file \"" + PathText(m_path) + "\": " + ReasonOf(error));
+                     "Could not write the argument file \"" + ToText(m_path) + "\": " + ReasonOf(error));
 }
 
 TemporaryFile::~TemporaryFile() { DeleteFileW(m_path.c_str()); }

@@ -4,7 +4,7 @@
 #include <mirel/base/IllegalArgumentException.h>
 
 #include "SameClass.h"
-#include "Text.h"
+#include "EmptyText.h"
 
 namespace torvan::jni::options {
 
@@ -14,10 +14,16 @@ using mirel::base::CIllegalArgumentException;
 using mirel::base::CObject;
 using mirel::base::CUnicodeString;
 
+namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jni/options/CustomOption", line, text, nullptr);
+}
+
+}  // namespace
+
 CCustomOption::CCustomOption(const RX::UniChar* value) {
-  if (IsEmpty(value)) {
-    throw CIllegalArgumentException("jni/options/CustomOption", At(42), "Invalid custom option value.", nullptr);
-  }
+  if (IsEmpty(value)) Fail(At(42), "Invalid custom option value.");
   m_value = value;
 }
 

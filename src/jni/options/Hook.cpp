@@ -7,7 +7,7 @@
 #include <torvan/jni/options/VfprintfHook.h>
 
 #include "SameClass.h"
-#include "Text.h"
+#include "EmptyText.h"
 
 namespace torvan::jni::options {
 
@@ -21,6 +21,10 @@ using RX::UniChar;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jni/options/Hook", line, text, nullptr);
+}
+
 // The rule of the hooks that compare their names; `function` is the member that holds a hook's function.
 template <class Hook, class Function>
 bool HaveSameNameAndFunction(const Hook& hook, const CObject* other, Function Hook::*function) {
@@ -31,7 +35,7 @@ bool HaveSameNameAndFunction(const Hook& hook, const CObject* other, Function Ho
 }  // namespace
 
 CHook::CHook(const UniChar* name) {
-  if (IsEmpty(name)) throw CIllegalArgumentException("jni/options/Hook", At(41), "Invalid hook name.", nullptr);
+  if (IsEmpty(name)) Fail(At(41), "Invalid hook name.");
   m_hookName = name;
 }
 
@@ -48,7 +52,7 @@ CUnicodeString CHook::GetOptionString() const { return m_hookName; }
 const UniChar* const CAbortHook::HookName = DefineConstantUTF16CharacterOrString(RX_TEXT("abort"));
 
 CAbortHook::CAbortHook(void (*hook)()) : CHook(HookName), m_hook(hook) {
-  if (hook == nullptr) throw CIllegalArgumentException("jni/options/Hook", At(95), "Invalid abort hook.", nullptr);
+  if (hook == nullptr) Fail(At(95), "Invalid abort hook.");
 }
 
 CAbortHook::CAbortHook(const CAbortHook& other) = default;
@@ -73,7 +77,7 @@ void* CAbortHook::GetExtraInfo() const { return reinterpret_cast<void*>(m_hook);
 const UniChar* const CExitHook::HookName = DefineConstantUTF16CharacterOrString(RX_TEXT("exit"));
 
 CExitHook::CExitHook(void (*hook)(int)) : CHook(HookName), m_hook(hook) {
-  if (hook == nullptr) throw CIllegalArgumentException("jni/options/Hook", At(174), "Invalid exit hook.", nullptr);
+  if (hook == nullptr) Fail(At(174), "Invalid exit hook.");
 }
 
 CExitHook::CExitHook(const CExitHook& other) = default;
@@ -93,7 +97,7 @@ void* CExitHook::GetExtraInfo() const { return reinterpret_cast<void*>(m_hook); 
 const UniChar* const CVfprintfHook::HookName = DefineConstantUTF16CharacterOrString(RX_TEXT("vfprintf"));
 
 CVfprintfHook::CVfprintfHook(int (*hook)(FILE*, const char*, va_list)) : CHook(HookName), m_hook(hook) {
-  if (hook == nullptr) throw CIllegalArgumentException("jni/options/Hook", At(253), "Invalid vfprintf hook.", nullptr);
+  if (hook == nullptr) Fail(At(253), "Invalid vfprintf hook.");
 }
 
 CVfprintfHook::CVfprintfHook(const CVfprintfHook& other) = default;

@@ -5,7 +5,7 @@
 #include <mirel/base/UnicodeStringBuffer.h>
 
 #include "SameClass.h"
-#include "Text.h"
+#include "EmptyText.h"
 
 namespace torvan::jni::options {
 
@@ -15,6 +15,14 @@ using mirel::base::CIllegalArgumentException;
 using mirel::base::CObject;
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
+
+namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jni/options/SystemProperty", line, text, nullptr);
+}
+
+}  // namespace
 
 #define TORVAN_PROPERTY(member, name) \
   const RX::UniChar* const CSystemProperty::member = RX::DefineConstantUTF16CharacterOrString(RX_TEXT(name))
@@ -51,20 +59,14 @@ TORVAN_PROPERTY(VmVersion,              "java.vm.version");
 #undef TORVAN_PROPERTY
 
 CSystemProperty::CSystemProperty(const RX::UniChar* name, const RX::UniChar* value) {
-  if (IsEmpty(name)) {
-    throw CIllegalArgumentException("jni/options/SystemProperty", At(94), "Invalid system property name.", nullptr);
-  }
-  if (IsEmpty(value)) {
-    throw CIllegalArgumentException("jni/options/SystemProperty", At(96), "Invalid system property value.", nullptr);
-  }
+  if (IsEmpty(name)) Fail(At(94), "Invalid system property name.");
+  if (IsEmpty(value)) Fail(At(96), "Invalid system property value.");
   m_name = name;
   m_value = value;
 }
 
 CSystemProperty::CSystemProperty(const RX::UniChar* name) {
-  if (IsEmpty(name)) {
-    throw CIllegalArgumentException("jni/options/SystemProperty", At(77), "Invalid system property name.", nullptr);
-  }
+  if (IsEmpty(name)) Fail(At(77), "Invalid system property name.");
   m_name = name;
 }
 

@@ -17,6 +17,10 @@ using mirel::base::CUnicodeStringBuffer;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jni/options/Verbose", line, text, nullptr);
+}
+
 constexpr unsigned int ClassLoading = 1;
 constexpr unsigned int GarbageCollection = 2;
 // Intentional: no flag asks for JNI reports alone; they come when both others are asked for.
@@ -25,9 +29,7 @@ constexpr unsigned int Jni = ClassLoading | GarbageCollection;
 }  // namespace
 
 CVerbose::CVerbose(unsigned int flags) : m_flags(flags) {
-  if ((m_flags & (ClassLoading | GarbageCollection)) == 0) {
-    throw CIllegalArgumentException("jni/options/Verbose", At(41), "Invalid verbose flags.", nullptr);
-  }
+  if ((m_flags & (ClassLoading | GarbageCollection)) == 0) Fail(At(41), "Invalid verbose flags.");
 }
 
 CVerbose::CVerbose(const CVerbose& other) = default;

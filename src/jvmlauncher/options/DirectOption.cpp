@@ -4,7 +4,7 @@
 #include <torvan/jvmlauncher/options/DirectOption.h>
 
 #include "SameClass.h"
-#include "Text.h"
+#include "EmptyText.h"
 #include "jvmlauncher/options/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
@@ -14,13 +14,18 @@ using mirel::base::CIllegalArgumentException;
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
 
+namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jvmlauncher/options/DirectOption", line, text, nullptr);
+}
+
+}  // namespace
+
 CDirectOption::CDirectOption() = default;
 
 CDirectOption::CDirectOption(const RX::UniChar* option) : m_option(option) {
-  if (IsEmpty(option)) {
-    throw CIllegalArgumentException("jvmlauncher/options/DirectOption", At(42), "Invalid direct java vm option.",
-                                    nullptr);
-  }
+  if (IsEmpty(option)) Fail(At(42), "Invalid direct java vm option.");
 }
 
 CDirectOption::CDirectOption(const CDirectOption& other) = default;

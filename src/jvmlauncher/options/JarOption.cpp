@@ -4,7 +4,7 @@
 #include <torvan/jvmlauncher/options/JarOption.h>
 
 #include "SameClass.h"
-#include "Text.h"
+#include "EmptyText.h"
 #include "jvmlauncher/options/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
@@ -14,17 +14,21 @@ using mirel::base::CIllegalArgumentException;
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
 
+namespace {
+
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jvmlauncher/options/JarOption", line, text, nullptr);
+}
+
+}  // namespace
+
 CJarOption::CJarOption(const RX::UniChar* path) : m_jarFilePath(path) {
-  if (IsEmpty(path)) {
-    throw CIllegalArgumentException("jvmlauncher/options/JarOption", At(47), "Invalid jar file path.", nullptr);
-  }
+  if (IsEmpty(path)) Fail(At(47), "Invalid jar file path.");
 }
 
 // Intentional: whether the location could be turned into a path is not asked; an empty path is what counts.
 CJarOption::CJarOption(const Place::Location& location) : m_jarFilePath(PathOf(location)) {
-  if (IsEmpty(m_jarFilePath)) {
-    throw CIllegalArgumentException("jvmlauncher/options/JarOption", At(67), "Invalid jar file path.", nullptr);
-  }
+  if (IsEmpty(m_jarFilePath)) Fail(At(67), "Invalid jar file path.");
 }
 
 CJarOption::CJarOption(const CJarOption& other) = default;

@@ -4,7 +4,7 @@
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
 #include "SameClass.h"
-#include "Text.h"
+#include "EmptyText.h"
 #include "jvmlauncher/options/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
@@ -16,6 +16,10 @@ using mirel::base::CUnicodeStringBuffer;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) {
+  throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", line, text, nullptr);
+}
+
 void AppendUpToValue(CUnicodeStringBuffer& text, const CUnicodeString& name) {
   text += RX_TEXT("-D");
   text += name;
@@ -25,43 +29,22 @@ void AppendUpToValue(CUnicodeStringBuffer& text, const CUnicodeString& name) {
 }  // namespace
 
 CSystemPropertyOption::CSystemPropertyOption(const RX::UniChar* name, const RX::UniChar* value) {
-  if (IsEmpty(name)) {
-    throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", At(81), "Invalid system property name.",
-                                    nullptr);
-  }
-  if (IsEmpty(value)) {
-    throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", At(83),
-                                    "Invalid system property value.", nullptr);
-  }
+  if (IsEmpty(name)) Fail(At(81), "Invalid system property name.");
+  if (IsEmpty(value)) Fail(At(83), "Invalid system property value.");
   m_propertyName = name;
   m_propertyValue = value;
-  if (HasSpace(m_propertyName)) {
-    throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", At(89), "Invalid system property name.",
-                                    nullptr);
-  }
+  if (HasSpace(m_propertyName)) Fail(At(89), "Invalid system property name.");
 }
 
 CSystemPropertyOption::CSystemPropertyOption(const RX::UniChar* name, const Place::Location& value) {
   RX::UniString path;
   // Intentional: a location that cannot be turned into a path is refused before the name is looked at.
-  if (value.ToPath(path) != 0) {
-    throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", At(106),
-                                    "Invalid system property value.", nullptr);
-  }
-  if (IsEmpty(name)) {
-    throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", At(109),
-                                    "Invalid system property name.", nullptr);
-  }
-  if (IsEmpty(path)) {
-    throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", At(111),
-                                    "Invalid system property value.", nullptr);
-  }
+  if (value.ToPath(path) != 0) Fail(At(106), "Invalid system property value.");
+  if (IsEmpty(name)) Fail(At(109), "Invalid system property name.");
+  if (IsEmpty(path)) Fail(At(111), "Invalid system property value.");
   m_propertyName = name;
   m_propertyValue = CUnicodeString(path);
-  if (HasSpace(m_propertyName)) {
-    throw CIllegalArgumentException("jvmlauncher/options/SystemPropertyOption", At(117),
-                                    "Invalid system property name.", nullptr);
-  }
+  if (HasSpace(m_propertyName)) Fail(At(117), "Invalid system property name.");
 }
 
 CSystemPropertyOption::CSystemPropertyOption(const CSystemPropertyOption& other) = default;

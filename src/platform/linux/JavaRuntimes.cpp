@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/linux/Text.h"
+#include "platform/linux/FileSystemText.h"
 
 namespace torvan::platform {
 
@@ -122,7 +122,7 @@ const JavaRuntime* ChooseCurrent(const JavaRuntimes& runtimes, bool firstIsPrefe
     const JavaRuntime& runtime = runtimes[i];
     if (kitsOnly && !runtime.isKit) continue;
     if (i == 0 && firstIsPreferred) return &runtime;
-    if (current == nullptr || CompareVersions(runtime.version, current->version) > 0) current = &runtime;
+    if (current == nullptr || CompareNumbersInTurn(runtime.version, current->version) > 0) current = &runtime;
   }
   return current;
 }
@@ -142,7 +142,7 @@ long long ReadNumber(const RX::UniChar*& text) {
 
 }  // namespace
 
-int CompareVersions(const RX::UniChar* left, const RX::UniChar* right) {
+int CompareNumbersInTurn(const RX::UniChar* left, const RX::UniChar* right) {
   for (;;) {
     const long long leftNumber = ReadNumber(left);
     const long long rightNumber = ReadNumber(right);

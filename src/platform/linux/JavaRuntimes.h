@@ -19,6 +19,6 @@ void AddJavaRuntimes(const char* javaHome, const char* folder, Registry& registr
 
 // Compares the numbers in two version texts in turn; the result is below, equal to or above 0. What stands between the
 // numbers does not count, and of texts that agree the one with fewer numbers is smaller.
-int CompareVersions(const RX::UniChar* left, const RX::UniChar* right);
+int CompareNumbersInTurn(const RX::UniChar* left, const RX::UniChar* right);
 
 }  // namespace torvan::platform

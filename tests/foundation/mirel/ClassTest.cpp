@@ -168,7 +168,7 @@ TEST(BaseTest, WhatAnotherLibraryMadeCanBeDeletedHere) {
 
 TEST(BaseTest, ExhaustionThrowsMemoryExceptionWithoutAMessageInEveryLibrary) {
   EXPECT_EQ(foundation_tests::FailEachAllocationOf(
-                "base/Base", [] { delete new PlainObject; }, [] {}),
+                "mirel/base/Base", [] { delete new PlainObject; }, [] {}),
             1);
   fakes::Allocations allocations;
   allocations.Fail(1);

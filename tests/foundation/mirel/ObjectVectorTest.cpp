@@ -76,7 +76,7 @@ TEST_F(ObjectVectorTest, RoomIsReservedAndGrowsByTheIncrement) {
 TEST_F(ObjectVectorTest, NullCannotBeAdded) {
   CObjectVector vector(1, 1);
   EXPECT_EQ(fakes::FailureOf([&] { vector.Add(nullptr); }),
-            fakes::Throws<CIllegalArgumentException>("util/ObjectVector", fakes::AnyLine, "Invalid object."));
+            fakes::Throws<CIllegalArgumentException>("mirel/util/ObjectVector", fakes::AnyLine, "Invalid object."));
   EXPECT_EQ(vector.GetSize(), 0u);
 }
 
@@ -129,7 +129,8 @@ TEST_F(ObjectVectorTest, RemovingWhatIsNotHeldIsRefused) {
   CObjectVector vector(5, 5);
   Fill(vector, {1});
   const Value two(2);
-  const fakes::Failure refused = fakes::Throws<CNoSuchElementException>("util/ObjectVector", fakes::AnyLine, nullptr);
+  const fakes::Failure refused =
+      fakes::Throws<CNoSuchElementException>("mirel/util/ObjectVector", fakes::AnyLine, nullptr);
   EXPECT_EQ(fakes::FailureOf([&] { vector.RemoveElement(&two); }), refused);
   EXPECT_EQ(fakes::FailureOf([&] { vector.RemoveElement(nullptr); }), refused);
   EXPECT_EQ(ValuesOf(vector), (std::vector<int>{1}));
@@ -176,7 +177,7 @@ TEST_F(ObjectVectorTest, AnObjectWithoutACloneStopsACopyAndLeavesTheTargetAsItWa
   CObjectVector target(5, 5);
   Fill(target, {7});
   const fakes::Failure refused =
-      fakes::Throws<CIllegalArgumentException>("util/ObjectVector", fakes::AnyLine, "Object without a clone.");
+      fakes::Throws<CIllegalArgumentException>("mirel/util/ObjectVector", fakes::AnyLine, "Object without a clone.");
   EXPECT_EQ(fakes::FailureOf([&] { CObjectVector copy(original); }), refused);
   EXPECT_EQ(fakes::FailureOf([&] { target = original; }), refused);
   EXPECT_EQ(ValuesOf(target), (std::vector<int>{7}));

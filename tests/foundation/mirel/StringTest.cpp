@@ -54,13 +54,13 @@ TEST(StringTest, ExhaustionThrowsAndKeepsWhatAnAssignmentWasToReplace) {
   const auto unchanged = [&] { EXPECT_STREQ(Bytes(text), "abc"); };
   using foundation_tests::FailEachAllocationOf;
   EXPECT_EQ(FailEachAllocationOf(
-                "base/String", [] { CString made("x"); }, unchanged),
+                "mirel/base/String", [] { CString made("x"); }, unchanged),
             1);
   EXPECT_EQ(FailEachAllocationOf(
-                "base/String", [&] { CString made(other); }, unchanged),
+                "mirel/base/String", [&] { CString made(other); }, unchanged),
             1);
   EXPECT_EQ(FailEachAllocationOf(
-                "base/String", [&] { text = other; }, unchanged),
+                "mirel/base/String", [&] { text = other; }, unchanged),
             1);
   EXPECT_STREQ(Bytes(text), "other");
 }

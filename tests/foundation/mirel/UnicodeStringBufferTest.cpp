@@ -113,7 +113,7 @@ TEST(UnicodeStringBufferTest, TruncationCutsAndNeverLengthens) {
 }
 
 TEST(UnicodeStringBufferTest, ExhaustionThrowsAndKeepsWhatWasAppended) {
-  const char* const file = "base/UnicodeStringBuffer";
+  const char* const file = "mirel/base/UnicodeStringBuffer";
   using foundation_tests::FailEachAllocationOf;
   EXPECT_EQ(FailEachAllocationOf(
                 file, [] { CUnicodeStringBuffer made(32); }, [] {}),
@@ -135,7 +135,7 @@ TEST(UnicodeStringBufferTest, ExhaustionThrowsAndKeepsWhatWasAppended) {
       EXPECT_EQ(buffer.GetLength(), 3u);
     };
     EXPECT_EQ(FailEachAllocationOf(
-                  "base/UnicodeString", [&] { buffer.ToString(); }, unchanged),
+                  "mirel/base/UnicodeString", [&] { buffer.ToString(); }, unchanged),
               1);
     EXPECT_EQ(FailEachAllocationOf(
                   file, [&] { row.append(buffer); }, unchanged),

@@ -175,7 +175,7 @@ TEST(UnicodeStringTest, JoiningGivesBothTextsAndNeverNull) {
 }
 
 TEST(UnicodeStringTest, ExhaustionThrowsAndKeepsTheText) {
-  const char* const file = "base/UnicodeString";
+  const char* const file = "mirel/base/UnicodeString";
   const CUnicodeString other(RX_TEXT("other"));
   CUnicodeString text(RX_TEXT("abc"));
   const auto unchanged = [&] { EXPECT_EQ(UnitsOf(text), Wide(RX_TEXT("abc"))); };

@@ -121,7 +121,7 @@ TEST(UnicodeStringUtf8Test, ABufferWithoutRoomIsNotWrittenTo) {
 TEST(UnicodeStringUtf8Test, ExhaustionThrowsAndTheBufferFormNeedsNoMemory) {
   const CUnicodeString text(RX_TEXT("a\u00e4"));
   EXPECT_EQ(foundation_tests::FailEachAllocationOf(
-                "base/UnicodeStringUtf8", [&] { text.ToUTF8(); }, [] {}),
+                "mirel/base/UnicodeStringUtf8", [&] { text.ToUTF8(); }, [] {}),
             1);
   fakes::Allocations allocations;
   char buffer[8];

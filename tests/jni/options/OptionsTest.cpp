@@ -145,7 +145,7 @@ TEST(OptionsTest, OptionThatCannotBeClonedIsRefused) {
   };
   COptions options;
   EXPECT_EQ(FailureOf([&] { options.AddOption(COnce()); }),
-            Throws<CIllegalArgumentException>("util/ObjectVector", fakes::AnyLine, "Invalid object."));
+            Throws<CIllegalArgumentException>("mirel/util/ObjectVector", fakes::AnyLine, "Invalid object."));
   EXPECT_EQ(options.GetOptionCount(), 0u);
 }
 

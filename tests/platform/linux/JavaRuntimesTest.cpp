@@ -160,7 +160,7 @@ TEST_F(JavaRuntimesTest, AJavaHomeThatIsNoRuntimeIsPassedOver) {
   EXPECT_EQ("17.0.9", Value(Runtimes, "CurrentVersion"));
 }
 
-TEST(CompareVersionsTest, NumbersAreComparedInTurn) {
+TEST(CompareNumbersInTurnTest, NumbersAreComparedInTurn) {
   struct Row {
     const RX::UniChar* left;
     const RX::UniChar* right;
@@ -182,8 +182,10 @@ TEST(CompareVersionsTest, NumbersAreComparedInTurn) {
       {u"0017", u"17", 0},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(row.expected, CompareVersions(row.left, row.right)) << Narrow(row.left) << " and " << Narrow(row.right);
-    EXPECT_EQ(-row.expected, CompareVersions(row.right, row.left)) << Narrow(row.right) << " and " << Narrow(row.left);
+    EXPECT_EQ(row.expected, CompareNumbersInTurn(row.left, row.right))
+        << Narrow(row.left) << " and " << Narrow(row.right);
+    EXPECT_EQ(-row.expected, CompareNumbersInTurn(row.right, row.left))
+        << Narrow(row.right) << " and " << Narrow(row.left);
   }
 }
 

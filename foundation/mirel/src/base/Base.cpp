@@ -6,7 +6,7 @@ namespace mirel::base {
 
 void* CBase::operator new(std::size_t size) {
   void* const block = RX_malloc(size);
-  if (block == nullptr) _ThrowMemoryException("base/Base", __LINE__);
+  if (block == nullptr) _ThrowMemoryException("mirel/base/Base", __LINE__);
   return block;
 }
 

@@ -10,7 +10,7 @@ char* CopyOf(const char* text) {
   if (text == nullptr) return nullptr;
   const std::size_t size = std::strlen(text) + 1;
   void* const copy = RX_malloc(size);
-  if (copy == nullptr) CBase::_ThrowMemoryException("base/String", __LINE__);
+  if (copy == nullptr) CBase::_ThrowMemoryException("mirel/base/String", __LINE__);
   return static_cast<char*>(std::memcpy(copy, text, size));
 }
 

@@ -12,7 +12,7 @@ constexpr TextPart Nothing = {nullptr, 0};
 }  // namespace
 
 CUnicodeString::CUnicodeString(const TextPart& first, const TextPart& second, const TextPart& third)
-    : m_text(AllocateUnits(first.length + second.length + third.length, "base/UnicodeString", __LINE__)),
+    : m_text(AllocateUnits(first.length + second.length + third.length, "mirel/base/UnicodeString", __LINE__)),
       m_length(static_cast<unsigned int>(first.length + second.length + third.length)) {
   *CopyUnits(CopyUnits(CopyUnits(m_text, first), second), third) = 0;
 }

@@ -5,7 +5,7 @@
 namespace mirel::base {
 
 CUnicodeStringBuffer::CUnicodeStringBuffer(unsigned int capacity)
-    : m_text(AllocateUnits(capacity, "base/UnicodeStringBuffer", __LINE__)), m_length(0), m_capacity(capacity) {}
+    : m_text(AllocateUnits(capacity, "mirel/base/UnicodeStringBuffer", __LINE__)), m_length(0), m_capacity(capacity) {}
 
 CUnicodeStringBuffer::~CUnicodeStringBuffer() { RX_free(m_text); }
 
@@ -29,7 +29,7 @@ void CUnicodeStringBuffer::Append(const TextPart& part) {
   if (needed > m_capacity) {
     const std::size_t doubled = std::size_t{m_capacity} * 2;
     const std::size_t capacity = needed > doubled ? needed : doubled;
-    RX::UniChar* const text = AllocateUnits(capacity, "base/UnicodeStringBuffer", __LINE__);
+    RX::UniChar* const text = AllocateUnits(capacity, "mirel/base/UnicodeStringBuffer", __LINE__);
     CopyUnits(text, {m_text, m_length});
     RX_free(m_text);
     m_text = text;

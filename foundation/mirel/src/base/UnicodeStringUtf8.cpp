@@ -70,7 +70,7 @@ CString CUnicodeString::ToUTF8() const {
   if (m_text == nullptr) return utf8;
   const std::size_t size = Encode({m_text, m_length}, nullptr, 0);
   utf8.m_text = static_cast<char*>(RX_malloc(size));
-  if (utf8.m_text == nullptr) _ThrowMemoryException("base/UnicodeStringUtf8", __LINE__);
+  if (utf8.m_text == nullptr) _ThrowMemoryException("mirel/base/UnicodeStringUtf8", __LINE__);
   Encode({m_text, m_length}, utf8.m_text, size);
   return utf8;
 }

@@ -6,7 +6,7 @@ namespace {
 base::CObject* CloneOf(const base::CObject& object) {
   base::CObject* const clone = object.Clone();
   if (clone == nullptr) {
-    throw base::CIllegalArgumentException("util/ObjectVector", __LINE__, "Object without a clone.", nullptr);
+    throw base::CIllegalArgumentException("mirel/util/ObjectVector", __LINE__, "Object without a clone.", nullptr);
   }
   return clone;
 }
@@ -42,7 +42,7 @@ CObjectVector& CObjectVector::operator=(const CObjectVector& other) {
 
 void CObjectVector::Add(base::CObject* object) {
   if (object == nullptr) {
-    throw base::CIllegalArgumentException("util/ObjectVector", __LINE__, "Invalid object.", nullptr);
+    throw base::CIllegalArgumentException("mirel/util/ObjectVector", __LINE__, "Invalid object.", nullptr);
   }
   try {
     m_objects.Add(object);
@@ -56,7 +56,7 @@ bool CObjectVector::Contains(const base::CObject* object) const { return IndexOf
 
 void CObjectVector::RemoveElement(const base::CObject* object) {
   const int index = IndexOf(object);
-  if (index < 0) throw CNoSuchElementException("util/ObjectVector", __LINE__, nullptr, nullptr);
+  if (index < 0) throw CNoSuchElementException("mirel/util/ObjectVector", __LINE__, nullptr, nullptr);
   base::CObject* const removed = m_objects[static_cast<unsigned int>(index)];
   m_objects.RemoveElementAt(static_cast<unsigned int>(index));
   delete removed;

@@ -1,4 +1,4 @@
-#include "platform/linux/Text.h"
+#include "platform/linux/FileSystemText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,85 @@
+#include "java/runtimes/Home.h"
+
+#include <utility>
+
+#include "java/PathText.h"
+#include "java/runtimes/BinaryHeader.h"
+#include "java/runtimes/Places.h"
+#include "java/runtimes/ReleaseFile.h"
+
+namespace torvan::java::detail {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* ReleaseName = "release";
+constexpr std::size_t MostOfRelease = 256 * 1024;  // real ones have up to 15 KB
+constexpr const char* VmKinds[] = {"server", "client", "j9vm", "zero", "minimal"};
+
+// Empty when there is none.
+fs::path FindLibrary(const Machine& machine, const fs::path& home) {
+  const Layout& layout = UsualLayout();
+  for (const char* folder : layout.libraryFolders) {
+    for (const char* kind : VmKinds) {
+      const fs::path library = home / folder / kind / layout.libraryName;
+      if (machine.IsFile(library)) return library;
+    }
+  }
+  return {};
+}
+
+// The two below fill in what they read, and return why there is no runtime; an empty text when there can be one.
+
+std::string ReadLibrary(const Machine& machine, const fs::path& library, std::string& cpuName) {
+  const Layout& layout = UsualLayout();
+  if (library.empty()) {
+    return "has no VM library such as " + ToText(fs::path(layout.libraryFolders[0]) / VmKinds[0] / layout.libraryName);
+  }
+  const std::optional<std::string> head = machine.ReadFront(library, HeaderBytes);
+  if (!head) return "its VM library cannot be read: " + ToText(library);
+  const std::optional<std::string> cpu = layout.cpuOf(*head);
+  if (!cpu) return "its VM library is no " + std::string(layout.format) + " library: " + ToText(library);
+  if (*cpu != OwnCpu) return "its VM library is for " + *cpu + ", and this program for " + OwnCpu;
+  cpuName = *cpu;
+  return {};
+}
+
+std::string ReadReleaseOf(const Machine& machine, const fs::path& home, Release& release) {
+  if (!machine.IsFile(home / ReleaseName)) return "has no release file, which would tell the version";
+  const std::optional<std::string> text = machine.ReadFront(home / ReleaseName, MostOfRelease);
+  if (!text) return "its release file cannot be read";
+  release = ReadRelease(*text);
+  if (release.versionText.empty()) return "its release file tells no version";
+  if (!release.version) return "its release file tells \"" + release.versionText + "\", which is not a version of Java";
+  return {};
+}
+
+}  // namespace
+
+fs::path HomeOf(const Machine& machine, const fs::path& folder) {
+  if (ToText(folder.filename()) != "jre") return folder;
+  const fs::path outer = folder.parent_path();
+  const bool isKit = machine.IsFile(outer / ReleaseName) || machine.IsFile(outer / UsualLayout().compiler);
+  return isKit ? outer : folder;
+}
+
+HomeReading ReadHome(const Machine& machine, const fs::path& home, const std::string& foundIn) {
+  fs::path library = FindLibrary(machine, home);
+  fs::path java = home / UsualLayout().java;
+  const bool hasJava = machine.IsFile(java);
+  HomeReading reading{{}, {}, hasJava, !library.empty() || machine.IsFile(home / ReleaseName)};
+
+  std::string cpu;
+  Release release;
+  reading.reason = ReadLibrary(machine, library, cpu);
+  if (reading.reason.empty()) reading.reason = ReadReleaseOf(machine, home, release);
+  if (!reading.reason.empty()) return reading;
+
+  if (!hasJava) java.clear();
+  const bool isJdk = machine.IsFile(home / UsualLayout().compiler);
+  reading.runtime.emplace(RuntimeFacts{home, *std::move(release.version), std::move(release.vendor), std::move(cpu),
+                                       isJdk, std::move(library), std::move(java), foundIn});
+  return reading;
+}
+
+}  // namespace torvan::java::detail

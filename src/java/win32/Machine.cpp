@@ -1,0 +1,196 @@
+#include "java/runtimes/Machine.h"
+
+#define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "java/PathText.h"
+
+namespace torvan::java::detail {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t LongestName = 32767;  // of an environment variable's value and of a path, by the system
+
+std::wstring Wide(const std::string& text) { return ToPath(text).wstring(); }
+std::string Narrow(const std::wstring& units) { return ToText(fs::path(units)); }
+
+struct CloseHandleOf {
+  void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using Handle = std::unique_ptr<void, CloseHandleOf>;
+
+struct EndSearch {
+  void operator()(HANDLE search) const { FindClose(search); }
+};
+using FileSearch = std::unique_ptr<void, EndSearch>;
+
+struct CloseKeyOf {
+  void operator()(HKEY key) const { RegCloseKey(key); }
+};
+using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKeyOf>;
+
+template <typename Owner>
+Owner Owned(HANDLE handle) {
+  return Owner(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+// Such a path may be longer than MAX_PATH. Relative ones go below the current folder.
+std::wstring ForSystem(const fs::path& path) {
+  const std::wstring given = path.wstring();
+  const DWORD room = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
+  std::wstring full(room, L'\0');
+  full.resize(GetFullPathNameW(given.c_str(), room, full.data(), nullptr));
+  if (full.size() < 2 || full.substr(0, 4) == L"\\\\?\\" || full.substr(0, 4) == L"\\\\.\\") return full;
+  return full.substr(0, 2) == L"\\\\" ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
+}
+
+// The other way round: as people write it.
+std::wstring WithoutPrefix(const std::wstring& path) {
+  constexpr std::size_t PrefixLength = 4;
+  if (path.substr(0, 8) == L"\\\\?\\UNC\\") return L'\\' + path.substr(7);
+  return path.substr(0, PrefixLength) == L"\\\\?\\" ? path.substr(PrefixLength) : path;
+}
+
+// Links are followed.
+Handle Open(const fs::path& path, DWORD access) {
+  return Owned<Handle>(CreateFileW(ForSystem(path).c_str(), access,
+                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
+std::string LastReason() {
+  const DWORD error = GetLastError();
+  wchar_t text[512];
+  DWORD size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
+                              static_cast<DWORD>(std::size(text)), nullptr);
+  while (size > 0 && (text[size - 1] <= L' ' || text[size - 1] == L'.')) --size;
+  if (size == 0) return "system error " + std::to_string(error);
+  return Narrow(std::wstring(text, size));
+}
+
+bool HasType(const fs::path& path, bool isFolder) {
+  const DWORD found = GetFileAttributesW(ForSystem(path).c_str());
+  if (found == INVALID_FILE_ATTRIBUTES) return false;
+  if ((found & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return ((found & FILE_ATTRIBUTE_DIRECTORY) != 0) == isFolder;
+  const Handle opened = Open(path, 0);
+  BY_HANDLE_FILE_INFORMATION file{};
+  return opened != nullptr && GetFileInformationByHandle(opened.get(), &file) &&
+         ((file.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) == isFolder;
+}
+
+// "HKLM\SOFTWARE\JavaSoft" is its root and the rest.
+Key OpenKey(const std::string& key) {
+  const std::size_t end = std::min(key.find('\\'), key.size());
+  const HKEY root = key.substr(0, end) == "HKLM" ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+  HKEY opened = nullptr;
+  // The view of 64-bit programs, whose WOW6432Node is that of the others.
+  if (RegOpenKeyExW(root, Wide(key.substr(std::min(end + 1, key.size()))).c_str(), 0, KEY_READ | KEY_WOW64_64KEY,
+                    &opened) != ERROR_SUCCESS) {
+    return nullptr;
+  }
+  return Key(opened);
+}
+
+class WindowsMachine final : public Machine {
+ public:
+  std::string Root() const override { return {}; }
+
+  std::optional<std::string> Variable(const std::string& name) const override {
+    std::wstring value(LongestName, L'\0');
+    const DWORD size = GetEnvironmentVariableW(Wide(name).c_str(), value.data(), static_cast<DWORD>(value.size()));
+    if (size == 0 || size >= value.size()) return std::nullopt;
+    value.resize(size);
+    return Narrow(value);
+  }
+
+  Location Locate(const fs::path& path) const override {
+    const Handle opened = Open(path, 0);
+    if (opened == nullptr) return {{}, LastReason()};
+    std::wstring real(LongestName, L'\0');
+    const DWORD size = GetFinalPathNameByHandleW(opened.get(), real.data(), static_cast<DWORD>(real.size()), 0);
+    // Some file systems do not tell it, those of RAM disks among them. Links stay in the path then.
+    if (size == 0 || size >= real.size()) return {fs::path(WithoutPrefix(ForSystem(path))), {}};
+    real.resize(size);
+    return {fs::path(WithoutPrefix(real)), {}};
+  }
+
+  bool IsFolder(const fs::path& path) const override { return HasType(path, true); }
+  bool IsFile(const fs::path& path) const override { return HasType(path, false); }
+  bool IsProgram(const fs::path& path) const override { return IsFile(path); }
+
+  std::vector<std::string> FoldersIn(const fs::path& folder) const override {
+    std::vector<std::string> names;
+    WIN32_FIND_DATAW entry;
+    const FileSearch search = Owned<FileSearch>(FindFirstFileW((ForSystem(folder) + L"\\*").c_str(), &entry));
+    if (search == nullptr) return names;
+    do {
+      const std::string name = Narrow(entry.cFileName);
+      if (name != "." && name != ".." && IsFolder(folder / fs::path(entry.cFileName))) names.push_back(name);
+    } while (FindNextFileW(search.get(), &entry));
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  std::optional<std::string> ReadFront(const fs::path& file, std::size_t bytes) const override {
+    if (!IsFile(file)) return std::nullopt;
+    const Handle opened = Open(file, GENERIC_READ);
+    if (opened == nullptr || GetFileType(opened.get()) != FILE_TYPE_DISK) return std::nullopt;
+    std::string front(bytes, '\0');
+    std::size_t size = 0;
+    while (size < bytes) {
+      DWORD count = 0;
+      if (!ReadFile(opened.get(), front.data() + size, static_cast<DWORD>(bytes - size), &count, nullptr)) {
+        return std::nullopt;
+      }
+      if (count == 0) break;
+      size += count;
+    }
+    front.resize(size);
+    return front;
+  }
+
+  std::vector<std::string> KeysIn(const std::string& key) const override {
+    std::vector<std::string> names;
+    const Key opened = OpenKey(key);
+    if (opened == nullptr) return names;
+    wchar_t name[256];  // the longest that there are
+    for (DWORD i = 0;; ++i) {
+      DWORD length = static_cast<DWORD>(std::size(name));
+      if (RegEnumKeyExW(opened.get(), i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
+      names.push_back(Narrow(std::wstring(name, length)));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  std::optional<std::string> RegisteredText(const std::string& key, const std::string& value) const override {
+    const Key opened = OpenKey(key);
+    if (opened == nullptr) return std::nullopt;
+    // Also one that holds variables: those are expanded. What is longer than a path can be is none.
+    std::wstring text(LongestName, L'\0');
+    DWORD bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    if (RegGetValueW(opened.get(), nullptr, Wide(value).c_str(), RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=
+        ERROR_SUCCESS) {
+      return std::nullopt;
+    }
+    text.resize(std::min(text.find(L'\0'), text.size()));
+    return Narrow(text);
+  }
+};
+
+}  // namespace
+
+const Machine& ThisMachine() {
+  static const WindowsMachine s_machine;
+  return s_machine;
+}
+
+}  // namespace torvan::java::detail

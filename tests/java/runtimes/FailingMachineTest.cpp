@@ -1,0 +1,113 @@
+// A system that refuses to answer, at each step of a search.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "java/runtimes/Home.h"
+#include "java/runtimes/MadeUpMachine.h"
+
+namespace torvan::java::detail {
+namespace {
+
+constexpr int Never = -1;
+
+// Answers one question as a system does that refuses to.
+class FailingMachine : public MadeUpMachine {
+ public:
+  std::optional<std::string> Variable(const std::string& name) const override {
+    return Fails() ? std::nullopt : MadeUpMachine::Variable(name);
+  }
+  Location Locate(const std::filesystem::path& path) const override {
+    return Fails() ? Location{{}, "Input/output error"} : MadeUpMachine::Locate(path);
+  }
+  bool IsFolder(const std::filesystem::path& path) const override { return !Fails() && MadeUpMachine::IsFolder(path); }
+  bool IsFile(const std::filesystem::path& path) const override { return !Fails() && MadeUpMachine::IsFile(path); }
+  bool IsProgram(const std::filesystem::path& path) const override {
+    return !Fails() && MadeUpMachine::IsProgram(path);
+  }
+  std::vector<std::string> FoldersIn(const std::filesystem::path& folder) const override {
+    return Fails() ? std::vector<std::string>() : MadeUpMachine::FoldersIn(folder);
+  }
+  std::optional<std::string> ReadFront(const std::filesystem::path& file, std::size_t bytes) const override {
+    return Fails() ? std::nullopt : MadeUpMachine::ReadFront(file, bytes);
+  }
+
+  mutable int questionsLeft = Never;
+  mutable bool hasFailed = false;
+
+ private:
+  bool Fails() const {
+    if (questionsLeft == Never || questionsLeft-- != 0) return false;
+    hasFailed = true;
+    return true;
+  }
+};
+
+class FailingMachineTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_homes = {machine.AddRuntime("home", "11"), machine.AddRuntime("user/.jdks/a", "17"),
+               machine.AddRuntime("user/.jdks/b", "21"), machine.AddRuntime("path", "25")};
+    machine.Set("JAVA_HOME", m_homes[0]);
+    machine.Set("HOME", machine.Path("user"));
+    machine.Set("USERPROFILE", machine.Path("user"));
+    machine.Set("PATH", machine.Path("path/bin"));
+  }
+
+  // What is found is whole, what is refused says why, and nothing else is told.
+  void ExpectSense(const Runtimes& runtimes) const {
+    std::size_t ours = 0;
+    for (const Runtime& runtime : runtimes.found) {
+      for (const std::string& home : m_homes) ours += ToText(runtime.Home()) == home ? 1u : 0u;
+      EXPECT_EQ(runtime.Cpu(), "x86_64");
+      EXPECT_EQ(runtime.Vendor(), "Maker");
+      EXPECT_FALSE(runtime.Library().empty());
+      EXPECT_FALSE(runtime.FoundIn().empty());
+    }
+    EXPECT_EQ(ours, runtimes.found.size());
+    EXPECT_GE(runtimes.found.size() + 2, m_homes.size());  // two of them are in one folder
+    for (const RefusedRuntime& refused : runtimes.refused) {
+      EXPECT_FALSE(refused.Reason().empty());
+      EXPECT_FALSE(refused.Home().empty());
+      EXPECT_FALSE(refused.FoundIn().empty());
+    }
+  }
+
+  FailingMachine machine;
+
+ private:
+  std::vector<std::string> m_homes;
+};
+
+TEST_F(FailingMachineTest, EachQuestionMayGoUnanswered) {
+  int steps = 0;
+  for (;; ++steps) {
+    machine.questionsLeft = steps;
+    machine.hasFailed = false;
+    ExpectSense(SearchOf(machine));
+    if (HasFailure()) FAIL() << "at question " << steps;
+    if (!machine.hasFailed) break;
+  }
+  EXPECT_GT(steps, 50);
+}
+
+TEST_F(FailingMachineTest, FilesThatCannotBeReadAreTheReason) {
+  const std::string home = machine.Path("home");
+  std::vector<std::string> reasons;
+  for (machine.questionsLeft = 0;; ++machine.questionsLeft) {
+    const int step = machine.questionsLeft;
+    machine.hasFailed = false;
+    const HomeReading reading = ReadHome(machine, ToPath(home), "place");
+    if (!machine.hasFailed) break;
+    if (!reading.runtime) reasons.push_back(reading.reason);
+    machine.questionsLeft = step;
+  }
+  EXPECT_EQ(reasons.size(), 4u);
+  EXPECT_NE(std::find(reasons.begin(), reasons.end(),
+                      "its VM library cannot be read: " + machine.Path(std::string("home/") + LibraryFile)),
+            reasons.end());
+  EXPECT_NE(std::find(reasons.begin(), reasons.end(), "its release file cannot be read"), reasons.end());
+}
+
+}  // namespace
+}  // namespace torvan::java::detail

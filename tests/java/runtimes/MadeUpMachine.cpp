@@ -1,0 +1,47 @@
+#include "java/runtimes/MadeUpMachine.h"
+
+#include <filesystem>
+
+namespace torvan::java::detail {
+
+void MadeUpMachine::AddProgram(const std::string& name) {
+  const std::string path = AddFile(name, "#!/bin/sh\necho executed >&2\nexit 1\n");
+#ifndef _WIN32
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+#endif
+}
+
+std::string MadeUpMachine::AddRuntime(const std::string& home, const std::string& version, bool isJdk) {
+  AddFile(home + "/release", "IMPLEMENTOR=\"Maker\"\nJAVA_VERSION=\"" + version + "\"\n");
+  AddFile(home + "/" + LibraryFile, LibraryFor(OwnMachine));
+  AddProgram(home + "/" + JavaFile);
+  if (isJdk) AddProgram(home + "/" + CompilerFile);
+  return Path(home);
+}
+
+#ifndef _WIN32
+void MadeUpMachine::Link(const std::string& name, const std::string& target) {
+  const std::filesystem::path path = Path(name);
+  std::filesystem::create_directories(path.parent_path());
+  std::filesystem::create_symlink(target, path);
+}
+#endif
+
+std::optional<std::string> MadeUpMachine::Variable(const std::string& name) const {
+  const auto found = m_variables.find(name);
+  if (found == m_variables.end()) return std::nullopt;
+  return found->second;
+}
+
+std::vector<std::string> Lines(const Runtimes& runtimes) {
+  std::vector<std::string> lines;
+  for (const Runtime& runtime : runtimes.found) {
+    lines.push_back(ToText(runtime.Home()) + " " + runtime.Version().ToString() + " " + runtime.FoundIn());
+  }
+  for (const RefusedRuntime& refused : runtimes.refused) {
+    lines.push_back(ToText(refused.Home()) + ": " + refused.Reason() + " (" + refused.FoundIn() + ")");
+  }
+  return lines;
+}
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,94 @@
+#include "java/runtimes/ReleaseFile.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "java/runtimes/RealReleases.h"
+
+namespace torvan::java::detail {
+namespace {
+
+std::string VersionIn(const std::string& file) {
+  const Release release = ReadRelease(file);
+  return release.version ? release.version->ToString() : "none";
+}
+
+class RealReleaseTest : public ::testing::TestWithParam<RealRelease> {};
+
+INSTANTIATE_TEST_SUITE_P(Files, RealReleaseTest, ::testing::ValuesIn(RealReleases));
+
+TEST_P(RealReleaseTest, TellsVersionAndVendor) {
+  const RealRelease& row = GetParam();
+  const Release release = ReadRelease(row.File());
+  ASSERT_TRUE(release.version);
+  EXPECT_EQ(release.version->ToString(), row.expected);
+  EXPECT_EQ(release.version->Feature(), row.feature);
+  EXPECT_EQ(release.vendor, row.implementor == nullptr ? "" : row.implementor);
+  EXPECT_EQ(release.versionText, row.version);
+}
+
+TEST(ReleaseFileTest, AnEmptyFileTellsNothing) {
+  for (const char* file : {"", "\n", "\r\n\r\n", "=", "JAVA_VERSION", "JAVA_VERSION=", "JAVA_VERSION=\"\""}) {
+    const Release release = ReadRelease(file);
+    EXPECT_EQ(release.version, std::nullopt) << file;
+    EXPECT_EQ(release.versionText, "") << file;
+    EXPECT_EQ(release.vendor, "") << file;
+  }
+}
+
+TEST(ReleaseFileTest, ValuesMayBeWrittenInSeveralWays) {
+  for (const char* file : {"JAVA_VERSION=\"17\"", "JAVA_VERSION=17", "JAVA_VERSION='17'", "JAVA_VERSION=\"17\"\r\n",
+                           "  JAVA_VERSION = \"17\"  \n", "\xEF\xBB\xBFJAVA_VERSION=\"17\"\n",
+                           "X=1\n\n# no key\nJAVA_VERSION=\"17\"\nY=2", "JAVA_VERSION=\"11\"\nJAVA_VERSION=\"17\""}) {
+    EXPECT_EQ(VersionIn(file), "17") << file;
+  }
+}
+
+TEST(ReleaseFileTest, OtherKeysAreOthers) {
+  EXPECT_EQ(VersionIn("JAVA_VERSION_DATE=\"2021-01-01\"\n"), "none");
+  EXPECT_EQ(VersionIn("XJAVA_VERSION=\"17\"\n"), "none");
+  EXPECT_EQ(VersionIn("java_version=\"17\"\n"), "none");
+  EXPECT_EQ(VersionIn("MODULES=\"JAVA_VERSION=17\"\n"), "none");
+}
+
+TEST(ReleaseFileTest, HalfAPairOfQuotesIsPartOfTheValue) {
+  EXPECT_EQ(VersionIn("JAVA_VERSION=\"17\n"), "none");
+  EXPECT_EQ(VersionIn("JAVA_VERSION=17\"\n"), "none");
+  EXPECT_EQ(VersionIn("JAVA_VERSION=\"\n"), "none");
+}
+
+TEST(ReleaseFileTest, TheVersionOfTheRuntimeCountsWhenTheNumbersAreTheSame) {
+  EXPECT_EQ(VersionIn("JAVA_VERSION=\"25\"\nJAVA_RUNTIME_VERSION=\"25-ea+12\"\n"), "25-ea+12");
+  EXPECT_EQ(VersionIn("JAVA_RUNTIME_VERSION=\"17.0.9+9\"\nJAVA_VERSION=\"17.0.9\"\n"), "17.0.9+9");
+  EXPECT_EQ(VersionIn("JAVA_VERSION=\"8.0.391\"\nJAVA_RUNTIME_VERSION=\"1.8.0_391-b13\"\n"), "1.8.0_391-b13");
+  EXPECT_EQ(VersionIn("JAVA_VERSION=\"17.0.9\"\nJAVA_RUNTIME_VERSION=\"17.0.10+1\"\n"), "17.0.9");
+  EXPECT_EQ(VersionIn("JAVA_VERSION=\"17.0.9\"\nJAVA_RUNTIME_VERSION=\"pxa6480sr7fp20 (SR7)\"\n"), "17.0.9");
+  EXPECT_EQ(VersionIn("JAVA_RUNTIME_VERSION=\"17.0.9+9\"\n"), "17.0.9+9");
+  EXPECT_EQ(VersionIn("JAVA_VERSION=\"x\"\nJAVA_RUNTIME_VERSION=\"17.0.9+9\"\n"), "17.0.9+9");
+}
+
+TEST(ReleaseFileTest, AVersionThatIsNoneOfJavaIsToldAsText) {
+  const Release release = ReadRelease("JAVA_VERSION=\"seventeen\"\n");
+  EXPECT_EQ(release.version, std::nullopt);
+  EXPECT_EQ(release.versionText, "seventeen");
+}
+
+TEST(ReleaseFileTest, TextsAreFitToBeShown) {
+  const auto vendorOf = [](const std::string& vendor) {
+    return ReadRelease("IMPLEMENTOR=\"" + vendor + "\"\n").vendor;
+  };
+  EXPECT_EQ(vendorOf("Soci\u00E9t\u00E9 \u4E2D \U0001F600"), "Soci\u00E9t\u00E9 \u4E2D \U0001F600");
+  EXPECT_EQ(vendorOf("\x1B[31mred\x07\x7F\t!"), "[31mred!");
+  EXPECT_EQ(vendorOf("\u0085a\u009Fb"), "ab");  // control characters beyond ASCII
+  EXPECT_EQ(vendorOf(std::string("a\0b", 3)), "ab");
+  EXPECT_EQ(vendorOf("Soci\xE9t\xE9"), "Soci?t?");
+  EXPECT_EQ(vendorOf("\xC0\xAF|\xE0\x80\xAF|\xF0\x80\x80\xAF"), "??|???|????");            // overlong
+  EXPECT_EQ(vendorOf("\xED\xA0\x80|\xF4\x90\x80\x80|\xF5\x80\x80\x80"), "???|????|????");  // no characters
+  EXPECT_EQ(vendorOf("\xE4\xB8"), "??");                                                   // cut off
+  EXPECT_EQ(vendorOf(std::string(10000, 'x')), std::string(200, 'x'));
+  EXPECT_EQ(ReadRelease("JAVA_VERSION=\"" + std::string(10000, 'x') + "\"").versionText, std::string(200, 'x'));
+}
+
+}  // namespace
+}  // namespace torvan::java::detail
