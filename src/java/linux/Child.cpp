@@ -29,6 +29,12 @@ constexpr std::size_t PieceSize = 64 * 1024;
   throw StartFailure("java/linux/Child", __LINE__, CannotStart(plan, step, reason));
 }
 
+[[noreturn]] void ThrowBroken(const char* what, pid_t id) {
+  const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
+  throw Failure("java/linux/Child", __LINE__,
+                "Could not " + std::string(what) + " of process " + std::to_string(id) + ": " + reason);
+}
+
 struct Pair {
   Descriptor ours;
   Descriptor childs;
@@ -202,7 +208,8 @@ std::string_view Child::Read(Stream stream) {
     size = read(pipe.Number(), m_parts->pieces[i], PieceSize);
   } while (size < 0 && errno == EINTR);
   if (size > 0) return {m_parts->pieces[i], static_cast<std::size_t>(size)};
-  if (size == 0 || errno != EAGAIN) pipe.Close();
+  if (size < 0 && errno != EAGAIN) ThrowBroken("read the output", m_parts->spawned.id);
+  if (size == 0) pipe.Close();
   return {};
 }
 
@@ -212,7 +219,8 @@ std::optional<std::size_t> Child::Write(std::string_view text) {
   m_parts->inputIsReady = false;
   const ssize_t size = send(m_parts->ours[0].Number(), text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
   if (size >= 0) return static_cast<std::size_t>(size);
-  if (errno == EAGAIN || errno == EINTR || errno == ENOBUFS) return 0;
+  if (errno == EAGAIN || errno == EINTR || errno == ENOBUFS || errno == ENOMEM) return 0;
+  if (errno != EPIPE && errno != ECONNRESET) ThrowBroken("write the input", m_parts->spawned.id);
   return std::nullopt;
 }
 
