@@ -13,6 +13,10 @@
 #include "java/linux/SignalsBlocked.h"
 #include "java/processes/Surroundings.h"
 
+// The C library's own name for clone(): in its place sanitizers have one that takes a child in the same memory for a
+// fork.
+extern "C" int __clone(int (*function)(void*), void* stack, int flags, void* argument, ...);
+
 namespace torvan::java::detail {
 
 namespace {
@@ -120,7 +124,7 @@ TORVAN_IN_CHILD int Become(void* argument) {
 // Ends at once and leaves its own child to the system.
 TORVAN_IN_CHILD int BecomeParent(void* argument) {
   Birth& birth = *static_cast<Birth*>(argument);
-  birth.id = clone(Become, birth.stackOfSecond, CLONE_VM | CLONE_VFORK | SIGCHLD, argument);
+  birth.id = __clone(Become, birth.stackOfSecond, CLONE_VM | CLONE_VFORK | SIGCHLD, argument);
   return birth.id < 0 ? Fail(birth, Step::Clone) : 0;
 }
 
@@ -177,7 +181,7 @@ Spawned Spawn(const StartPlan& plan, const Descriptor (&standard)[StreamCount], 
     const SignalsBlocked blocked;
     // No signal is named that tells of its end: the system takes SIGCHLD once it has become another program.
     constexpr int Flags = CLONE_VM | CLONE_VFORK | ClonePidfd;
-    spawned.id = clone(apart ? BecomeParent : Become, top(2 * StackSize), Flags, &birth, &process);
+    spawned.id = __clone(apart ? BecomeParent : Become, top(2 * StackSize), Flags, &birth, &process);
     if (spawned.id < 0) Fail(birth, Step::Clone);
   }
   spawned.process = Descriptor(spawned.id < 0 ? -1 : process);

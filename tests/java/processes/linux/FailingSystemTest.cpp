@@ -73,10 +73,10 @@ long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f)
   return Fails() ? -1 : __real_syscall(number, a, b, c, d, e, f);
 }
 
-int __real_clone(int (*function)(void*), void* stack, int flags, void* argument, int* process);
-int __wrap_clone(int (*function)(void*), void* stack, int flags, void* argument, int* process);
-int __wrap_clone(int (*function)(void*), void* stack, int flags, void* argument, int* process) {
-  return Fails() ? -1 : __real_clone(function, stack, flags, argument, process);
+int __real___clone(int (*function)(void*), void* stack, int flags, void* argument, int* process);
+int __wrap___clone(int (*function)(void*), void* stack, int flags, void* argument, int* process);
+int __wrap___clone(int (*function)(void*), void* stack, int flags, void* argument, int* process) {
+  return Fails() ? -1 : __real___clone(function, stack, flags, argument, process);
 }
 
 // Threads are made by the C++ library.
