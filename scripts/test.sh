@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Builds the library and runs all its tests: test.sh [linux|linux-asan|windows-mingw|windows-msvc-abi]...; without a
-# target all but linux-asan.
+# Builds the library and runs all its tests: test.sh [linux|linux-asan|linux-fuzz|windows-mingw|windows-msvc-abi]...;
+# without a target all but linux-asan.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(linux windows-mingw windows-msvc-abi)
+[ ${#targets[@]} -gt 0 ] || targets=(linux linux-fuzz windows-mingw windows-msvc-abi)
 
 fail() {
   echo "test.sh: $*" >&2
