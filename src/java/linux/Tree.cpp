@@ -79,7 +79,7 @@ std::vector<Entry> Tree(pid_t leader, std::vector<pid_t>& ids) {
            (entry.session == leader || std::find(ids.begin(), ids.end(), entry.parent) != ids.end());
   };
   for (bool found = true; found;) {
-    const auto rest = std::stable_partition(all.begin(), all.end(), isOfTree);
+    const auto rest = std::partition(all.begin(), all.end(), isOfTree);
     found = rest != all.begin();
     for (auto entry = all.begin(); entry != rest; ++entry) ids.push_back(entry->id);
     tree.insert(tree.end(), all.begin(), rest);

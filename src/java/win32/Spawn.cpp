@@ -28,7 +28,7 @@ constexpr std::size_t LongestLine = 32766;  // units, without the zero
 
 std::wstring LineOf(const StartPlan& plan) {
   std::wstring line;
-  AppendQuoted(line, plan.program.native());
+  AppendQuoted(line, std::wstring(plan.program.native()));
   for (const std::wstring& argument : plan.arguments) {
     ToArgumentFileBytes(argument);  // java.exe reads its line in the same code page
     AppendQuoted(line, argument);
@@ -88,8 +88,10 @@ bool IsConsole(HANDLE handle) {
 Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount], HANDLE job) {
   const std::wstring line = LineOf(plan);
   std::wstring block = BlockOf(plan.environment);
-  if (!plan.folder.empty()) {
-    const DWORD attributes = GetFileAttributesW(plan.folder.c_str());
+  const std::wstring program = plan.program.native();
+  const std::wstring folder = plan.folder.native();
+  if (!folder.empty()) {
+    const DWORD attributes = GetFileAttributesW(folder.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
       Throw(plan, "change to the folder \"" + ToText(plan.folder) + "\"", ERROR_DIRECTORY);
     }
@@ -116,8 +118,8 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
   PROCESS_INFORMATION process{};
   const auto create = [&](DWORD more) {
     std::wstring ownLine = line;  // the system may write into it
-    return CreateProcessW(plan.program.c_str(), ownLine.data(), nullptr, nullptr, TRUE, flags | more, block.data(),
-                          plan.folder.empty() ? nullptr : plan.folder.c_str(), &start.StartupInfo, &process) != FALSE;
+    return CreateProcessW(program.c_str(), ownLine.data(), nullptr, nullptr, TRUE, flags | more, block.data(),
+                          folder.empty() ? nullptr : folder.c_str(), &start.StartupInfo, &process) != FALSE;
   };
   // Other starts of this process must not inherit them: they can be inherited for this moment only.
   for (HANDLE handle : handles) SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);

@@ -92,7 +92,7 @@ TemporaryFile::TemporaryFile(const std::string& bytes) {
   m_path = std::wstring(folder, size) + L"java-arguments-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
            std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++s_count);
   WindowsHandle file(
-      CreateFileW(m_path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr));
+      CreateFileW(m_path.native().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr));
   DWORD written = 0;
   if (file && WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE &&
       written == bytes.size()) {
@@ -101,12 +101,12 @@ TemporaryFile::TemporaryFile(const std::string& bytes) {
   const DWORD error = GetLastError();
   if (file) {
     file.Close();
-    DeleteFileW(m_path.c_str());
+    DeleteFileW(m_path.native().c_str());
   }
   throw StartFailure("java/win32/Surroundings", __LINE__,
                      "Could not write the argument file \"" + ToText(m_path) + "\": " + ReasonOf(error));
 }
 
-TemporaryFile::~TemporaryFile() { DeleteFileW(m_path.c_str()); }
+TemporaryFile::~TemporaryFile() { DeleteFileW(m_path.native().c_str()); }
 
 }  // namespace torvan::java::detail

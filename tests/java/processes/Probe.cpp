@@ -1,6 +1,7 @@
 #include "java/processes/Probe.h"
 
-#include <sstream>
+#include <algorithm>
+#include <cstdio>
 #include <thread>
 
 #if defined(_WIN32)
@@ -55,9 +56,21 @@ const fs::path& ProbeHome() {
 
 std::vector<std::string> Split(const std::string& text, char end) {
   std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, end);) parts.push_back(part);
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t found = std::min(text.find(end, begin), text.size());
+    parts.push_back(text.substr(begin, found - begin));
+    begin = found + 1;
+  }
   return parts;
+}
+
+std::string ReadFile(const fs::path& path) {
+  std::string text;
+  std::FILE* const file = std::fopen(path.string().c_str(), "rb");
+  if (file == nullptr) return text;
+  for (int byte; (byte = std::fgetc(file)) != EOF;) text += static_cast<char>(byte);
+  std::fclose(file);
+  return text;
 }
 
 }  // namespace java_tests

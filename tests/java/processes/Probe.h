@@ -27,6 +27,9 @@ inline java::Program Probe(const std::vector<std::string>& steps) {
 // The texts that end with this byte.
 std::vector<std::string> Split(const std::string& text, char end);
 
+// All of a file, as bytes.
+std::string ReadFile(const std::filesystem::path& path);
+
 // What is thrown says exactly this.
 template <class Exception, class Function>
 void ExpectThrow(const Function& function, const std::string& text) {

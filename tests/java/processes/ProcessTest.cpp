@@ -194,7 +194,6 @@ TEST_F(ProcessTest, WhatAFunctionThrowsComesOutOfEveryWait) {
 }
 
 TEST_F(ProcessTest, TheTimeLimitIsKeptWhenNobodyWaits) {
-  std::atomic<bool> begun = false;
   const Process process = java::Start(Probe({"sleep", "60000"}).TimeLimit(100ms));
   std::this_thread::sleep_for(100ms);
   const auto outcome = process.Wait(20s);

@@ -1,6 +1,5 @@
 // What Run() returns, and what streams carry.
 #include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "java/processes/Probe.h"
@@ -11,12 +10,6 @@ namespace {
 using java::Ended;
 using java::Outcome;
 namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
 
 TEST(RunTest, OutputAndErrorAreCapturedApart) {
   const Outcome outcome = java::Run(Probe({"says", "to the output", "complains", "to the error", "exit", "3"}));

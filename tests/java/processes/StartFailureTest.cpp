@@ -17,7 +17,7 @@ using java::StartFailure;
 namespace fs = std::filesystem;
 
 #if defined(_WIN32)
-constexpr const char* Java = "bin/java.exe";
+constexpr const char* Java = "java.exe";
 // In the system's own words.
 std::string Words(DWORD error) {
   char text[512];
@@ -29,17 +29,18 @@ std::string Words(DWORD error) {
 const std::string NoFile = Words(ERROR_FILE_NOT_FOUND);
 const std::string NoFolder = Words(ERROR_DIRECTORY);
 #else
-constexpr const char* Java = "bin/java";
+constexpr const char* Java = "java";
 const std::string NoFile = "No such file or directory";
 const std::string NoFolder = NoFile;
 #endif
 
-std::string TheJava() { return (ProbeHome() / fs::path(Java).make_preferred()).u8string(); }
+fs::path JavaOf(const fs::path& home) { return home / "bin" / Java; }
+std::string TheJava() { return JavaOf(ProbeHome()).u8string(); }
 
 TEST(StartFailureTest, AHomeWithoutJava) {
   const fs::path home = ProbeHome() / "empty";
   ExpectThrow<StartFailure>([&] { java::Run(Program::MainClass("X").Runtime(home)); },
-                            std::string("No ") + Java + " in \"" + home.u8string() + "\"");
+                            std::string("No bin/") + Java + " in \"" + home.u8string() + "\"");
 }
 
 TEST(StartFailureTest, AFolderThatIsNotThere) {
@@ -81,25 +82,27 @@ TEST(StartFailureTest, AJarThatIsNotThere) {
 }
 
 // A home of its own with this as its java.
-fs::path HomeWith(const std::string& name, const std::string& text, bool isProgram) {
+fs::path HomeWith(const std::string& name, const std::string& text, [[maybe_unused]] bool isProgram) {
   const fs::path home = ProbeHome() / name;
   fs::create_directories(home / "bin");
-  const fs::path java = home / fs::path(Java).make_preferred();
+  const fs::path java = JavaOf(home);
   std::ofstream(java, std::ios::binary) << text;
+#if !defined(_WIN32)
   fs::permissions(java, isProgram ? fs::perms::owner_all : fs::perms::owner_read);
+#endif
   return home;
 }
 
 TEST(StartFailureTest, AJavaThatIsNoProgram) {
   const fs::path home = HomeWith("no program", "text", true);
-  const std::string java = (home / fs::path(Java).make_preferred()).u8string();
+  const std::string java = JavaOf(home).u8string();
 #if defined(_WIN32)
   const std::string reason = Words(ERROR_BAD_EXE_FORMAT);
 #else
   const std::string reason = "Exec format error";
   const fs::path denied = HomeWith("no permission", "text", false);
   ExpectThrow<StartFailure>([&] { java::Run(Program::MainClass("X").Runtime(denied)); },
-                            "Could not run \"" + (denied / Java).u8string() + "\": Permission denied");
+                            "Could not run \"" + JavaOf(denied).u8string() + "\": Permission denied");
 #endif
   ExpectThrow<StartFailure>([&] { java::Run(Program::MainClass("X").Runtime(home)); },
                             "Could not run \"" + java + "\": " + reason);
@@ -109,10 +112,10 @@ TEST(StartFailureTest, ArgumentsThatAreTooLongForJava8) {
   const fs::path home = ProbeHome() / "java 8";
   fs::create_directories(home / "bin");
   fs::create_directories(home / "lib");
-  fs::copy_file(ProbeHome() / Java, home / Java);
+  fs::copy_file(JavaOf(ProbeHome()), JavaOf(home));
   std::ofstream(home / "lib" / "rt.jar") << "";
   const Program program = Program::MainClass("Probe").Runtime(home).Arguments({"arguments", std::string(3 << 20, 'x')});
-  const std::string java = (home / fs::path(Java).make_preferred()).u8string();
+  const std::string java = JavaOf(home).u8string();
 #if defined(_WIN32)
   const std::string reason = Words(ERROR_FILENAME_EXCED_RANGE);
 #else
