@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Builds the library and runs all its tests: test.sh [TARGET]..., with linux, linux-asan, linux-tsan, windows-mingw and
-# windows-msvc-abi as targets; without one all but the sanitizers. linux-tsan tests torvan::java alone.
+# Builds the library and runs all its tests: test.sh [TARGET]..., with linux, linux-asan, linux-tsan, linux-fuzz,
+# windows-mingw and windows-msvc-abi as targets. linux-tsan tests torvan::java alone.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(linux windows-mingw windows-msvc-abi)
+[ ${#targets[@]} -gt 0 ] || targets=(linux linux-fuzz windows-mingw windows-msvc-abi)
 
 fail() {
   echo "test.sh: $*" >&2

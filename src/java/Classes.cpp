@@ -1,6 +1,7 @@
 #include <torvan/java/detail/Classes.h>
 
 #include <torvan/java/Failure.h>
+#include <torvan/java/StaticMethod.h>
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/Shared.h>
@@ -13,6 +14,34 @@
 #include "java/ClassNames.h"
 
 namespace torvan::java::detail {
+
+namespace {
+
+constexpr StaticMethod<std::optional<std::string>(std::string_view)> GetProperty{"java/lang/System", "getProperty"};
+
+// Throws what is pending after a class was not loaded; where it was not found, with the place where it was looked for.
+[[noreturn]] void ThrowNotLoaded(JNIEnv* env, jobject loader) {
+  const LocalScope thrown(env, env->ExceptionOccurred());
+  env->ExceptionClear();
+  std::string addition;
+  try {
+    const LocalScope type(env, env->GetObjectClass(thrown.Get()));
+    if (NameOf(env, static_cast<jclass>(type.Get())) == "java.lang.ClassNotFoundException") {
+      if (env->IsSameObject(loader, KeptLoader()) != JNI_FALSE) {
+        addition = " (not on the class path " + GetProperty("java.class.path").value_or("") +
+                   "; bind members of another loader's class with In)";
+      } else if (loader != nullptr) {
+        const LocalScope own(env, env->GetObjectClass(loader));
+        addition = " (looked for by a " + NameOf(env, static_cast<jclass>(own.Get())) + ")";
+      }
+    }
+  } catch (const Failure&) {  // what Java said has to do
+  }
+  env->Throw(static_cast<jthrowable>(thrown.Get()));
+  ThrowPending(env, addition);
+}
+
+}  // namespace
 
 std::string NameOf(JNIEnv* env, jclass type) {
   const LocalScope name(env, env->CallObjectMethodA(type, Bound()->getName, nullptr));
@@ -35,7 +64,7 @@ jclass LoadClass(JNIEnv* env, jobject loader, const char* name) {
   arguments[1].z = JNI_TRUE;
   arguments[2].l = loader;
   jobject const found = env->CallStaticObjectMethodA(bindings->classClass, bindings->forName, arguments);
-  CheckPending(env);
+  if (env->ExceptionCheck() != JNI_FALSE) ThrowNotLoaded(env, loader);
   return static_cast<jclass>(found);
 }
 

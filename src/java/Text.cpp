@@ -1,112 +1,110 @@
 #include <torvan/java/detail/Text.h>
 
 #include <torvan/java/Failure.h>
+#include <torvan/java/Text.h>
+#include <torvan/java/detail/Pending.h>
+
+#include <cstring>
+#include <limits>
+#include <new>
 
 namespace torvan::java::detail {
 
 namespace {
 
-constexpr char32_t Replacement = 0xFFFD;
+// What is converted on the stack: most texts whole, long ones piece by piece.
+constexpr std::size_t AtOnce = 1024;
 
-bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-
-void AppendUtf8(std::string& text, char32_t point) {
-  const auto tail = [&](int shift) { text += static_cast<char>(0x80 | ((point >> shift) & 0x3F)); };
-  if (point < 0x80) {
-    text += static_cast<char>(point);
-  } else if (point < 0x800) {
-    text += static_cast<char>(0xC0 | (point >> 6));
-    tail(0);
-  } else if (point < 0x10000) {
-    text += static_cast<char>(0xE0 | (point >> 12));
-    tail(6);
-    tail(0);
-  } else {
-    text += static_cast<char>(0xF0 | (point >> 18));
-    tail(12);
-    tail(6);
-    tail(0);
+jsize CheckedLength(std::size_t size) {
+  if (size > static_cast<std::size_t>(std::numeric_limits<jsize>::max())) {
+    throw Misuse("java/Text", __LINE__,
+                 "a text of " + std::to_string(size) + " units is longer than a Java string can be");
   }
+  return static_cast<jsize>(size);
 }
 
-// Takes one code point from the front of `rest`; false when it is not UTF-8 (overlong, a surrogate, cut, too large).
-bool TakePoint(std::string_view& rest, char32_t& point) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
-  const unsigned char lead = byte(0);
-  const std::size_t length = lead < 0x80   ? 1
-                             : lead < 0xC2 ? 0
-                             : lead < 0xE0 ? 2
-                             : lead < 0xF0 ? 3
-                             : lead < 0xF5 ? 4
-                                           : 0;
-  if (length == 0 || rest.size() < length) return false;
-  point = length == 1 ? lead : lead & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return false;
-    point = (point << 6) | (byte(i) & 0x3Fu);
+jstring Made(JNIEnv* env, jstring string) {
+  if (string == nullptr) {
+    CheckPending(env);
+    throw std::bad_alloc();
   }
-  constexpr char32_t Least[] = {0, 0, 0x80, 0x800, 0x10000};
-  if (point < Least[length] || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) return false;
-  rest.remove_prefix(length);
-  return true;
+  return string;
+}
+
+jstring FromUnits(JNIEnv* env, const char16_t* units, std::size_t size) {
+  return Made(env, env->NewString(reinterpret_cast<const jchar*>(units), CheckedLength(size)));
 }
 
 }  // namespace
 
-std::string ToUtf8(std::u16string_view units) {
-  std::string text;
-  text.reserve(units.size());
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    char32_t point = units[i];
-    if (IsHighSurrogate(point) && i + 1 < units.size() && IsLowSurrogate(units[i + 1])) {
-      point = 0x10000 + ((point - 0xD800) << 10) + (units[++i] - 0xDC00u);
-    } else if (IsHighSurrogate(point) || IsLowSurrogate(point)) {
-      point = Replacement;
-    }
-    AppendUtf8(text, point);
-  }
-  return text;
-}
+jstring NewText(JNIEnv* env, std::u16string_view units) { return FromUnits(env, units.data(), units.size()); }
 
-std::string ToModifiedUtf8(std::u16string_view units) {
-  std::string text;
-  for (const char16_t unit : units) {
-    if (unit == 0) {
-      text += "\xC0\x80";
-    } else {
-      AppendUtf8(text, unit);
-    }
+jstring NewText(JNIEnv* env, std::string_view text) {
+  CheckedLength(text.size());
+  // The VM makes its compact strings of ASCII bytes twice as fast as of units, but wants a zero after them.
+  if (IsPlainAscii(text)) {
+    if (text.size() > 2 * AtOnce) return Made(env, env->NewStringUTF(std::string(text).c_str()));
+    char terminated[2 * AtOnce + 1];
+    text.copy(terminated, text.size());
+    terminated[text.size()] = '\0';
+    return Made(env, env->NewStringUTF(terminated));
   }
-  return text;
-}
-
-std::u16string ToUtf16(std::string_view text) {
-  std::u16string units;
-  units.reserve(text.size());
-  for (std::string_view rest = text; !rest.empty();) {
-    char32_t point = 0;
-    if (!TakePoint(rest, point)) {
-      throw Misuse("java/Text", __LINE__,
-                   "This text is not UTF-8 at byte " + std::to_string(text.size() - rest.size()));
-    }
-    if (point < 0x10000) {
-      units += static_cast<char16_t>(point);
-    } else {
-      units += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
-      units += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
-    }
-  }
-  return units;
+  if (text.size() > AtOnce) return NewText(env, ToUtf16(text));
+  char16_t units[AtOnce];
+  return FromUnits(env, units, static_cast<std::size_t>(WriteUtf16(text, units) - units));
 }
 
 std::u16string ReadUtf16(JNIEnv* env, jstring string) {
   const jsize length = env->GetStringLength(string);
-  std::u16string units(static_cast<std::size_t>(length), u'\0');
+  const auto size = static_cast<std::size_t>(length);
+  std::u16string units;
+#ifdef __cpp_lib_string_resize_and_overwrite
+  units.resize_and_overwrite(size, [=](char16_t* to, std::size_t) {
+    env->GetStringRegion(string, 0, length, reinterpret_cast<jchar*>(to));
+    return size;
+  });
+#else
+  units.resize(size);
   env->GetStringRegion(string, 0, length, reinterpret_cast<jchar*>(units.data()));
+#endif
   return units;
 }
 
-std::string ReadUtf8(JNIEnv* env, jstring string) { return ToUtf8(ReadUtf16(env, string)); }
+std::string ReadUtf8(JNIEnv* env, jstring string) {
+  const auto length = static_cast<std::size_t>(env->GetStringLength(string));
+  char16_t units[AtOnce];
+  char bytes[3 * AtOnce];
+  const auto read = [&](std::size_t from) {
+    std::size_t size = length - from < AtOnce ? length - from : AtOnce;
+    env->GetStringRegion(string, static_cast<jsize>(from), static_cast<jsize>(size), reinterpret_cast<jchar*>(units));
+    const bool cut = from + size < length && (units[size - 1] & 0xFC00) == 0xD800;
+    return cut ? size - 1 : size;  // a pair stays together
+  };
+  if (length <= AtOnce) return std::string(bytes, WriteUtf8(units, read(0), bytes));
+  std::string text;
+  text.reserve(length);
+  for (std::size_t from = 0; from < length;) {
+    const std::size_t size = read(from);
+    text.append(bytes, WriteUtf8(units, size, bytes));
+    from += size;
+  }
+  return text;
+}
 
 }  // namespace torvan::java::detail
+
+namespace torvan::java {
+
+namespace {
+
+jstring NotNull(const Ref<String>& string) {
+  if (!string) throw Misuse("java/Text", __LINE__, "null is given for a Java string");
+  return static_cast<jstring>(string.Get());
+}
+
+}  // namespace
+
+std::string ToText(const Ref<String>& string) { return detail::ReadUtf8(detail::Env(), NotNull(string)); }
+std::u16string ToUnits(const Ref<String>& string) { return detail::ReadUtf16(detail::Env(), NotNull(string)); }
+
+}  // namespace torvan::java

@@ -8,7 +8,7 @@ namespace javatest {
 java::VmSettings FixtureSettings() {
   java::VmSettings settings;
   if (const char* library = std::getenv("TORVAN_TEST_LIBJVM")) settings.Runtime(library);
-  settings.ClassPath({TORVAN_TEST_CLASSES}).MaximumHeap("64m");
+  settings.ClassPath({TORVAN_TEST_CLASSES}).MaximumHeap(TORVAN_TEST_HEAP);
   const char* option = std::getenv("TORVAN_TEST_VM_OPTION");
   if (option != nullptr && *option != '\0') settings.Option(option);
   return settings;

@@ -1,23 +1,17 @@
-// Text between C++ and Java.
+// Text between C++ and Java's strings.
 #pragma once
 
+#include <torvan/java/detail/Utf.h>
 #include <torvan/jni/JniTypes.h>
-
-#include <string>
-#include <string_view>
 
 namespace torvan::java::detail {
 
-// UTF-8 of any units; a surrogate without its partner becomes U+FFFD.
-std::string ToUtf8(std::u16string_view units);
+// Makes a Java string: a new local reference. Throws Misuse for text that is not UTF-8 or longer than a Java string can
+// be, and Error when Java has no memory for it.
+jstring NewText(JNIEnv* env, std::string_view text);
+jstring NewText(JNIEnv* env, std::u16string_view units);
 
-// What JNI calls UTF-8: zeros and surrogates are encoded one by one, and no byte is zero.
-std::string ToModifiedUtf8(std::u16string_view units);
-
-// The units of UTF-8 text. Throws Misuse that names the first byte (from 0) that is not UTF-8.
-std::u16string ToUtf16(std::string_view text);
-
-// All units of a Java string, zeros included. The string is not null.
+// All of a Java string, zeros included. The string is not null; nothing is made in Java and nothing pending changes.
 std::u16string ReadUtf16(JNIEnv* env, jstring string);
 std::string ReadUtf8(JNIEnv* env, jstring string);
 
