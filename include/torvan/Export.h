@@ -1,6 +1,8 @@
 // Marks what the library exports.
 #pragma once
 
+#include <rx/Compiler.h>
+
 #if defined(_WIN32)
 #if defined(TORVAN_BUILD)
 #define TORVAN_API __declspec(dllexport)

@@ -1,6 +1,7 @@
 // The whole fixed interface: everything that a host of torvan::jni and torvan::jvmlauncher may use.
 #pragma once
 
+#include <rx/Compiler.h>
 #include <rx/Memory.h>
 #include <rx/OutOfMemoryException.h>
 #include <rx/Text.h>

@@ -72,6 +72,11 @@ bool is_regular_file(const path& path, error_code& error) {
 
 bool exists(const path& path) { return GetFileAttributesW(path.wstring().c_str()) != INVALID_FILE_ATTRIBUTES; }
 
+bool is_directory(const path& path) {
+  const DWORD attributes = GetFileAttributesW(path.wstring().c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
 bool create_directories(const path& folder) {
   if (exists(folder)) return false;
   const path parent = folder.parent_path();

@@ -170,7 +170,9 @@ class TORVAN_API CJavaObject : public mirel::base::CBase {
   template <typename Host>
   friend class CJniResult;
 
+  RX_NOT_EXPORTED_BEGIN
   mirel::base::CRef<CJniGlobalRef> m_holder;
+  RX_NOT_EXPORTED_END
   CJavaVm m_vm;
   jobject m_ref;
 };

@@ -49,7 +49,9 @@ class TORVAN_API CJavaRuntime : public mirel::base::CBase {
   CJavaRuntime(const mirel::base::CRef<CJavaRuntimeImpl>& impl);
 
  private:
+  RX_NOT_EXPORTED_BEGIN
   mirel::base::CRef<CJavaRuntimeImpl> m_impl;
+  RX_NOT_EXPORTED_END
 };
 
 }  // namespace torvan::jni

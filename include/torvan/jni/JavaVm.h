@@ -77,7 +77,9 @@ class TORVAN_API CJavaVm {
 
   CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl);
 
+  RX_NOT_EXPORTED_BEGIN
   mirel::base::CRef<CJavaVmImpl> m_impl;
+  RX_NOT_EXPORTED_END
   JavaVM* m_vm;
 };
 

@@ -12,6 +12,7 @@ namespace torvan::jvmlauncher {
 
 class JavaVmLauncherImpl;
 
+RX_NOT_EXPORTED_BEGIN
 // Starts Java programs, each in a process of its own, with the newest installed Java runtime.
 // The runtime is chosen once, at construction. A launcher holds no process, so it may be destroyed before the programs
 // end. Several threads may launch through one launcher.
@@ -37,5 +38,6 @@ class TORVAN_API CJavaVmLauncher : public mirel::base::CBase, public mirel::base
  private:
   JavaVmLauncherImpl* m_impl;
 };
+RX_NOT_EXPORTED_END
 
 }  // namespace torvan::jvmlauncher

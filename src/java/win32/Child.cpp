@@ -47,9 +47,10 @@ Pair MakePipe(const StartPlan& plan, bool isInput) {
 }
 
 WindowsHandle Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
-  WindowsHandle handle(CreateFileW(
-      file.native().c_str(), isInput ? GENERIC_READ : GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-      nullptr, isInput || file == L"NUL" ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  WindowsHandle handle(CreateFileW(file.native().c_str(), isInput ? GENERIC_READ : GENERIC_WRITE,
+                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                   isInput || file == L"NUL" ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                                   nullptr));
   if (!handle) Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
   return handle;
 }

@@ -1,6 +1,8 @@
 // Marks what the foundation library exports.
 #pragma once
 
+#include <rx/Compiler.h>
+
 #if defined(_WIN32)
 #if defined(MIREL_BUILD)
 #define MIREL_API __declspec(dllexport)

@@ -1,6 +1,8 @@
 // Marks what the file-location library exports.
 #pragma once
 
+#include <rx/Compiler.h>
+
 #if defined(_WIN32)
 #if defined(PLACE_BUILD)
 #define PLACE_API __declspec(dllexport)

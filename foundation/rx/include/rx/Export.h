@@ -1,6 +1,8 @@
 // Marks what the root library exports.
 #pragma once
 
+#include <rx/Compiler.h>
+
 #if defined(_WIN32)
 #if defined(RX_BUILD)
 #define RX_API __declspec(dllexport)

@@ -34,7 +34,9 @@ class MIREL_API CObjectVector : public base::CBase {
   static void DeleteAll(CVector<base::CObject*>& objects);
   int IndexOf(const base::CObject* object) const;
 
+  RX_NOT_EXPORTED_BEGIN
   CVector<base::CObject*> m_objects;
+  RX_NOT_EXPORTED_END
 };
 
 }  // namespace mirel::util

@@ -21,7 +21,9 @@ class MIREL_API CUnicodeStringVector : public base::CBase {
   void Add(const base::CUnicodeString& text) { m_texts.Add(text); }
 
  private:
+  RX_NOT_EXPORTED_BEGIN
   CVector<base::CUnicodeString> m_texts;
+  RX_NOT_EXPORTED_END
 };
 
 // Vectors are equal when they hold equal texts in the same order.
