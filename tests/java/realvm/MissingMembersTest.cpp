@@ -45,6 +45,13 @@ TEST_F(MissingMembersTest, WhatTheClassHasInsteadIsListed) {
             "(fixture.Members has no static int cals, and nothing else of that name)");
 }
 
+TEST_F(MissingMembersTest, WhatTheJavaCompilerMadeIsNotListed) {
+  const Local<Derived> derived = java::New<Derived>();
+  EXPECT_EQ(AddedBy([&] { Method<Derived, jint(jint)>{"compareTo"}(derived, 1); }),
+            "(fixture.Members$Derived has no int compareTo(int); it has int compareTo(fixture.Members$Derived))");
+  EXPECT_EQ(java::Call<jint>(derived, "compareTo", java::Ref<java::Object>(derived)), 0);
+}
+
 TEST_F(MissingMembersTest, StaticAndNotIsTold) {
   const Local<Members> members = java::New<Members>();
   EXPECT_EQ(AddedBy([&] { Method<Members, jlong()>{"count"}(members); }),
@@ -122,6 +129,39 @@ TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefused) {
   EXPECT_EQ(WhatOf<Misuse>([&] { sum(own, other); }),
             "a fixture.Plugin is given as argument 1 of fixture.Plugin.plus(fixture.Plugin), which needs a "
             "fixture.Plugin of another class loader");
+}
+
+struct Urls {
+  static constexpr char JavaName[] = "[Ljava/net/URL;";
+};
+struct Loader {
+  static constexpr char JavaName[] = "java/lang/ClassLoader";
+};
+struct UrlLoader {
+  static constexpr char JavaName[] = "java/net/URLClassLoader";
+  using Super = Loader;
+};
+
+// The class path has the class, and a loader that does not ask it has another one.
+TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheClassPath) {
+  static constexpr Method<Derived, jint()> Shared{"shared"};
+  const Local<Derived> own = java::New<Derived>();
+  EXPECT_EQ(Shared(own), 20);
+  const auto file = java::CallStatic<Local<>>(
+      "java/nio/file/Paths", "get",
+      java::CallStatic<Local<>>("java/net/URI", "create", std::string("file://") + TORVAN_TEST_CLASSES + "/"));
+  const auto url = java::Call<Local<>>(java::Call<Local<>>(file, "toUri"), "toURL");
+  JNIEnv* const env = java::detail::Env();
+  const auto type = java::FindClass("java/net/URL");
+  const auto urls = java::Adopt<Urls>(env->NewObjectArray(1, static_cast<jclass>(type.Get()), url.Get()));
+  const auto loader = Constructor<UrlLoader(java::Ref<Urls>, java::Ref<Loader>)>{}(urls, nullptr);
+  const auto other = java::Cast<java::Class>(java::Call<Local<>>(loader, "loadClass", "fixture.Members$Derived"));
+  const Local<Derived> stranger = Constructor<Derived()>{}.In(other)();
+  EXPECT_EQ(Shared.In(other)(stranger), 20);
+  EXPECT_EQ(WhatOf<Misuse>([&] { Shared(stranger); }),
+            "a fixture.Members$Derived is given as the object of fixture.Members$Derived.shared(), which needs a "
+            "fixture.Members$Derived of another class loader");
+  EXPECT_EQ(Shared(own), 20);
 }
 
 TEST_F(MissingMembersTest, WrongUseOfLoaders) {
