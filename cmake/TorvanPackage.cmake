@@ -30,9 +30,16 @@ function(torvan_install_finders)
   set(jni_folder "${CMAKE_INSTALL_DATADIR}/torvan/jni-windows")
   set(generated "${PROJECT_BINARY_DIR}/package")
 
+  # torvan::java is compiled in the host's build, so its sources are what is installed.
+  set(source_folder "${CMAKE_INSTALL_DATADIR}/torvan/src")
+  install(DIRECTORY src/java DESTINATION "${source_folder}" FILES_MATCHING PATTERN "*.h" PATTERN "*.cpp")
+  get_target_property(java_sources torvan_java SOURCES)
+  list(TRANSFORM java_sources PREPEND "\${torvan_java_folder}/java/")
+  list(JOIN java_sources "\n    " java_sources)
+
   configure_package_config_file(
     cmake/torvanConfig.cmake.in "${generated}/torvanConfig.cmake"
-    INSTALL_DESTINATION "${folder}" PATH_VARS jni_folder NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+    INSTALL_DESTINATION "${folder}" PATH_VARS jni_folder source_folder NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
   write_basic_package_version_file("${generated}/torvanConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
   install(EXPORT torvanTargets NAMESPACE torvan:: DESTINATION "${folder}")
   install(FILES "${generated}/torvanConfig.cmake" "${generated}/torvanConfigVersion.cmake" cmake/TorvanJava.cmake

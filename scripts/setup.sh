@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what building and testing needs and is not there yet: setup.sh
-# [linux|linux-asan|linux-fuzz|windows-mingw|windows-msvc-abi]...
+# [linux|linux-asan|linux-tsan|linux-fuzz|windows-mingw|windows-msvc-abi]...
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -33,10 +33,11 @@ need cmake command -v cmake
 need ninja-build command -v ninja
 need pkgconf command -v pkg-config
 need openjdk-17-jdk-headless jdk_found
+need libh2-java test -f /usr/share/java/h2.jar
 need googletest test -f /usr/src/googletest/CMakeLists.txt
 for target in "${targets[@]}"; do
   case $target in
-    linux | linux-asan) ;;
+    linux | linux-asan | linux-tsan) ;;
     linux-fuzz)
       need clang-14 test -x /usr/lib/llvm-14/bin/clang
       need libclang-rt-14-dev fuzzer_library_found
@@ -56,7 +57,7 @@ for target in "${targets[@]}"; do
       need_wine
       ;;
     *)
-      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, linux-fuzz, windows-mingw and windows-msvc-abi" >&2
+      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, linux-tsan, linux-fuzz, windows-mingw and windows-msvc-abi" >&2
       exit 2
       ;;
   esac

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the library and runs all its tests: test.sh [linux|linux-asan|linux-fuzz|windows-mingw|windows-msvc-abi]...;
-# without a target all but linux-asan.
+# Builds the library and runs all its tests: test.sh [TARGET]..., with linux, linux-asan, linux-tsan, linux-fuzz,
+# windows-mingw and windows-msvc-abi as targets. linux-tsan tests torvan::java alone.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -1,4 +1,4 @@
-// Marks what the library hands out.
+// Marks what the library exports.
 #pragma once
 
 #if defined(_WIN32)

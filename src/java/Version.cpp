@@ -1,5 +1,6 @@
-#include <torvan/java/Failure.h>
 #include <torvan/java/Version.h>
+
+#include <torvan/java/Failure.h>
 
 #include <algorithm>
 #include <limits>

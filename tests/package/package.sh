@@ -50,6 +50,7 @@ fi
 build_project "$source/tests/consumer" consumer
 run consumer/foundation
 run consumer/consumer
+[ ! -e "$folder/consumer/java$program_suffix" ] || run consumer/java
 [ "$EXAMPLES" != ON ] || build_project "$package/share/torvan/examples" examples
 
 # pkg-config speaks to compilers of GCC's options.

@@ -1,4 +1,4 @@
-// Marks what the foundation library hands out.
+// Marks what the foundation library exports.
 #pragma once
 
 #if defined(_WIN32)

@@ -1,4 +1,4 @@
-// Marks what the file-location library hands out.
+// Marks what the file-location library exports.
 #pragma once
 
 #if defined(_WIN32)

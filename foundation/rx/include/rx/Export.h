@@ -1,4 +1,4 @@
-// Marks what the root library hands out.
+// Marks what the root library exports.
 #pragma once
 
 #if defined(_WIN32)

@@ -1,0 +1,24 @@
+// Constructors.
+#pragma once
+
+#include <torvan/java/detail/Function.h>
+
+namespace torvan::java {
+
+template <typename F>
+class Constructor;
+
+// A constructor of the class that tag T names, with the C++ types of its arguments:
+//
+//   constexpr java::Constructor<Builder(std::string_view)> NewBuilder;
+//   java::Local<Builder> builder = NewBuilder("text");
+//
+// All that Method says goes for it, but that no object is given and the new one is returned.
+template <typename T, typename... A>
+class Constructor<T(A...)> : public detail::Function<detail::MemberKind::Constructor, T, Local<T>(A...)> {
+ public:
+  constexpr Constructor() : Constructor(nullptr) {}
+  constexpr explicit Constructor(const char* descriptor) : Constructor::Function(nullptr, "<init>", descriptor) {}
+};
+
+}  // namespace torvan::java

@@ -1,0 +1,31 @@
+// Fields of objects and of classes.
+#pragma once
+
+#include <torvan/java/detail/FieldAccess.h>
+
+namespace torvan::java {
+
+// An instance field of the class that tag T names, with its C++ type:
+//
+//   constexpr java::Field<Point, jint> X{"x"};
+//   X.Set(point, X.Get(point) + 1);
+//
+// Declared, found and given a descriptor as a Method is. A Thread may be the first argument of both. Both throw as a
+// Method does; reading and writing a field itself throws nothing in Java.
+template <typename T, typename V>
+class Field : public detail::FieldAccess<detail::MemberKind::Field, T, V> {
+ public:
+  constexpr explicit Field(const char* name, const char* descriptor = nullptr)
+      : Field::FieldAccess(nullptr, name, descriptor) {}
+};
+
+// A static field, with the class that has it and its C++ type: `StaticField<jint> Max{"java/lang/Integer",
+// "MAX_VALUE"}`, `Max.Get()`, `Count.Set(5)`. For the rest as Field.
+template <typename V>
+class StaticField : public detail::FieldAccess<detail::MemberKind::StaticField, void, V> {
+ public:
+  constexpr StaticField(const char* type, const char* name, const char* descriptor = nullptr)
+      : StaticField::FieldAccess(type, name, descriptor) {}
+};
+
+}  // namespace torvan::java

@@ -1,0 +1,85 @@
+// References that belong to one thread.
+#pragma once
+
+#include <torvan/java/Ref.h>
+
+#include <utility>
+
+namespace torvan::java {
+
+namespace detail {
+
+template <typename T>
+Local<T> Own(JNIEnv* env, jobject local) noexcept;
+
+// A new local reference to the object of any reference. Throws std::bad_alloc and Error.
+jobject NewLocal(JNIEnv* env, jobject ref);
+
+}  // namespace detail
+
+// A local reference of the thread that made it, deleted at the end of its scope.
+// Moved and not copied. Use it in its own thread: make a Global<T> of it for another one, or to keep it. One that is
+// dropped in another thread, after its thread was detached or after the end of the VM, is dropped quietly.
+template <typename T = Object>
+class Local {
+ public:
+  Local() noexcept = default;
+  Local(std::nullptr_t) noexcept {}
+
+  // Makes a new reference to the same object, of a Global, a handle or whatever a Ref<T> is made from.
+  // The class of a handle's object is tested here, and not again at each call. Throws as Ref<T> and Thread() do.
+  explicit Local(const Ref<T>& other) {
+    if (!other) return;
+    m_env = detail::Env();
+    m_ref = detail::NewLocal(m_env, other.Get());
+  }
+
+  Local(Local&& other) noexcept : m_env(other.m_env), m_ref(std::exchange(other.m_ref, nullptr)) {}
+  template <typename U>
+  Local(Local<U>&& other) noexcept : m_env(other.m_env), m_ref(std::exchange(other.m_ref, nullptr)) {
+    detail::RequireIsA<U, T>();
+  }
+  Local& operator=(Local&& other) noexcept {
+    Local taken(std::move(other));
+    std::swap(m_env, taken.m_env);
+    std::swap(m_ref, taken.m_ref);
+    return *this;
+  }
+  ~Local() { Reset(); }
+
+  // The raw local reference, owned by this object; null for a null reference.
+  jobject Get() const noexcept { return m_ref; }
+  explicit operator bool() const noexcept { return m_ref != nullptr; }
+
+  // Drops the reference: this object is null afterwards.
+  void Reset() noexcept {
+    // The environment of a thread that has left the VM must not be touched.
+    if (m_ref != nullptr && detail::EnvIfAttached() == m_env) m_env->DeleteLocalRef(m_ref);
+    m_ref = nullptr;
+  }
+
+  // Hands the raw reference out: the caller owns it, and this object is null afterwards.
+  jobject Release() noexcept { return std::exchange(m_ref, nullptr); }
+
+ private:
+  template <typename U>
+  friend class Local;
+  friend Local detail::Own<T>(JNIEnv* env, jobject local) noexcept;
+
+  Local(JNIEnv* env, jobject local) noexcept : m_env(env), m_ref(local) {}
+
+  JNIEnv* m_env = nullptr;
+  jobject m_ref = nullptr;
+};
+
+namespace detail {
+
+// Takes over a raw local reference of the environment's thread, untested.
+template <typename T>
+Local<T> Own(JNIEnv* env, jobject local) noexcept {
+  return Local<T>(env, local);
+}
+
+}  // namespace detail
+
+}  // namespace torvan::java

@@ -1,0 +1,30 @@
+// Java strings and C++ text.
+#pragma once
+
+#include <torvan/java/Local.h>
+#include <torvan/java/detail/Text.h>
+
+#include <string>
+#include <string_view>
+
+namespace torvan::java {
+
+// Makes a Java string of UTF-8, which is checked, or of UTF-16, whose units are taken as they are. Both are counted: a
+// NUL is a character like any other, and an empty text is an empty string.
+// Throws Misuse "invalid UTF-8 at byte N" (from 0), Error when Java's memory is full, and as Thread() does.
+inline Local<String> NewString(std::string_view text) {
+  JNIEnv* const env = detail::Env();
+  return detail::Own<String>(env, detail::NewText(env, text));
+}
+inline Local<String> NewString(std::u16string_view units) {
+  JNIEnv* const env = detail::Env();
+  return detail::Own<String>(env, detail::NewText(env, units));
+}
+
+// The whole text of a Java string, in UTF-8; a surrogate without its partner becomes U+FFFD.
+// Throws Misuse "null is given for a Java string", and as Thread() does.
+std::string ToText(const Ref<String>& string);
+// Its UTF-16 units, unchanged. Throws likewise.
+std::u16string ToUnits(const Ref<String>& string);
+
+}  // namespace torvan::java

@@ -1,0 +1,45 @@
+// The calling thread and the Java VM.
+#pragma once
+
+#include <torvan/java/detail/Environment.h>
+
+#include <string_view>
+
+namespace torvan::java {
+
+// The calling thread, attached to the Java VM.
+// Every thread that calls is attached when it first does, and detached when it ends; nobody has to make a Thread for
+// that. Make one to name a thread in Java, to detach it at a moment of one's own, or to give it as the first argument
+// of calls, which saves each the look for the environment. It is of the thread that made it and of its scope.
+class Thread {
+ public:
+  // Attaches the calling thread if it is not. It stays attached until it ends.
+  // Throws Misuse "No Java VM runs: call StartVm or JoinVm first" or "The Java VM has ended", and Failure when the VM
+  // refuses the thread.
+  Thread() : m_env(detail::Env()) {}
+
+  // Attaches the calling thread under a name (UTF-8) if it is not attached, and then detaches it at the end of the
+  // scope, which ends its local references. A thread that is attached keeps its name and stays attached.
+  // Throws as above, and Misuse when the name is not UTF-8.
+  explicit Thread(std::string_view name);
+
+  Thread(const Thread&) = delete;
+  Thread& operator=(const Thread&) = delete;
+  ~Thread() {
+    if (m_detaches) Detach();
+  }
+
+  // The environment. Throws Misuse "The Java VM has ended" after the end.
+  JNIEnv* Env() const {
+    detail::RequireVm();
+    return m_env;
+  }
+
+ private:
+  static void Detach() noexcept;
+
+  bool m_detaches = false;  // before the environment, whose making sets it
+  JNIEnv* m_env;
+};
+
+}  // namespace torvan::java

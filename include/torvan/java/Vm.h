@@ -1,0 +1,76 @@
+// The Java VM of the process: how it starts and ends.
+#pragma once
+
+#include <torvan/java/VmSettings.h>
+#include <torvan/jni/JavaVm.h>
+
+#include <chrono>
+
+namespace torvan::java {
+
+// How long the end of the VM waits for threads that are not daemons.
+inline constexpr std::chrono::milliseconds DefaultGrace{10000};
+
+// What came of ending a VM. Its shutdown hooks have run in both cases.
+enum class VmEnd {
+  Destroyed,   // no thread but daemons ran any more
+  LeftRunning  // other threads still ran when the grace was over; they go on until the process ends
+};
+
+// The Java VM of the process, started by StartVm or joined by JoinVm.
+// All of the layer uses this one VM, so nothing else takes a Vm. Moved and not copied. May be used by any thread, by
+// one at a time.
+class Vm {
+ public:
+  Vm(Vm&& other) noexcept;
+  Vm& operator=(Vm&& other) noexcept;
+  // Ends a VM that this object started, as End() does; a VM that was joined or released goes on.
+  ~Vm();
+
+  // The VM for the fixed interface; it is the same for all and lasts until the process ends. Copy it by one thread at a
+  // time, as that interface wants it.
+  const jni::CJavaVm& Handle() const noexcept;
+
+  // Ends the VM: no more calls are let in (they throw Misuse "The Java VM has ended"); when only daemon threads run any
+  // more, or else when the grace is over, Java's shutdown hooks run, and data is saved. May be called on any thread;
+  // when the VM has ended already, tells again what came of it. A thread that is inside a call at that moment does not
+  // come back from it. Throws Misuse when the calling thread was called by Java, and when the VM was joined or
+  // released.
+  VmEnd End(std::chrono::milliseconds grace = DefaultGrace);
+
+  // Lets the VM run until the process ends. Its shutdown hooks do not run then unless Java itself ends the process.
+  void Release() noexcept;
+
+ private:
+  friend Vm StartVm(const VmSettings& settings);
+  friend Vm JoinVm();
+  friend Vm JoinVm(JavaVM* vm);
+
+  explicit Vm(bool owns) noexcept : m_owns(owns) {}
+
+  bool m_owns;
+};
+
+// Creates the Java VM of the process.
+// The calling thread is attached, as a daemon, as every thread of the host is that calls; so any of them can end the
+// VM. A process can have one VM, and only once. Throws StartFailure that says what was wrong: with the runtime, with a
+// setting (named), or what the VM itself said. What the VM does not survive and cannot be seen before (a file that is
+// no agent, contradicting options) ends the process with 1: what the VM prints comes to OnOutput or the standard error
+// stream, and then OnExit is called.
+Vm StartVm(const VmSettings& settings = VmSettings());
+
+// Joins the Java VM that runs in this process, which goes on when the Vm is dropped.
+// For a host's library that Java has loaded, and for hosts that created the VM otherwise. Classes are found through the
+// calling thread's context class loader, or the system's where it has none. Joining again is fine.
+// Throws StartFailure when no VM runs here.
+Vm JoinVm();
+Vm JoinVm(const jni::CJavaVm& vm);
+Vm JoinVm(JavaVM* vm);
+
+// Ends a VM that a host of the fixed interface has created, as Vm::End() does. Handles of that interface may live on.
+// That interface attaches threads as non-daemons: such a thread is waited for even after it has ended, unless
+// CJavaVm::Detach() was called in it.
+// Throws Misuse when the calling thread was called by Java, and CJavaVmException when it cannot be attached.
+VmEnd EndVm(const jni::CJavaVm& vm, std::chrono::milliseconds grace = DefaultGrace);
+
+}  // namespace torvan::java

@@ -1,0 +1,34 @@
+// Java classes, found through the loader that is kept from the start.
+#pragma once
+
+#include <torvan/java/detail/Environment.h>
+
+#include <atomic>
+
+namespace torvan::java::detail {
+
+// Finds and initialises a class: "java/lang/String", "java.lang.String", "[I", "[Ljava/lang/String;". Never FindClass,
+// which looks elsewhere in a callback. Gives a new local reference. Throws Error.
+jclass LoadClass(JNIEnv* env, const char* name);
+// The same through another loader; null is the VM's own.
+jclass LoadClass(JNIEnv* env, jobject loader, const char* name);
+
+// A global reference to the loader; null before there is a VM.
+jobject KeptLoader() noexcept;
+
+// Gives the class of that name a place for good, unless the place is taken already.
+jclass KeepClass(JNIEnv* env, const char* name, std::atomic<jclass>& place);
+
+// The class of a tag: found once, by the first thread that asks, and kept. Throws Error.
+template <typename T>
+jclass ClassOf(JNIEnv* env) {
+  static std::atomic<jclass> place{nullptr};
+  jclass const known = place.load(std::memory_order_acquire);
+  return known != nullptr ? known : KeepClass(env, T::JavaName, place);
+}
+
+// Throws Misuse "A java.lang.Integer is given where a java.sql.Connection is needed" unless `object`, which is not
+// null, is an instance of `type`.
+void RequireInstance(JNIEnv* env, jobject object, jclass type);
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,32 @@
+// The Java VM of the process and the environment of each thread.
+#pragma once
+
+#include <torvan/jni/JniTypes.h>
+
+#include <atomic>
+
+namespace torvan::java::detail {
+
+// The VM while calls may be made: null before the start and from the moment its end begins.
+// Constant-initialised and trivially destroyed, so that references may be dropped by static destructors.
+extern std::atomic<JavaVM*> runningVm;
+
+inline bool HasVm() noexcept { return runningVm.load(std::memory_order_acquire) != nullptr; }
+
+// Throws Misuse: "No Java VM runs: call StartVm or JoinVm first" or "The Java VM has ended".
+[[noreturn]] void ThrowNoVm();
+inline void RequireVm() {
+  if (!HasVm()) ThrowNoVm();
+}
+
+// The calling thread's environment. A thread that is not attached is attached, as a daemon and with a context class
+// loader, until it ends. Throws as RequireVm does, and Failure when the VM refuses the thread.
+JNIEnv* Env();
+
+// The calling thread's environment if it is attached to a VM that runs, else null.
+JNIEnv* EnvIfAttached() noexcept;
+
+// Makes a VM the layer's own; null ends the use of it.
+void UseVm(JavaVM* vm) noexcept;
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,162 @@
+// Methods and constructors: one algorithm for all kinds.
+#pragma once
+
+#include <torvan/java/Thread.h>
+#include <torvan/java/detail/Fit.h>
+#include <torvan/java/detail/Member.h>
+
+#include <cstdlib>
+#include <type_traits>
+#include <utility>
+
+namespace torvan::java::detail {
+
+// What a call makes of Java's result: tested, owned, converted.
+template <typename R>
+R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberName& name) {
+  if constexpr (!Row<R>::HasNull) {
+    if (local == nullptr) ThrowNullResult(name);
+  }
+  if (tests != nullptr) TestResult(env, *tests, local, name);
+  return Row<R>::Take(env, local);
+}
+
+// The calling thread's environment for a call: one that finds an exception pending does not start, but throws that.
+inline JNIEnv* CallEnv() {
+  JNIEnv* const env = Env();
+  CheckPending(env);
+  return env;
+}
+
+// Calls `use` with the environment and the values given: that of a Thread, which may come first, or what `env` finds.
+template <typename Use>
+decltype(auto) Enter(JNIEnv* env(), const Use& use) {
+  return use(env());
+}
+template <typename Use, typename First, typename... Rest>
+decltype(auto) Enter(JNIEnv* env(), const Use& use, const First& first, const Rest&... rest) {
+  if constexpr (std::is_same_v<First, Thread>) {
+    return use(first.Env(), rest...);
+  } else {
+    return use(env(), first, rest...);
+  }
+}
+// How many values are given, not counting a Thread.
+template <typename... U>
+constexpr std::size_t CountOf() {
+  return (0 + ... + (std::is_same_v<U, Thread> ? 0 : 1));
+}
+
+// T is the class's tag, or void where the member names its class itself; T is complete when a call is compiled.
+template <MemberKind Kind, typename T, typename F, typename Place = SharedPlace>
+class Function;
+
+template <MemberKind Kind, typename T, typename R, typename... A, typename Place>
+class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
+  static_assert(RequireDeclared<R, Declared<A>...>());
+
+ public:
+  using Arguments = Types<Declared<A>...>;
+  static constexpr MemberKind kind = Kind;
+
+  constexpr Function(const char* owner, const char* name, const char* descriptor)
+      : Function::Declaration(owner, name, descriptor) {
+    if (descriptor != nullptr) CheckMethodDescriptor(descriptor, ResultLetter, Row<Declared<A>>::Letter...);
+  }
+  Function(const Declaration<Kind, T, SharedPlace>& declared, Place place)
+      : Function::Declaration(declared, std::move(place)) {}
+
+  // Calls. A Thread, if given, comes first, then the object of an instance method, then the arguments.
+  template <typename... U>
+  R operator()(const U&... given) const {
+    return Enter(
+        CallEnv, [this](JNIEnv* env, const auto&... rest) -> R { return this->On(env, rest...); }, given...);
+  }
+
+  // The same member of a class that another loader has. It is found here; what is returned keeps the class, may be
+  // copied and shared by threads, and tests each object that it is called on. Throws as a call does.
+  Function<Kind, T, R(A...), BoundPlace> In(const Ref<Class>& type) const {
+    return {*this, BoundPlace(Env(), type, Name())};
+  }
+
+ private:
+  static constexpr char ResultLetter = Kind == MemberKind::Constructor ? 'V' : Row<R>::Letter;
+
+  MemberName Name() const {
+    using Result = std::conditional_t<Kind == MemberKind::Constructor, void, R>;
+    static constexpr auto own =
+        Join(Fixed("("), TypeDescriptor<Declared<A>>()..., Fixed(")"), TypeDescriptor<Result>());
+    return Function::Declaration::Named(own.data);
+  }
+  template <typename... U>
+  R On(JNIEnv* env, const U&... given) const {
+    if constexpr (!HasObject(Kind)) {
+      if constexpr (ArgumentsFit(Arguments(), Types<Plain<U>...>())) {
+        return Invoke(env, nullptr, Id(env), Pass<Declared<A>, Plain<U>>(env, given)...);
+      } else {
+        std::abort();
+      }
+    } else {
+      static_assert(sizeof...(U) != 0, "torvan::java: the first argument of a method is the object that has it");
+      if constexpr (sizeof...(U) != 0) {
+        return OnObject(env, given...);
+      } else {
+        std::abort();
+      }
+    }
+  }
+  template <typename Self, typename... U>
+  R OnObject(JNIEnv* env, const Self& self, const U&... given) const {
+    if constexpr (ObjectFits<T, Self>() && ArgumentsFit(Arguments(), Types<Plain<U>...>())) {
+      jobject const object = Ref<Object>(self).Get();
+      if (object == nullptr) ThrowNullObject(Name());
+      const jmethodID id = Id(env);
+      if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, this->ItsPlace().Type(), Name());
+      return Invoke(env, object, id, Pass<Declared<A>, Plain<U>>(env, given)...);
+    } else {
+      std::abort();
+    }
+  }
+
+  jmethodID Id(JNIEnv* env) const {
+    return static_cast<jmethodID>(this->ItsPlace().Id(env, [this] { return Name(); }));
+  }
+
+  // What is passed lives until the call is over.
+  template <typename... Passed>
+  R Invoke(JNIEnv* env, jobject object, jmethodID id, const Passed&... passed) const {
+    const jvalue values[sizeof...(Passed) + 1] = {ValueOf(passed)...};
+    const ClassTests* const tests = this->ItsPlace().Tests();
+    if (tests != nullptr) TestArguments(env, *tests, values, Name());
+    if constexpr (Kind == MemberKind::Constructor) {
+      jobject const made = env->NewObjectA(this->ItsPlace().Type(), id, values);
+      CheckPending(env);
+      return Row<R>::Take(env, made);
+    } else {
+      using Result = Jni<ResultLetter>;
+      const auto call = [&] {
+        if constexpr (Kind == MemberKind::StaticMethod) {
+          return Result::CallStatic(env, this->ItsPlace().Type(), id, values);
+        } else if constexpr (Kind == MemberKind::SuperMethod) {
+          return Result::CallSuper(env, object, this->ItsPlace().Type(), id, values);
+        } else {
+          return Result::Call(env, object, id, values);
+        }
+      };
+      if constexpr (ResultLetter == 'V') {
+        call();
+        CheckPending(env);
+      } else {
+        const auto result = call();
+        CheckPending(env);
+        if constexpr (ResultLetter == 'L') {
+          return TakeResult<R>(env, result, tests, Name());
+        } else {
+          return Row<R>::Take(result);
+        }
+      }
+    }
+  }
+};
+
+}  // namespace torvan::java::detail

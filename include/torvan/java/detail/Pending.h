@@ -1,0 +1,18 @@
+// The Java exception that is pending in a thread.
+#pragma once
+
+#include <torvan/jni/JniTypes.h>
+
+#include <string_view>
+
+namespace torvan::java::detail {
+
+// Clears what is pending and throws it as Error; something is pending. `addition` is appended to what() as it is.
+[[noreturn]] void ThrowPending(JNIEnv* env, std::string_view addition = {});
+
+// The check after each JNI call that can fail.
+inline void CheckPending(JNIEnv* env) {
+  if (env->ExceptionCheck() != JNI_FALSE) ThrowPending(env);
+}
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,122 @@
+// Calls whose method is chosen at run time.
+#pragma once
+
+#include <torvan/java/detail/Function.h>
+
+#include <cstddef>
+#include <string>
+
+namespace torvan::java::detail {
+
+// An argument as it is given.
+struct GivenArgument {
+  char letter;
+  const char* descriptor;  // null where only the object itself tells its class
+  jvalue value;
+};
+
+struct UndeclaredCall {
+  MemberKind kind;  // Method, StaticMethod or Constructor
+  jclass type;
+  jobject object;  // of a Method
+  const char* name;
+  const GivenArgument* arguments;
+  std::size_t count;
+  const char* result;  // the descriptor of the C++ type, "V" for any
+  bool resultHasNull;
+};
+
+// Chooses the method and calls it. The result is of the type asked for, a reference a new local one. Throws as Call().
+jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call);
+
+// Throws Misuse "null is given as the object of name(...)".
+[[noreturn]] void ThrowNullReceiver(const char* what, const std::string& name);
+
+template <typename U>
+GivenArgument Describe(const jvalue& value) {
+  using G = Given<U>;
+  if constexpr (G::Letter != 'L') {
+    static constexpr FixedText<1> text{{G::Letter, 0}};
+    return {G::Letter, text.data, value};
+  } else if constexpr (IsUnknown<G>) {
+    return {'L', nullptr, value};
+  } else {
+    static constexpr auto text = ClassDescriptor<typename G::Tag>();
+    return {'L', text.data, value};
+  }
+}
+
+// The type of the table that stands for a value that is given.
+template <typename U>
+constexpr bool MayBeGiven() {
+  static_assert(Given<U>::Letter != 0 && Given<U>::Letter != 'V',
+                "torvan::java: no conversion of this C++ type to Java; cast it to one that Java has, or specialise "
+                "torvan::java::Convert for it");
+  return Given<U>::Letter != 0 && Given<U>::Letter != 'V';
+}
+template <typename U>
+auto PassUndeclared(JNIEnv* env, const U& given) {
+  using P = Plain<U>;
+  using G = Given<P>;
+  if constexpr (G::Letter != 'L') {
+    jvalue value{};
+    Jni<G::Letter>::In(value) = static_cast<typename Jni<G::Letter>::Type>(G::Value(given));
+    return value;
+  } else if constexpr (IsUnknown<G>) {
+    return Pass<Ref<Object>, P>(env, given);
+  } else {
+    return G::Pass(env, given);
+  }
+}
+
+template <typename R, typename... U>
+R CallWith(JNIEnv* env, MemberKind kind, jclass type, jobject object, const char* name, const U&... given) {
+  static_assert(RequireDeclared<R>());
+  if constexpr ((MayBeGiven<Plain<U>>() && ... && true)) {
+    const auto run = [&](const auto&... passed) -> R {
+      const GivenArgument arguments[sizeof...(U) + 1] = {Describe<Plain<U>>(ValueOf(passed))...};
+      constexpr bool isVoid = std::is_void_v<R>;
+      static constexpr auto result = TypeDescriptor<R>();
+      bool hasNull = true;
+      if constexpr (Row<R>::Letter == 'L') hasNull = Row<R>::HasNull;
+      jvalue value = CallUndeclared(env, {kind, type, object, name, arguments, sizeof...(U), result.data, hasNull});
+      if constexpr (isVoid) {
+        static_cast<void>(value);
+      } else if constexpr (Row<R>::Letter == 'L') {
+        return Row<R>::Take(env, value.l);
+      } else {
+        return Row<R>::Take(Jni<Row<R>::Letter>::In(value));
+      }
+    };
+    return run(PassUndeclared(env, given)...);
+  } else {
+    std::abort();
+  }
+}
+
+template <typename R, typename Self, typename... U>
+R CallNamed(JNIEnv* env, const Self& self, const std::string& name, const U&... given) {
+  jobject const object = Ref<Object>(self).Get();
+  if (object == nullptr) ThrowNullReceiver("object", name);
+  const LocalScope type(env, env->GetObjectClass(object));
+  return CallWith<R>(env, MemberKind::Method, static_cast<jclass>(type.Get()), object, name.c_str(), given...);
+}
+
+template <typename R, typename Type, typename... U>
+R CallStaticNamed(JNIEnv* env, const Type& type, const std::string& name, const U&... given) {
+  jclass owner = nullptr;
+  if constexpr (std::is_convertible_v<const Type&, std::string>) {
+    owner = KeptClass(env, std::string(type).c_str());
+  } else {
+    owner = static_cast<jclass>(Ref<Class>(type).Get());
+    if (owner == nullptr) ThrowNullReceiver("class", name);
+  }
+  return CallWith<R>(env, MemberKind::StaticMethod, owner, nullptr, name.c_str(), given...);
+}
+
+template <typename T, typename... U>
+Local<T> NewTagged(JNIEnv* env, const U&... given) {
+  return CallWith<Local<T>>(env, MemberKind::Constructor, ClassOf<T>(env), nullptr, "<init>", given...);
+}
+
+}  // namespace torvan::java::detail

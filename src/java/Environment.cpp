@@ -1,0 +1,77 @@
+#include <torvan/java/detail/Environment.h>
+
+#include <torvan/java/Failure.h>
+#include <torvan/java/detail/Shared.h>
+
+#include <string>
+
+#include "java/Bindings.h"
+#include "java/Threads.h"
+
+namespace torvan::java::detail {
+
+std::atomic<JavaVM*> runningVm{nullptr};
+std::atomic<bool> threadEndsAreSeen{false};
+
+namespace {
+
+std::atomic<bool> s_hadVm{false};
+
+}  // namespace
+
+void UseVm(JavaVM* vm) noexcept {
+  if (vm != nullptr) s_hadVm.store(true, std::memory_order_relaxed);
+  if (vm == nullptr) threadEndsAreSeen.store(false, std::memory_order_relaxed);
+  runningVm.store(vm, std::memory_order_release);
+}
+
+void ThrowNoVm() {
+  const bool ended = s_hadVm.load(std::memory_order_relaxed);
+  throw Misuse("java/Environment", __LINE__,
+               ended ? "The Java VM has ended" : "No Java VM runs: call StartVm or JoinVm first");
+}
+
+JNIEnv* AskForEnv() noexcept {
+  JavaVM* const vm = runningVm.load(std::memory_order_acquire);
+  void* env = nullptr;
+  if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
+  // Also where somebody else attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
+  // has left the VM by then.
+  DetachAtThreadEnd(true);
+  if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));
+  return static_cast<JNIEnv*>(env);
+}
+
+JNIEnv* AttachedEnv(const char* name, bool* attached) {
+  JavaVM* const vm = runningVm.load(std::memory_order_acquire);
+  if (vm == nullptr) ThrowNoVm();
+  if (JNIEnv* env = AskForEnv()) return env;
+
+  std::string text(name != nullptr ? name : "");
+  JavaVMAttachArgs arguments{JNI_VERSION_1_6, name != nullptr ? text.data() : nullptr, nullptr};
+  void* made = nullptr;
+  // As a daemon: the VM's end waits for every other thread, also for one that has ended without detaching.
+  const jint status = vm->AttachCurrentThreadAsDaemon(&made, &arguments);
+  if (status != JNI_OK) {
+    RequireVm();
+    throw Failure("java/Environment", __LINE__,
+                  "The Java VM does not attach this thread: JNI status " + std::to_string(status));
+  }
+  JNIEnv* const env = static_cast<JNIEnv*>(made);
+  if (attached != nullptr) *attached = true;
+  DetachAtThreadEnd(true);
+  if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(env);
+  SetContextClassLoader(env);
+  DeleteDropped(env);
+  return env;
+}
+
+void DetachThread() noexcept {
+  JavaVM* const vm = runningVm.load(std::memory_order_acquire);
+  void* env = nullptr;
+  if (vm != nullptr && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK) vm->DetachCurrentThread();
+  ForgetEnv();
+  DetachAtThreadEnd(false);
+}
+
+}  // namespace torvan::java::detail

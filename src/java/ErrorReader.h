@@ -1,0 +1,44 @@
+// How a Java exception is read.
+#pragma once
+
+#include <torvan/java/Error.h>
+
+#include <mutex>
+#include <string_view>
+
+namespace torvan::java {
+
+// What all copies of an Error share. The first three never change; what is asked for later is guarded.
+struct Error::Facts {
+  std::string className;
+  std::optional<std::string> message;
+  Global<java::Throwable> throwable;
+
+  std::mutex lock;
+  std::optional<std::string> trace;
+  std::optional<std::optional<Error>> cause;
+};
+
+// Reads a Java exception that is no longer pending. What Java throws while it is read is cleared: an error is never
+// lost for another one.
+class ErrorReader {
+ public:
+  explicit ErrorReader(JNIEnv* env) noexcept : m_env(env) {}
+
+  Error Read(jthrowable throwable, std::string_view addition);
+  // Nothing where it cannot be read.
+  std::optional<std::string> Trace(jobject throwable);
+
+ private:
+  // The text that a method without arguments gives; nothing where it gave null or failed.
+  std::optional<std::string> Text(jobject object, jmethodID method);
+  jobject Call(jobject object, jmethodID method);
+  // Clears what the last call threw and tells whether it threw.
+  bool Failed();
+  std::string ClassName(jthrowable throwable);
+  std::string What(jthrowable throwable, const Error::Facts& facts);
+
+  JNIEnv* m_env;
+};
+
+}  // namespace torvan::java

@@ -1,0 +1,36 @@
+// What members a class has, by Java's reflection: for messages, and for calls that are not declared.
+#pragma once
+
+#include <torvan/java/Local.h>
+#include <torvan/java/detail/Member.h>
+
+#include <string>
+#include <vector>
+
+namespace torvan::java::detail {
+
+// A member of a class, its own or inherited, public or not.
+struct Candidate {
+  MemberKind kind;  // Method, StaticMethod, Constructor, Field or StaticField
+  std::string spelled;
+  std::vector<std::string> arguments;  // as Java spells them
+  std::string result;                  // likewise; of a field its type
+  Local<Object> reflected;             // java.lang.reflect.Method, Constructor or Field
+  std::vector<Local<Class>> argumentClasses;
+  Local<Class> resultClass;  // null of a constructor
+};
+
+// The methods, static or not, or the constructors or fields of that name, what hides or overrides first.
+// Throws Error when the class refuses to tell, as one does whose members' own classes are not there.
+std::vector<Candidate> CandidatesOf(JNIEnv* env, jclass type, MemberKind kind, const char* name);
+
+// Says what a class has instead of a member that was not found: " (java.lang.Math has no ...)". Throws as above.
+std::string Instead(JNIEnv* env, jclass type, const MemberName& name);
+
+// The loader of a class; null for the VM's own.
+Local<Object> LoaderOf(const Ref<Class>& type);
+
+// Whether the classes of a loader are out of the kept loader's reach.
+bool IsOtherLoader(const Ref<Object>& loader);
+
+}  // namespace torvan::java::detail

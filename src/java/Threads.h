@@ -1,0 +1,34 @@
+// How threads come to the VM and leave it, and what is asked of the system for that.
+#pragma once
+
+#include <torvan/java/detail/Environment.h>
+
+namespace torvan::java::detail {
+
+// Whether a thread's environment may be remembered: the VM tells when a thread leaves it, whoever detached it.
+extern std::atomic<bool> threadEndsAreSeen;
+
+// Gives the environment of a thread that has none remembered, attaching it under `name` (null: the VM's choice) if that
+// has to be, and remembers it if it may. `attached` tells whether it was attached by this call.
+JNIEnv* AttachedEnv(const char* name, bool* attached = nullptr);
+
+// The environment of the calling thread as the VM knows it, or null.
+JNIEnv* AskForEnv() noexcept;
+
+// Detaches the calling thread if it is attached to the VM that runs.
+void DetachThread() noexcept;
+
+// Asks a VM for word of each thread that leaves it, and of its own end. One without JVMTI gives none.
+void WatchVm(JavaVM* vm) noexcept;
+
+// The system's part.
+
+// Forgets the calling thread's environment.
+void ForgetEnv() noexcept;
+void RememberEnv(JNIEnv* env) noexcept;
+// Has DetachThread() called when the calling thread ends, or not.
+void DetachAtThreadEnd(bool detaches) noexcept;
+// Keeps the code of the layer loaded until the process ends: the VM and ending threads call it.
+void KeepLoaded() noexcept;
+
+}  // namespace torvan::java::detail

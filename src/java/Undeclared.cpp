@@ -1,0 +1,231 @@
+#include <torvan/java/detail/Undeclared.h>
+
+#include <torvan/java/Failure.h>
+#include <torvan/java/LocalFrame.h>
+
+#include <vector>
+
+#include "java/CallByLetter.h"
+#include "java/ClassNames.h"
+#include "java/Reflection.h"
+#include "java/Spelling.h"
+
+namespace torvan::java::detail {
+
+namespace {
+
+// The descriptor whose parameters are the arguments' types. What tells no type counts as an Object.
+std::string ExactDescriptor(const UndeclaredCall& call) {
+  std::string text = "(";
+  for (std::size_t i = 0; i < call.count; ++i) {
+    const char* const descriptor = call.arguments[i].descriptor;
+    text += descriptor != nullptr ? descriptor : "Ljava/lang/Object;";
+  }
+  return text + ")" + (call.kind == MemberKind::Constructor ? "V" : call.result);
+}
+
+// The letter of a type as Java spells it.
+char LetterOf(const std::string& spelled) {
+  for (const char letter : {'Z', 'B', 'C', 'S', 'I', 'J', 'F', 'D', 'V'}) {
+    if (spelled == SpellType({&letter, 1})) return letter;
+  }
+  return 'L';
+}
+
+std::string ArgumentName(const GivenArgument& argument) {
+  return argument.descriptor != nullptr ? SpellType(argument.descriptor) : "an object";
+}
+
+bool IsExact(const UndeclaredCall& call, const Candidate& candidate) {
+  if (candidate.arguments.size() != call.count) return false;
+  for (std::size_t i = 0; i < call.count; ++i) {
+    if (call.arguments[i].descriptor == nullptr || ArgumentName(call.arguments[i]) != candidate.arguments[i]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// The class of the object that a number becomes.
+jclass BoxOf(JNIEnv* env, char letter) {
+  switch (letter) {
+    case 'Z':
+      return ClassOf<Boxed<'Z'>>(env);
+    case 'B':
+      return ClassOf<Boxed<'B'>>(env);
+    case 'C':
+      return ClassOf<Boxed<'C'>>(env);
+    case 'S':
+      return ClassOf<Boxed<'S'>>(env);
+    case 'I':
+      return ClassOf<Boxed<'I'>>(env);
+    case 'J':
+      return ClassOf<Boxed<'J'>>(env);
+    case 'F':
+      return ClassOf<Boxed<'F'>>(env);
+    default:
+      return ClassOf<Boxed<'D'>>(env);
+  }
+}
+
+bool IsAssignable(JNIEnv* env, const GivenArgument& argument, const std::string& spelled, jclass type, bool boxing) {
+  const char letter = LetterOf(spelled);
+  if (argument.letter == 'L') {
+    return letter == 'L' && (argument.value.l == nullptr || env->IsInstanceOf(argument.value.l, type) != JNI_FALSE);
+  }
+  if (letter != 'L') return Widens(argument.letter, letter);
+  return boxing && env->IsAssignableFrom(BoxOf(env, argument.letter), type) != JNI_FALSE;
+}
+
+bool IsApplicable(JNIEnv* env, const UndeclaredCall& call, const Candidate& candidate, bool boxing) {
+  if (candidate.arguments.size() != call.count) return false;
+  for (std::size_t i = 0; i < call.count; ++i) {
+    const auto type = static_cast<jclass>(candidate.argumentClasses[i].Get());
+    if (!IsAssignable(env, call.arguments[i], candidate.arguments[i], type, boxing)) return false;
+  }
+  return true;
+}
+
+std::string SpellCall(JNIEnv* env, const UndeclaredCall& call) {
+  std::string text = NameOf(env, call.type);
+  if (call.kind != MemberKind::Constructor) text += std::string(".") + call.name;
+  text += "(";
+  for (std::size_t i = 0; i < call.count; ++i) text += (i > 0 ? ", " : "") + ArgumentName(call.arguments[i]);
+  return text + ")";
+}
+
+const Candidate* Choose(JNIEnv* env, const UndeclaredCall& call, const std::vector<Candidate>& candidates) {
+  for (const Candidate& candidate : candidates) {
+    if (candidate.kind == call.kind && IsExact(call, candidate)) return &candidate;
+  }
+  for (const bool boxing : {false, true}) {
+    std::vector<const Candidate*> applicable;
+    std::vector<std::string> list;
+    for (const Candidate& candidate : candidates) {
+      if (candidate.kind != call.kind || !IsApplicable(env, call, candidate, boxing)) continue;
+      applicable.push_back(&candidate);
+      list.push_back(candidate.spelled);
+    }
+    if (applicable.size() == 1) return applicable.front();
+    if (!applicable.empty()) {
+      throw Misuse("java/Undeclared", __LINE__,
+                   "several members take the arguments of " + SpellCall(env, call) + ": " + SpellList(list));
+    }
+  }
+  return nullptr;
+}
+
+// What is kept of the method that was chosen.
+struct Plan {
+  jmethodID id;
+  std::vector<char> letters;  // of the parameters
+  std::string result;         // as Java spells it
+};
+
+[[noreturn]] void ThrowNone(JNIEnv* env, const UndeclaredCall& call) {
+  const std::string type = NameOf(env, call.type);
+  const std::string exact = ExactDescriptor(call);
+  FindId(env, call.type, {call.kind, type.c_str(), call.name, exact.c_str(), exact.c_str()});
+  throw Misuse("java/Undeclared", __LINE__, "no member takes the arguments of " + SpellCall(env, call));
+}
+
+Plan MakePlan(JNIEnv* env, const UndeclaredCall& call) {
+  const LocalFrame frame(512);
+  const std::vector<Candidate> candidates = CandidatesOf(env, call.type, call.kind, call.name);
+  const Candidate* const chosen = Choose(env, call, candidates);
+  if (chosen == nullptr) ThrowNone(env, call);
+  Plan plan{env->FromReflectedMethod(chosen->reflected.Get()), {}, chosen->result};
+  for (const std::string& argument : chosen->arguments) plan.letters.push_back(LetterOf(argument));
+  return plan;
+}
+
+// Makes a wider number of a number that it Widens.
+jvalue Widen(jvalue value, char from, char to) {
+  jvalue wide{};
+  const jlong integer = from == 'B' ? value.b : from == 'S' ? value.s : from == 'I' ? value.i : 0;
+  if (from == to) {
+    wide = value;
+  } else if (to == 'S') {
+    wide.s = static_cast<jshort>(integer);
+  } else if (to == 'I') {
+    wide.i = static_cast<jint>(integer);
+  } else if (to == 'J') {
+    wide.j = integer;
+  } else if (to == 'F') {
+    wide.f = static_cast<jfloat>(integer);
+  } else {
+    wide.d = from == 'F' ? static_cast<jdouble>(value.f) : static_cast<jdouble>(integer);
+  }
+  return wide;
+}
+
+jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
+  const char wanted = call.result[0] == '[' ? 'L' : call.result[0];
+  const char letter = call.kind == MemberKind::Constructor ? 'L' : LetterOf(plan.result);
+  if (wanted != 'V' && !(wanted == 'L' ? letter == 'L' : Widens(letter, wanted))) {
+    throw Misuse(
+        "java/Undeclared", __LINE__,
+        SpellCall(env, call) + " returns " + plan.result + ", and " + SpellType(call.result) + " is asked for");
+  }
+  std::vector<jvalue> values(call.count + 1);
+  std::vector<Passed> boxes;
+  for (std::size_t i = 0; i < call.count; ++i) {
+    const GivenArgument& argument = call.arguments[i];
+    if (argument.letter != 'L' && plan.letters[i] == 'L') {
+      boxes.emplace_back(env, Box(env, argument.letter, argument.value));
+      values[i].l = boxes.back().Get();
+    } else {
+      values[i] = argument.letter == 'L' ? argument.value : Widen(argument.value, argument.letter, plan.letters[i]);
+    }
+  }
+  const jvalue result = CallByLetter(env, call.kind, letter, {plan.id, call.type}, call.object, values.data());
+  CheckPending(env);
+  if (wanted != 'V') return wanted == 'L' ? result : Widen(result, letter, wanted);
+  if (letter == 'L' && result.l != nullptr) env->DeleteLocalRef(result.l);
+  return jvalue{};
+}
+
+// Tests a result that is an object for the class that the C++ type stands for, unless that is what the method declares.
+void TestClass(JNIEnv* env, const UndeclaredCall& call, jobject result, const std::string& declared) {
+  const std::string wanted = SpellType(call.result);
+  if (result == nullptr || wanted == declared || wanted == "java.lang.Object") return;
+  const bool isArray = call.result[0] == '[';
+  const LocalScope type(env, LoadClass(env, LoaderOf(call.type).Get(), isArray ? call.result : wanted.c_str()));
+  RequireInstance(env, result, static_cast<jclass>(type.Get()));
+}
+
+}  // namespace
+
+jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
+  const std::string exact = ExactDescriptor(call);
+  const MemberName name{call.kind, "", call.name, exact.c_str(), exact.c_str()};
+  void* const id = FindIdOrNull(env, call.type, name);
+  jvalue result{};
+  if (id != nullptr) {
+    std::vector<jvalue> values(call.count + 1);
+    for (std::size_t i = 0; i < call.count; ++i) values[i] = call.arguments[i].value;
+    const char letter = call.kind == MemberKind::Constructor || call.result[0] == '[' ? 'L' : call.result[0];
+    result = CallByLetter(env, call.kind, letter, {static_cast<jmethodID>(id), call.type}, call.object, values.data());
+    CheckPending(env);
+  } else {
+    const Plan plan = MakePlan(env, call);
+    result = CallPlanned(env, call, plan);
+    if (call.kind != MemberKind::Constructor && call.result[0] != 'V' && LetterOf(plan.result) == 'L') {
+      Passed owned(env, result.l);
+      TestClass(env, call, result.l, plan.result);
+      owned.Release();
+    }
+  }
+  const bool isObject = call.result[0] == 'L' || call.result[0] == '[';
+  if (isObject && !call.resultHasNull && result.l == nullptr) {
+    const std::string type = NameOf(env, call.type);
+    ThrowNullResult({call.kind, type.c_str(), call.name, exact.c_str(), exact.c_str()});
+  }
+  return result;
+}
+
+void ThrowNullReceiver(const char* what, const std::string& name) {
+  throw Misuse("java/Undeclared", __LINE__, std::string("null is given as the ") + what + " of " + name + "(...)");
+}
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,48 @@
+// The library of a Java VM, and what the system says about it.
+#pragma once
+
+#include <torvan/jni/JniTypes.h>
+
+#include <filesystem>
+#include <string>
+
+namespace torvan::java::detail {
+
+// The entry points of a VM library.
+struct VmLibrary {
+  using CreateFunction = jint(JNICALL*)(JavaVM**, void**, void*);
+  using ListFunction = jint(JNICALL*)(JavaVM**, jsize, jsize*);
+
+  std::filesystem::path path;
+  CreateFunction create = nullptr;
+  ListFunction list = nullptr;
+};
+
+// Loads a VM library, which stays loaded. Throws StartFailure with the system's own reason when it cannot be loaded,
+// and when it is no VM library.
+VmLibrary LoadVmLibrary(const std::filesystem::path& path);
+
+// The VM library that this process has loaded. Its functions are null when there is none.
+VmLibrary LoadedVmLibrary();
+
+// The system's part.
+
+// Loads a library; on failure gives null and the system's reason.
+void* LoadLibraryAt(const std::filesystem::path& path, std::string& reason);
+void* SymbolOf(void* library, const char* name);
+// The library of that name if it is loaded, else null.
+void* FindLoadedVm(std::filesystem::path& path);
+
+// Where the library stands below the home folder of a runtime, the likeliest first.
+extern const char* const VmLibraryPlaces[4];
+
+// The text as the VM takes its options: in the system's own encoding. Throws StartFailure when that lacks a character.
+std::string OptionText(const std::string& utf8);
+
+// The file name of a library, "libjdwp.so" or "jdwp.dll".
+std::string LibraryFileName(const std::string& name);
+
+// The character between the parts of a path list.
+extern const char PathListSeparator;
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,124 @@
+#include "java/VmOptions.h"
+
+#include <torvan/java/Failure.h>
+#include <torvan/java/Runtimes.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "java/OptionChecks.h"
+#include "java/PathText.h"
+#include "java/VmLibrary.h"
+
+namespace torvan::java {
+
+namespace fs = std::filesystem;
+using detail::ToText;
+
+namespace {
+
+void RequireThere(const char* what, const fs::path& part) {
+  std::error_code error;
+  if (fs::exists(part, error)) return;
+  throw StartFailure("java/VmOptions", __LINE__, std::string(what) + " " + ToText(part) + " is not there");
+}
+
+// "folder/*" means the archives of the folder, which is something that Java's own launcher does and the VM does not.
+void AppendPart(const char* what, const fs::path& part, std::vector<fs::path>& parts) {
+  if (part.filename() != "*") {
+    RequireThere(what, part);
+    parts.push_back(part);
+    return;
+  }
+  RequireThere(what, part.parent_path());
+  const std::size_t first = parts.size();
+  for (const auto& entry : fs::directory_iterator(part.parent_path())) {
+    const fs::path extension = entry.path().extension();
+    if (extension == ".jar" || extension == ".JAR") parts.push_back(entry.path());
+  }
+  std::sort(parts.begin() + static_cast<std::ptrdiff_t>(first), parts.end());
+}
+
+std::string PathList(const char* what, const std::vector<fs::path>& given) {
+  std::vector<fs::path> parts;
+  for (const fs::path& part : given) AppendPart(what, part, parts);
+  std::string list;
+  for (const fs::path& part : parts) {
+    const std::string text = ToText(part);
+    if (text.find(detail::PathListSeparator) != std::string::npos) {
+      throw StartFailure("java/VmOptions", __LINE__,
+                         std::string(what) + " " + text + " has the separator of path lists in its name");
+    }
+    if (!list.empty()) list += detail::PathListSeparator;
+    list += text;
+  }
+  return list;
+}
+
+// The home of a runtime whose library this is, by the library's place in it; empty for a library that stands elsewhere.
+fs::path HomeOf(const fs::path& library) {
+  for (const char* place : detail::VmLibraryPlaces) {
+    fs::path home = library.lexically_normal();
+    fs::path tail = place;
+    for (; !tail.empty() && home.filename() == tail.filename(); tail = tail.parent_path()) home = home.parent_path();
+    if (tail.empty()) return home;
+  }
+  return {};
+}
+
+}  // namespace
+
+fs::path VmOptions::LibraryOf(const VmSettings& settings) {
+  const fs::path& runtime = settings.m_runtime;
+  if (runtime.empty()) return ChooseRuntime().Library();
+  RequireThere("The Java runtime", runtime);
+  std::error_code error;
+  return fs::is_directory(runtime, error) ? RuntimeIn(runtime).Library() : runtime;
+}
+
+VmOptions::VmOptions(const VmSettings& settings, const fs::path& library)
+    : m_home(HomeOf(library)), m_hasModulePath(!settings.m_modulePath.empty()) {
+  AddPaths(settings);
+  if (!settings.m_maximumHeap.empty()) m_texts.push_back("-Xmx" + settings.m_maximumHeap);
+  for (const auto& [name, value] : settings.m_properties) {
+    if (name.empty() || name.find('=') != std::string::npos) {
+      throw StartFailure("java/VmOptions", __LINE__, "\"" + name + "\" is no name of a system property");
+    }
+    m_texts.push_back("-D" + name + "=" + value);
+  }
+  AddAgents(settings);
+  for (const std::string& what : settings.m_verbose) m_texts.push_back("-verbose:" + what);
+  m_texts.insert(m_texts.end(), settings.m_options.begin(), settings.m_options.end());
+  Check();
+}
+
+void VmOptions::AddPaths(const VmSettings& settings) {
+  if (!settings.m_classPath.empty()) {
+    m_texts.push_back("-Djava.class.path=" + PathList("The class path part", settings.m_classPath));
+  }
+  if (!settings.m_modulePath.empty()) {
+    m_texts.push_back("--module-path=" + PathList("The module path part", settings.m_modulePath));
+  }
+}
+
+void VmOptions::AddAgents(const VmSettings& settings) {
+  for (const auto& [agent, options] : settings.m_agents) {
+    const bool isArchive = agent.extension() == ".jar";
+    const char* const kind = isArchive ? "-javaagent:" : agent.has_parent_path() ? "-agentpath:" : "-agentlib:";
+    m_texts.push_back(kind + ToText(agent) + (options.empty() ? "" : "=" + options));
+  }
+}
+
+void VmOptions::Check() const {
+  for (const std::string& text : m_texts) {
+    if (text.empty() || text.find('\0') != std::string::npos) {
+      throw StartFailure("java/VmOptions", __LINE__,
+                         "An option of the Java VM is empty or has a NUL in it: \"" + std::string(text.c_str()) + "\"");
+    }
+  }
+  detail::CheckAgents(m_texts, m_home);
+  detail::CheckHeap(m_texts);
+  if (!m_hasModulePath) detail::CheckModules(m_texts, m_home);
+}
+
+}  // namespace torvan::java

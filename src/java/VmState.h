@@ -1,0 +1,28 @@
+// What the layer knows about the VM of the process.
+#pragma once
+
+#include <torvan/java/Vm.h>
+
+#include <mutex>
+#include <optional>
+
+namespace torvan::java::detail {
+
+struct VmState {
+  std::recursive_mutex lock;  // one start or end at a time; shutdown hooks may come back here on the same thread
+  std::optional<jni::CJavaVm> handle;
+  std::optional<VmEnd> end;
+};
+
+// Never destroyed: the handle keeps the VM library loaded.
+VmState& TheVm();
+
+struct VmLibrary;
+
+// Makes a VM that runs the layer's own. The calling thread is attached, with `env`. Throws StartFailure.
+void TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniVersion);
+
+// Ends the VM that `env` belongs to and tells what came of it.
+VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace);
+
+}  // namespace torvan::java::detail

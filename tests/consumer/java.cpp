@@ -1,0 +1,48 @@
+// Uses the installed torvan::java as a host does. Where a runtime is found, a VM is started. Exit code 0 when all is
+// well.
+#include <torvan/Java.h>
+
+#include <cstdio>
+#include <cstring>
+
+namespace java = torvan::java;
+
+namespace {
+
+template <typename Expected, typename Function>
+bool Says(const char* start, Function function) {
+  try {
+    function();
+  } catch (const Expected& failure) {
+    if (std::strncmp(failure.what(), start, std::strlen(start)) == 0) return true;
+    std::printf("java: %s\n", failure.what());
+    return false;
+  }
+  std::printf("java: nothing thrown instead of: %s\n", start);
+  return false;
+}
+
+bool StartsAVm() {
+  java::Vm vm = java::StartVm(java::VmSettings().MaximumHeap("64m"));
+  const java::Global<java::String> text(java::Adopt<java::String>(java::Thread().Env()->NewStringUTF("text")));
+  const bool found = java::IsInstance<java::String>(text) && java::Handle(text).CallIntMethod("length", "()I") == 4;
+  return found &&
+         Says<java::Error>("java.lang.NoClassDefFoundError: no/Such",
+                           [&] { java::Guard([&] { vm.Handle().FindClass("no/Such"); }); }) &&
+         vm.End() == java::VmEnd::Destroyed;
+}
+
+}  // namespace
+
+int main() try {
+  bool good = Says<java::Misuse>("No Java VM runs: call StartVm or JoinVm first", [] { java::Thread(); });
+  good = good && Says<java::StartFailure>("The Java runtime no/such/home is not there",
+                                          [] { java::StartVm(java::VmSettings().Runtime("no/such/home")); });
+  const bool runs = !java::FindRuntimes().found.empty();
+  good = good && (!runs || StartsAVm());
+  std::printf("java: %s%s\n", good ? "as it should be" : "not as it should be", runs ? ", in a VM" : ", without a VM");
+  return good ? 0 : 1;
+} catch (const java::Failure& failure) {
+  std::printf("java: %s\n", failure.what());
+  return 1;
+}

@@ -1,0 +1,144 @@
+// How threads come to the VM and leave it.
+#include <torvan/java/Failure.h>
+#include <torvan/java/Thread.h>
+
+#include <string>
+#include <thread>
+
+#include "java/CountedVm.h"
+#include "java/What.h"
+
+namespace javatest {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using torvan::java::Failure;
+using torvan::java::Misuse;
+using torvan::java::Thread;
+using torvan::java::detail::Env;
+using torvan::java::detail::EnvIfAttached;
+using torvan::java::detail::UseVm;
+
+class EnvironmentTest : public CountedVmTest {
+ protected:
+  EnvironmentTest() {
+    jvm.On<&fakes::Invocation::AttachCurrentThreadAsDaemon>([this](void** env, void* arguments) {
+      const auto& given = *static_cast<const JavaVMAttachArgs*>(arguments);
+      name = given.name != nullptr ? given.name : "(none)";
+      *env = jvm.Env();
+      isAttached = status == JNI_OK;
+      return status;
+    });
+    jvm.On<&fakes::Invocation::DetachCurrentThread>([] {
+      isAttached = false;
+      return JNI_OK;
+    });
+  }
+
+  // Runs a function in a new thread that is not attached.
+  template <typename Function>
+  static void Elsewhere(Function function) {
+    std::thread([&] {
+      isAttached = false;
+      function();
+    }).join();
+  }
+
+  jint status = JNI_OK;
+  std::string name;
+};
+
+TEST_F(EnvironmentTest, AThreadIsAttachedByItsFirstCallAndDetachedAtItsEnd) {
+  Elsewhere([&] {
+    EXPECT_EQ(EnvIfAttached(), nullptr);
+    EXPECT_EQ(Calls("AttachCurrentThreadAsDaemon"), 0u);
+    EXPECT_EQ(Env(), jvm.Env());
+    EXPECT_EQ(Env(), jvm.Env());
+    EXPECT_EQ(EnvIfAttached(), jvm.Env());
+    EXPECT_EQ(name, "(none)");
+    EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
+  });
+  EXPECT_EQ(Calls("AttachCurrentThreadAsDaemon"), 1u);
+  EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
+TEST_F(EnvironmentTest, AThreadThatSomebodyElseAttachedIsDetachedAtItsEnd) {
+  std::thread([] {
+    isAttached = true;
+    Env();
+  }).join();
+  EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
+TEST_F(EnvironmentTest, ANamedThreadIsDetachedAtTheEndOfItsScope) {
+  Elsewhere([&] {
+    {
+      const Thread thread(
+          "Gr\xC3\xBC\xC3\x9F"
+          "e \xF0\x9F\x98\x80");
+      EXPECT_EQ(name,
+                "Gr\xC3\xBC\xC3\x9F"
+                "e \xED\xA0\xBD\xED\xB8\x80")
+          << "what JNI calls UTF-8";
+      EXPECT_EQ(thread.Env(), jvm.Env());
+      const Thread inner("inner");
+      EXPECT_EQ(Calls("AttachCurrentThreadAsDaemon"), 1u);
+    }
+    EXPECT_FALSE(isAttached);
+    EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+  });
+  EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
+TEST_F(EnvironmentTest, AThreadWithoutANameStaysAttached) {
+  Elsewhere([&] {
+    { const Thread thread; }
+    EXPECT_TRUE(isAttached);
+  });
+  EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
+TEST_F(EnvironmentTest, ANameThatIsNotUtf8IsRefusedBeforeTheThreadIsAttached) {
+  Elsewhere([] { EXPECT_THROW(Thread("\xFF"), Misuse); });
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+}
+
+TEST_F(EnvironmentTest, AThreadThatTheVmRefusesIsAFailure) {
+  status = JNI_ENOMEM;
+  Elsewhere(
+      [] { EXPECT_EQ(WhatOf<Failure>([] { Env(); }), "The Java VM does not attach this thread: JNI status -4"); });
+  EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
+}
+
+TEST_F(EnvironmentTest, AfterTheEndEveryCallThrowsAlsoWithAThread) {
+  const Thread thread;
+  jvm.TakeCalls();
+  UseVm(nullptr);
+  EXPECT_EQ(WhatOf<Misuse>([] { Env(); }), "The Java VM has ended");
+  EXPECT_EQ(WhatOf<Misuse>([&] { thread.Env(); }), "The Java VM has ended");
+  EXPECT_EQ(EnvIfAttached(), nullptr);
+  EXPECT_THAT(jvm.Calls(), IsEmpty());
+}
+
+TEST_F(EnvironmentTest, AThreadThatEndsAfterTheVmIsNotDetached) {
+  Elsewhere([&] {
+    Env();
+    UseVm(nullptr);
+  });
+  EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
+}
+
+// In a process that never had a VM.
+TEST(NoVmTest, ACallBeforeTheStartSaysWhatToDo) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        const std::string what = WhatOf<Misuse>([] { Env(); });
+        std::exit(what == "No Java VM runs: call StartVm or JoinVm first" ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
+}  // namespace javatest

@@ -1,0 +1,167 @@
+// What each operation on references does to their numbers.
+#include <torvan/java/Cast.h>
+#include <torvan/java/Failure.h>
+#include <torvan/java/Weak.h>
+
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "java/CountedVm.h"
+
+namespace javatest {
+namespace {
+
+using torvan::java::Global;
+using torvan::java::Local;
+using torvan::java::Object;
+using torvan::java::Ref;
+using torvan::java::Weak;
+using torvan::java::detail::GlobalOf;
+using torvan::java::detail::Own;
+using torvan::java::detail::UseVm;
+
+class ReferencesTest : public CountedVmTest {
+ protected:
+  Local<> Made() { return Own<Object>(jvm.Env(), NewLocal()); }
+  // Drops something on a thread that is not attached.
+  template <typename T>
+  static void DropElsewhere(T&& dropped) {
+    std::thread([moved = std::forward<T>(dropped)]() mutable {
+      isAttached = false;
+      moved.Reset();
+    }).join();
+  }
+};
+
+TEST_F(ReferencesTest, ALocalIsDeletedOnce) {
+  {
+    Local<> first = Made();
+    Local<> second = std::move(first);
+    Local<> third = Made();
+    third = std::move(second);
+    EXPECT_EQ(locals, 1);
+    third = Made();
+    EXPECT_EQ(locals, 1);
+    third.Reset();
+    EXPECT_EQ(locals, 0);
+  }
+  EXPECT_EQ(Calls("DeleteLocalRef"), 3u);
+}
+
+TEST_F(ReferencesTest, AReleasedLocalIsTheCallers) {
+  Local<> local = Made();
+  EXPECT_NE(local.Release(), nullptr);
+  local.Reset();
+  EXPECT_EQ(locals, 1);
+  locals = 0;
+}
+
+TEST_F(ReferencesTest, ALocalOfAThreadThatLeftIsNotTouched) {
+  Local<> local = Made();
+  isAttached = false;
+  local.Reset();
+  isAttached = true;
+  EXPECT_EQ(locals, 1);
+  EXPECT_FALSE(local);
+  locals = 0;
+}
+
+TEST_F(ReferencesTest, CopiesOfAGlobalShareOneReference) {
+  {
+    const Global<> first(Made());
+    EXPECT_EQ(locals, 0);
+    Global<> second = first;
+    Global<> third(second);
+    second = third;
+    third = std::move(second);
+    EXPECT_EQ(jvm.LiveGlobals(), 1u);
+  }
+  EXPECT_EQ(Calls("NewGlobalRef"), 1u);
+  EXPECT_EQ(Calls("DeleteGlobalRef"), 1u);
+}
+
+TEST_F(ReferencesTest, NullReferencesAskForNothing) {
+  const Global<> global(nullptr);
+  const Global<> copy = global;
+  const Global<> made = GlobalOf<Object>(jvm.Env(), nullptr);
+  const Weak<> weak(global);
+  EXPECT_FALSE(weak.Lock());
+  const Local<> local(copy);
+  EXPECT_TRUE(torvan::java::Same(global, local));
+  EXPECT_THAT(jvm.Calls(), testing::IsEmpty());
+}
+
+TEST_F(ReferencesTest, WeakReferencesAreShared) {
+  {
+    const Weak<> first(Made());
+    Weak<> second = first;
+    EXPECT_EQ(weaks, 1);
+    EXPECT_TRUE(second.Lock());
+    second.Reset();
+    EXPECT_EQ(weaks, 1);
+  }
+  EXPECT_EQ(weaks, 0);
+}
+
+TEST_F(ReferencesTest, AVmThatRefusesAReferenceLeavesNothing) {
+  const Local<> local = Made();
+  jvm.AnswerNull("NewGlobalRef(local:1)");
+  EXPECT_THROW(Global<>{local}, std::bad_alloc);
+  jvm.AnswerNull("NewWeakGlobalRef(local:1)");
+  EXPECT_THROW(Weak<>{local}, std::bad_alloc);
+  jvm.AnswerNull("NewLocalRef(local:1)");
+  EXPECT_THROW(Local<>{Ref<Object>(local)}, std::bad_alloc);
+  EXPECT_EQ(jvm.LiveGlobals(), 0u);
+  EXPECT_EQ(locals, 1);
+}
+
+TEST_F(ReferencesTest, WhatAnUnattachedThreadDropsIsDeletedByTheNextThatMakesOne) {
+  Global<> global(Made());
+  Weak<> weak(global);
+  Global<> kept = global;
+  DropElsewhere(std::move(global));
+  EXPECT_EQ(jvm.LiveGlobals(), 1u) << "it is not the last";
+  DropElsewhere(std::move(kept));
+  DropElsewhere(std::move(weak));
+  EXPECT_EQ(jvm.LiveGlobals(), 1u);
+  EXPECT_EQ(weaks, 1);
+  const Global<> next(Made());
+  EXPECT_EQ(jvm.LiveGlobals(), 1u);
+  EXPECT_EQ(weaks, 0);
+}
+
+TEST_F(ReferencesTest, WhatUnwindingDropsIsDeleted) {
+  try {
+    const Global<> global(Made());
+    const Local<> local = Made();
+    throw std::runtime_error("on its way");
+  } catch (const std::runtime_error&) {
+    EXPECT_EQ(jvm.LiveGlobals(), 0u);
+    EXPECT_EQ(locals, 0);
+  }
+}
+
+TEST_F(ReferencesTest, AfterTheEndOfTheVmNothingIsAskedOfIt) {
+  jobject raw = nullptr;
+  {
+    Global<> global(Made());
+    const Global<> copy = global;
+    const Weak<> weak(copy);
+    Local<> local = Made();
+    raw = global.Get();
+    jvm.TakeCalls();
+    UseVm(nullptr);
+    EXPECT_THROW(weak.Lock(), torvan::java::Misuse);
+    EXPECT_THROW(Local<>{global}, torvan::java::Misuse);
+    EXPECT_THROW(Global<>{local}, torvan::java::Misuse);
+    DropElsewhere(std::move(global));
+  }
+  EXPECT_THAT(jvm.Calls(), testing::IsEmpty());
+  locals = weaks = 0;  // they went with the VM
+  jvm.Env()->DeleteGlobalRef(raw);
+}
+
+}  // namespace
+}  // namespace javatest

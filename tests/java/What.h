@@ -1,0 +1,19 @@
+// What a failure says.
+#pragma once
+
+#include <string>
+
+namespace javatest {
+
+// The text of the failure of this class that a function throws; "nothing" where it throws none.
+template <typename Expected, typename Function>
+std::string WhatOf(Function&& function) {
+  try {
+    function();
+  } catch (const Expected& failure) {
+    return failure.what();
+  }
+  return "nothing";
+}
+
+}  // namespace javatest

@@ -1,0 +1,98 @@
+// Counts the references that the calling thread's JNI makes and deletes, on a real VM.
+#pragma once
+
+#include <torvan/jni/JniTypes.h>
+
+#include <type_traits>
+#include <vector>
+
+namespace javatest {
+
+// Stands between the thread and the VM's functions while it lives. One at a time, and no other thread calls meanwhile.
+class CountedReferences {
+ public:
+  explicit CountedReferences(JNIEnv* env) : m_env(env) {
+    s_real = env->functions;
+    s_locals = s_globals = 0;
+    m_table = *s_real;
+    // clang-format off
+    Wrap<&Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectV, &Jni::NewObjectArray, &Jni::NewLocalRef,
+         &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
+         &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectArrayElement, &Jni::GetObjectClass,
+         &Jni::GetSuperclass, &Jni::FindClass, &Jni::ExceptionOccurred, &Jni::GetMethodID, &Jni::GetStaticMethodID,
+         &Jni::GetFieldID, &Jni::GetStaticFieldID,
+         &Jni::CallVoidMethodA, &Jni::CallBooleanMethodA, &Jni::CallIntMethodA, &Jni::CallLongMethodA,
+         &Jni::CallStaticVoidMethodA, &Jni::CallStaticBooleanMethodA, &Jni::CallStaticIntMethodA,
+         &Jni::CallStaticLongMethodA, &Jni::CallStaticDoubleMethodA>();
+    // clang-format on
+    m_table.DeleteLocalRef = [](JNIEnv* e, jobject ref) {
+      if (ref != nullptr && s_depth == 0) --s_locals;
+      s_real->DeleteLocalRef(e, ref);
+    };
+    m_table.NewGlobalRef = [](JNIEnv* e, jobject ref) {
+      jobject const made = s_real->NewGlobalRef(e, ref);
+      if (made != nullptr && s_depth == 0) ++s_globals;
+      return made;
+    };
+    m_table.DeleteGlobalRef = [](JNIEnv* e, jobject ref) {
+      if (ref != nullptr && s_depth == 0) --s_globals;
+      s_real->DeleteGlobalRef(e, ref);
+    };
+    m_table.PushLocalFrame = [](JNIEnv* e, jint capacity) {
+      s_frames.push_back(s_locals);
+      return s_real->PushLocalFrame(e, capacity);
+    };
+    m_table.PopLocalFrame = [](JNIEnv* e, jobject result) {
+      s_locals = s_frames.back() + (result != nullptr && s_depth == 0 ? 1 : 0);
+      s_frames.pop_back();
+      return s_real->PopLocalFrame(e, result);
+    };
+    env->functions = &m_table;
+  }
+  CountedReferences(const CountedReferences&) = delete;
+  CountedReferences& operator=(const CountedReferences&) = delete;
+  ~CountedReferences() { m_env->functions = s_real; }
+
+  // How many more there are than at the start.
+  int Locals() const { return s_locals; }
+  int Globals() const { return s_globals; }
+
+ private:
+  using Jni = JNINativeInterface_;
+
+  // While the VM runs Java, the JDK's own native methods use the same table, and theirs end with them.
+  template <auto Slot, typename Function>
+  struct Wrapper;
+  template <auto Slot, typename R, typename... A>
+  struct Wrapper<Slot, R (JNICALL* Jni::*)(JNIEnv*, A...)> {
+    static R JNICALL Call(JNIEnv* env, A... arguments) {
+      const Inside inside;
+      if constexpr (std::is_convertible_v<R, jobject>) {
+        const R made = (s_real->*Slot)(env, arguments...);
+        if (made != nullptr && s_depth == 1) ++s_locals;
+        return made;
+      } else {
+        return (s_real->*Slot)(env, arguments...);
+      }
+    }
+  };
+  struct Inside {
+    Inside() { ++s_depth; }
+    ~Inside() { --s_depth; }
+  };
+  template <auto... Slot>
+  void Wrap() {
+    ((m_table.*Slot = &Wrapper<Slot, decltype(Slot)>::Call), ...);
+  }
+
+  static inline const Jni* s_real = nullptr;
+  static inline int s_depth = 0;
+  static inline int s_locals = 0;
+  static inline int s_globals = 0;
+  static inline std::vector<int> s_frames;
+
+  JNIEnv* m_env;
+  Jni m_table;
+};
+
+}  // namespace javatest

@@ -1,0 +1,242 @@
+// How VMs end.
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "java/realvm/OwnProcess.h"
+
+namespace javatest {
+namespace {
+
+using namespace std::chrono_literals;
+using java::Misuse;
+using java::StartVm;
+using java::Vm;
+using java::VmEnd;
+using testing::HasSubstr;
+using Clock = std::chrono::steady_clock;
+
+// A shutdown hook that writes the text into the note.
+void AddHook(const Note& note) {
+  const auto path = NewText(note.Path().c_str());
+  CallStaticInt("fixture/Vms", "addHook", "(Ljava/lang/String;)I", path.Get());
+}
+
+TEST(EndTest, TheDestructorEndsTheVmAndItsHooksRun) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    {
+      const Vm vm = StartVm(FixtureSettings());
+      AddHook(note);
+    }
+    EXPECT_EQ(note.Text(), "hook");
+    EXPECT_EQ(WhatOf<Misuse>([] { java::Thread(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<java::StartFailure>([] { StartVm(FixtureSettings()); }),
+              "The Java VM has ended; a process can have one, and only once");
+    EXPECT_EQ(WhatOf<java::StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process");
+  });
+}
+
+TEST(EndTest, EndingItAgainTellsTheSame) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    const auto start = Clock::now();
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+    EXPECT_LT(Clock::now() - start, 5s);
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+  });
+}
+
+TEST(EndTest, AnyThreadEndsIt) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    Vm vm = StartVm(FixtureSettings());
+    AddHook(note);
+    std::thread([&] { EXPECT_EQ(vm.End(), VmEnd::Destroyed); }).join();
+    EXPECT_EQ(note.Text(), "hook");
+  });
+}
+
+TEST(EndTest, ThreadsOfTheHostAreNotWaitedFor) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    std::atomic<int> attached{0};
+    std::atomic<bool> over{false};
+    std::thread idle([&] {
+      const java::Thread thread;
+      ++attached;
+      while (!over) std::this_thread::sleep_for(1ms);
+      EXPECT_EQ(WhatOf<Misuse>([&] { thread.Env(); }), "The Java VM has ended");
+    });
+    std::thread([&] {  // ends without detaching, as the fixed interface lets it
+      vm.Handle().Attach();
+      java::Thread();
+    })
+        .join();
+    while (attached == 0) std::this_thread::sleep_for(1ms);
+    EXPECT_EQ(vm.End(20s), VmEnd::Destroyed);
+    over = true;
+    idle.join();
+  });
+}
+
+TEST(EndTest, AThreadOfJavasOwnIsWaitedForAsLongAsTheGrace) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    Vm vm = StartVm(FixtureSettings());
+    AddHook(note);
+    CallStaticInt("fixture/Vms", "runFor", "(I)I", 300);
+    const auto start = Clock::now();
+    EXPECT_EQ(vm.End(20s), VmEnd::Destroyed);
+    EXPECT_GE(Clock::now() - start, 200ms);
+    EXPECT_LT(Clock::now() - start, 15s);
+    EXPECT_EQ(note.Text(), "hook");
+  });
+}
+
+TEST(EndTest, WhenTheGraceIsOverTheHooksRunAllTheSame) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    Vm vm = StartVm(FixtureSettings());
+    AddHook(note);
+    CallStaticInt("fixture/Vms", "runFor", "(I)I", 600000);
+    const auto start = Clock::now();
+    EXPECT_EQ(vm.End(200ms), VmEnd::LeftRunning);
+    EXPECT_LT(Clock::now() - start, 15s);
+    EXPECT_EQ(note.Text(), "hook");
+    EXPECT_EQ(vm.End(), VmEnd::LeftRunning);
+    EXPECT_EQ(WhatOf<Misuse>([] { java::Thread(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([] { java::JoinVm(); }), "The Java VM has ended");
+  });
+}
+
+TEST(EndTest, AThreadInsideACallAtThatMomentIsToldOrStandsStill) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    static std::atomic<long> calls{0};
+    static std::atomic<bool> told{false};
+    std::thread([] {
+      try {
+        for (;; ++calls) CallStaticInt("java/lang/Math", "abs", "(I)I", -1);
+      } catch (const Misuse&) {
+        told = true;
+      }
+    }).detach();
+    while (calls < 1000) std::this_thread::yield();
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+    for (int i = 0; i < 100 && !told; ++i) std::this_thread::sleep_for(2ms);
+    const long atEnd = calls;
+    std::this_thread::sleep_for(20ms);
+    EXPECT_EQ(calls, atEnd);
+  });
+}
+
+TEST(EndTest, AReleasedVmGoesOn) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    {
+      Vm vm = StartVm(FixtureSettings());
+      AddHook(note);
+      vm.Release();
+      EXPECT_THROW(vm.End(), Misuse);
+    }
+    EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -7), 7);
+    EXPECT_EQ(note.Text(), "");
+  });
+}
+
+TEST(EndTest, AMovedVmIsEndedOnce) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    Vm first = StartVm(FixtureSettings());
+    AddHook(note);
+    {
+      Vm second = std::move(first);
+      EXPECT_THROW(first.End(), Misuse);
+      first = std::move(second);
+    }
+    EXPECT_EQ(note.Text(), "");
+    EXPECT_EQ(first.End(), VmEnd::Destroyed);
+    EXPECT_EQ(note.Text(), "hook");
+  });
+}
+
+jint JNICALL EndInCallBack(JNIEnv*, jclass, jint) {
+  Vm vm = java::JoinVm();
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }),
+            "The Java VM cannot be ended by a thread that Java has called");
+  return 5;
+}
+
+TEST(EndTest, AThreadThatJavaCalledCannotEndIt) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    char name[] = "callBack";
+    char signature[] = "(I)I";
+    const JNINativeMethod method = {name, signature, reinterpret_cast<void*>(&EndInCallBack)};
+    JNIEnv* const env = java::detail::Env();
+    const auto type = java::Adopt<java::Class>(java::detail::LoadClass(env, "fixture/Work"));
+    if (env->RegisterNatives(static_cast<jclass>(type.Get()), &method, 1) != JNI_OK) return;  // the bridge refuses it
+    EXPECT_EQ(CallStaticInt("fixture/Work", "callBack", "(I)I", 1), 5);
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+  });
+}
+
+TEST(EndTest, AHostOfTheFixedInterfaceEndsItsVm) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    const torvan::jni::CJavaVm vm = FixedVm();
+    const torvan::jni::CJavaString path = vm.NewString(Wide(note.Path()).c_str());
+    vm.FindClass("fixture/Vms").CallStaticIntMethod("addHook", "(Ljava/lang/String;)I", static_cast<jstring>(path));
+    EXPECT_EQ(java::EndVm(vm), VmEnd::Destroyed);
+    EXPECT_EQ(note.Text(), "hook");
+    EXPECT_EQ(java::EndVm(vm), VmEnd::Destroyed);
+  });
+}
+
+TEST(EndTest, AThreadThatTheFixedInterfaceLeftAttachedIsWaitedFor) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    const torvan::jni::CJavaVm vm = FixedVm();
+    std::thread([&] { vm.Attach(); }).join();
+    EXPECT_EQ(java::EndVm(vm, 100ms), VmEnd::LeftRunning);
+  });
+}
+
+TEST(EndTest, ReferencesAndErrorsOutliveTheVm) {
+  InProcessOfItsOwn([] {
+    static java::Global<> inStatic;
+    Vm vm = StartVm(FixtureSettings());
+    const java::Local<> local(NewText("text"));
+    const java::Global<> global{java::Ref<java::Object>(local)};
+    const java::Weak<> weak{java::Ref<java::Object>(local)};
+    inStatic = global;
+    std::optional<java::Error> read;
+    std::optional<java::Error> unread;
+    for (std::optional<java::Error>* error : {&read, &unread}) {
+      try {
+        CallStaticInt("fixture/Failures", "failLater", "(I)I", 1);
+      } catch (const java::Error& caught) {
+        *error = caught;
+      }
+    }
+    const std::string trace = read->StackTrace();
+    read->Cause();
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+    EXPECT_EQ(read->StackTrace(), trace);
+    EXPECT_FALSE(read->Cause().has_value());
+    EXPECT_STREQ(unread->what(), "java.lang.NumberFormatException: For input string: \"x\"");
+    EXPECT_EQ(unread->StackTrace(),
+              "java.lang.NumberFormatException: For input string: \"x\"\n"
+              "\t(the stack trace was not read: the Java VM has ended)\n");
+    EXPECT_EQ(WhatOf<Misuse>([&] { unread->Cause(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([&] { java::Local<>{global}; }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([&] { weak.Lock(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([&] { java::Handle(global); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([] { java::MakeFailuresReadable(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([] { java::TakePending(); }), "The Java VM has ended");
+  });
+}
+
+}  // namespace
+}  // namespace javatest

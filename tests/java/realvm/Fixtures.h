@@ -1,0 +1,52 @@
+// The Java VM that a test program is run with, the fixtures on its class path, and their tags.
+#pragma once
+
+#include <torvan/Java.h>
+#include <torvan/Torvan.h>
+
+#include <string>
+
+namespace javatest {
+
+namespace java = torvan::java;
+
+// Settings with the VM library that TORVAN_TEST_LIBJVM names (else the installed runtime), the fixtures' folder as
+// class path, and the option that TORVAN_TEST_VM_OPTION holds.
+java::VmSettings FixtureSettings();
+
+// A VM that a host of the fixed interface has created with the same library and class path.
+torvan::jni::CJavaVm FixedVm();
+std::basic_string<RX::UniChar> Wide(const std::string& text);
+
+// Tags of the fixtures.
+struct Failures {
+  static constexpr char JavaName[] = "fixture/Failures";
+};
+struct Named {
+  static constexpr char JavaName[] = "fixture/Kinds$Named";
+};
+struct Parent {
+  static constexpr char JavaName[] = "fixture/Kinds$Parent";
+  using Super = Named;
+};
+struct Child {
+  static constexpr char JavaName[] = "fixture/Kinds$Child";
+  using Super = Parent;
+};
+struct Integer {
+  static constexpr char JavaName[] = "java/lang/Integer";
+};
+
+// Raw JNI, for what is no subject of the test.
+template <typename T>
+java::Local<T> New() {
+  JNIEnv* const env = java::detail::Env();
+  jclass const type = java::detail::ClassOf<T>(env);
+  return java::Adopt<T>(env->NewObject(type, env->GetMethodID(type, "<init>", "()V")));
+}
+java::Local<Integer> NewInteger(jint value);
+jint CallStaticInt(const char* type, const char* method, const char* descriptor, ...);
+jobject CallObject(jobject object, const char* method, const char* descriptor, ...);
+java::Local<java::String> NewText(const char* ascii);
+
+}  // namespace javatest

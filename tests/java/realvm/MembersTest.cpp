@@ -1,0 +1,218 @@
+// Declared members of all kinds.
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "java/realvm/MembersTags.h"
+
+namespace javatest {
+namespace {
+
+using java::Constructor;
+using java::Field;
+using java::Local;
+using java::Method;
+using java::Misuse;
+using java::Object;
+using java::Ref;
+using java::StaticField;
+using java::StaticMethod;
+using java::SuperMethod;
+
+struct Strings {
+  static constexpr char JavaName[] = "[Ljava/lang/String;";
+};
+struct Failing {
+  static constexpr char JavaName[] = "fixture/Members$Failing";
+};
+struct Abstract {
+  static constexpr char JavaName[] = "fixture/Members$Abstract";
+};
+
+class MembersTest : public RealVmTest {};
+
+constexpr Constructor<Derived()> NewDerived;
+constexpr Constructor<Derived(std::string_view)> NewDerivedOf;
+constexpr Method<Greeter, std::string(std::string_view)> Greet{"greet"};
+constexpr Method<Greeter, std::string(std::string_view)> GreetTwice{"greetTwice"};
+constexpr Method<Derived, jint()> Shared{"shared"};
+constexpr Method<Base, jint()> BaseShared{"shared"};
+constexpr Field<Derived, std::string> How{"how"};
+constexpr StaticMethod<jint(jint, jint)> Max{"java/lang/Math", "max"};
+constexpr StaticField<jint> Calls{"fixture/Members", "calls"};
+constexpr StaticMethod<void()> Called{"fixture/Members", "called"};
+
+TEST_F(MembersTest, ConstructorsMakeObjects) {
+  EXPECT_EQ(How.Get(NewDerived()), "nothing");
+  EXPECT_EQ(How.Get(NewDerivedOf("text")), "text");
+  static constexpr Constructor<Derived(jint)> OfInt;
+  static constexpr Constructor<Derived(jlong)> OfLong;
+  static constexpr Constructor<Derived(std::string_view, Ref<Object>)> OfBoth;  // private, which JNI does not mind
+  const java::Thread thread;
+  EXPECT_EQ(How.Get(OfInt(thread, 5)), "int 5");
+  EXPECT_EQ(How.Get(OfLong(5)), "long 5");
+  EXPECT_EQ(How.Get(OfBoth("text", NewInteger(7))), "text 7");
+}
+
+TEST_F(MembersTest, MethodsOfInterfacesAndInheritedOnes) {
+  const Local<Derived> derived = NewDerived();
+  EXPECT_EQ(Greet(derived, "you"), "derived you");
+  EXPECT_EQ(GreetTwice(derived, "you"), "derived you, derived you");
+  EXPECT_EQ(BaseShared(derived), 20);  // virtual
+  static constexpr Method<Base, jint()> Hidden{"hidden"};
+  EXPECT_EQ(Hidden(derived), 11);
+  static constexpr Method<Derived, jint()> HashCode{"hashCode"};
+  EXPECT_EQ(HashCode(derived), java::CallStatic<jint>("java/lang/System", "identityHashCode", derived));
+}
+
+TEST_F(MembersTest, SuperMethodsAreThoseOfTheClassNamed) {
+  static constexpr SuperMethod<Base, jint()> BaseOwn{"shared"};
+  static constexpr SuperMethod<Base, std::string(std::string_view)> BaseGreet{"greet"};
+  static constexpr SuperMethod<Object, std::string()> ObjectText{"toString"};
+  const Local<Derived> derived = NewDerived();
+  EXPECT_EQ(BaseOwn(derived), 10);
+  EXPECT_EQ(Shared(derived), 20);
+  EXPECT_EQ(BaseGreet(derived, "you"), "base you");
+  EXPECT_EQ(ObjectText(derived).substr(0, 23), "fixture.Members$Derived");
+}
+
+TEST_F(MembersTest, AnyReferenceAndAThreadGoFirst) {
+  const Local<Derived> derived = NewDerived();
+  const java::Global<Derived> global(derived);
+  const java::Thread thread;
+  EXPECT_EQ(Shared(derived), 20);
+  EXPECT_EQ(Shared(global), 20);
+  EXPECT_EQ(Shared(thread, global), 20);
+  EXPECT_EQ(Shared(Ref<Derived>(global)), 20);
+  EXPECT_EQ(Shared(java::Handle(derived)), 20);
+  EXPECT_EQ(Shared(thread, derived.Get()), 20);
+  EXPECT_EQ(Max(thread, 3, 4), 4);
+}
+
+TEST_F(MembersTest, ResultsOfAllTypes) {
+  EXPECT_EQ((StaticMethod<jlong()>{"fixture/Members", "count"}()), 5);
+  EXPECT_EQ((StaticMethod<float()>{"fixture/Members", "half"}()), 0.5f);
+  Calls.Set(0);
+  Called();
+  Called(java::Thread());
+  EXPECT_EQ(Calls.Get(), 2);
+  EXPECT_EQ((StaticMethod<std::string()>{"fixture/Members", "secret"}()), "told");
+}
+
+TEST_F(MembersTest, AVarargsMethodTakesItsArray) {
+  static constexpr StaticMethod<std::string(std::string_view, Ref<Strings>)> Joined{"fixture/Members", "joined"};
+  JNIEnv* const env = java::detail::Env();
+  const auto type = java::FindClass("java/lang/String");
+  const auto parts =
+      java::Adopt<Strings>(env->NewObjectArray(2, static_cast<jclass>(type.Get()), java::NewString("x").Get()));
+  EXPECT_EQ(Joined("-", parts), "x-x");
+}
+
+TEST_F(MembersTest, ADescriptorIsGivenWhereJavaDeclaresAnotherClass) {
+  static constexpr Method<ArrayList, bool(Ref<Derived>)> Add{"add", "(Ljava/lang/Object;)Z"};
+  static constexpr Method<ArrayList, Local<Derived>(jint)> Get{"get", "(I)Ljava/lang/Object;"};
+  static constexpr StaticMethod<std::string(std::string_view)> Chars{"fixture/Members", "chars",
+                                                                     "(Ljava/lang/CharSequence;)Ljava/lang/String;"};
+  static constexpr StaticMethod<std::string(Ref<ArrayList>)> Listed{"fixture/Members", "listed",
+                                                                    "(Ljava/util/List;)Ljava/lang/String;"};
+  const Local<ArrayList> list = java::New<ArrayList>();
+  EXPECT_TRUE(Add(list, NewDerivedOf("in the list")));
+  EXPECT_EQ(How.Get(Get(list, 0)), "in the list");
+  EXPECT_EQ(Chars("text"), "chars text");
+  EXPECT_EQ(Listed(list), "list of 1");
+}
+
+// JNI would take it, and the VM would crash sooner or later.
+TEST_F(MembersTest, WhatTheCompilerCannotTestIsTestedAtTheCall) {
+  static constexpr Method<ArrayList, bool(Ref<Object>)> Add{"add"};
+  static constexpr Method<ArrayList, Local<Derived>(jint)> Get{"get", "(I)Ljava/lang/Object;"};
+  static constexpr Method<ArrayList, std::string(jint)> GetText{"get", "(I)Ljava/lang/Object;"};
+  static constexpr StaticMethod<std::string(Ref<Object>)> Listed{"fixture/Members", "listed",
+                                                                 "(Ljava/util/List;)Ljava/lang/String;"};
+  static constexpr Field<Derived, Local<Object>> Text{"how", "Ljava/lang/String;"};
+  const Local<ArrayList> list = java::New<ArrayList>();
+  Add(list, NewInteger(5));
+  Add(list, nullptr);
+  EXPECT_EQ(WhatOf<Misuse>([&] { Get(list, 0); }),
+            "a java.lang.Integer comes from java.util.ArrayList.get(int), whose C++ type needs a "
+            "fixture.Members$Derived");
+  EXPECT_EQ(WhatOf<Misuse>([&] { GetText(list, 0); }),
+            "a java.lang.Integer comes from java.util.ArrayList.get(int), whose C++ type needs a java.lang.String");
+  EXPECT_FALSE(Get(list, 1));
+  EXPECT_EQ(Listed(list), "list of 2");
+  EXPECT_EQ(WhatOf<Misuse>([&] { Listed("text"); }),
+            "a java.lang.String is given as argument 1 of fixture.Members.listed(java.util.List), which needs a "
+            "java.util.List");
+  EXPECT_EQ(WhatOf<Misuse>([&] { Text.Set(NewDerived(), list); }),
+            "a java.util.ArrayList is given as the value of fixture.Members$Derived.how, which needs a "
+            "java.lang.String");
+  EXPECT_EQ(WhatOf<Misuse>([&] { Shared(list.Get()); }),
+            "a java.util.ArrayList is given as the object of fixture.Members$Derived.shared(), which needs a "
+            "fixture.Members$Derived");
+}
+
+TEST_F(MembersTest, ANullObjectNamesTheMember) {
+  const Local<Derived> none;
+  EXPECT_EQ(WhatOf<Misuse>([&] { Greet(none, "you"); }),
+            "null is given as the object of fixture.Members$Greeter.greet(java.lang.String)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { Shared(java::Thread(), java::Global<Derived>()); }),
+            "null is given as the object of fixture.Members$Derived.shared()");
+  EXPECT_EQ(WhatOf<Misuse>([&] { How.Get(none); }), "null is given as the object of fixture.Members$Derived.how");
+  EXPECT_EQ(WhatOf<Misuse>([&] { How.Set(none, "x"); }), "null is given as the object of fixture.Members$Derived.how");
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(none, "shared"); }), "null is given as the object of shared(...)");
+}
+
+TEST_F(MembersTest, WhatJavaThrowsIsAnError) {
+  static constexpr StaticMethod<void(std::string_view)> Fails{"fixture/Members", "fails"};
+  static constexpr Constructor<Failing()> NewFailing;
+  static constexpr Constructor<Abstract()> NewAbstract;
+  static constexpr StaticField<jint> Bad{"fixture/Members$BadStart", "value"};
+  EXPECT_EQ(ErrorOf([] { Fails("because"); }), "java.lang.Exception: because");
+  EXPECT_EQ(ErrorOf([] { NewFailing(); }), "java.lang.IllegalStateException: not made");
+  EXPECT_EQ(ErrorOf([] { NewAbstract(); }), "java.lang.InstantiationException: fixture.Members$Abstract");
+  EXPECT_EQ(ErrorOf([] { Bad.Get(); }),
+            "java.lang.ExceptionInInitializerError: java.lang.IllegalArgumentException: bad start");
+  EXPECT_EQ(Max(3, 4), 4);
+}
+
+TEST_F(MembersTest, ACallWithAnExceptionPendingThrowsItAndDoesNotStart) {
+  Calls.Set(0);
+  JNIEnv* const env = java::detail::Env();
+  const auto type = java::FindClass("java/lang/IllegalStateException");
+  env->ThrowNew(static_cast<jclass>(type.Get()), "left over");
+  EXPECT_EQ(ErrorOf([] { Called(); }), "java.lang.IllegalStateException: left over");
+  EXPECT_EQ(Calls.Get(), 0);
+}
+
+TEST_F(MembersTest, EightThreadsUseAMemberFirst) {
+  static constexpr StaticMethod<jint(jint, jint)> Add{"java/lang/Math", "addExact"};
+  static constexpr Method<Derived, jint()> Own{"shared"};
+  static constexpr Field<Derived, jint> Made{"made"};
+  static constexpr StaticField<jint> Largest{"java/lang/Integer", "MAX_VALUE"};
+  static constexpr Constructor<Derived(jint)> Make;
+  std::atomic<int> ready{0};
+  std::atomic<int> wrong{0};
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&] {
+      for (++ready; ready < 8;) std::this_thread::yield();
+      const Local<Derived> derived = Make(5);
+      if (Add(3, 4) != 7 || Own(derived) != 20 || Made.Get(derived) < 1 || Largest.Get() != 0x7FFFFFFF) ++wrong;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong, 0);
+}
+
+TEST_F(MembersTest, MembersAreCopiedAsDeclarations) {
+  const Method<Derived, jint()> local{"shared"};
+  const auto copy = local;
+  const Local<Derived> derived = NewDerived();
+  EXPECT_EQ(local(derived), 20);
+  EXPECT_EQ(copy(derived), 20);
+  const std::vector<Method<Derived, jint()>> several(3, local);
+  EXPECT_EQ(several[2](derived), 20);
+}
+
+}  // namespace
+}  // namespace javatest

@@ -1,0 +1,141 @@
+// What is not there, or is something else, and classes of other loaders.
+#include <cstdlib>
+
+#include "java/realvm/MembersTags.h"
+
+namespace javatest {
+namespace {
+
+using java::ClassLoader;
+using java::Constructor;
+using java::Field;
+using java::Local;
+using java::Method;
+using java::Misuse;
+using java::StaticField;
+using java::StaticMethod;
+
+class MissingMembersTest : public RealVmTest {};
+
+TEST_F(MissingMembersTest, WhatTheClassHasInsteadIsListed) {
+  const Local<Derived> derived = java::New<Derived>();
+  EXPECT_EQ(AddedBy([&] { Method<Derived, jint(jint)>{"shared"}(derived, 1); }),
+            "(fixture.Members$Derived has no int shared(int); it has int shared())");
+  EXPECT_EQ(AddedBy([&] { Method<Derived, jlong()>{"shared"}(derived); }),
+            "(fixture.Members$Derived has no long shared(); it has int shared())");
+  EXPECT_EQ(AddedBy([&] { Method<Derived, jint()>{"schared"}(derived); }),
+            "(fixture.Members$Derived has no int schared(), and nothing else of that name)");
+  EXPECT_EQ(AddedBy([&] { Method<Derived, std::string(jint)>{"greetTwice"}(derived, 1); }),
+            "(fixture.Members$Derived has no java.lang.String greetTwice(int); it has java.lang.String "
+            "greetTwice(java.lang.String))");
+  EXPECT_EQ(AddedBy([] {
+              StaticMethod<jint(jint, std::string_view)>{"java/lang/Math", "max"}(1, "2");
+            }),
+            "(java.lang.Math has no static int max(int, java.lang.String); it has static double max(double, double), "
+            "static float max(float, float), static int max(int, int), static long max(long, long))");
+  EXPECT_EQ(AddedBy([] { Constructor<Derived(bool)>{}(true); }),
+            "(fixture.Members$Derived has no fixture.Members$Derived(boolean); it has fixture.Members$Derived(), "
+            "fixture.Members$Derived(int), fixture.Members$Derived(java.lang.String), "
+            "fixture.Members$Derived(java.lang.String, java.lang.Object), fixture.Members$Derived(long))");
+  EXPECT_EQ(AddedBy([&] { Field<Derived, jint>{"how"}.Get(derived); }),
+            "(fixture.Members$Derived has no int how; it has java.lang.String how)");
+  EXPECT_EQ(AddedBy([] {
+              StaticField<jint>{"fixture/Members", "cals"}.Get();
+            }),
+            "(fixture.Members has no static int cals, and nothing else of that name)");
+}
+
+TEST_F(MissingMembersTest, StaticAndNotIsTold) {
+  const Local<Members> members = java::New<Members>();
+  EXPECT_EQ(AddedBy([&] { Method<Members, jlong()>{"count"}(members); }),
+            "(static long count() of fixture.Members is static: declare it as StaticMethod)");
+  EXPECT_EQ(AddedBy([] {
+              StaticMethod<jint(jint)>{"fixture/Members", "twice"}(1);
+            }),
+            "(int twice(int) of fixture.Members is not static: declare it as Method)");
+  EXPECT_EQ(AddedBy([&] { Field<Members, jint>{"calls"}.Get(members); }),
+            "(static int calls of fixture.Members is static: declare it as StaticField)");
+  EXPECT_EQ(AddedBy([] {
+              StaticField<jint>{"fixture/Members$Derived", "made"}.Get();
+            }),
+            "(int made of fixture.Members$Derived is not static: declare it as Field)");
+}
+
+TEST_F(MissingMembersTest, AClassThatIsNotThereNamesTheClassPath) {
+  const std::string path = java::CallStatic<std::string>("java/lang/System", "getProperty", "java.class.path");
+  const std::string expected = "java.lang.ClassNotFoundException: fixture.NoSuch (not on the class path " + path +
+                               "; bind members of another loader's class with In)";
+  EXPECT_EQ(ErrorOf([] { java::FindClass("fixture/NoSuch"); }), expected);
+  EXPECT_EQ(ErrorOf([] { java::FindClass("fixture.NoSuch"); }), expected);
+  EXPECT_EQ(ErrorOf([] { StaticMethod<void()>{"fixture/NoSuch", "none"}(); }), expected);
+  EXPECT_EQ(ErrorOf([] { java::CallStatic<void>("fixture/NoSuch", "none"); }), expected);
+}
+
+TEST_F(MissingMembersTest, ALookUpThatFailedIsMadeAgain) {
+  const StaticMethod<void()> none{"fixture/Members", "none"};
+  EXPECT_NE(ErrorOf([&] { none(); }), "");
+  EXPECT_NE(ErrorOf([&] { none(); }), "");
+}
+
+struct Plugin {
+  static constexpr char JavaName[] = "fixture/Plugin";
+};
+
+TEST_F(MissingMembersTest, MembersOfAnotherLoadersClass) {
+  const ClassLoader loader = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES});
+  const Local<java::Class> type = loader.FindClass("fixture.Plugin");
+  static constexpr Constructor<Plugin(jint)> Make;
+  static constexpr Method<Plugin, jint()> Number{"number"};
+  static constexpr StaticMethod<std::string()> Where{"fixture/Plugin", "where"};
+  static constexpr Field<Plugin, jint> TheNumber{"number"};
+  const auto make = Make.In(type);
+  const auto number = Number.In(type);
+  const auto copy = number;
+  const Local<Plugin> plugin = make(7);
+  EXPECT_EQ(number(plugin), 7);
+  EXPECT_EQ(copy(java::Thread(), plugin), 7);
+  EXPECT_EQ(Where.In(type)(), "elsewhere");
+  TheNumber.In(type).Set(plugin, 8);
+  EXPECT_EQ(TheNumber.In(type).Get(plugin), 8);
+  EXPECT_EQ(java::Call<jint>(plugin, "number"), 8);
+  EXPECT_TRUE(java::Same(ClassLoader::Of(plugin).Loader(), loader.Loader()));
+  EXPECT_TRUE(java::Same(ClassLoader::Of(type).Loader(), loader.Loader()));
+  EXPECT_NE(ErrorOf([&] { Number(plugin); }).find("fixture.Plugin (not on the class path "), std::string::npos);
+  EXPECT_EQ(AddedBy([&] { Method<Plugin, jint(jint)>{"number"}.In(type); }),
+            "(fixture.Plugin has no int number(int); it has int number())");
+  EXPECT_NE(ErrorOf([&] { loader.FindClass("fixture/NoSuch"); }).find("java.net.URLClassLoader"), std::string::npos);
+}
+
+// Two loaders, two classes of one name: an object of one is none of the other, whatever its tag says.
+TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefused) {
+  const Local<java::Class> first = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
+  const Local<java::Class> second = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
+  const auto number = Method<Plugin, jint()>{"number"}.In(first);
+  const auto sum = Method<Plugin, jint(java::Ref<Plugin>)>{"plus"}.In(first);
+  const Local<Plugin> own = Constructor<Plugin(jint)>{}.In(first)(1);
+  const Local<Plugin> other = Constructor<Plugin(jint)>{}.In(second)(2);
+  EXPECT_EQ(number(own), 1);
+  EXPECT_EQ(sum(own, own), 2);
+  EXPECT_EQ(WhatOf<Misuse>([&] { number(other); }),
+            "a fixture.Plugin is given as the object of fixture.Plugin.number(), which needs a fixture.Plugin "
+            "of another class loader");
+  EXPECT_EQ(WhatOf<Misuse>([&] { sum(own, other); }),
+            "a fixture.Plugin is given as argument 1 of fixture.Plugin.plus(fixture.Plugin), which needs a "
+            "fixture.Plugin of another class loader");
+}
+
+TEST_F(MissingMembersTest, WrongUseOfLoaders) {
+  EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::OfJars({"no/such.jar"}); }),
+            "there is no no/such.jar to load classes from");
+  EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::Of(nullptr); }), "null has no class loader");
+  EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::Of(java::NewString("x")); }),
+            "the class is the VM's own, which no class loader has");
+  EXPECT_EQ(WhatOf<Misuse>([] {
+              StaticMethod<jint(jint)>{"a/B", "c"}.In(nullptr);
+            }),
+            "null is given as the class that a.B.c(int) is bound to");
+  EXPECT_EQ(java::Call<std::string>(ClassLoader::System().FindClass("fixture/Members"), "getName"), "fixture.Members");
+}
+
+}  // namespace
+}  // namespace javatest

@@ -1,0 +1,150 @@
+// Calls leave no reference, whatever comes of them.
+#include <functional>
+#include <string>
+
+#include "java/realvm/CountedReferences.h"
+#include "java/realvm/MembersTags.h"
+
+namespace javatest {
+namespace {
+
+using java::Constructor;
+using java::Field;
+using java::Global;
+using java::Local;
+using java::Method;
+using java::Object;
+using java::Ref;
+using java::StaticMethod;
+
+struct Values {
+  static constexpr char JavaName[] = "fixture/Values";
+};
+
+class NothingIsLeftTest : public RealVmTest {
+ protected:
+  // Classes and IDs that are found on the way are kept, so that the first time does not count.
+  static void ExpectNothing(const std::function<void()>& operation, int rounds = 3) {
+    operation();
+    const CountedReferences counted(java::detail::Env());
+    for (int i = 0; i < rounds; ++i) operation();
+    EXPECT_EQ(counted.Locals(), 0);
+    EXPECT_EQ(counted.Globals(), 0);
+  }
+
+  // The same of one that has to throw.
+  template <typename Operation>
+  static void ExpectNothingOfThrowing(Operation operation) {
+    ExpectNothing([&] {
+      bool thrown = false;
+      try {
+        operation();
+      } catch (const java::Failure&) {
+        thrown = true;
+      }
+      EXPECT_TRUE(thrown);
+    });
+  }
+};
+
+constexpr StaticMethod<std::string(std::string_view)> Same{"fixture/Values", "same"};
+constexpr StaticMethod<Local<Object>(Ref<Object>)> SameObject{"fixture/Values", "same"};
+constexpr Constructor<Values()> Make;
+constexpr Field<Values, std::string> Text{"textField"};
+constexpr Field<Values, Local<Object>> Any{"objectField"};
+
+TEST_F(NothingIsLeftTest, TheCountSeesWhatIsLeft) {
+  Make();
+  const CountedReferences counted(java::detail::Env());
+  const Local<Values> values = Make();
+  EXPECT_EQ(counted.Locals(), 1);
+  const Global<Values> global(values);
+  EXPECT_EQ(counted.Globals(), 1);
+}
+
+TEST_F(NothingIsLeftTest, AfterAMillionCalls) {
+  static constexpr StaticMethod<std::optional<jint>(std::optional<jint>)> SameNumber{"fixture/Values", "same"};
+  const Local<Values> values = Make();
+  const java::Thread thread;
+  ExpectNothing(
+      [&] {
+        Same(thread, "Zo\xC3\xAB");
+        SameNumber(thread, 1000);
+        SameObject(values);
+        Text.Set(thread, values, u"text");
+      },
+      250000);
+}
+
+TEST_F(NothingIsLeftTest, AfterCallsThatReturn) {
+  static constexpr StaticMethod<Global<Object>(Ref<Object>)> SameGlobal{"fixture/Values", "same"};
+  const Local<Values> values = Make();
+  ExpectNothing([] { Same(std::string(5000, 'x')); });
+  ExpectNothing([&] { SameGlobal(values); });
+  Text.Set(values, "text");
+  ExpectNothing([&] { Text.Get(values); });
+  ExpectNothing([&] { Any.Get(values); });
+  ExpectNothing([&] { Any.Set(values, "text"); });
+  ExpectNothing([] { Make(); });
+  ExpectNothing([] { java::ToText(java::NewString("text")); });
+  ExpectNothing([] { java::FindClass("java/lang/Object"); });
+}
+
+TEST_F(NothingIsLeftTest, AfterCallsThatThrow) {
+  static constexpr StaticMethod<std::string(std::string_view, std::string_view)> Missing{"fixture/Members", "missing"};
+  static constexpr StaticMethod<void()> NoClass{"fixture/NoSuch", "missing"};
+  static constexpr StaticMethod<void(std::string_view)> Fails{"fixture/Members", "fails"};
+  static constexpr StaticMethod<std::string(std::string_view, std::string_view)> Two{
+      "fixture/Members", "over", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/String;"};
+  static constexpr StaticMethod<std::optional<jint>(Ref<Object>)> Number{"fixture/Values", "any",
+                                                                         "(Ljava/lang/Object;)Ljava/lang/Object;"};
+  static constexpr StaticMethod<std::string(Ref<Object>)> Listed{"fixture/Members", "listed",
+                                                                 "(Ljava/util/List;)Ljava/lang/String;"};
+  static constexpr Method<ArrayList, Local<Derived>(jint)> Get{"get", "(I)Ljava/lang/Object;"};
+  static constexpr Method<ArrayList, bool(Ref<Object>)> Add{"add"};
+  const Local<ArrayList> list = java::New<ArrayList>();
+  Add(list, "text");
+  ExpectNothingOfThrowing([] { Fails("reason"); });
+  ExpectNothingOfThrowing([] { Same("not \xFF UTF-8"); });
+  ExpectNothingOfThrowing([] { Two("first", "not \xFF UTF-8"); });
+  ExpectNothingOfThrowing([] { Same(nullptr); });
+  ExpectNothingOfThrowing([] { Number("five"); });
+  ExpectNothingOfThrowing([] { Listed("text"); });
+  ExpectNothingOfThrowing([&] { Get(list, 0); });
+  ExpectNothingOfThrowing([&] { Get(list, 5); });
+  ExpectNothingOfThrowing([] { Missing("a", "b"); });
+  ExpectNothingOfThrowing([] { NoClass(); });
+  ExpectNothingOfThrowing([] { Text.Get(Local<Values>()); });
+}
+
+TEST_F(NothingIsLeftTest, AfterCallsThatAreLookedUp) {
+  const Local<ArrayList> list = java::New<ArrayList>();
+  ExpectNothing([&] { java::Call<void>(list, "add", 0, "text"); });
+  ExpectNothing([&] { java::Call<void>(list, "clear"); });
+  ExpectNothing([] { java::CallStatic<void>("java/lang/String", "valueOf", 5); });
+  ExpectNothing([] { java::CallStatic<std::string>("fixture/Members", "boxed", 5); });
+  ExpectNothing([] { java::New<Derived>("text"); });
+  ExpectNothingOfThrowing([&] { java::Call<void>(list, "add", 1, 2, 3); });
+  ExpectNothingOfThrowing([] { java::CallStatic<std::string>("fixture/Members", "two", 1, 2); });
+  ExpectNothingOfThrowing([] { java::CallStatic<std::string>("fixture/Members", "asObject", NewInteger(5)); });
+  ExpectNothingOfThrowing([] { java::CallStatic<jint>("fixture/Members", "asObject", "text"); });
+  ExpectNothingOfThrowing([] { java::CallStatic<std::string>("fixture/Values", "none"); });
+}
+
+TEST_F(NothingIsLeftTest, AfterMembersOfOtherLoaders) {
+  static constexpr Method<Object, std::string()> ToString{"toString"};
+  static constexpr Method<Object, std::string()> Missing{"missing"};
+  const Local<java::Class> type = java::FindClass("java/lang/Object");
+  const Local<java::String> text = java::NewString("text");
+  ExpectNothing([&] {
+    const auto bound = ToString.In(type);
+    const auto copy = bound;
+    copy(text);
+  });
+  ExpectNothingOfThrowing([&] { Missing.In(type); });
+  ExpectNothing([] { java::ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin"); });
+  ExpectNothingOfThrowing([] { java::ClassLoader::System().FindClass("fixture/NoSuch"); });
+}
+
+}  // namespace
+}  // namespace javatest

@@ -1,0 +1,41 @@
+// Tests that each need a process, and so a VM, of their own.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "java/What.h"
+#include "java/realvm/Fixtures.h"
+
+namespace javatest {
+
+// What became of a process: its exit code, and what it printed on the standard error stream has to match.
+struct Expected {
+  int exitCode = 0;
+  testing::Matcher<const std::string&> printed = testing::_;
+};
+
+// Runs the body in a process of its own, in which `settings` start a VM. A body that returns ends its process with 0,
+// or with another code when one of its expectations failed or it threw; what failed is printed.
+void InProcessOfItsOwn(const std::function<void()>& body, const Expected& expected = {});
+
+// A file in a folder of its own that is gone afterwards; Java writes it, and the test reads it.
+class Note {
+ public:
+  Note();
+  ~Note();
+  Note(const Note&) = delete;
+  Note& operator=(const Note&) = delete;
+
+  const std::string& Path() const { return m_path; }
+  // "" as long as there is none.
+  std::string Text() const;
+
+ private:
+  std::string m_path;
+};
+
+}  // namespace javatest

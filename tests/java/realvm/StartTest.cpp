@@ -1,0 +1,236 @@
+// VMs that start, and those that do not, in words.
+#include <cstdlib>
+#include <fstream>
+
+#include "java/realvm/OwnProcess.h"
+
+namespace javatest {
+namespace {
+
+using java::StartFailure;
+using java::StartVm;
+using java::VmSettings;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string TextOf(jobject string) { return java::detail::ReadUtf8(java::detail::Env(), static_cast<jstring>(string)); }
+
+std::string Property(const char* name) {
+  JNIEnv* const env = java::detail::Env();
+  const auto type = java::Adopt<java::Class>(env->FindClass("java/lang/System"));
+  const auto system = static_cast<jclass>(type.Get());
+  const jmethodID get = env->GetStaticMethodID(system, "getProperty", "(Ljava/lang/String;)Ljava/lang/String;");
+  const auto key = NewText(name);
+  const auto value = java::Adopt(env->CallStaticObjectMethod(system, get, key.Get()));
+  return value ? TextOf(value.Get()) : "(null)";
+}
+
+TEST(StartTest, SettingsReachTheVm) {
+#ifdef _WIN32
+  // To the VM under Wine, which is one of Linux, options are UTF-8 and not in the system's code page.
+  static constexpr char Text[] = "Zurich = 1";
+#else
+  static constexpr char Text[] = "Z\xC3\xBCrich = 1";
+#endif
+  InProcessOfItsOwn([] {
+    VmSettings settings = FixtureSettings();
+    settings.Property("fixture.empty", "").Property("fixture.text", Text).Option("-Dfixture.option=2");
+    const java::Vm vm = StartVm(settings.MaximumHeap("48m"));
+    EXPECT_EQ(Property("fixture.empty"), "");
+    EXPECT_EQ(Property("fixture.text"), Text);
+    EXPECT_EQ(Property("fixture.option"), "2");
+    EXPECT_THAT(Property("java.class.path"), HasSubstr("classes"));
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "heapMegabytes", "()I"), 48);
+  });
+}
+
+TEST(StartTest, WithoutARuntimeTheOneOfTheMachineIsTaken) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the runtime under Wine has none of the files that a search looks for";
+#else
+  InProcessOfItsOwn([] {
+    const std::filesystem::path library = std::getenv("TORVAN_TEST_LIBJVM");
+    const std::filesystem::path home = library.parent_path().parent_path().parent_path();
+    setenv("JAVA_HOME", home.c_str(), 1);
+    const java::Vm vm = StartVm();
+    EXPECT_EQ(Property("java.home"), home);
+  });
+  InProcessOfItsOwn([] {
+    const java::Vm vm = StartVm(VmSettings().Runtime(java::ChooseRuntime()));
+    EXPECT_EQ(Property("java.home"), java::ChooseRuntime().Home());
+  });
+#endif
+}
+
+TEST(StartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
+  InProcessOfItsOwn([] {
+    const java::Vm vm = StartVm(FixtureSettings());
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 1);
+  });
+}
+
+// Settings that are refused, and what is said. Nothing of it harms the process: it starts a VM afterwards.
+TEST(StartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
+  std::ofstream("no-library.txt") << "no library";
+  const struct {
+    const char* name;
+    std::function<void(VmSettings&)> set;
+    std::string text;
+  } rows[] = {
+      {"no runtime", [](VmSettings& s) { s.Runtime("no/such/folder"); },
+       "The Java runtime no/such/folder is not there"},
+      {"a folder without a VM", [](VmSettings& s) { s.Runtime("."); }, "No Java runtime that will do is in "},
+      {"no library at all", [](VmSettings& s) { s.Runtime("no-library.txt"); },
+       "The Java VM library no-library.txt cannot be loaded: "},
+      {"a class path part", [](VmSettings& s) { s.ClassPath({"no/such.jar"}); },
+       "The class path part no/such.jar is not there"},
+      {"a folder of archives", [](VmSettings& s) { s.ClassPath({"no/such/*"}); },
+       "The class path part no/such is not there"},
+      {"a module path part", [](VmSettings& s) { s.ModulePath({"no/such"}); },
+       "The module path part no/such is not there"},
+      {"a size in words", [](VmSettings& s) { s.MaximumHeap("much"); },
+       "The option -Xmxmuch cannot be used: a size is a number of bytes, or a number with k, m, g or t"},
+      {"a size of an unknown unit", [](VmSettings& s) { s.MaximumHeap("64q"); },
+       "The option -Xmx64q cannot be used: a size is a number of bytes, or a number with k, m, g or t"},
+      {"a size beyond 64 bits", [](VmSettings& s) { s.MaximumHeap("99999999999999999999"); },
+       "The option -Xmx99999999999999999999 cannot be used: a size is"},
+      {"a heap too small", [](VmSettings& s) { s.MaximumHeap("1k"); },
+       "The option -Xmx1k cannot be used: the heap has 2 MiB at least"},
+      {"a heap too large", [](VmSettings& s) { s.MaximumHeap("100000t"); },
+       "The option -Xmx100000t cannot be used: the system has no address space of that size"},
+      {"more at first than at most", [](VmSettings& s) { s.MaximumHeap("64m").Option("-Xms128m"); },
+       "The option -Xms128m cannot be used: it is more than -Xmx64m"},
+      {"the same in other words",
+       [](VmSettings& s) { s.Option("-XX:MaxHeapSize=64m").Option("-XX:InitialHeapSize=128m"); },
+       "The option -XX:InitialHeapSize=128m cannot be used: it is more than -XX:MaxHeapSize=64m"},
+      {"an agent's archive", [](VmSettings& s) { s.Agent("no/such.jar", "a=b"); },
+       "The option -javaagent:no/such.jar=a=b cannot be used: there is no file no/such.jar"},
+      {"an agent's library", [](VmSettings& s) { s.Agent("no/such.so"); },
+       "The option -agentpath:no/such.so cannot be used: there is no file no/such.so"},
+      {"an agent by name", [](VmSettings& s) { s.Agent("nosuch"); },
+       "The option -agentlib:nosuch cannot be used: no library "},
+#ifndef _WIN32  // under Wine nothing tells which modules the runtime has
+      {"a module", [](VmSettings& s) { s.Option("--add-modules=java.base,no.such"); },
+       "The option --add-modules=java.base,no.such cannot be used: the runtime has no module no.such, and no module "
+       "path is given"},
+#endif
+      {"an empty option", [](VmSettings& s) { s.Option(""); },
+       "An option of the Java VM is empty or has a NUL in it: \"\""},
+      {"a NUL", [](VmSettings& s) { s.Property("a", std::string_view("b\0c", 3)); },
+       "An option of the Java VM is empty or has a NUL in it: \"-Da=b\""},
+      {"no name", [](VmSettings& s) { s.Property("a=b", "c"); }, "\"a=b\" is no name of a system property"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    InProcessOfItsOwn([&] {
+      VmSettings settings = FixtureSettings();
+      row.set(settings);
+      EXPECT_THAT(WhatOf<StartFailure>([&] { StartVm(settings); }), StartsWith(row.text));
+      EXPECT_EQ(WhatOf<java::Misuse>([] { java::Thread(); }), "No Java VM runs: call StartVm or JoinVm first");
+      const java::Vm vm = StartVm(FixtureSettings());
+      EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
+    });
+  }
+}
+
+// What the VM itself refuses, with its words, the option and the runtime.
+TEST(StartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
+  const struct {
+    const char* name;
+    std::function<void(VmSettings&)> set;
+    std::vector<std::string> parts;
+  } rows[] = {
+      {"an option",
+       [](VmSettings& s) { s.Option("-foo"); },
+       {"The Java VM was not created: it refuses the options (JNI_ERR). It printed: Unrecognized option: -foo. "
+        "The runtime is "}},
+      {"a switch",
+       [](VmSettings& s) { s.Option("-XX:+Nope"); },
+       {"it refuses the options (JNI_EINVAL). It printed: Unrecognized VM option 'Nope'. The option is -XX:+Nope. "}},
+      {"a version of JNI",
+       [](VmSettings& s) { s.JniVersion(0x00200000); },
+       {"The Java VM was not created: it does not offer the JNI version that was asked for (JNI_EVERSION). The "}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    InProcessOfItsOwn(
+        [&] {
+          VmSettings settings = FixtureSettings();
+          row.set(settings);
+          const std::string text = WhatOf<StartFailure>([&] { StartVm(settings); });
+          for (const std::string& part : row.parts) EXPECT_THAT(text, HasSubstr(part));
+        },
+        {0, testing::Not(HasSubstr("Unrecognized"))});
+  }
+}
+
+TEST(StartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
+  InProcessOfItsOwn([] {
+    const java::Vm vm = StartVm(FixtureSettings());
+    EXPECT_EQ(WhatOf<StartFailure>([] { StartVm(FixtureSettings()); }),
+              "This process has a Java VM already; a process can have one, and only once");
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
+  });
+}
+
+TEST(StartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
+  InProcessOfItsOwn([] {
+    const torvan::jni::CJavaVm fixed = FixedVm();
+    EXPECT_EQ(WhatOf<StartFailure>([] { StartVm(FixtureSettings()); }),
+              "This process has a Java VM already; a process can have one, and only once; join it with JoinVm()");
+    java::Vm vm = java::JoinVm();
+    EXPECT_TRUE(vm.Handle() == fixed);
+    EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -7), 7);
+    EXPECT_EQ(WhatOf<java::Misuse>([&] { vm.End(); }),
+              "This Vm does not own the Java VM: it was joined, released or moved");
+    const java::Vm again = java::JoinVm(fixed);
+    EXPECT_TRUE(again.Handle() == fixed);
+  });
+}
+
+TEST(StartTest, WithoutAVmNothingIsJoined) {
+  InProcessOfItsOwn([] { EXPECT_EQ(WhatOf<StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process"); });
+}
+
+TEST(StartTest, WhatTheVmPrintsComesToTheHost) {
+  InProcessOfItsOwn([] {
+    static std::string printed;
+    const java::Vm vm = StartVm(FixtureSettings()
+                                    .Option("-Xlog:startuptime")
+                                    .OnOutput([](std::string_view text) { printed += text; })
+                                    .Verbose("class"));
+    EXPECT_THAT(printed, HasSubstr("java.lang.Object"));
+  });
+}
+
+// Java asks the process to end; the VM is gone for what is destroyed then.
+TEST(StartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
+  InProcessOfItsOwn(
+      [] {
+        static std::optional<java::Vm> vm;  // destroyed while the process exits
+        static java::Global<> left;
+        vm.emplace(StartVm(FixtureSettings().OnExit([](jint code) {
+          std::fprintf(stderr, "exit %d, thread %s\n", static_cast<int>(code),
+                       WhatOf<java::Misuse>([] { java::Thread(); }).c_str());
+        })));
+        left = java::Global<>(NewText("kept"));
+        CallStaticInt("fixture/Vms", "exit", "(I)I", 7);
+      },
+      {7, HasSubstr("exit 7, thread The Java VM has ended")});
+}
+
+// What the VM does not survive and nobody sees before.
+TEST(StartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
+  InProcessOfItsOwn(
+      [] {
+        StartVm(FixtureSettings().Option("-XX:+UseSerialGC").Option("-XX:+UseParallelGC").OnExit([](jint code) {
+          std::fprintf(stderr, "exit function: %d\n", static_cast<int>(code));
+        }));
+      },
+      {1, AllOf(HasSubstr("garbage collectors selected"), HasSubstr("exit function: 1"))});
+}
+
+}  // namespace
+}  // namespace javatest

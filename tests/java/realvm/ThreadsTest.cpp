@@ -1,0 +1,136 @@
+// Threads of the host in one VM.
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "java/realvm/OneVm.h"
+
+namespace javatest {
+namespace {
+
+using java::Global;
+using java::Local;
+using java::detail::Env;
+using java::detail::EnvIfAttached;
+
+class ThreadsTest : public RealVmTest {};
+
+template <typename Function>
+void InThreads(int count, Function function) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < count; ++i) threads.emplace_back(function);
+  for (std::thread& thread : threads) thread.join();
+}
+
+std::string ThreadName() {
+  JNIEnv* const env = Env();
+  const auto type = java::Adopt<java::Class>(java::detail::LoadClass(env, "fixture/Vms"));
+  const auto raw = static_cast<jclass>(type.Get());
+  const auto name =
+      java::Adopt(env->CallStaticObjectMethod(raw, env->GetStaticMethodID(raw, "threadName", "()Ljava/lang/String;")));
+  return java::detail::ReadUtf8(env, static_cast<jstring>(name.Get()));
+}
+
+TEST_F(ThreadsTest, AThousandThreadsLeaveNoneBehind) {
+  const jint before = CallStaticInt("fixture/Vms", "threads", "()I");
+  for (int round = 0; round < 125; ++round) {
+    InThreads(8, [] { EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -3), 3); });
+  }
+  EXPECT_EQ(CallStaticInt("fixture/Vms", "threads", "()I"), before);
+}
+
+TEST_F(ThreadsTest, ThreadsThatTheFixedInterfaceAttachedAreDetachedAtTheirEnd) {
+  if (!java::MakeFailuresReadable()) GTEST_SKIP() << "this VM offers no JVMTI";
+  const jint before = CallStaticInt("fixture/Vms", "threads", "()I");
+  InThreads(8, [] {
+    JNIEnv* env = nullptr;
+    JavaVM* const vm = java::detail::runningVm;
+    vm->AttachCurrentThread(reinterpret_cast<void**>(&env), nullptr);
+    EXPECT_EQ(Env(), env);
+  });
+  EXPECT_EQ(CallStaticInt("fixture/Vms", "threads", "()I"), before);
+}
+
+TEST_F(ThreadsTest, AttachedThreadsAreDaemonsThatFindServices) {
+  InThreads(1, [] {
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 1);
+    EXPECT_EQ(CallStaticInt("fixture/Driver", "found", "()I"), 1);
+    EXPECT_EQ(CallStaticInt("fixture/Driver", "connects", "()I"), 1);
+  });
+  EXPECT_EQ(CallStaticInt("fixture/Driver", "found", "()I"), 1);
+}
+
+TEST_F(ThreadsTest, AThreadHasItsNameForItsScope) {
+  EXPECT_EQ(ThreadName(), "main");
+  InThreads(1, [] {
+    {
+      const java::Thread thread(
+          "Gr\xC3\xBC\xC3\x9F"
+          "e \xF0\x9F\x98\x80");
+      EXPECT_EQ(ThreadName(),
+                "Gr\xC3\xBC\xC3\x9F"
+                "e \xF0\x9F\x98\x80");
+      const java::Thread inner("inner");
+      EXPECT_NE(ThreadName(), "inner");
+    }
+    EXPECT_EQ(EnvIfAttached(), nullptr);
+    EXPECT_NE(ThreadName(), "inner");
+  });
+}
+
+// The environment that a thread remembers must not survive its detachment by somebody else.
+TEST_F(ThreadsTest, AThreadThatIsDetachedBehindTheBackIsAttachedAgain) {
+  InThreads(4, [] {
+    for (int i = 0; i < 200; ++i) {
+      EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -i), i);
+      Local<> stray(NewText("stray"));
+      JavaVM* const vm = java::detail::runningVm;
+      EXPECT_EQ(vm->DetachCurrentThread(), JNI_OK);
+      EXPECT_EQ(EnvIfAttached(), nullptr);
+    }
+  });
+}
+
+TEST_F(ThreadsTest, EightThreadsShareAGlobalAndItsCopies) {
+  const Global<Child> shared(New<Child>());
+  std::atomic<int> right{0};
+  InThreads(8, [&] {
+    for (int i = 0; i < 20000; ++i) {
+      const Global<Parent> copy = shared;
+      const Local<Named> local{java::Ref<Named>(copy)};
+      const java::Weak<Child> weak(shared);
+      if (java::Same(local, copy) && java::Same(weak.Lock(), shared)) ++right;
+    }
+  });
+  EXPECT_EQ(right, 8 * 20000);
+}
+
+// Dropped by threads that are not attached while others make and sweep.
+TEST_F(ThreadsTest, ReferencesAreDroppedAndSweptByManyThreads) {
+  const Global<Child> kept(New<Child>());
+  InThreads(4, [&] {
+    for (int i = 0; i < 200; ++i) {
+      std::vector<Global<Child>> made;
+      for (int j = 0; j < 10; ++j) made.emplace_back(kept);
+      for (int j = 0; j < 10; ++j) made.emplace_back(java::Ref<Child>(kept));
+      std::thread([&] {
+        EXPECT_EQ(EnvIfAttached(), nullptr);
+        made.clear();
+      }).join();
+    }
+  });
+  EXPECT_TRUE(java::IsInstance<Child>(kept));
+}
+
+TEST_F(ThreadsTest, ManyThreadsFindOneClassAtOnce) {
+  std::atomic<jclass> place{nullptr};
+  InThreads(8, [&] {
+    jclass const found = java::detail::KeepClass(Env(), "fixture/Work", place);
+    EXPECT_EQ(found, place.load());
+  });
+}
+
+}  // namespace
+}  // namespace javatest

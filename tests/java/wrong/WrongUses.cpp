@@ -1,0 +1,166 @@
+// Uses that must not compile. Below each stands the text that a person sees, once, in the first line of the one error;
+// for a descriptor the name of the function that cannot be called. wrong-uses compares them with what a compiler says.
+#include <torvan/Java.h>
+
+#include <vector>
+
+namespace {
+
+namespace java = torvan::java;
+using java::Local;
+using java::Method;
+using java::Ref;
+
+struct Rows {
+  static constexpr char JavaName[] = "java/sql/ResultSet";
+};
+struct Collection {
+  static constexpr char JavaName[] = "java/util/Collection";
+};
+struct List {
+  static constexpr char JavaName[] = "java/util/List";
+  using Super = Collection;
+};
+struct Builder {
+  static constexpr char JavaName[] = "java/lang/StringBuilder";
+};
+struct Money {
+  jlong cents;
+};
+struct Opaque {};
+
+}  // namespace
+
+template <>
+struct torvan::java::Convert<Money> : ConvertAs<jlong> {
+  static jlong To(const Money& money) { return money.cents; }
+  static Money From(jlong cents) { return {cents}; }
+};
+
+namespace {
+
+constexpr Method<Rows, std::string(jint)> GetString{"getString"};
+constexpr Method<Rows, bool()> Next{"next"};
+constexpr Method<Rows, void(jlong)> SetLong{"setLong"};
+constexpr Method<Rows, void(bool)> SetBoolean{"setBoolean"};
+constexpr Method<Rows, void(char16_t)> SetChar{"setChar"};
+constexpr Method<Rows, void(Money)> SetMoney{"setMoney"};
+constexpr Method<Rows, void(std::string_view)> SetText{"setText"};
+constexpr Method<Collection, bool(Ref<List>)> ContainsAll{"containsAll", "(Ljava/util/Collection;)Z"};
+constexpr java::StaticMethod<jint(jint, jint)> Max{"java/lang/Math", "max"};
+constexpr java::Constructor<Builder(std::string_view)> NewBuilder;
+constexpr java::Field<Rows, jint> Count{"count"};
+constexpr java::StaticField<jshort> Short{"fixture/Values", "staticShort"};
+constexpr java::Overloads<Method<Builder, void(jint)>, Method<Builder, void(std::string_view)>> Append{"append"};
+constexpr java::Overloads Two{java::StaticMethod<void(jint, jlong)>{"a/B", "two"},
+                              java::StaticMethod<void(jlong, jint)>{"a/B", "two"}};
+
+}  // namespace
+
+void Wrong(const Local<Rows>& rows, const Local<Collection>& collection, const Local<List>& list,
+           const Local<Builder>& builder, const std::vector<int*>& pointers, const Opaque& opaque) {
+  GetString(rows);
+  // torvan::java: too few arguments for this Java method
+  GetString(rows, 1, 2);
+  // torvan::java: too many arguments for this Java method
+  Max(1);
+  // torvan::java: too few arguments for this Java method
+  Next();
+  // torvan::java: the first argument of a method is the object that has it
+  Next(5);
+  // torvan::java: the first argument of a method or field is the object that has it
+  GetString(rows, std::int64_t{1});
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
+  Max(1.5, 2);
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
+  SetChar(rows, 5);
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
+  Short.Set(5);
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
+  GetString(rows, "1");
+  // torvan::java: text is given where the Java method takes a number or a boolean
+  Max(1, std::string("2"));
+  // torvan::java: text is given where the Java method takes a number or a boolean
+  GetString(rows, std::uint32_t{1});
+  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that
+  // Java has
+  SetLong(rows, std::uint64_t{1});
+  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that
+  // Java has
+  SetChar(rows, 'x');
+  // torvan::java: Java has no integer type for this one (unsigned of 32 or 64 bit, char, wchar_t); cast it to one that
+  // Java has
+  SetBoolean(rows, 1);
+  // torvan::java: a number is given where the Java method takes a boolean
+  SetLong(rows, true);
+  // torvan::java: a bool or uint8_t, Java's boolean, is given where the Java method takes a number
+  SetText(rows, 5);
+  // torvan::java: a number or a bool is given where the Java method takes an object
+  SetBoolean(rows, list);
+  // torvan::java: an object is given where the Java method takes a number or a boolean
+  SetLong(rows, nullptr);
+  // torvan::java: an object is given where the Java method takes a number or a boolean
+  SetMoney(rows, 5);
+  // torvan::java: this value is not the host's own type that the declaration has
+  SetText(rows, opaque);
+  // torvan::java: no conversion of this C++ type to Java; specialise torvan::java::Convert for it
+  SetLong(rows, pointers);
+  // torvan::java: no conversion of this C++ type to Java; specialise torvan::java::Convert for it
+  GetString(list, 1);
+  // torvan::java: the method or field belongs to another class than the object; give the object's tag 'using Super =
+  // ...;' or use Cast<T>(object)
+  Count.Get(builder);
+  // torvan::java: the method or field belongs to another class than the object; give the object's tag 'using Super =
+  // ...;' or use Cast<T>(object)
+  ContainsAll(collection, rows);
+  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use
+  // Cast<T>(reference)
+  NewBuilder(rows);
+  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use
+  // Cast<T>(reference)
+  Count.Get();
+  // torvan::java: Get takes the object that has the field, if it is not static
+  Count.Set(5);
+  // torvan::java: Set takes the object that has the field, if it is not static, and the value
+  Append(builder, 1.5);
+  // torvan::java: none of these overloads takes these arguments
+  Two(1, 2);
+  // torvan::java: several of these overloads take these arguments equally well; cast an argument
+  java::Call<void>(rows, "f", pointers);
+  // torvan::java: no conversion of this C++ type to Java; cast it to one that Java has, or specialise
+  // torvan::java::Convert for it
+}
+
+constexpr Method<Rows, jint(std::size_t)> WrongArgument{"f"};
+// torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an unsigned of
+// 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
+constexpr Method<Rows, Opaque()> WrongResult{"f"};
+// torvan::java: the result of this declaration has a C++ type that nothing in Java stands for; specialise
+// torvan::java::Convert for a type of your own
+constexpr Method<Rows, std::string_view()> ViewResult{"f"};
+// torvan::java: the result of this declaration would refer to what is gone; use std::string, std::u16string or Local<T>
+
+constexpr Method<Rows, jint(jint)> OtherResult{"getLong", "(I)J"};
+// the_result_type_in_Cpp_does_not_fit_the_descriptor
+constexpr Method<Rows, jint(jint)> OtherArgument{"get", "(J)I"};
+// an_argument_type_in_Cpp_does_not_fit_the_descriptor
+constexpr Method<Rows, jint(jint)> FewerArguments{"get", "()I"};
+// the_descriptor_has_fewer_arguments_than_the_Cpp_signature
+constexpr java::StaticMethod<jint(jint)> MoreArguments{"a/B", "get", "(II)I"};
+// the_descriptor_has_more_arguments_than_the_Cpp_signature
+constexpr Method<Rows, jint(std::string_view)> Dots{"getInt", "(Ljava.lang.String;)I"};
+// class_names_in_a_descriptor_have_slashes_and_no_dots
+constexpr Method<Rows, jint(std::string_view)> NoSemicolon{"getInt", "(Ljava/lang/String)I"};
+// a_class_name_in_the_descriptor_has_no_semicolon_after_it
+constexpr Method<Rows, jint()> NoType{"getInt", "()Q"};
+// a_type_in_the_descriptor_is_none_of_Z_B_C_S_I_J_F_D_an_array_and_a_class
+constexpr Method<Rows, jint()> NoParenthesis{"getInt", "I"};
+// the_descriptor_of_a_method_begins_with_a_parenthesis
+constexpr java::Constructor<Builder(jint)> More{"(I)VV"};
+// something_follows_the_end_of_the_descriptor
+constexpr java::Field<Rows, jint> OtherField{"x", "J"};
+// the_type_of_the_field_in_Cpp_does_not_fit_the_descriptor
