@@ -131,8 +131,7 @@ bool Version::ReadFormOfEight(std::string_view text) {
     if (!TakeNumbers(text, m_numbers) || m_numbers.front() == 0) return false;
     if (TakePrefix(text, "_")) {
       const std::optional<int> update = ToNumber(Take(text, Digits));
-      if (!update || m_numbers.size() > 2) return false;
-      m_numbers.resize(2);
+      if (!update || m_numbers.size() != 2) return false;
       m_numbers.push_back(*update);
     }
   } else {

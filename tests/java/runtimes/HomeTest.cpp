@@ -65,6 +65,8 @@ TEST_F(HomeTest, AKitOfVersion8IsOneRuntime) {
 TEST_F(HomeTest, AFolderNamedJreBelowSomethingElseIsItsOwnHome) {
   machine.AddRuntime("application/jre", "17", false);
   EXPECT_EQ(ToText(HomeOf(machine, ToPath(machine.Path("application/jre")))), machine.Path("application/jre"));
+  machine.AddProgram(std::string("kit/") + CompilerFile);
+  EXPECT_EQ(ToText(HomeOf(machine, ToPath(machine.Path("kit/jre")))), machine.Path("kit"));
   machine.AddFile("application/release", "");
   EXPECT_EQ(ToText(HomeOf(machine, ToPath(machine.Path("application/jre")))), machine.Path("application"));
 }

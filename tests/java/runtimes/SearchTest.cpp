@@ -19,6 +19,18 @@ constexpr const char* UserVariable = "HOME";
 constexpr const char* NoLibrary = "has no VM library such as lib/server/libjvm.so";
 #endif
 
+// The current folder, until it goes.
+class CurrentFolder {
+ public:
+  explicit CurrentFolder(const std::string& folder) { std::filesystem::current_path(ToPath(folder)); }
+  ~CurrentFolder() { std::filesystem::current_path(m_before); }
+  CurrentFolder(const CurrentFolder&) = delete;
+  CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+ private:
+  const std::filesystem::path m_before = std::filesystem::current_path();
+};
+
 class SearchTest : public ::testing::Test {
  protected:
   std::vector<std::string> Found() { return Lines(SearchOf(machine)); }
@@ -81,7 +93,8 @@ TEST_F(SearchTest, TheFirstJavaOfThePathCounts) {
   const std::string first = machine.AddRuntime("first", "11");
   machine.AddRuntime("second", "17");
   machine.AddFile("empty/readme");
-  SetPath({"", ".", "relative/bin", machine.Path("nowhere"), machine.Path("empty"), machine.Path("first/bin"),
+  const CurrentFolder current(machine.Path("second"));
+  SetPath({"", ".", "bin", "../second/bin", machine.Path("nowhere"), machine.Path("empty"), machine.Path("first/bin"),
            machine.Path("second/bin")});
   EXPECT_THAT(Found(), ElementsAre(first + " 11 PATH"));
 }
@@ -95,8 +108,11 @@ TEST_F(SearchTest, ALauncherThatIsNoLinkIsRefused) {
       ": is a launcher and no link into a runtime; it is not executed to find out where it leads (PATH)";
   SetPath({machine.Path("shims"), machine.Path("jdk/bin")});
   EXPECT_THAT(Found(), ElementsAre(machine.Path("shims/" + name) + reason));
-  SetPath({machine.Path("tools/bin")});
-  EXPECT_THAT(Found(), ElementsAre(machine.Path("tools/bin/" + name) + reason));
+  machine.AddProgram("jdk/tools/" + name);
+  for (const std::string folder : {"tools/bin", "jdk/tools"}) {
+    SetPath({machine.Path(folder)});
+    EXPECT_THAT(Found(), ElementsAre(machine.Path(folder + "/" + name) + reason));
+  }
 }
 
 TEST_F(SearchTest, ABrokenRuntimeOfThePathIsRefusedForWhatItLacks) {
@@ -126,8 +142,10 @@ TEST_F(SearchTest, WhatHasNothingOfJavaIsPassedOver) {
   machine.AddFile("user/.jdks/notes/readme.txt");
   machine.AddFile("user/.jdks/file");
   machine.AddFile("user/.jdks/broken/release", "JAVA_VERSION=\"17\"\n");
-  EXPECT_THAT(Found(), ElementsAre(machine.Path("user/.jdks/broken") + ": " + NoLibrary + " (" +
-                                   machine.Path("user/.jdks") + ")"));
+  machine.AddProgram(std::string("user/.jdks/cut/") + JavaFile);
+  const std::string refused = std::string(": ") + NoLibrary + " (" + machine.Path("user/.jdks") + ")";
+  EXPECT_THAT(Found(),
+              ElementsAre(machine.Path("user/.jdks/broken") + refused, machine.Path("user/.jdks/cut") + refused));
 }
 
 TEST_F(SearchTest, AFolderOfTheHostIsLookedAtAndInto) {
@@ -185,6 +203,7 @@ TEST_F(SearchTest, EveryUsualFolderIsLookedInto) {
 
 TEST_F(SearchTest, AVariableThatIsNoFolderHasNoUsualFolders) {
   machine.AddRuntime("user/.jdks/a", "17");
+  const CurrentFolder current(machine.Path());
   machine.Set(UserVariable, "user");
   EXPECT_THAT(Found(), IsEmpty());
 }
