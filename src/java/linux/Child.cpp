@@ -15,6 +15,7 @@
 #include "java/linux/Descriptor.h"
 #include "java/linux/Spawn.h"
 #include "java/linux/Tree.h"
+#include "java/processes/Streams.h"
 #include "java/processes/Surroundings.h"
 
 namespace torvan::java::detail {
@@ -22,7 +23,7 @@ namespace torvan::java::detail {
 namespace {
 
 constexpr int WaitForPidfd = 3;  // P_PIDFD, which older C libraries lack
-constexpr std::size_t PieceSize = 64 * 1024;
+constexpr std::size_t PieceSize = std::size_t{64} * 1024;
 
 [[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
   const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
@@ -35,86 +36,59 @@ constexpr std::size_t PieceSize = 64 * 1024;
                 "Could not " + std::string(what) + " of process " + std::to_string(id) + ": " + reason);
 }
 
-struct Pair {
-  Descriptor ours;
-  Descriptor childs;
-};
+struct System {
+  using Handle = Descriptor;
+  using Pipe = detail::Pipe<Descriptor>;
 
-// The input is a pair of sockets and no pipe: it ends by shutdown() for everyone, so that copies which a host's forks
-// hold do not keep it open, and a write that nobody reads raises no SIGPIPE.
-Pair MakeInput(const StartPlan& plan) {
-  int ends[2];
-  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Throw(plan, "make an input");
-  Pair pair{Descriptor(ends[0]), Descriptor(ends[1])};
-  if (!pair.ours.MoveAboveStandard() || !pair.childs.MoveAboveStandard()) Throw(plan, "make an input");
-  shutdown(pair.ours.Number(), SHUT_RD);
-  return pair;
-}
+  static constexpr const char* Nothing = "/dev/null";
 
-Pair MakeOutput(const StartPlan& plan) {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) Throw(plan, "make a pipe");
-  Pair pair{Descriptor(ends[0]), Descriptor(ends[1])};
-  if (!pair.ours.MoveAboveStandard() || !pair.childs.MoveAboveStandard() ||
-      fcntl(pair.ours.Number(), F_SETFL, O_NONBLOCK) != 0) {
-    Throw(plan, "make a pipe");
-  }
-  return pair;
-}
-
-Descriptor Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
-  Descriptor descriptor(open(file.c_str(), O_CLOEXEC | O_NOCTTY | (isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC),
-                             S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
-  if (!descriptor || !descriptor.MoveAboveStandard()) {
-    Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
-  }
-  return descriptor;
-}
-
-// A program whose standard output is closed would print into the first file that it opens.
-Descriptor Inherited(const StartPlan& plan, int number) {
-  Descriptor descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-  if (descriptor) return descriptor;
-  if (errno == EBADF) return Open(plan, "/dev/null", false);
-  Throw(plan, "pass on descriptor " + std::to_string(number));
-}
-
-struct Streams {
-  Descriptor ours[StreamCount];
-  Descriptor childs[StreamCount];
-};
-
-Streams MakeStreams(const StartPlan& plan) {
-  Streams streams;
-  for (int i = 0; i < StreamCount; ++i) {
-    const bool isInput = i == 0;
-    const StreamPlan& stream = plan.streams[i];
-    switch (stream.kind) {
-      case StreamPlan::Kind::Nothing:
-        streams.childs[i] = Open(plan, "/dev/null", isInput);
-        break;
-      case StreamPlan::Kind::Inherit:
-        streams.childs[i] = Inherited(plan, i);
-        break;
-      case StreamPlan::Kind::Pipe: {
-        Pair pair = isInput ? MakeInput(plan) : MakeOutput(plan);
-        streams.ours[i] = std::move(pair.ours);
-        streams.childs[i] = std::move(pair.childs);
-        break;
-      }
-      case StreamPlan::Kind::File: {
-        const bool isShared = i == 2 && plan.streams[1].kind == stream.kind && plan.streams[1].file == stream.file;
-        if (!isShared) {
-          streams.childs[i] = Open(plan, stream.file, isInput);
-        } else if (streams.childs[i] = Descriptor(fcntl(streams.childs[1].Number(), F_DUPFD_CLOEXEC, 3));
-                   !streams.childs[i]) {
-          Throw(plan, "open the output file \"" + ToText(stream.file) + "\" twice");
-        }
-      }
+  static Descriptor Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
+    Descriptor descriptor(open(file.c_str(), O_CLOEXEC | O_NOCTTY | (isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC),
+                               S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+    if (!descriptor || !descriptor.MoveAboveStandard()) {
+      Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
     }
+    return descriptor;
   }
-  return streams;
-}
+
+  static Descriptor Duplicate(const StartPlan& plan, const Descriptor& descriptor) {
+    Descriptor copy(fcntl(descriptor.Number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!copy) Throw(plan, "open the output file twice");
+    return copy;
+  }
+
+  // A program whose standard output is closed would print into the first file that it opens.
+  static Descriptor Inherited(const StartPlan& plan, int number) {
+    Descriptor descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!descriptor && errno == EBADF) return Open(plan, Nothing, false);
+    if (!descriptor) Throw(plan, "pass on descriptor " + std::to_string(number));
+    return descriptor;
+  }
+
+  static Pipe MakePipe(const StartPlan& plan, bool isInput) { return isInput ? MakeInput(plan) : MakeOutput(plan); }
+
+  // The input is a pair of sockets and no pipe: it ends by shutdown() for everyone, so that copies which a host's forks
+  // hold do not keep it open, and a write that nobody reads raises no SIGPIPE.
+  static Pipe MakeInput(const StartPlan& plan) {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Throw(plan, "make an input");
+    Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
+    if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard()) Throw(plan, "make an input");
+    shutdown(pipe.ours.Number(), SHUT_RD);
+    return pipe;
+  }
+
+  static Pipe MakeOutput(const StartPlan& plan) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) Throw(plan, "make a pipe");
+    Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
+    if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard() ||
+        fcntl(pipe.ours.Number(), F_SETFL, O_NONBLOCK) != 0) {
+      Throw(plan, "make a pipe");
+    }
+    return pipe;
+  }
+};
 
 }  // namespace
 
@@ -131,7 +105,7 @@ struct Child::Parts {
 Child::Child(const StartPlan& plan) : m_parts(new Parts) {
   m_parts->wake = Descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
   if (!m_parts->wake || !m_parts->wake.MoveAboveStandard()) Throw(plan, "make an event");
-  Streams streams = MakeStreams(plan);
+  Streams<Descriptor> streams = MakeStreams<System>(plan);
   m_parts->spawned = Spawn(plan, streams.childs, false);
   for (int i = 0; i < StreamCount; ++i) m_parts->ours[i] = std::move(streams.ours[i]);
   if (!m_parts->spawned.process.MoveAboveStandard()) {
@@ -238,7 +212,7 @@ const char* Child::AskToStop() {
 void Child::KillTree() noexcept { detail::KillTree(m_parts->spawned.id, m_parts->spawned.process.Number()); }
 
 std::uint32_t StartApart(const StartPlan& plan) {
-  const Streams streams = MakeStreams(plan);
+  const Streams<Descriptor> streams = MakeStreams<System>(plan);
   return static_cast<std::uint32_t>(Spawn(plan, streams.childs, true).id);
 }
 

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <string>
 
+#include "java/processes/Streams.h"
 #include "java/processes/Surroundings.h"
 #include "java/win32/Console.h"
 #include "java/win32/Pipe.h"
@@ -23,85 +24,58 @@ constexpr DWORD LeastException = 0xC0000000;
   throw StartFailure("java/win32/Child", __LINE__, CannotStart(plan, step, reason));
 }
 
-struct Pair {
-  WindowsHandle ours;
-  WindowsHandle childs;
-};
+struct System {
+  using Handle = WindowsHandle;
 
-// A pipe with a name, since others have no overlapped transfers. Its name is given once, and nobody else gets in.
-Pair MakePipe(const StartPlan& plan, bool isInput) {
-  static std::atomic<unsigned long> s_count = 0;
-  const std::wstring name = L"\\\\.\\pipe\\java-program-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-                            std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++s_count);
-  constexpr DWORD Size = 64 * 1024;
-  Pair pair;
-  pair.ours = WindowsHandle(CreateNamedPipeW(
-      name.c_str(),
-      (isInput ? PIPE_ACCESS_OUTBOUND : PIPE_ACCESS_INBOUND) | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
-      PIPE_TYPE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1, Size, Size, 0, nullptr));
-  if (!pair.ours) Throw(plan, "make a pipe");
-  pair.childs = WindowsHandle(
-      CreateFileW(name.c_str(), isInput ? GENERIC_READ : GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-  if (!pair.childs) Throw(plan, "make a pipe");
-  return pair;
-}
+  static constexpr const wchar_t* Nothing = L"NUL";
 
-WindowsHandle Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
-  WindowsHandle handle(CreateFileW(file.native().c_str(), isInput ? GENERIC_READ : GENERIC_WRITE,
-                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                   isInput || file == L"NUL" ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                                   nullptr));
-  if (!handle) Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
-  return handle;
-}
-
-WindowsHandle Duplicate(const StartPlan& plan, HANDLE handle, const char* step) {
-  HANDLE copy = nullptr;
-  if (DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS) ==
-      FALSE) {
-    Throw(plan, step);
-  }
-  return WindowsHandle(copy);
-}
-
-WindowsHandle Inherited(const StartPlan& plan, int stream) {
-  const HANDLE own = GetStdHandle(stream == 1 ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
-  if (own == nullptr || own == INVALID_HANDLE_VALUE) return Open(plan, L"NUL", false);  // a windowed host
-  return Duplicate(plan, own, "pass on an output");
-}
-
-struct Streams {
-  WindowsHandle ours[StreamCount];
-  WindowsHandle childs[StreamCount];
-};
-
-Streams MakeStreams(const StartPlan& plan) {
-  Streams streams;
-  for (int i = 0; i < StreamCount; ++i) {
-    const bool isInput = i == 0;
-    const StreamPlan& stream = plan.streams[i];
-    switch (stream.kind) {
-      case StreamPlan::Kind::Nothing:
-        streams.childs[i] = Open(plan, L"NUL", isInput);
-        break;
-      case StreamPlan::Kind::Inherit:
-        streams.childs[i] = Inherited(plan, i);
-        break;
-      case StreamPlan::Kind::Pipe: {
-        Pair pair = MakePipe(plan, isInput);
-        streams.ours[i] = std::move(pair.ours);
-        streams.childs[i] = std::move(pair.childs);
-        break;
-      }
-      case StreamPlan::Kind::File: {
-        const bool isShared = i == 2 && plan.streams[1].kind == stream.kind && plan.streams[1].file == stream.file;
-        streams.childs[i] = isShared ? Duplicate(plan, streams.childs[1].Get(), "open the output file twice")
-                                     : Open(plan, stream.file, isInput);
-      }
+  static WindowsHandle Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
+    const bool isThere = isInput || file == Nothing;
+    WindowsHandle handle(CreateFileW(file.native().c_str(), isInput ? GENERIC_READ : GENERIC_WRITE,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                     isThere ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!handle) {
+      Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
     }
+    return handle;
   }
-  return streams;
-}
+
+  static WindowsHandle Duplicate(const StartPlan& plan, const WindowsHandle& handle) {
+    return Duplicate(plan, handle.Get(), "open the output file twice");
+  }
+
+  static WindowsHandle Duplicate(const StartPlan& plan, HANDLE handle, const char* step) {
+    HANDLE copy = nullptr;
+    const BOOL isDone =
+        DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS);
+    if (isDone == FALSE) Throw(plan, step);
+    return WindowsHandle(copy);
+  }
+
+  static WindowsHandle Inherited(const StartPlan& plan, int stream) {
+    const HANDLE own = GetStdHandle(stream == 1 ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
+    if (own == nullptr || own == INVALID_HANDLE_VALUE) return Open(plan, Nothing, false);  // a windowed host
+    return Duplicate(plan, own, "pass on an output");
+  }
+
+  // It has a name, since others have no overlapped transfers. Its name is given once, and nobody else gets in.
+  static Pipe<WindowsHandle> MakePipe(const StartPlan& plan, bool isInput) {
+    static std::atomic<unsigned long> s_count = 0;
+    const std::wstring name = L"\\\\.\\pipe\\java-program-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+                              std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++s_count);
+    constexpr DWORD Size = 64 * 1024;
+    const DWORD direction = isInput ? PIPE_ACCESS_OUTBOUND : PIPE_ACCESS_INBOUND;
+    Pipe<WindowsHandle> pipe;
+    pipe.ours = WindowsHandle(
+        CreateNamedPipeW(name.c_str(), direction | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
+                         PIPE_TYPE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1, Size, Size, 0, nullptr));
+    if (!pipe.ours) Throw(plan, "make a pipe");
+    pipe.childs = WindowsHandle(
+        CreateFileW(name.c_str(), isInput ? GENERIC_READ : GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!pipe.childs) Throw(plan, "make a pipe");
+    return pipe;
+  }
+};
 
 // Whoever is in it ends when it is closed: also when this process ends without a word.
 WindowsHandle MakeJob(const StartPlan& plan) {
@@ -117,7 +91,7 @@ WindowsHandle MakeJob(const StartPlan& plan) {
 }  // namespace
 
 struct Child::Parts {
-  Parts(const StartPlan& plan, Streams streams)
+  Parts(const StartPlan& plan, Streams<WindowsHandle> streams)
       : job(MakeJob(plan)),
         wake(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
         input(std::move(streams.ours[0])),
@@ -134,7 +108,7 @@ struct Child::Parts {
   bool isReaped = false;
 };
 
-Child::Child(const StartPlan& plan) : m_parts(new Parts(plan, MakeStreams(plan))) {}
+Child::Child(const StartPlan& plan) : m_parts(new Parts(plan, MakeStreams<System>(plan))) {}
 
 Child::~Child() {
   if (m_parts->isReaped) return;
@@ -200,6 +174,6 @@ const char* Child::AskToStop() {
 
 void Child::KillTree() noexcept { TerminateJobObject(m_parts->job.Get(), CodeOfKilled); }
 
-std::uint32_t StartApart(const StartPlan& plan) { return Spawn(plan, MakeStreams(plan).childs, nullptr).id; }
+std::uint32_t StartApart(const StartPlan& plan) { return Spawn(plan, MakeStreams<System>(plan).childs, nullptr).id; }
 
 }  // namespace torvan::java::detail
