@@ -42,6 +42,7 @@
 #include <torvan/java/detail/Member.h>
 #include <torvan/java/detail/Passed.h>
 #include <torvan/java/detail/Pending.h>
+#include <torvan/java/detail/ProgramSettings.h>
 #include <torvan/java/detail/Row.h>
 #include <torvan/java/detail/Shared.h>
 #include <torvan/java/detail/Text.h>
