@@ -2,15 +2,15 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
-# The targets torvan::NAME that a host may ask for as COMPONENTS, too.
-set(torvan_components torvan mirel rx place)
+# The shared libraries, each the target torvan::NAME.
+set(torvan_libraries torvan mirel rx place)
 # Not CMAKE_INSTALL_DOCDIR, which has the name of the project that this one is a part of.
 set(torvan_doc_folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/torvan")
 
 function(torvan_install_libraries)
-  install(TARGETS ${torvan_components} EXPORT torvanTargets INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+  install(TARGETS ${torvan_libraries} EXPORT torvanTargets INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
   if(MSVC)
-    foreach(target IN LISTS torvan_components)
+    foreach(target IN LISTS torvan_libraries)
       # A Release build has none.
       install(FILES $<TARGET_PDB_FILE:${target}> DESTINATION "${CMAKE_INSTALL_BINDIR}" OPTIONAL)
     endforeach()
@@ -42,8 +42,10 @@ function(torvan_install_finders)
   list(TRANSFORM java_sources PREPEND "\${torvan_java_folder}/java/")
   list(JOIN java_sources "\n    " java_sources)
 
-  list(JOIN torvan_components "|" torvan_component_pattern)
-  list(JOIN torvan_components ", " torvan_component_names)
+  # What a host may ask for as COMPONENTS.
+  set(components ${torvan_libraries} java)
+  list(JOIN components "|" torvan_component_pattern)
+  list(JOIN components ", " torvan_component_names)
   configure_package_config_file(
     cmake/torvanConfig.cmake.in "${generated}/torvanConfig.cmake"
     INSTALL_DESTINATION "${folder}" PATH_VARS jni_folder source_folder NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)

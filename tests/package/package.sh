@@ -92,5 +92,5 @@ refused 'a host without a JDK' \
   'No JDK with include/jni.h was found. Install one, or set JAVA_HOME or TORVAN_JDK to it.' \
   cmake -S "$source/tests/consumer" -B "$folder/no-jdk" "${options[@]}" -DTORVAN_JDK=/nowhere
 refused 'a host that asks for what is not there' \
-  'There is no component "jmi"; known components are torvan, mirel, rx, place.' \
+  'There is no component "jmi"; known components are torvan, mirel, rx, place, java.' \
   cmake -S "$source/tests/consumer" -B "$folder/no-component" "${options[@]}" '-DCOMPONENTS=torvan;jmi'
