@@ -3,6 +3,7 @@
 
 #include <torvan/jni/JniTypes.h>
 
+#include <cstdarg>
 #include <type_traits>
 #include <vector>
 
@@ -16,7 +17,7 @@ class CountedReferences {
     s_locals = s_globals = 0;
     m_table = *s_real;
     // clang-format off
-    Wrap<&Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectV, &Jni::NewObjectArray, &Jni::NewLocalRef,
+    Wrap<&Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectArray, &Jni::NewLocalRef,
          &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
          &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectArrayElement, &Jni::GetObjectClass,
          &Jni::GetSuperclass, &Jni::FindClass, &Jni::ExceptionOccurred, &Jni::GetMethodID, &Jni::GetStaticMethodID,
@@ -25,6 +26,12 @@ class CountedReferences {
          &Jni::CallStaticVoidMethodA, &Jni::CallStaticBooleanMethodA, &Jni::CallStaticIntMethodA,
          &Jni::CallStaticLongMethodA, &Jni::CallStaticDoubleMethodA>();
     // clang-format on
+    m_table.NewObjectV = [](JNIEnv* e, jclass type, jmethodID id, va_list arguments) {
+      const Inside inside;
+      jobject const made = s_real->NewObjectV(e, type, id, arguments);
+      if (made != nullptr && s_depth == 1) ++s_locals;
+      return made;
+    };
     m_table.DeleteLocalRef = [](JNIEnv* e, jobject ref) {
       if (ref != nullptr && s_depth == 0) --s_locals;
       s_real->DeleteLocalRef(e, ref);
