@@ -15,13 +15,20 @@ int s_allocationsLeft = Never;
 
 }  // namespace
 
-// Those of the whole program; the other forms call these.
+// Those of the whole program; the forms for arrays call these.
 void* operator new(std::size_t size) {
   if (s_allocationsLeft == 0) throw std::bad_alloc();
   if (s_allocationsLeft > 0) --s_allocationsLeft;
   void* memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
