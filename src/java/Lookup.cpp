@@ -184,8 +184,9 @@ void* SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
   void* const id = FindId(env, type, name);
   std::unique_ptr<const ClassTests> tests = FindTests(env, type, name, false);
   const ClassTests* none = nullptr;
-  if (tests != nullptr && m_tests.compare_exchange_strong(none, tests.get(), std::memory_order_acq_rel))
-    tests.release();
+  if (tests != nullptr && m_tests.compare_exchange_strong(none, tests.get(), std::memory_order_acq_rel)) {
+    static_cast<void>(tests.release());  // kept for good
+  }
   m_type.store(type, std::memory_order_relaxed);
   m_id.store(id, std::memory_order_release);
   return id;
