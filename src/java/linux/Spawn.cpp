@@ -25,7 +25,7 @@ namespace {
 constexpr int ClonePidfd = 0x1000;
 constexpr int WaitForPidfd = 3;
 
-constexpr std::size_t StackSize = 64 * 1024;
+constexpr std::size_t StackSize = std::size_t{64} * 1024;
 
 enum class Step { None, Clone, Streams, Folder, Execute };
 
