@@ -89,6 +89,7 @@ struct Plugin {
 };
 
 TEST_F(MissingMembersTest, MembersOfAnotherLoadersClass) {
+  SKIP_WITHOUT_OTHER_CLASSES();
   const ClassLoader loader = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES});
   const Local<java::Class> type = loader.FindClass("fixture.Plugin");
   static constexpr Constructor<Plugin(jint)> Make;
@@ -115,6 +116,7 @@ TEST_F(MissingMembersTest, MembersOfAnotherLoadersClass) {
 
 // Two loaders, two classes of one name: an object of one is none of the other, whatever its tag says.
 TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefused) {
+  SKIP_WITHOUT_OTHER_CLASSES();
   const Local<java::Class> first = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
   const Local<java::Class> second = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
   const auto number = Method<Plugin, jint()>{"number"}.In(first);
@@ -144,6 +146,7 @@ struct UrlLoader {
 
 // The class path has the class, and a loader that does not ask it has another one.
 TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheClassPath) {
+  SKIP_WITHOUT_OTHER_CLASSES();
   static constexpr Method<Derived, jint()> Shared{"shared"};
   const Local<Derived> own = java::New<Derived>();
   EXPECT_EQ(Shared(own), 20);

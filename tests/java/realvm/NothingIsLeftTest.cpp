@@ -54,7 +54,7 @@ constexpr Field<Values, std::string> Text{"textField"};
 constexpr Field<Values, Local<Object>> Any{"objectField"};
 
 TEST_F(NothingIsLeftTest, TheCountSeesWhatIsLeft) {
-  Make();
+  Global<Values>(Make());  // deletes what other threads have dropped
   const CountedReferences counted(java::detail::Env());
   const Local<Values> values = Make();
   EXPECT_EQ(counted.Locals(), 1);
@@ -142,8 +142,9 @@ TEST_F(NothingIsLeftTest, AfterMembersOfOtherLoaders) {
     copy(text);
   });
   ExpectNothingOfThrowing([&] { Missing.In(type); });
-  ExpectNothing([] { java::ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin"); });
   ExpectNothingOfThrowing([] { java::ClassLoader::System().FindClass("fixture/NoSuch"); });
+  SKIP_WITHOUT_OTHER_CLASSES();
+  ExpectNothing([] { java::ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin"); });
 }
 
 }  // namespace
