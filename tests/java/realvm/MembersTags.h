@@ -46,9 +46,7 @@ struct File {
 };
 
 // Where Wine runs the test, Java is the machine's own and knows no drive Z.
-inline bool JavaKnowsOtherClasses() {
-  return java::Call<bool>(java::New<File>(TORVAN_TEST_OTHER_CLASSES), "exists");
-}
+inline bool JavaKnowsOtherClasses() { return java::Call<bool>(java::New<File>(TORVAN_TEST_OTHER_CLASSES), "exists"); }
 #define SKIP_WITHOUT_OTHER_CLASSES() \
   if (!JavaKnowsOtherClasses()) GTEST_SKIP() << "this Java does not know " << TORVAN_TEST_OTHER_CLASSES
 
