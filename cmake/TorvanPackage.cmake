@@ -2,10 +2,15 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
+# The targets torvan::NAME that a host may ask for as COMPONENTS, too.
+set(torvan_components torvan mirel rx place)
+# Not CMAKE_INSTALL_DOCDIR, which has the name of the project that this one is a part of.
+set(torvan_doc_folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/torvan")
+
 function(torvan_install_libraries)
-  install(TARGETS rx mirel place torvan EXPORT torvanTargets INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+  install(TARGETS ${torvan_components} EXPORT torvanTargets INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
   if(MSVC)
-    foreach(target rx mirel place torvan)
+    foreach(target IN LISTS torvan_components)
       # A Release build has none.
       install(FILES $<TARGET_PDB_FILE:${target}> DESTINATION "${CMAKE_INSTALL_BINDIR}" OPTIONAL)
     endforeach()
@@ -13,7 +18,7 @@ function(torvan_install_libraries)
     install(FILES ${TORVAN_MINGW_DLLS} DESTINATION "${CMAKE_INSTALL_BINDIR}")
     # Their authors want their terms to go with them.
     foreach(package gcc-mingw-w64-x86-64-posix-runtime mingw-w64-common)
-      install(FILES "/usr/share/doc/${package}/copyright" DESTINATION "${CMAKE_INSTALL_DOCDIR}" OPTIONAL
+      install(FILES "/usr/share/doc/${package}/copyright" DESTINATION "${torvan_doc_folder}" OPTIONAL
               RENAME "${package}-copyright.txt")
     endforeach()
   endif()
@@ -37,6 +42,8 @@ function(torvan_install_finders)
   list(TRANSFORM java_sources PREPEND "\${torvan_java_folder}/java/")
   list(JOIN java_sources "\n    " java_sources)
 
+  list(JOIN torvan_components "|" torvan_component_pattern)
+  list(JOIN torvan_components ", " torvan_component_names)
   configure_package_config_file(
     cmake/torvanConfig.cmake.in "${generated}/torvanConfig.cmake"
     INSTALL_DESTINATION "${folder}" PATH_VARS jni_folder source_folder NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
@@ -56,13 +63,15 @@ function(torvan_install_finders)
   install(FILES "${generated}/torvan.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 endfunction()
 
-function(torvan_package)
+function(torvan_install)
   torvan_install_libraries()
   torvan_install_finders()
   install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DATADIR}/torvan")
-  install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-  install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+  install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${torvan_doc_folder}")
+  install(DIRECTORY docs DESTINATION "${torvan_doc_folder}")
+endfunction()
 
+function(torvan_archive)
   set(CPACK_GENERATOR TGZ)
   set(CPACK_STRIP_FILES ON)
   string(REPLACE AMD64 x86_64 system "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")

@@ -7,19 +7,24 @@ set(CMAKE_C_STANDARD 11)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 if(MSVC)
   # Functions of C linkage may let exceptions pass: qsort's comparison and a VM's functions can throw.
   string(REPLACE "/EHsc" "/EHs" CMAKE_CXX_FLAGS "${CMAKE_CXX_FLAGS}")
 endif()
 
-# One folder for programs and libraries: a Windows program finds its DLLs beside itself.
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
-set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+if(PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+endif()
+if(PROJECT_IS_TOP_LEVEL OR TORVAN_BUILD_TESTS)
+  # One folder for programs and libraries: a Windows program finds its DLLs beside itself. As a part of another project,
+  # the libraries go where that one has them.
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+  set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+endif()
 
-if(MINGW)
+if(MINGW AND (PROJECT_IS_TOP_LEVEL OR TORVAN_BUILD_TESTS OR TORVAN_INSTALL))
   # GCC's own DLLs stand beside the programs, too. They are shared and not linked in: the C++ runtime counts the
   # exceptions in flight in each thread, and one that crosses a DLL's border has to be counted in one place.
   set(TORVAN_MINGW_DLLS)
@@ -29,9 +34,9 @@ if(MINGW)
     if(NOT EXISTS "${path}")
       set(path "/usr/x86_64-w64-mingw32/lib/${dll}")
     endif()
-    set(own "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll}")
+    set(own "${PROJECT_BINARY_DIR}/bin/${dll}")
     if("${path}" IS_NEWER_THAN "${own}")
-      file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+      file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
       execute_process(COMMAND "${CMAKE_STRIP}" -p --strip-unneeded -o "${own}" "${path}" COMMAND_ERROR_IS_FATAL ANY)
     endif()
     list(APPEND TORVAN_MINGW_DLLS "${own}")
@@ -44,14 +49,26 @@ if(TORVAN_SANITIZE)
   add_link_options(-fsanitize=${TORVAN_SANITIZE})
 endif()
 
-# Compiler warnings are errors in our own code; third-party targets do not get them.
+# Lets debug information name sources by their place in the tree, and no folder of the machine that built it. cl.exe has no
+# switch for that.
+function(torvan_portable_debug_information)
+  foreach(place "${PROJECT_SOURCE_DIR}=." "${PROJECT_BINARY_DIR}=build" "${TORVAN_JDK}=jdk")
+    add_compile_options("/clang:-fdebug-prefix-map=${place}")
+  endforeach()
+  add_compile_options(/clang:-fdebug-compilation-dir=. /clang:-gno-codeview-command-line)
+  add_link_options(/pdbsourcepath:torvan)
+endfunction()
+
+# What our own code is compiled with; third-party targets do not get it.
 function(torvan_warnings target)
   if(MSVC)
-    # Members and bases without a DLL interface are templates and empty classes: they are compiled into their users.
-    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8 $<$<CXX_COMPILER_ID:MSVC>:/wd4251 /wd4275>)
+    target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8)
   else()
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wold-style-cast
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast
                                              -Wcast-qual -Wundef -Woverloaded-virtual)
+  endif()
+  if(TORVAN_WARNINGS_AS_ERRORS)
+    set_target_properties(${target} PROPERTIES COMPILE_WARNING_AS_ERROR ON)
   endif()
 endfunction()
 

@@ -3,10 +3,12 @@
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
-# Everything of LLVM comes from one folder, since libc++'s headers and the compiler have to match.
-set(TORVAN_LLVM "/usr/lib/llvm-14" CACHE PATH "LLVM installation with clang-cl, lld-link and libc++'s headers")
+# Not Debian's default: with clang 14 the destructor's slot destroys one element of an array, and Visual Studio's all.
+set(TORVAN_LLVM "/usr/lib/llvm-22" CACHE PATH "LLVM installation with clang-cl and lld-link")
+# support/libcxx is the compiled part of this version.
+set(TORVAN_LIBCXX "/usr/lib/llvm-14/include/c++/v1" CACHE PATH "libc++ 14's headers")
 set(TORVAN_MINGW "/usr/x86_64-w64-mingw32" CACHE PATH "mingw-w64's C headers and import libraries")
-list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TORVAN_LLVM TORVAN_MINGW)
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TORVAN_LLVM TORVAN_LIBCXX TORVAN_MINGW)
 set(CMAKE_C_COMPILER "${TORVAN_LLVM}/bin/clang-cl")
 set(CMAKE_CXX_COMPILER "${TORVAN_LLVM}/bin/clang-cl")
 set(CMAKE_C_COMPILER_TARGET x86_64-pc-windows-msvc)
@@ -29,7 +31,7 @@ set(shared_flags "-fmsc-version=1929 /clang:-fgnuc-version=4.2.1 -D_UCRT -D__CRT
 set(CMAKE_C_FLAGS_INIT "${shared_flags} ${c_headers}")
 # libc++ gives its headers only; what it would expect of the Microsoft runtime's own C++ headers is not here.
 set(CMAKE_CXX_FLAGS_INIT
-    "${shared_flags} -imsvc ${TORVAN_LLVM}/include/c++/v1 ${c_headers} -D_LIBCPP_NO_VCRUNTIME \
+    "${shared_flags} -imsvc ${TORVAN_LIBCXX} ${c_headers} -D_LIBCPP_NO_VCRUNTIME \
 -D_LIBCPP_DISABLE_VISIBILITY_ANNOTATIONS -D_LIBCPP_DISABLE_EXTERN_TEMPLATE")
 
 # The compiler's test programs have no start-up code yet, and programs need no manifest.

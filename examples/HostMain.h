@@ -4,6 +4,7 @@
 #include <torvan/Torvan.h>
 
 #include <cstdio>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,11 @@ using Text = std::basic_string<RX::UniChar>;
 
 // Run is the program: it gets the arguments without the program's name and returns the exit code.
 int Run(const std::vector<Text>& arguments);
+
+// Something that the user can put right; the text says how.
+struct UserError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 inline std::string ToUtf8(const mirel::base::CUnicodeString& text) {
   const mirel::base::CString utf8 = text.ToUTF8();

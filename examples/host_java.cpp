@@ -5,10 +5,8 @@
 // Exit codes: 0 done, 2 something was missing or wrong; one line says what to do.
 
 #include "HostMain.h"
-
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
+#include "LocalFrame.h"
+#include "TextFile.h"
 
 using mirel::base::CException;
 using mirel::base::CNull;
@@ -26,14 +24,9 @@ constexpr jint ImpossibleWordCount = 1000000000;
 
 struct Settings {
   Text runtime;  // empty: the installed one
-  Text classPath = RX_TEXT("") HOST_JAVA_CLASSES;
+  Text classPath = RX_TEXT("") EXAMPLE_CLASSES;
   Text language = RX_TEXT("en-GB");
-  Text file = RX_TEXT("") HOST_JAVA_TEXT;
-};
-
-// Something that the user can put right; the text says how.
-struct UserError : std::runtime_error {
-  using std::runtime_error::runtime_error;
+  Text file = RX_TEXT("") EXAMPLE_TEXT;
 };
 
 Settings ReadArguments(const std::vector<Text>& arguments) {
@@ -58,14 +51,6 @@ Settings ReadArguments(const std::vector<Text>& arguments) {
   return settings;
 }
 
-std::ifstream OpenText(const Text& path) {
-  std::ifstream file{std::filesystem::path(path)};
-  if (!file || std::filesystem::is_directory(std::filesystem::path(path))) {
-    throw UserError("'" + ToUtf8(path) + "' cannot be read: give the path of a UTF-8 text file");
-  }
-  return file;
-}
-
 CDynamicJavaRuntime FindRuntime(const Settings& settings) {
   try {
     if (!settings.runtime.empty()) return CDynamicJavaRuntime(settings.runtime.c_str(), JNI_VERSION_1_6);
@@ -88,18 +73,6 @@ CJavaVm StartVm(CDynamicJavaRuntime& runtime, const Settings& settings) {
   options.AddOption(torvan::jni::options::CSystemProperty(RX_TEXT("statistics.language"), settings.language.c_str()));
   return runtime.CreateJavaVm(options, false);
 }
-
-// Takes back the local references made in one round of calls: this thread never returns to Java, so they would pile up.
-class LocalFrame {
- public:
-  explicit LocalFrame(const CJavaVm& vm) : m_env(vm.Attach()) { m_env->PushLocalFrame(16); }
-  ~LocalFrame() { m_env->PopLocalFrame(nullptr); }
-  LocalFrame(const LocalFrame&) = delete;
-  LocalFrame& operator=(const LocalFrame&) = delete;
-
- private:
-  JNIEnv* m_env;
-};
 
 // A failed call leaves a Java exception pending. Clears it and gives what Java says of it, or nothing.
 std::string TakeJavaFailure(const CJavaVm& vm) {
@@ -194,10 +167,9 @@ void CountIn(const CJavaVm& vm, const Settings& settings, std::ifstream& file) {
   const CJavaObject statistics = NewStatistics(FindStatistics(vm, settings.classPath), vm, settings.language);
   std::printf("Text       %s, language %s\n", ToUtf8(settings.file).c_str(),
               JavaProperty(system, vm, RX_TEXT("statistics.language")).c_str());
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
+  for (Text line; ReadLine(file, line);) {
     const LocalFrame frame(vm);
-    const CJavaString text = vm.NewString(FromUtf8(line).c_str());  // null for an empty line
+    const CJavaString text = vm.NewString(line.c_str());  // null for an empty line
     statistics.CallVoidMethod("addLine", "(Ljava/lang/String;)V", static_cast<jstring>(text));
   }
   PrintStatistics(statistics);

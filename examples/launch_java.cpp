@@ -7,7 +7,6 @@
 // something was missing or wrong, and one line says what.
 
 #include <chrono>
-#include <stdexcept>
 
 #include "HostMain.h"
 #include "SafeArgument.h"
@@ -41,15 +40,16 @@ struct Request {
   unsigned int timeout = Forever;
 };
 
-// Something that the user can put right; the text says how.
-struct UserError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 // What is not escaped on a command line must not fall apart there.
 const Text& RequireWithout(const RX::UniChar* units, const Text& text, const char* rule) {
   if (text.find_first_of(units) == Text::npos) return text;
   throw UserError("'" + ToUtf8(text) + "': " + rule);
+}
+
+const Text& RequireMainClass(const Text& text) {
+  // Java takes what follows for the name of a file with more options, and nothing can escape it.
+  if (text[0] == RX_TEXT('@')) throw UserError("'" + ToUtf8(text) + "': a main class must not begin with @");
+  return RequireWithout(Separators, text, "a main class must not hold spaces or quotes");
 }
 
 unsigned int ToMilliseconds(const Text& text) {
@@ -80,10 +80,10 @@ Request ReadArguments(const std::vector<Text>& arguments) {
     if (next + 1 == arguments.size() || arguments[next + 1].empty()) throw usage;
     const Text& value = arguments[next + 1];
     if (option == RX_TEXT("-cp")) {
-      classPath.AddEntry(
-          RequireWithout(RX_TEXT("\t\r\n\""), value, "a class path must not hold tabs or quotes").c_str());
+      RequireWithout(RX_TEXT("\t\r\n\""), value, "a class path must not hold tabs or quotes");
+      classPath.AddEntry(SafePath(value).c_str());
     } else if (option == RX_TEXT("-jar")) {
-      request.options.AddOption(options::CJarOption(SafeArgument(value).c_str()));
+      request.options.AddOption(options::CJarOption(SafeJarPath(value).c_str()));
       hasJar = true;
     } else if (option == RX_TEXT("-D")) {
       request.options.AddOption(ToProperty(value));
@@ -98,7 +98,7 @@ Request ReadArguments(const std::vector<Text>& arguments) {
   }
   if (classPath.GetEntryCount() != 0) request.options.AddOption(classPath);
   if (!hasJar && next < arguments.size()) {
-    request.mainClass = RequireWithout(Separators, arguments[next++], "a main class must not hold spaces or quotes");
+    request.mainClass = RequireMainClass(arguments[next++]);
   }
   for (; next < arguments.size(); ++next) request.arguments.Append(SafeArgument(arguments[next]).c_str());
   return request;

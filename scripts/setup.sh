@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Installs what building and testing needs and is not there yet: setup.sh
-# [linux|linux-asan|linux-tsan|windows-mingw|windows-msvc-abi]...
+# [linux|linux-clang|linux-asan|linux-tsan|linux-fuzz|windows-mingw|windows-msvc-abi]...
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(linux windows-mingw windows-msvc-abi)
+[ ${#targets[@]} -gt 0 ] || targets=(linux linux-fuzz windows-mingw windows-msvc-abi)
 
 missing=()
 need() { # need PACKAGE COMMAND...: the package is needed unless the command succeeds
@@ -19,6 +19,8 @@ jdk_found() {
   local javac
   javac=$(command -v javac) && [ -f "$(dirname "$(dirname "$(readlink -f "$javac")")")/include/jni.h" ]
 }
+
+fuzzer_library_found() { compgen -G '/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a'; }
 
 need_wine() { # to run Windows programs, and to build the Java that they find
   need wine64 test -x /usr/lib/wine/wine64
@@ -35,23 +37,33 @@ need libh2-java test -f /usr/share/java/h2.jar
 need googletest test -f /usr/src/googletest/CMakeLists.txt
 for target in "${targets[@]}"; do
   case $target in
-    linux | linux-asan | linux-tsan) ;;
+    linux) need clang-format-14 command -v clang-format-14 ;;
+    linux-clang)
+      need clang command -v clang++
+      need clang-tidy command -v clang-tidy
+      ;;
+    linux-asan | linux-tsan) ;;
+    linux-fuzz)
+      need clang-14 test -x /usr/lib/llvm-14/bin/clang
+      need libclang-rt-14-dev fuzzer_library_found
+      ;;
     windows-mingw)
       need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix
       need_wine
       ;;
     windows-msvc-abi)
-      need clang-14 test -x /usr/lib/llvm-14/bin/clang
-      need clang-tools-14 test -e /usr/lib/llvm-14/bin/clang-cl
-      need lld-14 test -e /usr/lib/llvm-14/bin/lld-link
-      need llvm-14 test -x /usr/lib/llvm-14/bin/llvm-rc
+      need clang-22 test -e /usr/lib/llvm-22/bin/clang-cl
+      need lld-22 test -e /usr/lib/llvm-22/bin/lld-link
+      need llvm-22 test -x /usr/lib/llvm-22/bin/llvm-rc
       need libc++-14-dev test -d /usr/lib/llvm-14/include/c++/v1
+      need clang-tools-14 test -e /usr/lib/llvm-14/bin/clang-cl
       need python3 command -v python3
       need mingw-w64-x86-64-dev test -f /usr/x86_64-w64-mingw32/lib/libucrtbase.a
       need_wine
       ;;
     *)
-      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, linux-tsan, windows-mingw and windows-msvc-abi" >&2
+      echo "setup.sh: unknown target '$target'; known are linux, linux-clang, linux-asan, linux-tsan, linux-fuzz," \
+        "windows-mingw and windows-msvc-abi" >&2
       exit 2
       ;;
   esac

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the library and runs all its tests: test.sh [TARGET]..., with linux, linux-asan, linux-tsan, windows-mingw and
-# windows-msvc-abi as targets; without one all but the sanitizers. linux-tsan tests torvan::java alone.
+# Builds the library and runs all its tests: test.sh [TARGET]...; without a target linux and both kinds of Windows. Others
+# are linux-clang, linux-asan, and linux-tsan and linux-fuzz, which test torvan::java alone.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -28,13 +28,27 @@ cleanup() {
 }
 trap cleanup EXIT
 
+step() { # step TEXT: says what is done next
+  echo "test: $target: $*"
+}
+quietly() { # quietly FAILURE COMMAND...: what it prints counts when it fails
+  time "${@:2}" >"$log" 2>&1 || { cat "$log"; fail "$target $1"; }
+}
+remarks() { # remarks FILE: what the file says of warnings, and of what is not done and why
+  grep -hE 'left (out|to) |warning: ' "$1" | sort -u || true
+}
+TIMEFORMAT='  took %0R s: %0U s of processor time, and %0S s of the system'
+
 for target in "${targets[@]}"; do
-  echo "test: $target: configuring"
-  cmake --preset "$target" >"$log" 2>&1 || { cat "$log"; fail "$target cannot be configured"; }
-  echo "test: $target: building"
-  cmake --build --preset "$target" >"$log" 2>&1 || { cat "$log"; fail "$target does not build"; }
+  step configuring
+  quietly 'cannot be configured' cmake --preset "$target"
+  remarks "$log"
+  step building
+  quietly 'does not build' cmake --build --preset "$target"
+  remarks "$log"
 done
 for target in "${targets[@]}"; do
-  echo "test: $target: running the tests"
-  ctest --preset "$target" || fail "$target has failing tests"
+  step 'running the tests'
+  time ctest --preset "$target" || fail "$target has failing tests"
+  remarks "build/$target/Testing/Temporary/LastTest.log"
 done

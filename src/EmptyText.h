@@ -1,4 +1,4 @@
-// Questions about wide text that a host passes.
+// Checking wide text that a host passes.
 #pragma once
 
 #include <rx/Text.h>

@@ -1,19 +1,19 @@
-// What start-up and shut-down work with.
+// The foundation library as start-up and shut-down see it.
 #pragma once
 
 namespace torvan {
 
-// The foundation library's entry points, and the number of uses of this library that stand on them.
+// The foundation library's entry points, and how often this library is in use.
 struct Foundation {
   int (*initialize)() noexcept;
   int (*terminate)() noexcept;
   int useCount;
 
-  // The one in force: the foundation library itself, unless a test has put another in its place.
+  // Returns the one in force: the foundation library itself, unless a test has replaced it.
   static Foundation& Current() noexcept;
 };
 
-// Puts a foundation, with its use count, in force for the life of the scope. For tests.
+// Replaces the foundation, with its use count, until the end of the scope. For tests.
 class FoundationScope {
  public:
   explicit FoundationScope(const Foundation& foundation) noexcept : m_previous(Foundation::Current()) {

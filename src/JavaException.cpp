@@ -1,5 +1,6 @@
-#include <mirel/io/PrintStream.h>
 #include <torvan/JavaException.h>
+
+#include <mirel/io/PrintStream.h>
 
 namespace torvan::jni {
 
@@ -18,7 +19,7 @@ CJavaException& CJavaException::operator=(const CJavaException& other) = default
 
 const mirel::base::CClass* CJavaException::GetClass() const { return &m_classCJavaException; }
 
-// Intentional: only the banner is printed, not even the base's facts; whoever wants the facts asks for them.
+// Intentional: prints the banner only, not even the base's facts; whoever wants the facts asks for them.
 void CJavaException::Print(mirel::io::CPrintStream& stream) const {
   stream.PrintLine("--- Java Exception occured -----------------------------------------------------");  // sic
 }

@@ -1,11 +1,11 @@
-// What the equality rules of all options have in common.
+// What all options need to compare themselves.
 #pragma once
 
 #include <mirel/base/Object.h>
 
 namespace torvan {
 
-// Gives `other` as a T when both objects report the very same class record, else null; null gives null.
+// Returns `other` as a T when both objects report the very same class record, else null; null for null.
 // A subclass with a record of its own counts as another class.
 template <class T>
 const T* SameClass(const T& object, const mirel::base::CObject* other) {

@@ -21,7 +21,7 @@ int Initialize() noexcept {
   ++foundation.useCount;
   if (foundation.useCount > 1) return foundation.useCount;
   const int result = foundation.initialize();
-  // Intentional: the use that failed still counts, so Terminate gives it back to the foundation library as any other.
+  // Intentional: the use that failed still counts, so Terminate ends it as any other.
   if (result < 0) return result;
   return foundation.useCount;
 }

@@ -15,9 +15,9 @@
 #include <torvan/jvmlauncher/options/NonStandardOption.h>
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
-// The runtime type records of the library. They stand in one file, because the order of construction across files is
-// undefined; here it is the order of the rows. Where that puts a class before its parent, nothing is lost: a parent is
-// looked up by name, and only when asked for.
+// The runtime type records of the library. They are all in one file because the order of construction across files is
+// undefined; within a file it is the order of the rows. A class may come before its parent: parents are looked up by
+// name, and only when asked for.
 
 namespace torvan {
 
@@ -31,7 +31,7 @@ using namespace jvmlauncher::options;
 
 // clang-format off
 TYPE(CJavaException,        "torvan::jni::CJavaException",       "torvan::jni::CJniException")
-// Intentional: the name lies in the foundation library's namespace, the class does not.
+// Intentional: the name is in the foundation library's namespace, the class is not.
 TYPE(CJavaRuntimeException, "mirel::jni::CJavaRuntimeException", "torvan::jni::CJniException")
 TYPE(CJavaVmException,      "torvan::jni::CJavaVmException",     "torvan::jni::CJniException")
 TYPE(CJniException,         "torvan::jni::CJniException",        "mirel::base::CException")
@@ -41,11 +41,11 @@ TYPE(CHook,           "torvan::jni::options::CHook",           "torvan::jni::opt
 TYPE(CAbortHook,      "torvan::jni::options::CAbortHook",      "torvan::jni::options::CHook")
 TYPE(CExitHook,       "torvan::jni::options::CExitHook",       "torvan::jni::options::CHook")
 TYPE(CVfprintfHook,   "torvan::jni::options::CVfprintfHook",   "torvan::jni::options::CHook")
-// Intentional: not an option of its own kind but a system property, whose value is a list.
+// Intentional: its parent is not the option class but the system property, whose value is a list.
 TYPE(CPathList,       "torvan::jni::options::CPathList",       "torvan::jni::options::CSystemProperty")
 TYPE(CClassPath,      "torvan::jni::options::CClassPath",      "torvan::jni::options::CPathList")
 TYPE(CLibraryPath,    "torvan::jni::options::CLibraryPath",    "torvan::jni::options::CPathList")
-// Intentional: by its record an option is no CObject, although the class is; the launcher's are.
+// Intentional: by its record an option is no CObject, although the class derives from it; the launcher's options are.
 TYPE(COption,         "torvan::jni::options::COption",         "mirel::base::CBase")
 TYPE(CSystemProperty, "torvan::jni::options::CSystemProperty", "torvan::jni::options::COption")
 TYPE(CVerbose,        "torvan::jni::options::CVerbose",        "torvan::jni::options::COption")

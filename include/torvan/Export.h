@@ -1,5 +1,7 @@
-// Marks what the library hands out.
+// Marks what the library exports.
 #pragma once
+
+#include <rx/Compiler.h>
 
 #if defined(_WIN32)
 #if defined(TORVAN_BUILD)

@@ -1,4 +1,4 @@
-// Everything of torvan::java: the VM, threads, references, members and errors for a new host.
+// Everything of torvan::java: the VM, threads, references, members, errors, runtimes and processes for a new host.
 #pragma once
 
 #include <torvan/java/Call.h>
@@ -16,6 +16,8 @@
 #include <torvan/java/LocalFrame.h>
 #include <torvan/java/Method.h>
 #include <torvan/java/Overloads.h>
+#include <torvan/java/Process.h>
+#include <torvan/java/Program.h>
 #include <torvan/java/Ref.h>
 #include <torvan/java/Runtime.h>
 #include <torvan/java/Runtimes.h>

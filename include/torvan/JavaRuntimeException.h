@@ -1,4 +1,4 @@
-// Failures with a Java runtime library.
+// Failures of a Java runtime library.
 #pragma once
 
 #include <torvan/Export.h>
@@ -6,7 +6,7 @@
 
 namespace torvan::jni {
 
-// Thrown when a Java runtime library cannot be found, loaded or used to create a VM.
+// Thrown when a Java runtime library cannot be found, loaded, or used to create a VM.
 class TORVAN_API CJavaRuntimeException : public CJniException {
  public:
   // Takes the source file (path below the source root, without extension), the line, the message and a further text.

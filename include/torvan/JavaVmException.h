@@ -1,4 +1,4 @@
-// Failures with a Java VM.
+// Failures of a Java VM.
 #pragma once
 
 #include <torvan/Export.h>
@@ -6,8 +6,8 @@
 
 namespace torvan::jni {
 
-// Thrown when a VM, class, object or string cannot be used as asked: a thread that cannot be attached, a class, field
-// or method that is not there. The Java error that the VM raised for it stays pending in the thread.
+// Thrown when a VM, class, object or string cannot be used as asked: a thread cannot be attached; a class, field or
+// method does not exist. The Java error that the VM raised for it stays pending in the thread.
 class TORVAN_API CJavaVmException : public CJniException {
  public:
   // Takes the source file (path below the source root, without extension), the line, the message and a further text.

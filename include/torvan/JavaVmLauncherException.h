@@ -6,7 +6,7 @@
 
 namespace torvan::jvmlauncher {
 
-// Thrown when no fitting Java runtime is installed or a Java process cannot be started.
+// Thrown when no suitable Java runtime is installed or a Java process cannot be started.
 class TORVAN_API CJavaVmLauncherException : public mirel::base::CException {
  public:
   // Takes the source file (path below the source root, without extension), the line, the message and a further text.

@@ -1,6 +1,7 @@
-// Everything that a host may use.
+// The whole fixed interface: everything that a host of torvan::jni and torvan::jvmlauncher may use.
 #pragma once
 
+#include <rx/Compiler.h>
 #include <rx/Memory.h>
 #include <rx/OutOfMemoryException.h>
 #include <rx/Text.h>
@@ -49,6 +50,7 @@
 #include <torvan/jni/JavaString.h>
 #include <torvan/jni/JavaVm.h>
 #include <torvan/jni/JniTypes.h>
+#include <torvan/jni/ScalarArguments.h>
 #include <torvan/jni/options/AbortHook.h>
 #include <torvan/jni/options/ClassPath.h>
 #include <torvan/jni/options/CustomOption.h>

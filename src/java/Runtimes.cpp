@@ -1,5 +1,6 @@
-#include <torvan/java/Failure.h>
 #include <torvan/java/Runtimes.h>
+
+#include <torvan/java/Failure.h>
 
 #include <utility>
 

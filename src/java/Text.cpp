@@ -1,7 +1,8 @@
+#include <torvan/java/Text.h>
+
 #include <torvan/java/detail/Text.h>
 
 #include <torvan/java/Failure.h>
-#include <torvan/java/Text.h>
 #include <torvan/java/detail/Pending.h>
 
 #include <cstring>

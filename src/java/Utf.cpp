@@ -1,5 +1,6 @@
-#include <torvan/java/Failure.h>
 #include <torvan/java/detail/Utf.h>
+
+#include <torvan/java/Failure.h>
 
 #include <cstdint>
 #include <cstring>

@@ -1,5 +1,6 @@
-#include <torvan/java/Failure.h>
 #include <torvan/java/Version.h>
+
+#include <torvan/java/Failure.h>
 
 #include <algorithm>
 #include <limits>
@@ -169,7 +170,7 @@ bool Version::Fits(std::string_view wanted) const { return Fits(Parse(wanted)); 
 
 bool Version::Fits(const Version& wanted) const {
   if (CompareNumbers(m_numbers, wanted.m_numbers, wanted.m_numbers.size()) != 0) return false;
-  if (!wanted.m_preRelease.empty() && wanted.m_preRelease != m_preRelease) return false;
+  if (!wanted.m_preRelease.empty() && ComparePreReleases(m_preRelease, wanted.m_preRelease) != 0) return false;
   if (wanted.m_build && wanted.m_build != m_build) return false;
   return wanted.m_extra.empty() || wanted.m_extra == m_extra;
 }

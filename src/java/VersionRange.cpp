@@ -1,5 +1,6 @@
-#include <torvan/java/Failure.h>
 #include <torvan/java/VersionRange.h>
+
+#include <torvan/java/Failure.h>
 
 namespace torvan::java {
 

@@ -15,14 +15,14 @@ namespace {
   throw CJavaRuntimeException("jni/DynamicJavaRuntimeImpl", line, text, nullptr);
 }
 
-// Gives an option array back to the set that made it.
+// Returns an option array to the set that created it.
 struct JniOptions {
   const COptions& set;
   JavaVMOption* array;
   ~JniOptions() { set.DestroyJniOptions(array); }
 };
 
-// A block for JavaVM pointers; null when there was no memory.
+// A block for JavaVM pointers; null when memory ran out.
 struct VmBuffer {
   JavaVM** vms;
   explicit VmBuffer(jsize count)
@@ -41,7 +41,7 @@ CJavaVm CDynamicJavaRuntimeImpl::CreateJavaVm(const CJavaRuntime& runtime, const
   jint status = JNI_ERR;
   {
     JavaVMOption* array = options.CreateJniOptions();
-    // Intentional: without a library the array is lost.
+    // Intentional: without a library the array leaks.
     CJavaRuntimeLibraryRef* library = m_library.operator->();
     const JniOptions jniOptions{options, array};
     JavaVMInitArgs initArgs{};
@@ -66,7 +66,7 @@ unsigned int CDynamicJavaRuntimeImpl::GetCreatedJavaVms(const CJavaRuntime& runt
   if (buffer.vms == nullptr) _ThrowMemoryException("jni/DynamicJavaRuntimeImpl", At(95));
   if (m_library->GetCreatedJavaVms(buffer.vms, capacity, &count) != JNI_OK)
     Fail(At(100), "Failed to get the list of created Java VMs.");
-  // A VM made between the two questions is counted but not listed.
+  // A VM created between the two calls is counted but not listed.
   for (jsize i = 0; i < count && i < capacity; ++i) {
     vms.Add(CJavaRuntimeImpl::CreateJavaVm(runtime, buffer.vms[i]));
   }

@@ -1,4 +1,4 @@
-// A Java runtime behind a library that was loaded at run time.
+// A Java runtime whose library was loaded at run time.
 #pragma once
 
 #include <mirel/base/Ref.h>

@@ -1,7 +1,8 @@
+#include <torvan/jni/JavaClass.h>
+
 #include <mirel/base/MemoryException.h>
 #include <mirel/base/NullReferenceException.h>
 #include <torvan/JavaVmException.h>
-#include <torvan/jni/JavaClass.h>
 
 #include "jni/JavaExceptionHelper.h"
 #include "jni/JavaTypes.h"
@@ -32,7 +33,8 @@ void RequireClass(jclass javaClass) {
   if (javaClass == nullptr) throw CNullReferenceException("jni/JavaClass", __LINE__, nullptr, nullptr);
 }
 
-// Intentional: what is pending is not looked at first, so a constructor that throws is reported as a lack of memory.
+// Intentional: memory is reported before the pending exception is read, so a constructor that throws looks like a lack
+// of memory.
 void RequireInstance(jobject object) {
   if (object == nullptr) throw CMemoryException("jni/JavaClass", __LINE__, nullptr, nullptr);
 }
@@ -74,7 +76,7 @@ CJavaObject CJavaClass::NewObject(const RX::UniChar* signature, ...) const {
 
 namespace {
 
-// Intentional: here and below the class is not tested for null; the VM is asked about it as it is.
+// Intentional: here and below a null class is not refused; the VM is asked with it.
 template <typename Text>
 jfieldID StaticFieldOf(JNIEnv* env, jclass javaClass, const Text* name, const Text* signature) {
   jfieldID field = env->GetStaticFieldID(javaClass, CJniText(name), CJniText(signature));
@@ -119,7 +121,7 @@ typename Type::Host CallStaticMethod(const CJavaVm& vm, jclass javaClass, const 
 
 }  // namespace
 
-// The members: each forwards to its family, the macro starting the variable arguments where there are some.
+// The members: each forwards to its family; the macro starts the variable arguments where there are any.
 // clang-format off
 #define TORVAN_GETTER(Type, Text)                                                                       \
   types::Type::Host CJavaClass::GetStatic##Type##Field(const Text* name, const Text* signature) const { \

@@ -64,7 +64,7 @@ void AppendElement(CUnicodeStringBuffer& trace, JNIEnv* env, jobjectArray elemen
   if (element == nullptr) return;
   const auto text = static_cast<jstring>(env->CallObjectMethod(element, toString));
   if (text == nullptr) Fail(At(129), "Failed to call the toString () method of the given java.lang.StackTrace object.");
-  // Intentional: no line end; the whole trace is one line.
+  // Intentional: no line break; the whole trace is one line.
   trace += RX_TEXT("\tat ");
   trace += ToUnicodeString(env, text);
 }
@@ -99,7 +99,7 @@ CUnicodeString GetExceptionStackTrace(JNIEnv* env, jthrowable throwable) {
 }  // namespace
 
 void ThrowJavaException(JNIEnv* env, jthrowable throwable) {
-  // The first of these that fails is the failure reported.
+  // The first of these to fail is the failure that is reported.
   const CUnicodeString stackTrace = GetExceptionStackTrace(env, throwable);
   const CUnicodeString message = GetExceptionMessage(env, throwable);
   const CUnicodeString className = GetExceptionClassName(env, throwable);

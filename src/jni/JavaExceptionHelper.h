@@ -5,12 +5,13 @@
 
 namespace torvan::jni {
 
-// Throws CJavaException with what the Java exception tells about itself, or CJavaVmException when it cannot be asked.
-// Intentional: it is asked while it is pending, and not cleared afterwards; the host does that.
+// Throws CJavaException with class, message and trace of the Java exception, or CJavaVmException when they cannot be
+// read.
+// Intentional: the exception is read while it is pending, and stays pending; the host clears it.
 [[noreturn]] void ThrowJavaException(JNIEnv* env, jthrowable throwable);
 
-// Throws as above when a Java exception is pending in the thread of the environment. Null has none.
-// Every access to Java ends with it, so it costs one JNI call.
+// Throws as above when a Java exception is pending in the environment's thread; null is ignored.
+// Every access to Java ends with this check, so it costs one JNI call.
 inline void CheckJavaException(JNIEnv* env) {
   if (env == nullptr) return;
   jthrowable throwable = env->ExceptionOccurred();

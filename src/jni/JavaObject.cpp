@@ -1,3 +1,5 @@
+#include <torvan/jni/JavaObject.h>
+
 #include <mirel/base/NullReferenceException.h>
 #include <torvan/JavaVmException.h>
 #include <torvan/jni/JavaClass.h>
@@ -26,7 +28,7 @@ CJavaObject& CJavaObject::operator=(const CJavaObject& other) {
   if (this == &other) return *this;
   m_vm = other.m_vm;
   m_ref = other.m_ref;
-  // Dropping the own reference comes last: whatever a VM throws there, the handle is the other's copy.
+  // The own reference is released last: whatever the VM throws there, the handle is already the other's copy.
   m_holder = other.m_holder;
   return *this;
 }
@@ -72,10 +74,10 @@ bool CJavaObject::IsInstanceOf(const CJavaClass& javaClass) const {
 
 namespace {
 
-// What a caller says when there is no such method.
+// The text of a method that does not exist.
 template <typename Text>
 constexpr const char* methodNotFound = "The specified method was not found.";
-// Intentional: the callers with wide names speak of a field, as the accessors do.
+// Intentional: with wide names the text speaks of a field, as in the field accessors.
 template <>
 constexpr const char* methodNotFound<RX::UniChar> = "The specified field was not found.";
 
@@ -137,7 +139,7 @@ typename Type::Host CallMethod(const CJavaVm& vm, jobject object, const Text* na
   return result.ToHost(vm);
 }
 
-// Intentional: the class named to JNI is always the object's own, so an override is called and not what it overrides.
+// Intentional: JNI is always passed the object's own class, so an override is called and not what it overrides.
 template <typename Type, typename Text>
 typename Type::Host CallNonvirtualMethod(const CJavaVm& vm, jobject object, const Text* name, const Text* signature,
                                          va_list arguments) {
@@ -152,7 +154,7 @@ typename Type::Host CallNonvirtualMethod(const CJavaVm& vm, jobject object, cons
 
 }  // namespace
 
-// The members: each forwards to its family, the macro starting the variable arguments where there are some.
+// The members: each forwards to its family; the macro starts the variable arguments where there are any.
 // clang-format off
 #define TORVAN_GETTER(Type, Text)                                                                  \
   types::Type::Host CJavaObject::Get##Type##Field(const Text* name, const Text* signature) const { \

@@ -9,8 +9,8 @@
 
 namespace torvan::jni {
 
-// A way to the VMs of one Java runtime at one JNI version.
-// The handle that an operation is called on comes along, so that every VM handle made can keep a copy of it.
+// Access to the VMs of one Java runtime at one JNI version.
+// Operations are passed the handle they are called on, so that every VM handle can keep a copy of it.
 class CJavaRuntimeImpl : public mirel::base::CBase {
  public:
   virtual ~CJavaRuntimeImpl() noexcept(false);
@@ -26,7 +26,7 @@ class CJavaRuntimeImpl : public mirel::base::CBase {
  protected:
   explicit CJavaRuntimeImpl(jint jniVersion) noexcept : m_jniVersion(jniVersion) {}
 
-  // Makes a handle of a VM that exists; no JNI call is made.
+  // Returns a handle of an existing VM; makes no JNI call.
   static CJavaVm CreateJavaVm(const CJavaRuntime& runtime, JavaVM* vm);
 
  private:

@@ -27,8 +27,8 @@ namespace {
   throw mirel::base::CIllegalArgumentException("jni/JavaRuntimeLibraryPool", line, text, nullptr);
 }
 
-// Gives what `get` gives. Of its failures only those that a host can tell apart pass; the others are printed and become
-// one, reported for `line`.
+// Returns what `get` returns. Failures that a host can tell apart pass; the others are printed and become one failure
+// at `line`.
 template <typename Get>
 CRef<CJavaRuntimeLibraryRef> TranslateFailures(At line, Get get) {
   try {
@@ -45,14 +45,14 @@ CRef<CJavaRuntimeLibraryRef> TranslateFailures(At line, Get get) {
 
 }  // namespace
 
-// Needs no destruction, so that a reference can ask for the pool after everything static is gone.
+// Has no destructor, so that a reference can ask for the pool after all static objects are destroyed.
 CJavaRuntimeLibraryPool* CJavaRuntimeLibraryPool::s_instance = nullptr;
 
 CJavaRuntimeLibraryPool::CJavaRuntimeLibraryPool() : m_entries(mirel::util::GetCUnicodeStringHashCode, 101, 0.75f) {}
 
 CJavaRuntimeLibraryPool* CJavaRuntimeLibraryPool::GetInstance() {
   struct Holder {
-    // The pool counts as gone before its libraries go.
+    // The pool counts as destroyed before its libraries are unloaded.
     ~Holder() { delete std::exchange(s_instance, nullptr); }
   };
   static Holder holder;
@@ -80,7 +80,7 @@ CRef<CJavaRuntimeLibraryRef> CJavaRuntimeLibraryPool::Get(CDynamicJavaRuntime::V
 
 CRef<CJavaRuntimeLibraryRef> CJavaRuntimeLibraryPool::Share(const CUnicodeString& path) {
   Entry& entry = m_entries.Get(path);
-  // The reference belongs to the pool only once nothing can fail any more.
+  // The reference names the pool only when nothing can fail any more.
   const CRef<CJavaRuntimeLibraryRef> reference(new CJavaRuntimeLibraryRef(nullptr, entry.library));
   ++entry.useCount;
   reference->m_pool = this;
@@ -104,18 +104,18 @@ void CJavaRuntimeLibraryPool::Release(CJavaRuntimeLibraryRef& reference) {
 }
 
 void CJavaRuntimeLibraryPool::GiveBack(CJavaRuntimeLibraryRef& reference) {
-  // No copy of the key: giving back must not need memory.
+  // The key is not copied: ending a use must not need memory.
   const CUnicodeString& key = reference.m_library->GetPath();
   Entry& entry = m_entries.Get(key);
   if (entry.useCount != 0) --entry.useCount;
   if (entry.useCount != 0) return;
-  // Intentional: the entry gives up its library first; should unloading fail otherwise than below, the path stays in
-  // the table without one.
+  // Intentional: the entry releases its library first; if unloading fails in another way than below, the path stays in
+  // the table without a library.
   entry.library = nullptr;
   try {
     reference.m_library->Unload();
   } catch (const CJavaRuntimeException&) {
-    // The use ends all the same.
+    // The use ends even so.
   }
   m_entries.Remove(key);
 }

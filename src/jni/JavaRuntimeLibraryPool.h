@@ -9,27 +9,28 @@
 
 namespace torvan::jni {
 
-// Loads every runtime library once and shares it by path, as long as it is used.
-// Paths are compared unit by unit: two spellings of one file are two libraries. Used by one thread at a time.
+// Loads each runtime library once, shares it by path, and unloads it after its last use.
+// Paths are compared unit by unit: two spellings of one file are two libraries. Not safe for use by two threads at
+// once.
 class CJavaRuntimeLibraryPool : public mirel::base::CBase {
  public:
-  // Gives the pool of the process, made on first use and destroyed when the code is unloaded.
+  // Returns the pool of the process, created on first use and destroyed when the code is unloaded.
   static CJavaRuntimeLibraryPool* GetInstance();
-  // Tells whether a pool is still there; of one that is gone only the address is looked at.
+  // Tells whether a pool still exists; only the address of a destroyed one is compared.
   static bool IsAlive(const CJavaRuntimeLibraryPool* pool) noexcept { return pool == s_instance; }
 
-  // Gives a use of the library at a path, loading it if need be.
+  // Returns a use of the library at a path, which is loaded if need be.
   // Throws CIllegalArgumentException "Invalid Java Runtime library path." for null or empty, CJavaRuntimeException of
-  // loading or "Failed to get the specified Java Runtime library.", and CMemoryException. After a failure the pool
-  // holds what it held.
+  // loading or "Failed to get the specified Java Runtime library.", and CMemoryException. After a failure the pool is
+  // unchanged.
   mirel::base::CRef<CJavaRuntimeLibraryRef> Get(const RX::UniChar* path);
 
-  // Gives a use of the library that the registry names, as above; throws also what finding it throws.
+  // Returns a use of the library that the registry names, as above; also throws when it cannot be found.
   mirel::base::CRef<CJavaRuntimeLibraryRef> Get(CDynamicJavaRuntime::VmVendor vendor, CDynamicJavaRuntime::VmType type,
                                                 const RX::UniChar* version);
 
-  // Takes back a use; the last one unloads the library. Only for the reference's destructor.
-  // Failures are printed to the debug stream and end here.
+  // Ends a use; the last one unloads the library. Only for the reference's destructor.
+  // Failures are printed to the debug stream and not thrown.
   void Release(CJavaRuntimeLibraryRef& reference);
 
  private:

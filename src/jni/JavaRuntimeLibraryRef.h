@@ -9,11 +9,11 @@ namespace torvan::jni {
 
 class CJavaRuntimeLibraryPool;
 
-// Keeps a library loaded for as long as it lives; the last one to go unloads it.
+// Keeps a library loaded while it exists; the last one unloads it.
 // The library's operations throw CNullReferenceException (no message) when there is no library.
 class CJavaRuntimeLibraryRef : public mirel::base::CBase {
  public:
-  // Stands for a use already counted by the pool; without a pool there is none to give back.
+  // Represents a use that the pool has already counted; with a null pool there is none to end.
   CJavaRuntimeLibraryRef(CJavaRuntimeLibraryPool* pool, const mirel::base::CRef<CJavaRuntimeLibraryImpl>& library);
   ~CJavaRuntimeLibraryRef() noexcept(false);
   CJavaRuntimeLibraryRef(const CJavaRuntimeLibraryRef&) = delete;
@@ -27,7 +27,7 @@ class CJavaRuntimeLibraryRef : public mirel::base::CBase {
  private:
   friend class CJavaRuntimeLibraryPool;
 
-  CJavaRuntimeLibraryPool* m_pool;  // not owned; may be gone
+  CJavaRuntimeLibraryPool* m_pool;  // not owned; may be destroyed
   mirel::base::CRef<CJavaRuntimeLibraryImpl> m_library;
 };
 

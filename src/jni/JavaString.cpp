@@ -19,9 +19,9 @@ CJavaString& CJavaString::operator=(const RX::UniChar* text) {
   jstring string = CreateJavaString(m_vm, text);
   mirel::base::CRef<CJniGlobalRef> holder;
   if (string != nullptr) holder = new CJniGlobalRef(m_vm, string, true);
-  // Intentional: the handle works with the local reference; the global one only keeps the string alive.
+  // Intentional: the handle uses the local reference; the global one only keeps the string alive.
   m_ref = string;
-  // Dropping the old string comes last: whatever a VM throws there, the handle is the new string's.
+  // The old string is released last: whatever the VM throws there, the handle already has the new one.
   m_holder = holder;
   return *this;
 }
@@ -31,7 +31,7 @@ CJavaString::operator jstring() const noexcept { return static_cast<jstring>(m_r
 CJavaString::operator CUnicodeString() const {
   if (m_ref == nullptr) return CUnicodeString();
   JNIEnv* env = m_vm.Attach();
-  // Intentional: characters that could not be had are not told from others; they make a null text.
+  // Intentional: when the VM returns no characters, the result is a null text and not a failure.
   return TakeCharacters(env, *this, env->GetStringChars(*this, nullptr));
 }
 

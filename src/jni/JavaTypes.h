@@ -1,10 +1,10 @@
-// What differs from one Java type to the next.
+// What differs between the Java types.
 #pragma once
 
 #include <torvan/jni/JavaObject.h>
 
-// One struct for each Java type: what the host gets (Host) and gives (Argument), and the JNI function that each family
-// of CJavaObject and CJavaClass uses. The families themselves are the same for all types.
+// One struct for each Java type: what the host receives (Host) and passes (Argument), and the JNI function that each
+// family of CJavaObject and CJavaClass calls. The families themselves are the same for all types.
 // clang-format off
 namespace torvan::jni::types {
 
@@ -111,7 +111,7 @@ struct Double {
   static constexpr auto set            = &JNIEnv::SetDoubleField;
   static constexpr auto call           = &JNIEnv::CallDoubleMethodV;
   static constexpr auto callNonvirtual = &JNIEnv::CallNonvirtualDoubleMethodV;
-  // Intentional: a static double is read as a char and that number returned; hosts rely on what they get.
+  // Intentional: a static double is read as a char and converted; hosts rely on that value.
   static constexpr auto getStatic      = &JNIEnv::GetStaticCharField;
   static constexpr auto setStatic      = &JNIEnv::SetStaticDoubleField;
   static constexpr auto callStatic     = &JNIEnv::CallStaticDoubleMethodV;

@@ -29,7 +29,7 @@ CJavaVm::~CJavaVm() noexcept(false) = default;
 CJavaVm& CJavaVm::operator=(const CJavaVm& other) {
   if (this == &other) return *this;
   m_vm = other.m_vm;
-  // Dropping the own reference comes last: whatever is thrown there, the handle is the other's copy.
+  // The own reference is released last: whatever is thrown there, the handle is already the other's copy.
   m_impl = other.m_impl;
   return *this;
 }

@@ -7,7 +7,7 @@
 
 namespace torvan::jni {
 
-// Keeps the runtime, and with it the runtime library, for as long as there is a handle of the VM.
+// Keeps the runtime, and so its library, as long as a handle of the VM exists.
 class CJavaVmImpl : public mirel::base::CBase {
  public:
   CJavaVmImpl(const CJavaRuntime& runtime, JavaVM* vm) : m_runtime(runtime), m_vm(vm) {}

@@ -7,15 +7,15 @@
 
 namespace torvan::jni {
 
-// Owns one global reference, or none; all handles of one Java object share it.
+// Owns one global reference or none; all handles of one Java object share it.
 class CJniGlobalRef : public mirel::base::CBase {
  public:
-  // With `makeGlobal` a new global reference is taken and `object` left alone; without it, `object` is a global
-  // reference that is owned from now on. Null owns nothing and makes no JNI call. Throws CMemoryException (no message)
+  // With `makeGlobal` it creates a global reference and leaves `object` alone; without, it takes ownership of `object`,
+  // which is a global reference. For null it owns nothing and makes no JNI call. Throws CMemoryException (no message)
   // when the VM has no room for a reference.
   CJniGlobalRef(const CJavaVm& vm, jobject object, bool makeGlobal);
 
-  // Deletes the reference. A CException on the way is printed to the debug stream and dropped; any other passes.
+  // Deletes the reference. A CException while doing so is printed to the debug stream and dropped; others pass.
   ~CJniGlobalRef() noexcept(false);
 
   CJniGlobalRef(const CJniGlobalRef&) = delete;

@@ -1,12 +1,12 @@
-// What a JNI function returned.
+// The result of a JNI function.
 #pragma once
 
 #include <torvan/jni/JavaObject.h>
 
 namespace torvan::jni {
 
-// Calls a JNI function and keeps its result until it is known that no Java exception came with it.
-// Only then is it made into what the host gets: the value as it is, a handle of the object, or nothing for Void.
+// Calls a JNI function and keeps its result until the caller knows that no Java exception came with it.
+// Only then is it converted for the host: the value itself, a handle of the object, or nothing for Void.
 template <typename Host>
 class CJniResult {
  public:

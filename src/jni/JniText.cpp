@@ -11,7 +11,7 @@ CUnicodeString TakeCharacters(JNIEnv* env, jstring string, const jchar* characte
     JNIEnv* env;
     jstring string;
     const jchar* characters;
-    // What a VM throws there passes.
+    // An exception of the VM passes.
     ~GiveBack() noexcept(false) { env->ReleaseStringChars(string, characters); }
   };
   const GiveBack giveBack{env, string, characters};
@@ -21,7 +21,7 @@ CUnicodeString TakeCharacters(JNIEnv* env, jstring string, const jchar* characte
 
 jstring CreateJavaString(const CJavaVm& vm, const RX::UniChar* text) {
   const jsize length = text == nullptr ? 0 : static_cast<jsize>(RX::ucslen(text));
-  // Intentional: an empty text gives null, not an empty Java string.
+  // Intentional: an empty text makes null, not an empty Java string.
   if (length == 0) return nullptr;
   JNIEnv* env = vm.Attach();
   jstring string = env->NewString(reinterpret_cast<const jchar*>(text), length);

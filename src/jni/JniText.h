@@ -1,4 +1,4 @@
-// Text on its way to JNI.
+// Text for JNI.
 #pragma once
 
 #include <mirel/base/UnicodeString.h>
@@ -38,7 +38,7 @@ class CJniText<RX::UniChar> {
   operator const char*() const noexcept { return m_text; }
 
  private:
-  // Nearly all names are short and ASCII, which is the same in both encodings: those need no heap. Null for others.
+  // Nearly all names are short and ASCII, which both encodings share: they need no heap. Null for others.
   const char* CopyAscii(const RX::UniChar* text) noexcept {
     if (text == nullptr) return nullptr;
     for (char& place : m_ascii) {
@@ -57,12 +57,12 @@ class CJniText<RX::UniChar> {
 CJniText(const char*)->CJniText<char>;
 CJniText(const RX::UniChar*)->CJniText<RX::UniChar>;
 
-// Copies the characters of a Java string up to the first zero unit and gives them back to the VM, also when the copy
+// Copies the characters of a Java string up to the first zero unit and returns them to the VM, even when the copy
 // fails. Throws CMemoryException.
 mirel::base::CUnicodeString TakeCharacters(JNIEnv* env, jstring string, const jchar* characters);
 
-// Makes a Java string of wide text and gives its local reference.
-// Null and empty text give null without asking the VM. Throws what attaching throws, and CJavaException.
+// Creates a Java string of wide text and returns its local reference.
+// For null and empty text it returns null without asking the VM. Throws what attaching throws, and CJavaException.
 jstring CreateJavaString(const CJavaVm& vm, const RX::UniChar* text);
 
 }  // namespace torvan::jni

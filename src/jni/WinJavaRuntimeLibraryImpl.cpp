@@ -35,14 +35,14 @@ struct Failure {
   const char* text;
 };
 
-// How the library of one VM type is found. The constants of the platform are reached through their addresses, so that
-// the table needs no code at start-up.
+// How the library of one VM type is found. The platform's constants are held by address, so that the table is
+// initialised at compile time.
 struct Location {
   CDynamicJavaRuntime::VmType type;
   const RX::UniChar* requiredVersion;  // must occur in the version; null accepts every version
   const RX::UniChar* key;              // the version follows
   const RX::UniChar* value;
-  const RX::UniChar* const* suffix;  // follows the value read; null for none
+  const RX::UniChar* const* suffix;  // appended to the value read; null for none
   Failure wrongVersion;
   Failure notFound;
 };
@@ -50,8 +50,8 @@ struct Location {
 constexpr const RX::UniChar* RuntimeKey = RX_TEXT("Software\\JavaSoft\\Java Runtime Environment\\");
 constexpr const RX::UniChar* KitKey = RX_TEXT("Software\\JavaSoft\\Java Development Kit\\");
 
-// Intentional: the classic VM is taken from 1.3 runtimes only, client and server VM from 1.4 only; a newer runtime is
-// found by its registered library.
+// Intentional: the classic VM is only found in 1.3 runtimes, client and server VM only in 1.4; a newer runtime is found
+// by its registered library.
 // clang-format off
 constexpr Location Locations[] = {
     {CDynamicJavaRuntime::Default, nullptr, RuntimeKey, RX_TEXT("RuntimeLib"), nullptr,
@@ -76,7 +76,7 @@ const Location& LocationOf(CDynamicJavaRuntime::VmType type) {
   Fail(At(275), "Unknown Java Runtime type.");
 }
 
-// Reads a text up to its first zero; whatever type the value has, its bytes are taken for text.
+// Reads a text up to its first zero; whatever the value's type, its bytes are taken for text.
 CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar* subKey, const RX::UniChar* valueName) {
   System& system = System::Current();
   platform::RegistryKey key = nullptr;
@@ -85,9 +85,8 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
     FailInSystem(At(40), "Failed to open the specified subkey.", status);
   }
 
-  // Zeros, because a stored text need not end with one.
-  RX::UniChar buffer[2080] = {};
-  // Intentional: the number of units is given as the number of bytes, so a text of more than 1040 units is refused.
+  RX::UniChar buffer[2080];
+  // Intentional: passes the number of units as the number of bytes, so a text of more than 1040 units is refused.
   unsigned int size = 2080;
   status = system.QueryValue(key, valueName, buffer, &size);
   if (status != platform::StatusOk) {
@@ -95,10 +94,12 @@ CUnicodeString ReadRegistryString(platform::RegistryKey root, const RX::UniChar*
     FailInSystem(At(47), "Failed to query the specified value.", status);
   }
   system.CloseKey(key);
+  // A stored text need not end with a zero, nor with a whole unit.
+  buffer[size / sizeof(RX::UniChar)] = 0;
   return CUnicodeString(buffer);
 }
 
-// Reads a text below HKEY_LOCAL_MACHINE. The registry's own failure is only printed; `notFound` takes its place.
+// Reads a text below HKEY_LOCAL_MACHINE. The registry's own failure is only printed; `notFound` is thrown in its place.
 CUnicodeString ReadInstallation(const RX::UniChar* subKey, const RX::UniChar* valueName, const Failure& notFound) {
   try {
     return ReadRegistryString(System::Current().LocalMachine(), subKey, valueName);
@@ -147,7 +148,7 @@ void CWinJavaRuntimeLibraryImpl::Load() {
   System& system = System::Current();
   m_module = system.LoadModule(path);
   if (m_module == nullptr) Fail(At(135), "Java Runtime library not found.");
-  // Intentional: a library without an entry point stays loaded, and a second Load() is content with it.
+  // Intentional: a library without an entry point stays loaded, and a second Load() accepts it.
   m_createJavaVm = reinterpret_cast<CreateJavaVmFunction>(system.FindSymbol(m_module, "JNI_CreateJavaVM"));
   if (m_createJavaVm == nullptr) Fail(At(138), "Invalid Java Runtime libray.");  // sic
   m_getCreatedJavaVms =

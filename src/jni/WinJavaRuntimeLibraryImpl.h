@@ -8,7 +8,7 @@
 
 namespace torvan::jni {
 
-// Making one only finds the path; nothing is loaded and no file is looked at before Load().
+// Construction only finds the path; nothing is loaded and no file touched before Load().
 class CWinJavaRuntimeLibraryImpl : public CJavaRuntimeLibraryImpl {
  public:
   // Takes the library's path. Throws CIllegalArgumentException "Invalid Java Runtime path." for null or empty.
@@ -22,7 +22,7 @@ class CWinJavaRuntimeLibraryImpl : public CJavaRuntimeLibraryImpl {
   ~CWinJavaRuntimeLibraryImpl() override;
 
   // Throws CJavaRuntimeException "Java Runtime library not found." or "Invalid Java Runtime libray." (so spelled).
-  // After the second the library stays loaded without the entry points that are missing.
+  // After the second the library stays loaded, without the missing entry points.
   void Load() override;
   void Unload() override;
 

@@ -1,14 +1,11 @@
 #include <torvan/jvmlauncher/ArgumentList.h>
 
-#include "jvmlauncher/options/Rendering.h"
+#include "jvmlauncher/Rendering.h"
 
 namespace torvan::jvmlauncher {
 
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
-using options::AppendQuoted;
-using options::PathOf;
-using options::RenderingCapacity;
 
 CArgumentList::CArgumentList() = default;
 CArgumentList::CArgumentList(const CArgumentList& other) = default;
@@ -33,7 +30,7 @@ CUnicodeString CArgumentList::RenderCommandLine() const {
   CUnicodeStringBuffer line(RenderingCapacity);
   for (unsigned int i = 0; i < GetArgumentCount(); ++i) {
     AppendQuoted(line, GetArgumentAt(i));
-    // Intentional: the space follows the last argument, too; it is all that an empty argument leaves.
+    // Intentional: the space follows the last argument, too; an empty argument leaves only that.
     line += RX_TEXT(' ');
   }
   return line.ToString();

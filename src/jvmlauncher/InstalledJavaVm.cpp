@@ -19,7 +19,7 @@ namespace {
   throw mirel::base::CIllegalArgumentException("jvmlauncher/InstalledJavaVm", line, text, nullptr);
 }
 
-// The view of 64-bit programs, then that of 32-bit ones.
+// The registry view of 64-bit programs, then that of 32-bit ones.
 const RX::UniChar* const Sources[] = {
     RX_TEXT("Software\\JavaSoft\\Java Runtime Environment"),
     RX_TEXT("Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment"),
@@ -28,7 +28,7 @@ const RX::UniChar* const Sources[] = {
 constexpr unsigned int ValueBytes = 1024;
 constexpr unsigned int NameLength = 256;
 
-// A registry key that is open as long as the object lives, if it could be opened.
+// A registry key, open while the object exists, if it could be opened.
 class OpenKey {
  public:
   OpenKey(RegistryKey root, const RX::UniChar* path)
@@ -42,9 +42,9 @@ class OpenKey {
   bool IsOpen() const { return m_isOpen; }
   RegistryKey Get() const { return m_key; }
 
-  // Gives a value's text, whatever the value's type; empty when it cannot be read.
+  // Returns a value's text, whatever the value's type; empty when it cannot be read.
   CUnicodeString Read(const RX::UniChar* name) const {
-    // One unit more than the system is told of: a registry text need not end with a zero.
+    // One unit more than the system is told: a stored text need not end with a zero, nor with a whole unit.
     RX::UniChar text[ValueBytes / sizeof(RX::UniChar) + 1];
     unsigned int size = ValueBytes;
     if (System::Current().QueryValue(m_key, name, text, &size) != StatusOk) return {};
@@ -67,7 +67,7 @@ void AppendIfUsable(RegistryKey source, const RX::UniChar* version, InstalledJav
   if (FileExists(library) && FileExists(program)) list.Add({CUnicodeString(version), home});
 }
 
-// Gives the status that ended the enumeration; a source that cannot be opened has come to its end.
+// Returns the status that ended the enumeration; a source that cannot be opened has no items.
 Status AppendFrom(const RX::UniChar* path, InstalledJavaVms& list) {
   System& system = System::Current();
   const OpenKey source(system.LocalMachine(), path);
@@ -92,7 +92,7 @@ int LeadingNumber(const RX::UniChar* text) noexcept {
   return number;
 }
 
-// Gives what stands behind the first dot, or null.
+// Returns what follows the first dot, or null.
 const RX::UniChar* BehindDot(const RX::UniChar* text) noexcept {
   while (*text != 0 && *text != RX_TEXT('.')) ++text;
   return *text != 0 ? text + 1 : nullptr;
@@ -121,14 +121,15 @@ int GetInstalledJavaVms(InstalledJavaVms& list) {
 }
 
 int CompareNumbersBetweenDots(const RX::UniChar* a, const RX::UniChar* b) noexcept {
-  // Intentional: "1.6" is older than "1.6.0", and the update behind an underscore is never looked at.
+  // Intentional: "1.6" is older than "1.6.0", and the update after an underscore is ignored.
   for (;;) {
     const int numberOfA = LeadingNumber(a);
     const int numberOfB = LeadingNumber(b);
     if (numberOfA != numberOfB) return numberOfA < numberOfB ? -1 : 1;
     a = BehindDot(a);
     b = BehindDot(b);
-    if (a == nullptr || b == nullptr) return (a != nullptr) - (b != nullptr);
+    if (a == nullptr) return b == nullptr ? 0 : -1;
+    if (b == nullptr) return 1;
   }
 }
 
@@ -136,7 +137,7 @@ bool FileExists(const CUnicodeString& path) {
   System& system = System::Current();
   const unsigned int attributes = system.FileAttributes(path);
   if (attributes != NoFileAttributes) return (attributes & DirectoryAttribute) == 0;
-  // The system refuses these only for a file that is there.
+  // The system returns these errors only for an existing file.
   const Status error = system.LastError();
   return error == StatusAccessDenied || error == StatusSharingViolation || error == StatusLockViolation;
 }

@@ -11,29 +11,29 @@ struct InstalledJavaVm {
   mirel::base::CUnicodeString version;
   mirel::base::CUnicodeString home;
 
-  // Tells whether the version is at or above the one requested.
+  // Tells whether the version is at or above the requested one.
   // Throws CIllegalArgumentException "Invalid vm version." for null or empty text.
   bool IsCompatibleWith(const RX::UniChar* requested) const;
 };
 
 using InstalledJavaVms = mirel::util::CVector<InstalledJavaVm>;
 
-// Appends every registered runtime whose files are there and returns the number of records in `list`.
-// A registry that fails in the middle leaves `list` empty: half a list could hide the newest runtime.
+// Appends every registered runtime whose files exist and returns the number of records in `list`.
+// When the registry fails half-way, `list` is emptied: half a list could hide the newest runtime.
 int EnumerateInstalledJavaVms(InstalledJavaVms& list);
 
 // Appends the same, sorts the list from the oldest version to the newest, and returns the number of records.
 int GetInstalledJavaVms(InstalledJavaVms& list);
 
-// Compares versions number by number between their dots, and gives -1, 0 or 1.
-// A number is what "%d" reads: blanks and a sign may stand before its digits, and what stands behind them is not looked
-// at. One without digits is 0. Of versions that agree as far as both go, the one with fewer numbers is less.
+// Compares versions number by number between their dots and returns -1, 0 or 1.
+// A number is what "%d" reads: it may begin with blanks and a sign, and what follows its digits is ignored. Without
+// digits it is 0. Of versions that agree as far as both go, the one with fewer numbers is less.
 int CompareNumbersBetweenDots(const RX::UniChar* a, const RX::UniChar* b) noexcept;
 
-// Tells whether there is a file, and not a folder, at a path; also when it cannot be opened now.
+// Tells whether a path names an existing file, not a folder; true also when the file cannot be opened now.
 bool FileExists(const mirel::base::CUnicodeString& path);
 
-// Gives the path of one of a runtime's programs.
+// Returns the path of one of a runtime's programs.
 mirel::base::CUnicodeString PathOfProgram(const mirel::base::CUnicodeString& home, const RX::UniChar* program);
 
 }  // namespace torvan::jvmlauncher

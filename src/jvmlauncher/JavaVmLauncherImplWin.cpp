@@ -8,7 +8,7 @@
 
 #include "EmptyText.h"
 #include "jvmlauncher/InstalledJavaVm.h"
-#include "jvmlauncher/options/Rendering.h"
+#include "jvmlauncher/Rendering.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher {
@@ -18,8 +18,6 @@ using mirel::base::CIllegalArgumentException;
 using mirel::base::CRef;
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
-using options::AppendQuoted;
-using options::RenderingCapacity;
 using platform::System;
 
 namespace {
@@ -38,7 +36,7 @@ bool HasJarOption(const CJavaVmOptions& options) {
   return false;
 }
 
-// Returns a process object that owns the implementation, which is deleted when there is no memory for the object.
+// Returns a process object that owns the implementation. Without memory for the object the implementation is deleted.
 CJavaVmProcess* Wrap(CJavaVmProcessImp* implementation) {
   try {
     return new CJavaVmProcess(implementation);
@@ -82,7 +80,7 @@ bool CJavaVmProcessImp::Wait(unsigned int milliseconds) {
 void CJavaVmProcessImp::Kill() { System::Current().EndProcess(m_process, 0); }
 
 void CJavaVmProcessImp::Stop() {
-  // Intentional: the process leads no group of its own, so the events reach it only as the consoles have it.
+  // Intentional: not in a process group of its own, so the events reach it only through a console that it shares.
   System::Current().SendConsoleEvent(platform::ControlC, m_processId);
   System::Current().SendConsoleEvent(platform::ControlBreak, m_processId);
 }
@@ -100,7 +98,7 @@ JavaVmLauncherImpl::JavaVmLauncherImpl(const RX::UniChar* version) {
   unsigned int behind = installed.GetSize();
   while (behind > 0 && !installed[behind - 1].IsCompatibleWith(version)) --behind;
   if (behind == 0) Fail(At(217), "There is no installed Java VM which is compatible with the specified version.");
-  // Intentional: discovery looked for the console program, and the windowed one is started unseen.
+  // Intentional: the list was checked for the console program; the windowed one is started unchecked.
   CUnicodeStringBuffer command(RenderingCapacity);
   AppendQuoted(command, PathOfProgram(installed[behind - 1].home, platform::WindowedJavaProgram));
   m_command = command.ToString();
@@ -110,9 +108,9 @@ CRef<CJavaVmProcess> JavaVmLauncherImpl::Launch(const CJavaVmOptions& options, c
                                                 const CArgumentList& arguments) const {
   if (IsEmpty(mainClass) && !HasJarOption(options))
     Fail(At(159), "Java application cannot be launched because neither main class name nor jar option specified.");
-  // A copy of its own, since the system may write into it.
+  // A copy, because the system may write into it.
   const RX::UniString commandLine(RenderCommandLine(options, mainClass, arguments));
-  // Everything that needs memory comes before the start: a process that no object holds must not be started.
+  // All memory is allocated before the start: a process that no object holds must not be started.
   auto* const implementation = new CJavaVmProcessImp();
   const CRef<CJavaVmProcess> process(Wrap(implementation));
   if (!implementation->Start(const_cast<RX::UniChar*>(static_cast<const RX::UniChar*>(commandLine))))

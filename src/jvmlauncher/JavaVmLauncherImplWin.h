@@ -10,7 +10,7 @@
 
 namespace torvan::jvmlauncher {
 
-// The process behind a CJavaVmProcess; closes its handle, and does no more, when it goes.
+// The implementation of CJavaVmProcess; its destructor closes the handle and does nothing else.
 class CJavaVmProcessImp : public mirel::base::CBase {
  public:
   CJavaVmProcessImp() noexcept;
@@ -33,7 +33,7 @@ class CJavaVmProcessImp : public mirel::base::CBase {
   unsigned int m_exitCode;
 };
 
-// The launcher behind a CJavaVmLauncher.
+// The implementation of CJavaVmLauncher.
 class JavaVmLauncherImpl : public mirel::base::CBase {
  public:
   explicit JavaVmLauncherImpl(const RX::UniChar* version);

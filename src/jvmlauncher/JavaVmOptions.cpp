@@ -1,13 +1,13 @@
-#include <mirel/base/Exception.h>
 #include <torvan/jvmlauncher/JavaVmOptions.h>
 
-#include "jvmlauncher/options/Rendering.h"
+#include <mirel/base/Exception.h>
+
+#include "jvmlauncher/Rendering.h"
 
 namespace torvan::jvmlauncher {
 
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
-using options::RenderingCapacity;
 
 CJavaVmOptions::CJavaVmOptions() : m_options(2, 2) {}
 CJavaVmOptions::CJavaVmOptions(const CJavaVmOptions& other) = default;
@@ -34,7 +34,7 @@ CUnicodeString CJavaVmOptions::RenderCommandLine() const {
   CUnicodeStringBuffer line(RenderingCapacity);
   for (unsigned int i = 0; i < GetOptionCount(); ++i) {
     line += GetOptionAt(i).RenderCommandLine();
-    // Intentional: the space follows the last option, too, and an option that renders as nothing.
+    // Intentional: the space follows the last option, too, and even an option that renders as nothing.
     line += RX_TEXT(' ');
   }
   return line.ToString();

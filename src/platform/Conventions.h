@@ -1,12 +1,12 @@
-// Where a Java installation keeps its files, and how paths are written, on this system. The constants exist from load
-// to unload, so any initialiser can use them.
+// Where a Java installation keeps its files, and how paths are written, on this system. The constants are initialised
+// at compile time, so any static initialiser can use them.
 #pragma once
 
 #include <rx/Text.h>
 
 namespace torvan::platform {
 
-// Between the folders of a path, and behind each entry of a path list.
+// Between the folders of a path, and after each entry of a path list.
 extern const RX::UniChar* const PathSeparator;
 extern const RX::UniChar* const PathListSeparator;
 

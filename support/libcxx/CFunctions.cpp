@@ -10,6 +10,10 @@ wchar_t* __cdecl wmemcpy(wchar_t* target, const wchar_t* source, size_t count) {
   return static_cast<wchar_t*>(memcpy(target, source, count * sizeof(wchar_t)));
 }
 
+wchar_t* __cdecl wmemmove(wchar_t* target, const wchar_t* source, size_t count) {
+  return static_cast<wchar_t*>(memmove(target, source, count * sizeof(wchar_t)));
+}
+
 wchar_t* __cdecl wmemset(wchar_t* target, wchar_t value, size_t count) {
   for (size_t i = 0; i < count; ++i) target[i] = value;
   return target;

@@ -1,3 +1,4 @@
+#include <future>
 #include <string>
 #include <system_error>
 
@@ -28,6 +29,10 @@ class Category final : public error_category {
 
 const error_category& generic_category() noexcept {
   static const Category category("generic");
+  return category;
+}
+const error_category& future_category() noexcept {
+  static const Category category("future");
   return category;
 }
 const error_category& system_category() noexcept {

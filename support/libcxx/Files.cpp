@@ -54,7 +54,28 @@ path canonical(const path& existing) {
   return text;
 }
 
+path absolute(const path& path, error_code& error) {
+  wchar_t text[Room];
+  error.clear();
+  if (GetFullPathNameW(path.wstring().c_str(), Room, text, nullptr) != 0) return text;
+  error.assign(static_cast<int>(GetLastError()), system_category());
+  return {};
+}
+
+bool is_regular_file(const path& path, error_code& error) {
+  error.clear();
+  const DWORD attributes = GetFileAttributesW(path.wstring().c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES) return (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  error.assign(static_cast<int>(GetLastError()), system_category());
+  return false;
+}
+
 bool exists(const path& path) { return GetFileAttributesW(path.wstring().c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+bool is_directory(const path& path) {
+  const DWORD attributes = GetFileAttributesW(path.wstring().c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
 
 bool create_directories(const path& folder) {
   if (exists(folder)) return false;

@@ -73,6 +73,10 @@ __thread_specific_ptr<__thread_struct>& __thread_local_data() {
 void thread::join() {
   if (!__libcpp_thread_isnull(&__t_)) __libcpp_thread_join(&__t_);
 }
+void thread::detach() {
+  CloseHandle(__t_);
+  __t_ = nullptr;
+}
 thread::~thread() {
   if (!__libcpp_thread_isnull(&__t_)) abort();
 }

@@ -1,4 +1,4 @@
-// The heap operators of programs; the libraries have their own.
+// The heap operators of programs. The libraries have their own, but for arrays that hosts make and delete.
 #include <stdlib.h>
 
 #include <new>

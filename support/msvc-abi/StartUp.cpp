@@ -20,6 +20,7 @@ int __cdecl _initterm_e(Initializer* first, Initializer* end);
 int __cdecl _initialize_onexit_table(_onexit_table_t* table);
 int __cdecl _register_onexit_function(_onexit_table_t* table, Initializer procedure);
 int __cdecl _execute_onexit_table(_onexit_table_t* table);
+int __cdecl _crt_atexit(Procedure procedure);
 
 // Tells the linker that the module uses floating-point numbers; the value is looked at by nobody.
 extern const int _fltused = 0x9875;
@@ -57,3 +58,8 @@ void StartModule() {
 }
 
 void EndModule() { _execute_onexit_table(&s_exitProcedures); }
+
+void StartProgram() {
+  _crt_atexit(&EndModule);  // the C library's own list
+  StartModule();
+}

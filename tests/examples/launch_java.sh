@@ -29,6 +29,7 @@ expect 'option with a space' 2 "launch_java: 'a b': an option must not hold spac
 expect 'main class with a space' 2 "launch_java: 'a b': a main class must not hold spaces or quotes" 1.8 -X mx64m 'a b'
 expect 'class path with a quote' 2 "launch_java: 'x\" -y': a class path must not hold tabs or quotes" 1.8 -cp 'x" -y' Main
 expect 'class path with a tab' 2 "launch_java: 'x\ty': a class path must not hold tabs or quotes" 1.8 -cp $'x\ty' Main
+expect 'main class that is a file of options' 2 "launch_java: '@x': a main class must not begin with @" 1.8 -X mx64m '@x'
 expect 'time-out that is none' 2 "launch_java: --timeout needs a number of milliseconds, and not '1s'" 1.8 --timeout 1s Main
 
 export LAUNCH_PROBE_REPORT="$folder/report"
@@ -44,6 +45,21 @@ separator=:
 $windows && separator=';'
 reported 'a program' "$classes$separator/my jars/x.jar$separator" '1 "2" \' '' 'x=y' 'two words' '' 'say "hi" \' '*' -x
 unset LAUNCH_PROBE_PROPERTIES
+
+# Names that Java itself takes for an option, or for a file of options.
+mkdir "$folder/names"
+cd "$folder/names" || exit 1
+jars=(-version @options '-showversion it.jar')
+$windows || jars+=('@options "too" \')  # no name for a file of Windows
+for jar in "${jars[@]}"; do
+  cp "$classes/../launch probe.jar" "./$jar"
+  expect "jar named $jar" 0 '' 1.8 -jar "$jar" @arguments -version
+  reported "jar named $jar" "./$jar" @arguments -version
+done
+ln -s "$classes" @classes
+expect 'class path named @classes' 0 '' 1.8 -cp @classes -cp @options LaunchProbe @arguments
+reported 'class path named @classes' "./@classes$separator./@options$separator" @arguments
+cd / || exit 1
 
 LAUNCH_PROBE_EXIT=42 expect 'exit code' 42 '' 1.8 -cp "$classes" LaunchProbe
 if $windows; then

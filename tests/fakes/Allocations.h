@@ -5,14 +5,20 @@
 #include <rx/Memory.h>
 
 #include <cstddef>
-#include <set>
+#include <cstring>
+#include <map>
 #include <vector>
 
 namespace fakes {
 
 // Stands in for the root allocator while it lives. One at a time.
+// A block is full of one byte when it is taken and of another when it is given back, so that what is read too early or
+// too late is neither zero nor what was right before.
 class Allocations {
  public:
+  static constexpr unsigned char Fresh = 0xCD;
+  static constexpr unsigned char Stale = 0xDD;
+
   struct Block {
     void* address;
     std::size_t size;  // as asked for
@@ -49,12 +55,17 @@ class Allocations {
     s_size = size;
     if (++s_made == s_failing) return nullptr;
     void* const block = s_inner.allocate(size);
-    s_live.insert(block);
+    std::memset(block, Fresh, size);
+    s_live[block] = size;
     s_taken.push_back({block, size});
     return block;
   }
   static void Release(void* block) {
-    s_live.erase(block);
+    const auto live = s_live.find(block);
+    if (live != s_live.end()) {
+      std::memset(block, Stale, live->second);
+      s_live.erase(live);
+    }
     s_inner.release(block);
   }
 
@@ -62,7 +73,7 @@ class Allocations {
   static inline int s_failing = 0;
   static inline int s_made = 0;
   static inline std::size_t s_size = 0;
-  static inline std::set<void*> s_live;
+  static inline std::map<void*, std::size_t> s_live;
   static inline std::vector<Block> s_taken;
 };
 

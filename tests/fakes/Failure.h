@@ -12,7 +12,7 @@
 
 namespace fakes {
 
-constexpr unsigned int AnyLine = 0xFFFFFFFF;  // for a failure whose line is not published
+constexpr unsigned int AnyLine = 0xFFFFFFFF;  // for a failure whose line is not published; it has one, though
 
 // The exact class, source file, line and message; a text that is not there shows as "(null)".
 struct Failure {
@@ -23,8 +23,9 @@ struct Failure {
 };
 
 inline bool operator==(const Failure& left, const Failure& right) {
-  return left.type == right.type && left.file == right.file && left.message == right.message &&
-         (left.line == right.line || left.line == AnyLine || right.line == AnyLine);
+  const bool sameLine =
+      left.line == right.line || (left.line == AnyLine && right.line != 0) || (right.line == AnyLine && left.line != 0);
+  return left.type == right.type && left.file == right.file && left.message == right.message && sameLine;
 }
 
 inline std::ostream& operator<<(std::ostream& out, const Failure& failure) {

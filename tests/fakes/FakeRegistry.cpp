@@ -33,7 +33,7 @@ std::string Hexadecimal(unsigned int value) {
 
 struct FakeRegistry::Key {
   struct Value {
-    WideText units;
+    std::string bytes;
     Status failure = StatusOk;
   };
 
@@ -83,8 +83,8 @@ FakeRegistry::Key* FakeRegistry::KeyOf(RegistryKey key) const {
   return nullptr;
 }
 
-void FakeRegistry::SetRawValue(const std::string& key, const std::string& name, const WideText& units) {
-  MakeKey(key).values[name] = {units, StatusOk};
+void FakeRegistry::SetBytes(const std::string& key, const std::string& name, const std::string& bytes) {
+  MakeKey(key).values[name] = {bytes, StatusOk};
 }
 
 void FakeRegistry::FailOpen(const std::string& key, Status status) { MakeKey(key).openFailure = status; }
@@ -120,13 +120,17 @@ Status FakeRegistry::Query(RegistryKey key, const std::string& name, void* buffe
   NoteCall(m_log, "QueryValue", {opened->path, name, std::to_string(*size)});
   const auto found = opened->values.find(name);
   if (found == opened->values.end()) return StatusFileNotFound;
-  if (found->second.failure != StatusOk) return found->second.failure;
-  const WideText& units = found->second.units;
+  if (found->second.failure != StatusOk) {
+    // What stands in the buffer now is nobody's text.
+    if (buffer != nullptr) std::memset(buffer, '*', *size);
+    return found->second.failure;
+  }
+  const std::string& bytes = found->second.bytes;
   const unsigned int room = *size;
-  *size = static_cast<unsigned int>(units.size() * sizeof(RX::UniChar));
+  *size = static_cast<unsigned int>(bytes.size());
   if (buffer == nullptr) return StatusOk;
   if (room < *size) return StatusMoreData;
-  std::memcpy(buffer, units.data(), *size);
+  std::memcpy(buffer, bytes.data(), bytes.size());
   return StatusOk;
 }
 

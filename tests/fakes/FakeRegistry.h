@@ -20,7 +20,7 @@ class FakeRegistry {
   ~FakeRegistry();
 
   void AddKey(const std::string& key) { MakeKey(key); }
-  void SetRawValue(const std::string& key, const std::string& name, const WideText& units);
+  void SetBytes(const std::string& key, const std::string& name, const std::string& bytes);
   void FailOpen(const std::string& key, Status status);
   void FailQuery(const std::string& key, const std::string& name, Status status);
   void FailEnumeration(const std::string& key, unsigned int index, Status status);

@@ -16,7 +16,8 @@ namespace fakes {
 struct InitArguments {
   jint version = 0;
   jboolean ignoreUnrecognized = JNI_FALSE;
-  std::vector<std::string> texts;
+  const JavaVMOption* options = nullptr;
+  std::vector<std::string> texts;  // one that is null shows as "(null)"
   std::vector<void*> extraInfos;
 };
 
@@ -59,8 +60,10 @@ class FakeRuntimeLibrary {
     InitArguments copy;
     copy.version = given.version;
     copy.ignoreUnrecognized = given.ignoreUnrecognized;
+    copy.options = given.options;
     for (jint i = 0; i < given.nOptions; ++i) {
-      copy.texts.emplace_back(given.options[i].optionString);
+      const char* const text = given.options[i].optionString;
+      copy.texts.emplace_back(text != nullptr ? text : "(null)");
       copy.extraInfos.push_back(given.options[i].extraInfo);
     }
     s_current->m_created.push_back(copy);

@@ -41,7 +41,11 @@ class FakeSystem : public torvan::platform::System {
   }
   // The value's units exactly as given: no terminating zero is added.
   void SetRawValue(const std::string& key, const std::string& name, const WideText& units) {
-    m_registry.SetRawValue(key, name, units);
+    SetBytes(key, name, std::string(reinterpret_cast<const char*>(units.data()), units.size() * sizeof(RX::UniChar)));
+  }
+  // The value's bytes exactly as given, which need not be whole units.
+  void SetBytes(const std::string& key, const std::string& name, const std::string& bytes) {
+    m_registry.SetBytes(key, name, bytes);
   }
   void FailOpen(const std::string& key, Status status) { m_registry.FailOpen(key, status); }
   void FailQuery(const std::string& key, const std::string& name, Status status) {

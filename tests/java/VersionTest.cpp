@@ -156,6 +156,8 @@ TEST(VersionTest, FitsWhatIsLessExact) {
   }
   EXPECT_TRUE(V("17").Fits("17.0"));
   EXPECT_TRUE(V("17").Fits("17.0.0"));
+  EXPECT_TRUE(V("17-007").Fits("17-7"));
+  EXPECT_FALSE(V("17-7").Fits("17-70"));
   EXPECT_TRUE(V("25-ea+3").Fits("25-ea"));
   EXPECT_FALSE(V("25").Fits("25-ea"));
   EXPECT_TRUE(V("1.8.0_391-b13").Fits("1.8"));

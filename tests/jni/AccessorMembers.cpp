@@ -28,6 +28,17 @@ struct SlotOf<Result (JNICALL* Jni::*)(Arguments...)> {
   using Given = Result;
   using Taken = std::tuple_element_t<sizeof...(Arguments) - 1, std::tuple<Arguments...>>;
 };
+template <auto Slot>
+using Given = typename SlotOf<decltype(Slot)>::Given;
+template <auto Slot>
+using Taken = typename SlotOf<decltype(Slot)>::Taken;
+
+// An overload of a member as a plain function: what is built on it is compiled once for a type and not for each member,
+// which saves a compiler minutes.
+template <typename Host, typename Unit, typename... Values>
+using Overload = Host (*)(const Target& target, const Unit* javaName, const Unit* signature, Values... values);
+template <typename Use, typename Unit, typename... Values>
+using ResultOf = std::invoke_result_t<Use, const Target&, const Unit*, const Unit*, Values...>;
 
 template <typename Unit>
 auto Spell(const std::string& text) {
@@ -64,61 +75,100 @@ std::vector<std::string> AsShown() {
   return shown;
 }
 
+// What slots do.
+
+template <auto Slot>
+void GiveSample(const Target& target, std::size_t sample) {
+  target.jvm.On<Slot>([value = FromJava<Given<Slot>>(target, sample)](auto...) { return value; });
+}
+
+template <auto Slot>
+void ExpectSample(const Target& target, std::size_t sample) {
+  using Value = Taken<Slot>;
+  target.jvm.On<Slot>(
+      [bits = Bits<Value>(FromHost<Value>(target, sample))](auto, auto, auto value) { EXPECT_EQ(Bits(value), bits); });
+}
+
+// The Java method gives back the one argument that it takes.
+template <auto Slot>
+void GiveArgument(const Target& target, std::size_t) {
+  using Value = Given<Slot>;
+  if constexpr (std::is_void_v<Value>) {
+    target.jvm.On<Slot>([](auto...) {});
+  } else {
+    target.jvm.On<Slot>(
+        [](auto... all) { return NextArgument<Value>(std::get<sizeof...(all) - 1>(std::make_tuple(all...))); });
+  }
+}
+
+// What a host does with an overload.
+
+template <typename Value, typename Host, typename Unit>
+auto Get(Overload<Host, Unit> overload, const std::string& signature) {
+  return [=, signature = Spell<Unit>(signature)](const Target& target, const std::string& javaName,
+                                                 std::size_t sample) {
+    ExpectArrived(overload(target, Spell<Unit>(javaName).c_str(), signature.c_str()), FromJava<Value>(target, sample));
+  };
+}
+
+template <typename Value, typename Host, typename Unit>
+auto Set(Overload<void, Unit, Host> overload, const std::string& signature) {
+  return
+      [=, signature = Spell<Unit>(signature)](const Target& target, const std::string& javaName, std::size_t sample) {
+        overload(target, Spell<Unit>(javaName).c_str(), signature.c_str(), FromHost<Value>(target, sample));
+      };
+}
+
+template <typename Unit>
+auto Call(Overload<void, Unit> overload, const std::string& signature) {
+  return [=, signature = Spell<Unit>(signature)](const Target& target, const std::string& javaName, std::size_t) {
+    overload(target, Spell<Unit>(javaName).c_str(), signature.c_str());
+  };
+}
+
+template <typename Value, typename Host, typename Unit>
+auto Call(Overload<Host, Unit, Value> overload, const std::string& signature) {
+  return
+      [=, signature = Spell<Unit>(signature)](const Target& target, const std::string& javaName, std::size_t sample) {
+        const auto value = FromJava<Value>(target, sample);
+        ExpectArrived(overload(target, Spell<Unit>(javaName).c_str(), signature.c_str(), value), value);
+      };
+}
+
 template <typename Unit, auto Slot, typename Use>
 void AddGetter(std::vector<Member>& members, Member member, Use use) {
-  using Value = typename SlotOf<decltype(Slot)>::Given;
+  using Value = Given<Slot>;
   member.givesObject = std::is_same_v<Value, jobject>;
   member.given.assign(samples<Value>.size(), "");
-  member.script = [](const Target& target, std::size_t sample) {
-    target.jvm.On<Slot>([value = FromJava<Value>(target, sample)](auto...) { return value; });
-  };
-  member.use = [use, signature = Spell<Unit>(member.signature)](const Target& target, const std::string& javaName,
-                                                                std::size_t sample) {
-    ExpectArrived(use(target, Spell<Unit>(javaName).c_str(), signature.c_str()), FromJava<Value>(target, sample));
-  };
+  member.script = GiveSample<Slot>;
+  member.use = Get<Value, ResultOf<Use, Unit>, Unit>(use, member.signature);
   members.push_back(std::move(member));
 }
 
 template <typename Unit, auto Slot, typename Use>
 void AddSetter(std::vector<Member>& members, Member member, Use use) {
-  using Value = typename SlotOf<decltype(Slot)>::Taken;
+  using Value = Taken<Slot>;
+  using Host = std::conditional_t<std::is_same_v<Value, jobject>, torvan::jni::CJavaObject, Value>;
   member.given = AsShown<Value>();
   if (std::is_same_v<Value, jobject>) member.given[0] = "global:3";
-  member.script = [](const Target& target, std::size_t sample) {
-    target.jvm.On<Slot>([bits = Bits<Value>(FromHost<Value>(target, sample))](auto, auto, auto value) {
-      EXPECT_EQ(Bits(value), bits);
-    });
-  };
-  member.use = [use, signature = Spell<Unit>(member.signature)](const Target& target, const std::string& javaName,
-                                                                std::size_t sample) {
-    use(target, Spell<Unit>(javaName).c_str(), signature.c_str(), FromHost<Value>(target, sample));
-  };
+  member.script = ExpectSample<Slot>;
+  member.use = Set<Value, Host, Unit>(use, member.signature);
   members.push_back(std::move(member));
 }
 
-// The Java method gives back the one argument that it takes.
 template <typename Unit, auto Slot, typename Use>
 void AddCaller(std::vector<Member>& members, Member member, Use use) {
-  using Value = typename SlotOf<decltype(Slot)>::Given;
-  member.signature = std::is_void_v<Value> ? "()V" : "(" + member.signature + ")" + member.signature;
-  const auto signature = Spell<Unit>(member.signature);
+  using Value = Given<Slot>;
+  member.script = GiveArgument<Slot>;
   if constexpr (std::is_void_v<Value>) {
+    member.signature = "()V";
     member.given = {""};
-    member.script = [](const Target& target, std::size_t) { target.jvm.On<Slot>([](auto...) {}); };
-    member.use = [use, signature](const Target& target, const std::string& javaName, std::size_t) {
-      use(target, Spell<Unit>(javaName).c_str(), signature.c_str());
-    };
+    member.use = Call<Unit>(use, member.signature);
   } else {
+    member.signature = "(" + member.signature + ")" + member.signature;
     member.givesObject = std::is_same_v<Value, jobject>;
     member.given = AsShown<Value>();
-    member.script = [](const Target& target, std::size_t) {
-      target.jvm.On<Slot>(
-          [](auto... all) { return NextArgument<Value>(std::get<sizeof...(all) - 1>(std::make_tuple(all...))); });
-    };
-    member.use = [use, signature](const Target& target, const std::string& javaName, std::size_t sample) {
-      const auto value = FromJava<Value>(target, sample);
-      ExpectArrived(use(target, Spell<Unit>(javaName).c_str(), signature.c_str(), value), value);
-    };
+    member.use = Call<Value, ResultOf<Use, Unit, Value>, Unit>(use, member.signature);
   }
   members.push_back(std::move(member));
 }

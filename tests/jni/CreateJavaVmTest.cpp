@@ -7,6 +7,7 @@
 
 #include "fakes/Allocations.h"
 #include "fakes/JvmTest.h"
+#include "fakes/KeptBlocks.h"
 #include "jni/DynamicJavaRuntimeImpl.h"
 #include "jni/RuntimeTest.h"
 
@@ -16,6 +17,7 @@ namespace {
 
 using fakes::Allocations;
 using fakes::FailureOf;
+using fakes::KeptBlocks;
 using fakes::Throws;
 using mirel::base::CMemoryException;
 using mirel::base::CNullReferenceException;
@@ -113,24 +115,39 @@ TEST_F(CreateJavaVmTest, RunningOutOfMemoryPassesAndLeavesNothingBehind) {
 TEST_F(CreateJavaVmTest, WithoutALibraryReferenceTheOptionArrayIsLost) {
   CDynamicJavaRuntimeImpl impl(JNI_VERSION_1_6, CRef<CJavaRuntimeLibraryRef>());
   const fakes::FakeRuntime runtime;
-  // The blocks live in a store that the test takes back: they are lost on purpose.
-  static std::vector<std::vector<std::max_align_t>> store;
-  const RX::Allocator inner = RX::ReplaceAllocator({[](std::size_t size) -> void* {
-                                                      store.emplace_back(size / sizeof(std::max_align_t) + 1);
-                                                      return store.back().data();
-                                                    },
-                                                    [](void* block) {
-                                                      for (auto& place : store) {
-                                                        if (place.data() == block) place.clear();
-                                                      }
-                                                    }});
-  const fakes::Failure failure = FailureOf([&] { impl.CreateJavaVm(runtime, options, false); });
-  RX::ReplaceAllocator(inner);
-  std::size_t lost = 0;
-  for (const auto& place : store) lost += place.empty() ? 0 : 1;
-  store.clear();
-  EXPECT_EQ(failure, Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr));
-  EXPECT_EQ(lost, 4u) << "the array and three texts";
+  const KeptBlocks blocks;
+  EXPECT_EQ(FailureOf([&] { impl.CreateJavaVm(runtime, options, false); }),
+            Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr));
+  EXPECT_EQ(blocks.NeverGivenBack(), 4u) << "the array and three texts";
+}
+
+TEST_F(CreateJavaVmTest, WhenAnOptionRunsOutOfMemoryTheRuntimeGetsTheArrayThatIsGivenBackAlready) {
+  CDynamicJavaRuntime runtime = Runtime();
+  const CJavaVm expected = fakes::HandleOf(jvm);
+  std::vector<std::vector<std::string>> texts;
+  for (int failing = 2;; ++failing) {  // the first is the array itself
+    SCOPED_TRACE(failing);
+    const KeptBlocks blocks(failing);
+    const JavaVMOption* array = nullptr;
+    int timesBefore = 0;
+    library.create = [&](JavaVM** vm, void**) {
+      array = library.Created().back().options;
+      timesBefore = blocks.TimesGivenBack(array);
+      *vm = jvm.Vm();
+      return JNI_OK;
+    };
+    const fakes::Failure failure = FailureOf([&] { EXPECT_TRUE(runtime.CreateJavaVm(options, false) == expected); });
+    if (timesBefore == 0) break;
+    EXPECT_EQ(failure, fakes::Failure());
+    EXPECT_EQ(timesBefore, 1);
+    EXPECT_EQ(blocks.TimesGivenBack(array), 2);
+    texts.push_back(library.Created().back().texts);
+  }
+  // Each option is rendered, given a block, and rendered again.
+  ASSERT_EQ(texts.size(), 9u);
+  EXPECT_THAT(texts[0], ElementsAre("(null)", "(null)", "(null)"));
+  EXPECT_THAT(texts[3], ElementsAre("-Xmx64m", "(null)", "(null)"));
+  EXPECT_THAT(texts[7], ElementsAre("-Xmx64m", "exit", "(null)"));
 }
 
 TEST_F(CreateJavaVmTest, AReferenceWithoutALibraryIsRefused) {

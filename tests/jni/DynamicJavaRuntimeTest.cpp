@@ -70,6 +70,19 @@ TEST_F(DynamicJavaRuntimeTest, RunningOutOfMemoryForAHandleLeavesTheLibraryUnloa
   EXPECT_GE(failures, 2) << "at least the object and its count";
 }
 
+TEST_F(DynamicJavaRuntimeTest, AHandleMadeWithNewLivesInTheRootAllocatorAndCanBeCounted) {
+  Runtime();  // makes the pool
+  const fakes::Allocations allocations;
+  {
+    const mirel::base::CRef<CDynamicJavaRuntime> runtime(new CDynamicJavaRuntime(RX_TEXT("C:\\jvm.dll"), 3));
+    EXPECT_EQ(runtime->GetJniVersion(), 3);
+    EXPECT_EQ(allocations.Taken()[0].address, &*runtime);
+    EXPECT_EQ(allocations.Taken()[0].size, sizeof(CDynamicJavaRuntime));
+  }
+  EXPECT_FALSE(IsLoaded());
+  EXPECT_EQ(allocations.Live(), 0u);
+}
+
 class EmptyRuntime : public CJavaRuntime {
  public:
   EmptyRuntime() : CJavaRuntime(mirel::base::CRef<CJavaRuntimeImpl>()) {}

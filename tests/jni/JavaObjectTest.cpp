@@ -153,14 +153,17 @@ TEST_F(JavaObjectTest, AnAssignmentIsDoneWhateverTheVmThrowsOfTheOldReference) {
   {
     CJavaObject object = NewObject();
     const jobject old = object;
+    otherVm.NewObject();  // so that the references of the two VMs do not look alike
     const Object other(fakes::HandleOf(otherVm), otherVm.NewObject());
+    otherVm.TakeCalls();
     jvm.On<&fakes::Jni::DeleteGlobalRef>([](jobject) { throw Foreign(); });
 
     EXPECT_THROW(object = other, Foreign);
 
-    EXPECT_EQ(static_cast<jobject>(object), static_cast<jobject>(other));
+    EXPECT_EQ(Reference(object), "global:2");
     otherVm.Return<&fakes::Jni::IsInstanceOf>(JNI_TRUE);
     EXPECT_TRUE(object.IsInstanceOf("C"));
+    EXPECT_THAT(otherVm.Calls(), ElementsAre(attach, "FindClass(\"C\")", "IsInstanceOf(global:2, local:3)"));
     jvm.AnswerGlobals();
     jvm.Env()->DeleteGlobalRef(old);
   }

@@ -151,16 +151,16 @@ TEST_P(RuntimeKindTest, MissingValueIsPrintedAndReportedAndLeavesTheKeyOpen) {
 }
 
 TEST_P(RuntimeKindTest, StatusOfARefusedKeyIsPrinted) {
-  system.FailOpen(kind.Key(), 98765);
+  system.FailOpen(kind.Key(), 65536);
   EXPECT_EQ(FailureToLocate(Sun, kind.type, version.c_str()), kind.NotFound());
-  EXPECT_THAT(debugOut.Text(), HasSubstr("98765"));
+  EXPECT_THAT(debugOut.Text(), HasSubstr("65536"));
   EXPECT_THAT(system.OpenKeys(), IsEmpty());
 }
 
 TEST_P(RuntimeKindTest, StatusOfARefusedValueIsPrinted) {
-  system.FailQuery(kind.Key(), kind.value, 54321);
+  system.FailQuery(kind.Key(), kind.value, 65536);
   EXPECT_EQ(FailureToLocate(Sun, kind.type, version.c_str()), kind.NotFound());
-  EXPECT_THAT(debugOut.Text(), HasSubstr("54321"));
+  EXPECT_THAT(debugOut.Text(), HasSubstr("65536"));
 }
 
 TEST_P(RuntimeKindTest, NoInstalledRuntimeIsReportedWhenNoVersionIsGiven) {
@@ -323,6 +323,13 @@ TEST_F(RegistryTextTest, TextEndsAtItsFirstZero) {
 TEST_F(RegistryTextTest, EmptyTextsMakeAnEmptyPath) {
   EXPECT_EQ(ReadBack(fakes::WideText()), "");
   EXPECT_EQ(ReadBack(fakes::WideText(1, 0)), "");
+}
+
+TEST_F(RegistryTextTest, HalfAUnitAtTheEndIsNoText) {
+  system.SetBytes(Key, "RuntimeLib", std::string("p\0a\0q", 5));
+  EXPECT_EQ(PathOf(Default, RX_TEXT("1.5.0")), "pa");
+  system.SetBytes(Key, "RuntimeLib", "q");
+  EXPECT_EQ(PathOf(Default, RX_TEXT("1.5.0")), "");
 }
 
 TEST_F(RegistryTextTest, TextBeyondAsciiIsKept) {

@@ -1,8 +1,5 @@
 #include "jvmlauncher/Access.h"
 
-#include <mirel/base/UnicodeStringBuffer.h>
-
-#include "fakes/Allocations.h"
 #include "fakes/Text.h"
 
 using torvan::jvmlauncher::CArgumentList;
@@ -53,12 +50,6 @@ std::string LineOf(const CArgumentList& arguments) { return Line(arguments); }
 
 unsigned int AppendTo(CArgumentList& list, const CJavaVmOption& option) { return (option.*Lister(option))(list); }
 unsigned int AppendTo(CArgumentList& list, const CJavaVmOptions& options) { return (options.*Lister(options))(list); }
-
-std::size_t RoomForUnits(unsigned int units) {
-  const fakes::Allocations allocations;
-  const mirel::base::CUnicodeStringBuffer buffer(units);
-  return allocations.LastSize();
-}
 
 std::vector<std::string> ArgumentsOf(const CArgumentList& list) {
   std::vector<std::string> texts;

@@ -25,9 +25,6 @@ std::string LineOf(const torvan::jvmlauncher::CArgumentList& arguments);
 unsigned int AppendTo(torvan::jvmlauncher::CArgumentList& list, const torvan::jvmlauncher::CJavaVmOption& option);
 unsigned int AppendTo(torvan::jvmlauncher::CArgumentList& list, const torvan::jvmlauncher::CJavaVmOptions& options);
 
-// The bytes that a text buffer made for so many units asks for.
-std::size_t RoomForUnits(unsigned int units);
-
 std::vector<std::string> ArgumentsOf(const torvan::jvmlauncher::CArgumentList& list);
 
 }  // namespace tests

@@ -30,11 +30,20 @@ class InstalledJavaVmTest : public testing::Test {
   std::vector<std::string> Enumerate() { return Listed(&EnumerateInstalledJavaVms); }
   std::vector<std::string> GetSorted() { return Listed(&GetInstalledJavaVms); }
 
+  // The same behind what the list holds already, a runtime of version 1.5 at /before.
+  std::vector<std::string> EnumerateBehind() { return Listed(&EnumerateInstalledJavaVms, ListWithOne()); }
+  std::vector<std::string> GetSortedBehind() { return Listed(&GetInstalledJavaVms, ListWithOne()); }
+
   FakeSystem m_system;
 
  private:
-  std::vector<std::string> Listed(int (*list)(InstalledJavaVms&)) {
+  static InstalledJavaVms ListWithOne() {
     InstalledJavaVms vms(10, 5);
+    vms.Add({RX_TEXT("1.5"), RX_TEXT("/before")});
+    return vms;
+  }
+
+  std::vector<std::string> Listed(int (*list)(InstalledJavaVms&), InstalledJavaVms vms = {10, 5}) {
     const int count = list(vms);
     EXPECT_EQ(count, static_cast<int>(vms.GetSize()));
     EXPECT_THAT(m_system.OpenKeys(), IsEmpty());
@@ -131,6 +140,12 @@ struct ValueRow {
 
 std::string Home() { return "/jre"; }
 
+// A text as the registry stores it, without a final zero.
+std::string BytesOf(const std::string& text) {
+  const fakes::WideText units = fakes::Widen(text);
+  return {reinterpret_cast<const char*>(units.data()), units.size() * sizeof(RX::UniChar)};
+}
+
 class InstalledJavaVmValues : public InstalledJavaVmTest, public testing::WithParamInterface<ValueRow> {};
 
 TEST_P(InstalledJavaVmValues, DecideWhetherTheSubkeyIsListed) {
@@ -157,6 +172,15 @@ const ValueRow ValueRows[] = {
     {"HomeWithoutFinalZero",
      [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", fakes::Widen("/jre")); },
      true},
+    {"HomeWithHalfAUnitBehindIt",
+     [](FakeSystem& system, const std::string& key) { system.SetBytes(key, "JavaHome", BytesOf("/jre") + "x"); }, true},
+    {"LibraryWithHalfAUnitBehindIt",
+     [](FakeSystem& system, const std::string& key) {
+       system.SetBytes(key, "RuntimeLib", BytesOf(LibraryIn(Home())) + "x");
+     },
+     true},
+    {"HomeOfHalfAUnit", [](FakeSystem& system, const std::string& key) { system.SetBytes(key, "JavaHome", "x"); },
+     false},
     {"LibraryMissing", [](FakeSystem& system, const std::string&) { system.FailAttributes(LibraryIn(Home()), 2); },
      false},
     {"LibraryIsAFolder", [](FakeSystem& system, const std::string&) { system.AddDirectory(LibraryIn(Home())); }, false},
@@ -166,6 +190,8 @@ const ValueRow ValueRows[] = {
      true},
     {"LibraryLocked", [](FakeSystem& system, const std::string&) { system.FailAttributes(LibraryIn(Home()), 33); },
      true},
+    {"LibraryRefusedBeyond16Bits",
+     [](FakeSystem& system, const std::string&) { system.FailAttributes(LibraryIn(Home()), 65536 + 5); }, false},
     {"LibraryPathNotFound", [](FakeSystem& system, const std::string&) { system.FailAttributes(LibraryIn(Home()), 3); },
      false},
     {"LibraryNotReady", [](FakeSystem& system, const std::string&) { system.FailAttributes(LibraryIn(Home()), 21); },
@@ -206,15 +232,22 @@ TEST_F(InstalledJavaVmTest, TheLibraryIsLookedForBeforeTheProgramAndAloneWhenMis
   EXPECT_THAT(log, testing::Not(testing::Contains("FileAttributes(" + ConsoleProgramIn("/jre") + ")")));
 }
 
-TEST_F(InstalledJavaVmTest, NoFileIsLookedForWhereAValueIsMissing) {
+TEST_F(InstalledJavaVmTest, NoFileIsLookedForWhereAValueIsEmptyOrCannotBeRead) {
+  const std::string key = KeyOf(Source64, "1.6");
   for (const char* missing : {"JavaHome", "RuntimeLib"}) {
-    SCOPED_TRACE(missing);
-    Install(m_system, Source64, "1.6", "/jre");
-    m_system.SetValue(KeyOf(Source64, "1.6"), missing, "");
-    m_system.ClearLog();
-    EXPECT_THAT(Enumerate(), IsEmpty());
-    EXPECT_THAT(m_system.Log(), testing::Contains("QueryValue(" + KeyOf(Source64, "1.6") + ", RuntimeLib, 1024)"));
-    EXPECT_THAT(m_system.Log(), testing::Not(testing::Contains(testing::StartsWith("FileAttributes("))));
+    for (const int status : {0, 2, 65536}) {
+      SCOPED_TRACE(std::string(missing) + " " + std::to_string(status));
+      Install(m_system, Source64, "1.6", "/jre");
+      if (status == 0) {
+        m_system.SetValue(key, missing, "");
+      } else {
+        m_system.FailQuery(key, missing, status);
+      }
+      m_system.ClearLog();
+      EXPECT_THAT(Enumerate(), IsEmpty());
+      EXPECT_THAT(m_system.Log(), testing::Contains("QueryValue(" + key + ", RuntimeLib, 1024)"));
+      EXPECT_THAT(m_system.Log(), testing::Not(testing::Contains(testing::StartsWith("FileAttributes("))));
+    }
   }
 }
 
@@ -235,6 +268,34 @@ TEST_F(InstalledJavaVmTest, ABreakInTheSecondSourceDropsTheFirstOnesRuntimesToo)
   m_system.FailEnumeration(Source32, 1, 1018);
   EXPECT_THAT(GetSorted(), IsEmpty());
   EXPECT_EQ(m_system.Log().back(), "CloseKey(Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment)");
+}
+
+TEST_F(InstalledJavaVmTest, OnlyTheWholeStatusTellsTheEndFromABreak) {
+  for (const int status : {65536, 65536 + 259}) {
+    SCOPED_TRACE(status);
+    Install(m_system, Source64, "1.5", "/a");
+    m_system.FailEnumeration(Source64, 1, status);
+    EXPECT_THAT(Enumerate(), IsEmpty());
+  }
+}
+
+// --- A list that is not empty ---
+
+TEST_F(InstalledJavaVmTest, RuntimesAreAppendedAndAllAreCounted) {
+  Install(m_system, Source64, "1.6", "/b");
+  Install(m_system, Source32, "1.4", "/a");
+  EXPECT_THAT(EnumerateBehind(), ElementsAre("1.5 at /before", "1.6 at /b", "1.4 at /a"));
+  EXPECT_THAT(GetSortedBehind(), ElementsAre("1.4 at /a", "1.5 at /before", "1.6 at /b"));
+}
+
+TEST_F(InstalledJavaVmTest, WithoutARuntimeTheListStaysAsItIs) {
+  EXPECT_THAT(EnumerateBehind(), ElementsAre("1.5 at /before"));
+}
+
+TEST_F(InstalledJavaVmTest, ABrokenEnumerationLeavesNothingInTheList) {
+  Install(m_system, Source64, "1.6", "/b");
+  m_system.FailEnumeration(Source64, 1, 234);
+  EXPECT_THAT(EnumerateBehind(), IsEmpty());
 }
 
 // --- The order ---

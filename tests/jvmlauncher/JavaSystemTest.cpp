@@ -5,6 +5,8 @@
 #include <torvan/jvmlauncher/options/NonStandardOption.h>
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
+#include <fstream>
+
 #include "jvmlauncher/LaunchSystemTest.h"
 
 using namespace torvan::jvmlauncher;
@@ -55,8 +57,9 @@ class JavaSystemTest : public testing::Test {
     return CJavaVmLauncher(RX_TEXT("1.8")).Launch(options, mainClass, arguments);
   }
 
- private:
   const fs::path m_folder = TORVAN_LAUNCH_REPORTS;
+
+ private:
   std::vector<std::string> m_names;
 };
 
@@ -126,6 +129,16 @@ TEST_F(JavaSystemTest, StopDoesNotReachAProgramWithoutAConsole) {
   EXPECT_TRUE(process->Wait(30000));
 }
 #else
+TEST_F(JavaSystemTest, ARuntimeWithAVersionTooLongToBeListedHidesNoOther) {
+  fs::create_directories(m_folder / "lib/server");
+  std::ofstream(m_folder / "lib/server/libjvm.so");
+  std::ofstream(m_folder / "release") << "JAVA_VERSION=\"99." << std::string(253, '0') << "\"\n";
+  Set("JAVA_HOME", m_folder.string());
+  const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});
+  process->Wait();
+  EXPECT_EQ(process->GetExitCode(), 0);
+}
+
 TEST_F(JavaSystemTest, StopEndsAProgramThatRunsUntilItIsStopped) {
   Set("LAUNCH_PROBE_MILLISECONDS", "60000");
   const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});

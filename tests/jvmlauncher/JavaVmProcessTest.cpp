@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "fakes/Failure.h"
 #include "jvmlauncher/Installation.h"
@@ -31,6 +32,8 @@ Failure NoWaitCalled() { return Throws<CIllegalArgumentException>(File, 111, "No
 Failure WaitRefused() { return Throws<CIllegalArgumentException>(File, 92, "WaitForSignleObjects returned error."); }
 
 static_assert(sizeof(CJavaVmProcess) == 2 * sizeof(void*), "a table of slots and one pointer");
+static_assert(!std::is_final_v<CJavaVmProcess> && std::is_convertible_v<CJavaVmProcessImp*, CJavaVmProcess>,
+              "hosts may derive from it, and make it of an implementation by mere assignment");
 
 #if !defined(_MSC_VER)
 // A pointer to a virtual member of this ABI holds 1 + the offset of its slot.

@@ -9,6 +9,7 @@
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
 #include <functional>
+#include <type_traits>
 
 #include "fakes/Failure.h"
 #include "fakes/Text.h"
@@ -99,6 +100,11 @@ const Row Refusals[] = {
 
 INSTANTIATE_TEST_SUITE_P(Options, OptionRefusal, testing::ValuesIn(Refusals),
                          [](const auto& row) { return std::string(row.param.name); });
+
+static_assert(std::is_convertible_v<const RX::UniChar*, CJarOption> && std::is_convertible_v<Location, CJarOption> &&
+                  std::is_convertible_v<const RX::UniChar*, CNonStandardOption> &&
+                  std::is_convertible_v<const RX::UniChar*, CDirectOption>,
+              "hosts may write a text where an option is asked for");
 
 TEST(JarOptionTest, HoldsThePathAsGiven) {
   EXPECT_EQ(Narrow(CJarOption(RX_TEXT("C:\\My Jars\\a.jar")).GetJarFilePath()), "C:\\My Jars\\a.jar");

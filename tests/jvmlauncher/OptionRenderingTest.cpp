@@ -2,13 +2,15 @@
 
 #include <gmock/gmock.h>
 
-#include "fakes/Allocations.h"
+#include "fakes/TextRoom.h"
 #include "jvmlauncher/Access.h"
 #include "jvmlauncher/Options.h"
 
 using namespace torvan::jvmlauncher;
 using namespace torvan::jvmlauncher::options;
 using namespace tests;
+using fakes::FirstRoomOf;
+using fakes::RoomForUnits;
 
 namespace {
 
@@ -32,14 +34,9 @@ TEST_P(OptionRendering, AppendsItsArgumentsUnquotedAndCountsThem) {
   EXPECT_EQ(ArgumentsOf(list), expected);
 }
 
-template <typename Object>
-std::size_t FirstRoomOf(const Object& object) {
-  const fakes::Allocations allocations;
-  LineOf(object);
-  return allocations.Taken().at(0).size;
+TEST_P(OptionRendering, StartsWithRoomFor32Units) {
+  EXPECT_EQ(FirstRoomOf([] { LineOf(*GetParam().option); }), RoomForUnits(32));
 }
-
-TEST_P(OptionRendering, StartsWithRoomFor32Units) { EXPECT_EQ(FirstRoomOf(*GetParam().option), RoomForUnits(32)); }
 
 std::vector<Row> Rows() {
   const auto Path = OnThisSystem;
@@ -80,8 +77,10 @@ INSTANTIATE_TEST_SUITE_P(Options, OptionRendering, testing::ValuesIn(Rows()),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(OptionRenderingTest, SetsAndListsStartWithRoomFor32Units) {
-  EXPECT_EQ(FirstRoomOf(CJavaVmOptions()), RoomForUnits(32));
-  EXPECT_EQ(FirstRoomOf(CArgumentList()), RoomForUnits(32));
+  const CJavaVmOptions options;
+  const CArgumentList arguments;
+  EXPECT_EQ(FirstRoomOf([&] { LineOf(options); }), RoomForUnits(32));
+  EXPECT_EQ(FirstRoomOf([&] { LineOf(arguments); }), RoomForUnits(32));
 }
 
 TEST(OptionRenderingTest, AnOptionWithoutTextRendersAsEmptyAndNotAsNull) {

@@ -15,6 +15,7 @@
 #include <fcntl.h>
 #include <io.h>
 #else
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -133,6 +134,51 @@ TEST_F(LaunchSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNot
   const tests::Resources after = tests::MeasureResources();
   EXPECT_EQ(after.handles, before.handles);
   EXPECT_EQ(after.zombies, 0);
+}
+#endif
+
+#if !defined(_WIN32)
+TEST_F(LaunchSystemTest, AHostThatIgnoresSigchldLosesTheExitCode) {
+  SetProbe(0, 7);
+  const auto before = std::signal(SIGCHLD, SIG_IGN);
+  const Process process = LaunchMain();
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(FailureOf([&] { process->Wait(); }),
+              Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
+    EXPECT_EQ(process->GetExitCode(), 0);
+  }
+  process->Kill();
+  process->Stop();
+  std::signal(SIGCHLD, before);
+}
+
+TEST_F(LaunchSystemTest, AHostThatReapsTheProgramLosesTheExitCode) {
+  SetProbe(0, 7);
+  const Process process = LaunchMain();
+  while (waitpid(-1, nullptr, 0) > 0) {
+  }
+  EXPECT_EQ(FailureOf([&] { process->Wait(1000); }),
+            Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
+  EXPECT_EQ(process->GetExitCode(), 0);
+}
+
+TEST_F(LaunchSystemTest, AForkedWorkerCannotWaitForAProgramOfItsParentAndDoesItNoHarm) {
+  SetProbe(300, 7);
+  Process process = LaunchMain();
+  const pid_t worker = fork();
+  if (worker == 0) {
+    const bool isRefused = FailureOf([&] { process->Wait(); }) ==
+                           Throws<CIllegalArgumentException>(File, 92, "WaitForSignleObjects returned error.");
+    process->Kill();
+    process->Stop();
+    process = nullptr;
+    _exit(isRefused ? 0 : 1);
+  }
+  int status = 0;
+  EXPECT_EQ(waitpid(worker, &status, 0), worker);
+  EXPECT_EQ(status, 0);
+  process->Wait();
+  EXPECT_EQ(process->GetExitCode(), 7);
 }
 #endif
 

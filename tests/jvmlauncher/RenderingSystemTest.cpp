@@ -1,5 +1,7 @@
 // What a launched program receives of its options and arguments.
 
+#include <torvan/jvmlauncher/options/JarOption.h>
+
 #include <memory>
 #include <random>
 
@@ -128,6 +130,26 @@ TEST_F(LaunchSystemTest, ASafeArgumentArrivesAsItIsWhateverItHolds) {
     texts.insert(texts.begin(), {"-Dn=" + Narrow(value.c_str()), "Main"});
     EXPECT_THAT(Received(options, RX_TEXT("Main"), list), ElementsAreArray(texts));
   }
+}
+
+TEST_F(LaunchSystemTest, ASafePathIsTheFileWhateverItsNameBeginsWith) {
+  struct PathRow {
+    const char* path;
+    const char* received;
+  };
+  const PathRow rows[] = {
+      {"a.jar", "a.jar"},     {"/a/-b.jar", "/a/-b.jar"}, {"a@b-c.jar", "a@b-c.jar"},   {"-a.jar", "./-a.jar"},
+      {"@a.jar", "./@a.jar"}, {"-a b.jar", "./-a b.jar"}, {"@a\"b.jar", "./@a\"b.jar"}, {"@", "./@"},
+      {"- x\\", "./- x\\"},
+  };
+  for (const PathRow& row : rows) {
+    const fakes::WideText path = Widen(row.path);
+    CJavaVmOptions options;
+    options.AddOption(CJarOption(SafeJarPath(path).c_str()));
+    EXPECT_THAT(Received(options, nullptr, {}), ElementsAreArray({"-jar", row.received}));
+    EXPECT_EQ(Narrow(SafePath(path).c_str()), row.received);
+  }
+  EXPECT_EQ(Narrow(SafePath({}).c_str()), "");
 }
 
 }  // namespace

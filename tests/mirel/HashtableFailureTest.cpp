@@ -4,6 +4,8 @@
 #include <mirel/base/Ref.h>
 #include <mirel/util/HashCode.h>
 
+#include <limits>
+
 namespace containers {
 namespace {
 
@@ -58,6 +60,39 @@ TEST_F(HashtableFailureTest, APutWithBothAllocationsSucceeds) {
   Fill(table, 75, 1);
   EXPECT_FALSE(allocations.HasFailed());
   EXPECT_EQ(allocations.Made(), 2);
+}
+
+TEST_F(HashtableFailureTest, ATableThatNoNumberOfBucketsGivesRoomDoesNotGrow) {
+  for (const float loadFactor : {1e-10f, std::numeric_limits<float>::denorm_min()}) {
+    SCOPED_TRACE(loadFactor);
+    Table table(HashOfKey, 101, loadFactor);
+    allocations.Fail(5);  // should it grow in spite of that
+    EXPECT_EQ(FailureOf([&] { Fill(table, 1, 1); }), Throws<CMemoryException>("mirel/util/Hashtable", 649, nullptr));
+    EXPECT_EQ(allocations.Made(), 0);
+    EXPECT_EQ(FieldsOf<TableFields>(table).bucketCount, 101u);
+    EXPECT_FALSE(table.ContainsKey(Key{1, 1}));
+  }
+}
+
+TEST_F(HashtableFailureTest, ABucketCountThatWouldWrapAroundThrows) {
+  // No machine of today has so many buckets; the fields are written instead, and only the first bucket is used.
+  Table table(HashOfKey, 1, 1);
+  Fill(table, 0, 1);
+  const auto real = FieldsOf<TableFields>(table);
+  for (const unsigned int buckets : {0x80000000u, 0xFFFFFFFFu}) {
+    SCOPED_TRACE(buckets);
+    TableFields full = real;
+    full.bucketCount = buckets;
+    std::memcpy(static_cast<void*>(&table), &full, sizeof(full));
+    allocations.Fail(1);
+    EXPECT_EQ(FailureOf([&] {
+                table.Put(Key{1, 0}, Counted(1));
+              }),
+              Throws<CMemoryException>("mirel/util/Hashtable", 649, nullptr));
+    EXPECT_EQ(allocations.Made(), 0);
+    std::memcpy(static_cast<void*>(&table), &real, sizeof(real));
+  }
+  EXPECT_EQ(table.Get(Key{0, 0}).Value(), 0);
 }
 
 TEST_F(HashtableFailureTest, APutWhoseCopyThrowsLeavesTheContents) {

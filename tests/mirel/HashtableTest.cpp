@@ -2,6 +2,8 @@
 
 #include <mirel/util/NoSuchElementException.h>
 
+#include <limits>
+
 namespace containers {
 namespace {
 
@@ -47,6 +49,14 @@ TEST_F(HashtableTest, CapacityAndLoadFactorHaveDefaults) {
       {"load factor above one", 3, 2.5f, 3, 7},
       {"capacity by default only", 0, 0.5f, 101, 50},
       {"load factor by default only", 10, 0, 10, 7},
+      {"no number", 101, std::numeric_limits<float>::quiet_NaN(), 101, 75},
+      {"the last threshold that fits", 1, 4294967040.0f, 1, 4294967040u},
+      {"the first threshold that does not", 1, 4294967296.0f, 1, 0xFFFFFFFFu},
+      {"a threshold beyond 64 bits", 101, 1e20f, 101, 0xFFFFFFFFu},
+      {"the largest load factor", 101, std::numeric_limits<float>::max(), 101, 0xFFFFFFFFu},
+      {"infinity", 101, std::numeric_limits<float>::infinity(), 101, 0xFFFFFFFFu},
+      {"minus infinity", 101, -std::numeric_limits<float>::infinity(), 101, 75},
+      {"the smallest load factor", 101, std::numeric_limits<float>::denorm_min(), 101, 0},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
@@ -220,6 +230,16 @@ TEST_F(HashtableTest, ATableWithoutRoomGrowsUntilOneKeyFits) {
   Fill(table, 0, 1);
   EXPECT_EQ(FieldsOf<TableFields>(table).bucketCount, 7u);
   EXPECT_EQ(FieldsOf<TableFields>(table).threshold, 1u);
+}
+
+TEST_F(HashtableTest, ALoadFactorWithoutBoundsLetsTheTableNeverGrow) {
+  for (const float loadFactor : {1e20f, std::numeric_limits<float>::infinity()}) {
+    SCOPED_TRACE(loadFactor);
+    Table table(HashOfKey, 3, loadFactor);
+    Fill(table, 0, 100);
+    EXPECT_EQ(FieldsOf<TableFields>(table).bucketCount, 3u);
+    EXPECT_EQ(table.Get(Key{99, 99}).Value(), 99);
+  }
 }
 
 TEST_F(HashtableTest, ATableNeverShrinks) {

@@ -212,6 +212,49 @@ TEST_F(RefTest, DeletesThroughTheVirtualDestructorWhereThereIsOne) {
   EXPECT_THAT(Counted::tally.destroyed, ElementsAre(7));
 }
 
+// A class of a host that takes its memory from elsewhere.
+struct HostsOwn {
+  static inline int live = 0;
+  static void* operator new(std::size_t size) {
+    ++live;
+    return ::operator new(size);
+  }
+  static void operator delete(void* block) {
+    --live;
+    ::operator delete(block);
+  }
+  virtual ~HostsOwn() = default;
+  Counted counted{8};
+};
+
+TEST_F(RefTest, AVirtualDestructorBringsItsOwnDeleteAlong) {
+  {
+    CRef<HostsOwn> ref(new HostsOwn);
+    EXPECT_EQ(allocations.Live(), 1u) << "the block";
+    ref = new HostsOwn;
+    EXPECT_EQ(HostsOwn::live, 1);
+    allocations.Fail(1);
+    EXPECT_THROW(ref = new HostsOwn, CMemoryException);
+    EXPECT_EQ(HostsOwn::live, 1);
+  }
+  EXPECT_EQ(HostsOwn::live, 0);
+}
+
+// A class with virtual functions whose destructor is none of them, as that of a started program.
+struct Plain : CBase {
+  virtual int Value() const { return counted.Value(); }
+  Counted counted{9};
+};
+
+TEST_F(RefTest, AnObjectWithoutAVirtualDestructorIsDestroyedAsWhatItIs) {
+  {
+    CRef<Plain> ref(new Plain);
+    EXPECT_EQ(ref->Value(), 9);
+  }
+  EXPECT_THAT(Counted::tally.destroyed, ElementsAre(9));
+  EXPECT_EQ(allocations.Live(), 0u);
+}
+
 TEST_F(RefTest, ADestructorThatThrowsCostsNoMemory) {
   Counted::tally.throwWhenDestroyed = {1};
   CRef<Target> ref(new Target(1));

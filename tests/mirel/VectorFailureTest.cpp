@@ -41,19 +41,58 @@ TEST_F(VectorFailureTest, EveryAdditionThatFailsLeavesTheElements) {
 }
 
 TEST_F(VectorFailureTest, AdditionThatWouldWrapTheCapacityAroundThrows) {
-  // No machine of today fills such a vector; its fields are written instead.
   struct Row {
     unsigned int size, increment;
   };
   for (const Row& row : {Row{0xFFFFFFFF, 1}, Row{0xFFFFFFFD, 10}}) {
-    CVector<char> vector(0, 1);
-    const VectorFields empty = FieldsOf<VectorFields>(vector);
-    const VectorFields full{empty.elements, row.size, row.size, row.increment};
-    std::memcpy(static_cast<void*>(&vector), &full, sizeof(full));
-    EXPECT_EQ(FailureOf([&] { vector.Add('x'); }), Throws<CMemoryException>("mirel/util/Vector", 843, nullptr));
-    EXPECT_EQ(vector.GetSize(), row.size);
-    std::memcpy(static_cast<void*>(&vector), &empty, sizeof(empty));
+    FullVector vector(row.size, row.increment);
+    EXPECT_EQ(FailureOf([&] { (*vector).Add('x'); }), Throws<CMemoryException>("mirel/util/Vector", 843, nullptr));
+    EXPECT_EQ((*vector).GetSize(), row.size);
   }
+}
+
+// How many elements an assignment asks room for when the source or the increment is nearly as large as can be.
+struct NearlyFull {
+  const char* name;
+  unsigned int size, increment, targetIncrement, room;  // 0: none, because the capacity has wrapped around
+};
+void PrintTo(const NearlyFull& row, std::ostream* out) { *out << row.name; }
+
+class NearlyFullVectorTest : public ContainerTest, public ::testing::WithParamInterface<NearlyFull> {};
+
+INSTANTIATE_TEST_SUITE_P(Sizes, NearlyFullVectorTest,
+                         ::testing::Values(NearlyFull{"LargestByOne", 0xFFFFFFFF, 1, 1, 0xFFFFFFFF},
+                                           NearlyFull{"LargestByTwo", 0xFFFFFFFF, 1, 2, 0},
+                                           NearlyFull{"LargestByFive", 0xFFFFFFFF, 1, 5, 0},
+                                           NearlyFull{"ThreeLessByTen", 0xFFFFFFFD, 1, 10, 0},
+                                           NearlyFull{"ThreeLessByThree", 0xFFFFFFFD, 10, 3, 0xFFFFFFFE},
+                                           NearlyFull{"FourLessByTen", 0xFFFFFFFC, 3, 10, 0xFFFFFFFC},
+                                           NearlyFull{"TwoByTheLargest", 2, 1, 0xFFFFFFFF, 0xFFFFFFFE}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_P(NearlyFullVectorTest, IsAssignedOnlyToAsMuchRoomAsItNeeds) {
+  FullVector source(GetParam().size, GetParam().increment);
+  CVector<char> target(0, GetParam().targetIncrement);
+  allocations.Fail(1);
+  EXPECT_EQ(FailureOf([&] { target = *source; }), Throws<CMemoryException>("mirel/util/Vector", 925, nullptr));
+  EXPECT_EQ(allocations.HasFailed() ? allocations.LastSize() : 0, GetParam().room);
+}
+
+TEST_F(VectorFailureTest, AnAssignmentThatWouldWrapTheCapacityAroundLeavesTheTarget) {
+  FullVector source(0xFFFFFFFD, 1);
+  CVector<char> target(10, 10);
+  for (const char letter : {'a', 'b', 'c'}) target.Add(letter);
+  EXPECT_EQ(FailureOf([&] { target = *source; }), Throws<CMemoryException>("mirel/util/Vector", 925, nullptr));
+  ASSERT_EQ(target.GetSize(), 3u);
+  EXPECT_EQ(target[2], 'c');
+  EXPECT_EQ(target.GetCapacity(), 10u);
+}
+
+TEST_F(VectorFailureTest, ACopyThatWouldWrapTheCapacityAroundThrows) {
+  FullVector source(0xFFFFFFFD, 10);
+  EXPECT_EQ(FailureOf([&] { CVector<char> copy(*source); }),
+            Throws<CMemoryException>("mirel/util/Vector", 925, nullptr));
+  EXPECT_EQ(allocations.Made(), 0);
 }
 
 TEST_F(VectorFailureTest, AnAdditionWhoseCopyThrowsLeavesTheElements) {

@@ -40,10 +40,23 @@ build_project() {
   quietly cmake -S "$1" -B "$folder/$2" "${options[@]}"
   quietly cmake --build "$folder/$2"
 }
+# run NAME: runs the program in the folder.
 run() { "${runner[@]}" "$folder/$1$program_suffix" || fail "$1"; }
 
-# The package knows no folder of the machine that made it.
-if grep -rIlF -e "$source" -e "$build" "$package"/{include,lib/cmake,lib/pkgconfig}; then
+# refused WHAT MESSAGE COMMAND...: the command fails, and what it prints has the message.
+refused() {
+  if "${@:3}" >"$folder/log" 2>&1 || [[ $(tr -s ' \n' ' ' <"$folder/log") != *"$2"* ]]; then
+    cat "$folder/log"
+    fail "$1"
+  fi
+}
+
+# The package knows no folder of the machine that made it. An archive's libraries are stripped, and the debug information
+# beside them is written for everywhere.
+places=("$package"/{include,lib/cmake,lib/pkgconfig})
+[ -z "${TORVAN_PACKAGE:-}" ] || places=("$package")
+mapfile -t -O "${#places[@]}" places < <(find "$package" -name '*.pdb')
+if grep -rlF -e "$source" -e "$build" -e "$JAVA_HOME" "${places[@]}"; then
   fail "these files name folders of the build"
 fi
 
@@ -60,6 +73,11 @@ if [ -n "${CXX:-}" ]; then
   version="-DPACKAGE_VERSION=\"$(pkg-config --modversion torvan)\""
   quietly "$CXX" -std=c++17 "$version" -o "$folder/pkg_config$program_suffix" "$source/tests/consumer/consumer.cpp" "${flags[@]}"
   LD_LIBRARY_PATH=$package/lib run pkg_config
+
+  read -ra flags <<<"$(pkg-config --define-variable=jdk=/nowhere --cflags torvan)"
+  refused 'a JDK that pkg-config does not know' \
+    'jni.h was not found, which is in a JDK: CMake takes JAVA_HOME, pkg-config --define-variable=jdk=FOLDER.' \
+    "$CXX" -std=c++17 -fsyntax-only "$source/tests/consumer/consumer.cpp" "${flags[@]}"
 fi
 
 # On Linux, the libraries find each other without help, by names that carry the major version.
@@ -70,10 +88,9 @@ if [ -z "$program_suffix" ]; then
   done
 fi
 
-# Without a JDK, the message says what to do.
-message='No JDK with include/jni.h was found. Install one, or set JAVA_HOME or TORVAN_JDK to it.'
-if cmake -S "$source/tests/consumer" -B "$folder/no-jdk" "${options[@]}" -DTORVAN_JDK=/nowhere >"$folder/log" 2>&1 ||
-  [[ $(tr -s ' \n' ' ' <"$folder/log") != *"$message"* ]]; then
-  cat "$folder/log"
-  fail "a host without a JDK"
-fi
+refused 'a host without a JDK' \
+  'No JDK with include/jni.h was found. Install one, or set JAVA_HOME or TORVAN_JDK to it.' \
+  cmake -S "$source/tests/consumer" -B "$folder/no-jdk" "${options[@]}" -DTORVAN_JDK=/nowhere
+refused 'a host that asks for what is not there' \
+  'There is no component "jmi"; known components are torvan, mirel, rx, place.' \
+  cmake -S "$source/tests/consumer" -B "$folder/no-component" "${options[@]}" '-DCOMPONENTS=torvan;jmi'

@@ -105,6 +105,19 @@ TEST_F(StringTest, AnAssignedTextIsUsedByItsLocalReference) {
   EXPECT_EQ(static_cast<jstring>(copy), static_cast<jstring>(string));
 }
 
+TEST_F(StringTest, AnAssignedTextEndsWithItsLocalFrameAndAMadeOneDoesNot) {
+  CJavaString assigned = vm.NewString(RX_TEXT("old"));
+  env->PushLocalFrame(16);
+  const CJavaString made = vm.NewString(RX_TEXT("made"));
+  assigned = RX_TEXT("new");
+  EXPECT_EQ(env->GetObjectRefType(assigned), JNILocalRefType);
+  env->PopLocalFrame(nullptr);
+  EXPECT_EQ(env->GetObjectRefType(assigned), JNIInvalidRefType);
+  EXPECT_EQ(Utf8(made), "made");
+  assigned = RX_TEXT("newer");
+  EXPECT_EQ(Utf8(assigned), "newer");
+}
+
 TEST_F(StringTest, AStringIsMadeFromAnyObjectUntested) {
   const CJavaString string = vm.NewObject("java/lang/Object", "()V");
   EXPECT_FALSE(string.IsInstanceOf("java/lang/String"));

@@ -1,4 +1,5 @@
 #include <mirel/Mirel.h>
+
 #include <mirel/base/System.h>
 #include <mirel/io/PrintStream.h>
 
@@ -13,7 +14,7 @@ void FlushDebugOut() noexcept {
   try {
     if (base::CSystem::debugOut != nullptr) base::CSystem::debugOut->Flush();
   } catch (...) {
-    // A host's stream that fails here has nobody left to tell.
+    // Must not fail while shutting down: whatever the host's stream throws is dropped.
   }
 }
 

@@ -7,8 +7,8 @@ namespace {
 void* AllocateFromLibrary(std::size_t size) { return std::malloc(size); }
 void ReleaseToLibrary(void* block) { std::free(block); }
 
-// Functions of this file, not the C library's own: their addresses need no code at start-up, so that every static
-// object finds this ready.
+// Wrappers, not the C library's functions themselves: their addresses are constants, so the allocator works before any
+// static initialiser runs.
 constexpr RX::Allocator CLibrary = {AllocateFromLibrary, ReleaseToLibrary};
 
 RX::Allocator s_allocator = CLibrary;

@@ -13,7 +13,7 @@ void SkipSpace(const UniChar*& text) noexcept {
   while (IsSpace(*text)) ++text;
 }
 
-// The value of a digit, or one that no base reaches.
+// Returns the value of a digit, or one that is too large for any base.
 unsigned int DigitOf(UniChar unit) noexcept {
   if (unit >= '0' && unit <= '9') return static_cast<unsigned int>(unit - '0');
   if (unit >= 'a' && unit <= 'f') return static_cast<unsigned int>(unit - 'a' + 10);
@@ -21,7 +21,7 @@ unsigned int DigitOf(UniChar unit) noexcept {
   return UINT_MAX;
 }
 
-// One "%" of a format, without its "%".
+// One conversion of a format, after its "%".
 struct Conversion {
   bool assigns = true;
   std::size_t width = SIZE_MAX;
@@ -43,12 +43,12 @@ struct Conversion {
   bool IsNumber() const noexcept { return type == 'd' || type == 'u' || type == 'x'; }
 };
 
-// A number as it is read: its size may pass every range by far, so that it stops growing in time.
+// A number while it is read; it stops growing once it is out of every range.
 struct Number {
   bool negative = false;
   long long magnitude = 0;
 
-  // Reads a number; false when the text holds none. `text` then stands where reading stopped.
+  // Reads a number; false when there is none. `text` is then where reading stopped.
   bool Read(const UniChar*& text, const Conversion& conversion) noexcept {
     const unsigned int base = conversion.type == 'x' ? 16 : 10;
     std::size_t left = conversion.width;

@@ -1,6 +1,7 @@
+#include <rx/UniString.h>
+
 #include <rx/Memory.h>
 #include <rx/OutOfMemoryException.h>
-#include <rx/UniString.h>
 
 #include <cstring>
 

@@ -62,7 +62,8 @@ class TORVAN_API CJavaClass : public CJavaObject {
   void SetStaticDoubleField (const RX::UniChar* name, const RX::UniChar* signature, jdouble value) const;
   // clang-format on
 
-  // Call a static method; its arguments follow in order. Not found: "The specified static method was not found.".
+  // Call a static method; its arguments follow in order, as those of CJavaObject's methods do.
+  // Not found: "The specified static method was not found.".
   // clang-format off
   CJavaObject CallStaticObjectMethod (const char* name, const char* signature, ...) const;
   jboolean    CallStaticBooleanMethod(const char* name, const char* signature, ...) const;
@@ -85,16 +86,21 @@ class TORVAN_API CJavaClass : public CJavaObject {
   jdouble     CallStaticDoubleMethod (const RX::UniChar* name, const RX::UniChar* signature, ...) const;
   void        CallStaticVoidMethod   (const RX::UniChar* name, const RX::UniChar* signature, ...) const;
   // clang-format on
+  TORVAN_REFUSE_FAMILY(CallStatic, const char*)
+  TORVAN_REFUSE_FAMILY(CallStatic, const RX::UniChar*)
 
   // Makes an object without running a constructor.
   // Throws CNullReferenceException for a null class, and CMemoryException when no object was made.
   CJavaObject AllocObject() const;
 
-  // Makes an object with the constructor of this signature; its arguments follow in order.
+  // Makes an object with the constructor of this signature; its arguments follow in order, as those of CJavaObject's
+  // methods do.
   // Throws CNullReferenceException for a null class, CJavaVmException "The specified constructor was not found.",
   // CMemoryException when no object was made (also because the constructor threw), and CJavaException.
   CJavaObject NewObject(const char* signature, ...) const;
   CJavaObject NewObject(const RX::UniChar* signature, ...) const;
+  TORVAN_REFUSE(CJavaObject, NewObject, const char*)
+  TORVAN_REFUSE(CJavaObject, NewObject, const RX::UniChar*)
 
  private:
   friend class CJavaVm;

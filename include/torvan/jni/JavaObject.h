@@ -7,6 +7,7 @@
 #include <torvan/Export.h>
 #include <torvan/jni/JavaVm.h>
 #include <torvan/jni/JniTypes.h>
+#include <torvan/jni/ScalarArguments.h>
 
 namespace torvan::jni {
 
@@ -22,8 +23,8 @@ class CJniResult;
 // JNI returned along the way is never deleted here: it ends when the thread returns to Java or is detached. A thread
 // that does neither and makes very many calls puts PushLocalFrame and PopLocalFrame around a batch of them.
 //
-// A null handle has no reference but still knows its VM. Handles that share an object must not be copied or dropped by
-// two threads at once; everything else may be called by any thread, which is attached first.
+// A null handle has no reference but still knows its VM. Threads: the rule is CJavaVm's. A handle that an operation
+// returns came from the same VM handle as this one.
 //
 // Names and signatures are JNI's own and are passed on unchanged ("count", "I"; "parse", "(Ljava/lang/String;)J"); wide
 // ones are converted to UTF-8. Nothing is cached: every call looks its member up. The families below throw
@@ -99,7 +100,8 @@ class TORVAN_API CJavaObject : public mirel::base::CBase {
   void SetDoubleField (const RX::UniChar* name, const RX::UniChar* signature, jdouble value) const;
   // clang-format on
 
-  // Call an instance method, the one that the object's class declares or inherits; its arguments follow in order.
+  // Call an instance method, the one that the object's class declares or inherits; its arguments follow in order,
+  // handles with a cast and integers of the right width: see <torvan/jni/ScalarArguments.h>.
   // Not found: "The specified method was not found." with narrow names, "The specified field was not found." with wide
   // ones.
   // clang-format off
@@ -150,6 +152,11 @@ class TORVAN_API CJavaObject : public mirel::base::CBase {
   void        CallNonvirtualVoidMethod   (const RX::UniChar* name, const RX::UniChar* signature, ...) const;
   // clang-format on
 
+  TORVAN_REFUSE_FAMILY(Call, const char*)
+  TORVAN_REFUSE_FAMILY(Call, const RX::UniChar*)
+  TORVAN_REFUSE_FAMILY(CallNonvirtual, const char*)
+  TORVAN_REFUSE_FAMILY(CallNonvirtual, const RX::UniChar*)
+
  protected:
   // Makes a handle of a reference, which may be null.
   // With `makeGlobal` a new global reference is taken and `object` left alone; without it, `object` is a global
@@ -163,7 +170,9 @@ class TORVAN_API CJavaObject : public mirel::base::CBase {
   template <typename Host>
   friend class CJniResult;
 
+  RX_NOT_EXPORTED_BEGIN
   mirel::base::CRef<CJniGlobalRef> m_holder;
+  RX_NOT_EXPORTED_END
   CJavaVm m_vm;
   jobject m_ref;
 };

@@ -17,7 +17,8 @@ class TORVAN_API CJavaString : public CJavaObject {
   CJavaString& operator=(const CJavaString& other);
   // Makes a new Java string of the units up to the terminating zero; null and empty text make the handle null.
   // Until the next assignment the handle works with the local reference of the thread that assigned: use it in this
-  // thread, before it returns to Java or is detached. Throws as CJavaVm::NewString does.
+  // thread, before it returns to Java or is detached, and before PopLocalFrame ends the local frame it was assigned in.
+  // What CJavaVm::NewString returns has no such limits. Throws as CJavaVm::NewString does.
   CJavaString& operator=(const RX::UniChar* text);
 
   // The reference that the handle works with; null for a null string.

@@ -5,6 +5,7 @@
 #include <rx/Text.h>
 #include <torvan/Export.h>
 #include <torvan/jni/JniTypes.h>
+#include <torvan/jni/ScalarArguments.h>
 
 namespace torvan::jni {
 
@@ -14,10 +15,18 @@ class CJavaString;
 class CJavaVmImpl;
 
 // The Java VM of this process.
-// Copies share the VM; the library never ends it, whatever becomes of the handles. Operations may be called by any
-// thread: each attaches its calling thread to the VM and leaves it attached. Handles must not be copied or dropped by
-// two threads at once. Names and signatures are JNI's own ("java/lang/String", "(ILjava/lang/String;)V") and are passed
-// on unchanged; wide ones are converted to UTF-8.
+// Copies share the VM; the library never ends it, whatever becomes of the handles. Names and signatures are JNI's own
+// ("java/lang/String", "(ILjava/lang/String;)V") and are passed on unchanged; wide ones are converted to UTF-8.
+//
+// Threads: Java may be called from any thread; each operation attaches its calling thread to the VM and leaves it
+// attached. But the library takes no lock, its counts are plain integers, and every handle of a class, object or string
+// counts as a use of the VM handle that it came from. So the host must not let two threads at once
+//   - create, copy, assign or drop handles that came from the same VM handle. An operation that returns a handle
+//     creates one, also when it is called on a const handle.
+//   - use runtimes, whichever they are. Dropping the last handle that came from a VM handle uses its runtime.
+// Operations that return no handle change no count and need no lock. In a host with several threads, each has a VM
+// handle of its own from CJavaRuntime::GetCreatedJavaVms, taken and dropped under one mutex, and shares no handle: see
+// examples/threads.cpp.
 //
 // Every operation that needs Java throws CJavaVmException "Failed ot attach the current thread to the underlying Java
 // VM." (so spelled) when the thread cannot be attached. A lookup that fails leaves the VM's own error pending in the
@@ -32,7 +41,7 @@ class TORVAN_API CJavaVm {
   bool operator==(const CJavaVm& other) const noexcept;
   bool operator!=(const CJavaVm& other) const noexcept;
 
-  // Attaches the calling thread and gives its environment, which is good for this thread alone.
+  // Attaches the calling thread and returns its environment, which only this thread may use.
   // A thread that is attached gets the environment it has. It stays attached until Detach().
   JNIEnv* Attach() const;
   // Detaches the calling thread; local references made in it end. However often the thread was attached, one call does
@@ -49,11 +58,14 @@ class TORVAN_API CJavaVm {
   CJavaObject AllocObject(const char* className) const;
   CJavaObject AllocObject(const RX::UniChar* className) const;
 
-  // Makes an object with the constructor of this signature; its arguments follow in order.
+  // Makes an object with the constructor of this signature; its arguments follow in order, handles with a cast and
+  // integers of the right width: see <torvan/jni/ScalarArguments.h>.
   // Throws CJavaVmException "The specified class was not found." or "The specified constructor was not found.",
   // CMemoryException when no object was made (also because the constructor threw), and CJavaException.
   CJavaObject NewObject(const char* className, const char* signature, ...) const;
   CJavaObject NewObject(const RX::UniChar* className, const RX::UniChar* signature, ...) const;
+  TORVAN_REFUSE(CJavaObject, NewObject, const char*, const char*)
+  TORVAN_REFUSE(CJavaObject, NewObject, const RX::UniChar*, const RX::UniChar*)
 
   // Makes a Java string of the units up to the terminating zero, unconverted.
   // Null and empty text give a null string. Throws CJavaException when the VM has no memory for it, and
@@ -63,9 +75,11 @@ class TORVAN_API CJavaVm {
  private:
   friend class CJavaRuntimeImpl;
 
-  explicit CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl);
+  CJavaVm(const mirel::base::CRef<CJavaVmImpl>& impl);
 
+  RX_NOT_EXPORTED_BEGIN
   mirel::base::CRef<CJavaVmImpl> m_impl;
+  RX_NOT_EXPORTED_END
   JavaVM* m_vm;
 };
 

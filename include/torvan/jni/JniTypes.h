@@ -1,6 +1,9 @@
 // The Java Native Interface's own types, as the JDK publishes them.
 #pragma once
 
+#if !__has_include(<jni.h>)
+#error "jni.h was not found, which is in a JDK: CMake takes JAVA_HOME, pkg-config --define-variable=jdk=FOLDER."
+#endif
 #include <jni.h>
 
 static_assert(sizeof(jboolean) == 1 && sizeof(jbyte) == 1, "Java's 8-bit types");

@@ -7,10 +7,10 @@
 
 namespace torvan::jvmlauncher {
 
-// The arguments handed to a Java program, in the order in which they were appended.
-// Arguments are kept as they come. On the command line an argument with a space stands in double quotes, and nothing is
-// escaped: an argument that holds a double quote, ends with a backslash or is empty does not reach the program as it
-// is. One thread at a time may use a list. Throws CMemoryException when memory runs out.
+// The arguments of a Java program, in the order in which they were appended.
+// Arguments are kept unchanged. On the command line an argument that contains a space is put in double quotes, and
+// nothing is escaped: an argument that contains a double quote, ends with a backslash, or is empty does not reach the
+// program unchanged. Not safe for use by two threads at once. Throws CMemoryException when memory runs out.
 class TORVAN_API CArgumentList {
  public:
   CArgumentList();
@@ -20,13 +20,13 @@ class TORVAN_API CArgumentList {
 
   // Appends a copy of zero-terminated text; null counts as empty.
   void Append(const RX::UniChar* argument);
-  // Appends a path; a location that names nothing gives an empty argument. Also throws RX::OutOfMemoryException.
+  // Appends a path; a location without a path appends an empty argument. Also throws RX::OutOfMemoryException.
   void Append(const Place::Location& location);
   // Appends all arguments of another list, which may be this one.
   void Append(const CArgumentList& other);
 
   unsigned int GetArgumentCount() const;
-  // Gives an argument, valid until the list changes. Throws CNoSuchElementException when `index` is not below the
+  // Returns an argument, valid until the list changes. Throws CNoSuchElementException when `index` is not below the
   // count.
   const mirel::base::CUnicodeString& GetArgumentAt(unsigned int index) const;
 

@@ -12,31 +12,32 @@ namespace torvan::jvmlauncher {
 
 class JavaVmLauncherImpl;
 
+RX_NOT_EXPORTED_BEGIN
 // Starts Java programs, each in a process of its own, with the newest installed Java runtime.
-// The runtime is chosen once, at construction. A launcher holds no process: it may go before the programs end. Several
-// threads may launch through one launcher.
+// The runtime is chosen once, at construction. A launcher holds no process, so it may be destroyed before the programs
+// end. Several threads may launch through one launcher.
 class TORVAN_API CJavaVmLauncher : public mirel::base::CBase, public mirel::base::CNonCopyable {
  public:
-  // Chooses the newest installed runtime whose version is at or above the one given, for example "1.6" or "17.0".
+  // Chooses the newest installed runtime whose version is at or above the given one, for example "1.6" or "17.0".
   // Versions are compared number by number, and fewer numbers are older: 1.6 is older than 1.6.0. What follows an
-  // underscore is not looked at. Throws CIllegalArgumentException "Invalid vm version." for null or empty text, and
+  // underscore is ignored. Throws CIllegalArgumentException "Invalid vm version." for null or empty text, and
   // CJavaVmLauncherException "There is no installed Java VM on the current system." or "There is no installed Java VM
   // which is compatible with the specified version.".
-  explicit CJavaVmLauncher(const RX::UniChar* version);
+  CJavaVmLauncher(const RX::UniChar* version);
   ~CJavaVmLauncher();
 
   // Starts a program and returns at once.
   // The program is the main class ("com.acme.Main"), or the jar of a CJarOption when `mainClass` is null or empty; with
-  // both, both are passed to Java. It gets this process's environment and current directory; no handle is inherited.
-  // Throws CJavaVmLauncherException "Java application cannot be launched because neither main class name nor jar option
+  // both, Java is passed both. It inherits this process's environment and current folder, and no handle. Throws
+  // CJavaVmLauncherException "Java application cannot be launched because neither main class name nor jar option
   // specified." or "Failed to launch the required Java Vm with the specified vm options and arguments."; the launcher
-  // can be used again. Throws CMemoryException or RX::OutOfMemoryException when memory runs out, and has then started
-  // nothing.
+  // remains usable. Throws CMemoryException or RX::OutOfMemoryException when memory runs out; nothing was started then.
   mirel::base::CRef<CJavaVmProcess> Launch(const CJavaVmOptions& options, const RX::UniChar* mainClass,
                                            const CArgumentList& arguments);
 
  private:
   JavaVmLauncherImpl* m_impl;
 };
+RX_NOT_EXPORTED_END
 
 }  // namespace torvan::jvmlauncher

@@ -10,7 +10,7 @@ namespace torvan::jvmlauncher {
 class CArgumentList;
 
 // One option of a Java VM that is started as a process of its own.
-// An option renders itself in two forms: as a piece of a command line, where it has to quote what needs quotes, and as
+// An option renders itself in two forms: as a piece of a command line, where it adds the quotes it needs, and as
 // separate arguments, which are never quoted. An option set keeps clones, so a derived class overrides Clone(), and
 // Equals() if it is to be found again. Rendering throws CMemoryException only.
 class TORVAN_API CJavaVmOption : public mirel::base::CObject {
@@ -26,9 +26,9 @@ class TORVAN_API CJavaVmOption : public mirel::base::CObject {
  protected:
   CJavaVmOption();
 
-  // Gives the option as it stands on a command line, without a space behind it; it may be empty.
+  // Returns the option as a piece of a command line, without a space after it; may be empty.
   virtual mirel::base::CUnicodeString RenderCommandLine() const = 0;
-  // Appends the option's arguments and returns how many they were.
+  // Appends the option's arguments and returns their number.
   virtual unsigned int ToArgumentList(CArgumentList& list) const = 0;
 
  private:

@@ -8,8 +8,8 @@
 namespace torvan::jvmlauncher {
 
 // The options of a Java VM to start, in the order in which they were added.
-// The set owns clones: options handed in may be changed or destroyed afterwards without effect on it. Copies are deep.
-// One thread at a time may use a set. Throws CMemoryException when memory runs out, and then holds what it held.
+// The set owns clones: an option may be changed or destroyed after it was added. Copies are deep. Not safe for use by
+// two threads at once. Throws CMemoryException when memory runs out and is then unchanged.
 class TORVAN_API CJavaVmOptions {
  public:
   CJavaVmOptions();
@@ -17,14 +17,14 @@ class TORVAN_API CJavaVmOptions {
   ~CJavaVmOptions();
   CJavaVmOptions& operator=(const CJavaVmOptions& other);
 
-  // Appends a clone of an option. Equal options may be added any number of times; each is passed on.
+  // Appends a clone of an option. Equal options may be added any number of times, and all are passed on.
   void AddOption(const CJavaVmOption& option);
-  // Removes the first option that equals this one; without one, nothing happens.
-  // A failure is printed to mirel::base::CSystem::debugOut and goes no further.
+  // Removes the first option that equals this one; does nothing when there is none.
+  // A failure is printed to mirel::base::CSystem::debugOut and not thrown.
   void RemoveOption(const CJavaVmOption& option);
 
   unsigned int GetOptionCount() const;
-  // Gives an option, which the set goes on owning. Throws CNoSuchElementException when `index` is not below the count.
+  // Returns an option, which the set owns. Throws CNoSuchElementException when `index` is not below the count.
   const CJavaVmOption& GetOptionAt(unsigned int index) const;
 
  private:

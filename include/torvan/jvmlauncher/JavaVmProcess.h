@@ -11,10 +11,14 @@ class CJavaVmProcessImp;
 // A process that CJavaVmLauncher started.
 // The program does not depend on this object: when the last reference goes, a running program runs on. Times are
 // milliseconds. One thread at a time may use an object.
-class TORVAN_API CJavaVmProcess final : public mirel::base::CBase {
+//
+// On Linux the program is a child of the process that launched it, and of no other: after a fork, only that process can
+// wait for it or end it. A host that ignores SIGCHLD, or reaps every child with waitpid(-1, ...), takes the exit code
+// away: Wait throws "GetExitCodeProcess failed." once the program has ended, and GetExitCode returns 0 from then on.
+class TORVAN_API CJavaVmProcess : public mirel::base::CBase {
  public:
   // Takes ownership of an implementation; the launcher makes it.
-  explicit CJavaVmProcess(CJavaVmProcessImp* implementation);
+  CJavaVmProcess(CJavaVmProcessImp* implementation);
   ~CJavaVmProcess();
   CJavaVmProcess(const CJavaVmProcess&) = delete;
   CJavaVmProcess& operator=(const CJavaVmProcess&) = delete;
@@ -22,7 +26,8 @@ class TORVAN_API CJavaVmProcess final : public mirel::base::CBase {
   // Waits until the program has ended, at most so long; with no argument, without limit.
   // Tells whether the program has ended, and if so, records its exit code. 0 only asks; 0xFFFFFFFF waits without limit.
   // Throws CIllegalArgumentException "WaitForSignleObjects returned error." (so spelled) when the system cannot wait,
-  // and "GetExitCodeProcess failed." when the program has ended and its exit code cannot be read.
+  // and "GetExitCodeProcess failed." when the program has ended and its exit code cannot be read; GetExitCode then
+  // gives what an earlier Wait recorded, or 0.
   //
   // The slots of the two are in this order: with the time, without. The Microsoft compilers lay overloads out from the
   // last one declared to the first, all others as declared.

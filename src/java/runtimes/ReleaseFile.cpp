@@ -37,6 +37,12 @@ std::size_t CharacterLength(std::string_view text) {
   return isOverlong || isSurrogate || isTooLarge ? 0 : length;
 }
 
+// Of the character at the front of the text: one of ASCII, or of the 32 that follow it.
+bool IsControl(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  return lead < 0x20 || lead == 0x7F || (lead == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0);
+}
+
 // Such texts are shown to people, and the file may hold anything.
 std::string Cleaned(std::string_view text) {
   constexpr std::size_t MostShown = 200;
@@ -44,11 +50,9 @@ std::string Cleaned(std::string_view text) {
   std::string clean;
   while (!text.empty()) {
     const std::size_t length = CharacterLength(text);
-    const auto lead = static_cast<unsigned char>(text[0]);
-    const bool isControl = lead < 0x20 || lead == 0x7F || (lead == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0);
     if (length == 0) {
       clean += '?';
-    } else if (!isControl) {
+    } else if (!IsControl(text)) {
       clean += text.substr(0, length);
     }
     text.remove_prefix(length == 0 ? 1 : length);
@@ -80,7 +84,8 @@ Release ReadRelease(std::string_view file) {
 
   Release release;
   release.vendor = Cleaned(vendor);
-  release.versionText = Cleaned(version.empty() ? runtimeVersion : version);
+  release.versionText = Cleaned(version);
+  if (release.versionText.empty()) release.versionText = Cleaned(runtimeVersion);
   release.version = Version::TryParse(version);
   // JAVA_VERSION is numbers alone. The other key, in files from about version 16 on, tells early access and the build;
   // but some vendors put a numbering of their own there.

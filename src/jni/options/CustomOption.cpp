@@ -3,8 +3,8 @@
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 
-#include "SameClass.h"
 #include "EmptyText.h"
+#include "SameClass.h"
 
 namespace torvan::jni::options {
 

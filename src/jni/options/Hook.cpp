@@ -6,8 +6,8 @@
 #include <torvan/jni/options/ExitHook.h>
 #include <torvan/jni/options/VfprintfHook.h>
 
-#include "SameClass.h"
 #include "EmptyText.h"
+#include "SameClass.h"
 
 namespace torvan::jni::options {
 
@@ -25,7 +25,7 @@ namespace {
   throw CIllegalArgumentException("jni/options/Hook", line, text, nullptr);
 }
 
-// The rule of the hooks that compare their names; `function` is the member that holds a hook's function.
+// The equality of the hooks that compare their names; `function` is the member with a hook's function.
 template <class Hook, class Function>
 bool HaveSameNameAndFunction(const Hook& hook, const CObject* other, Function Hook::*function) {
   const Hook* same = SameClass(hook, other);
@@ -63,7 +63,7 @@ const CClass* CAbortHook::GetClass() const { return &m_classCAbortHook; }
 
 bool CAbortHook::Equals(const CObject* other) const {
   const CAbortHook* same = SameClass(*this, other);
-  // Intentional: the names need only be there; abort hooks with different names are equal.
+  // Intentional: both names must exist but are not compared; abort hooks with different names are equal.
   return same != nullptr && static_cast<const UniChar*>(GetHookName()) != nullptr &&
          static_cast<const UniChar*>(same->GetHookName()) != nullptr && m_hook == same->m_hook;
 }

@@ -38,8 +38,8 @@ JavaVMOption* COptions::CreateJniOptions() const {
   auto* options = static_cast<JavaVMOption*>(RX_malloc(size));
   if (options == nullptr) throw CMemoryException("jni/options/Options", At(65), nullptr, nullptr);
   std::memset(options, 0, size);
-  // Intentional: until the first option is rendered its record reads as the low byte of the count, repeated. An
-  // exception that passes on leaves it so.
+  // Intentional: until the first option is rendered its record contains the low byte of the count, repeated. An
+  // exception that passes leaves it so.
   std::memset(options, static_cast<int>(count & 0xFF), sizeof(JavaVMOption));
 
   unsigned int index = 0;
@@ -51,16 +51,16 @@ JavaVMOption* COptions::CreateJniOptions() const {
       const int textSize = option.GetOptionString().ToUTF8(nullptr, -1);
       text = static_cast<char*>(RX_malloc(static_cast<std::size_t>(textSize)));
       if (text == nullptr) throw CMemoryException("jni/options/Options", At(79), nullptr, nullptr);
-      // The option is asked again and may answer with more: the conversion cuts at the size.
+      // The option may answer with more the second time: the conversion truncates at the size.
       option.GetOptionString().ToUTF8(text, textSize);
       options[index].optionString = text;
       options[index].extraInfo = option.GetExtraInfo();
     }
   } catch (const CMemoryException&) {
-    // The record in the making owns its text, or nothing; those behind it are still null.
+    // The current record owns its text or nothing; those after it are still null.
     options[index].optionString = text;
     DestroyJniOptions(options);
-    // Intentional: the caller gets the pointer of the array just released and cannot tell it from success.
+    // Intentional: the caller receives the pointer of the array just released and cannot tell it from success.
   }
   return options;
 }

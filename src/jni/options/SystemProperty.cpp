@@ -4,8 +4,8 @@
 #include <mirel/base/IllegalArgumentException.h>
 #include <mirel/base/UnicodeStringBuffer.h>
 
-#include "SameClass.h"
 #include "EmptyText.h"
+#include "SameClass.h"
 
 namespace torvan::jni::options {
 

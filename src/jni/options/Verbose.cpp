@@ -23,7 +23,7 @@ namespace {
 
 constexpr unsigned int ClassLoading = 1;
 constexpr unsigned int GarbageCollection = 2;
-// Intentional: no flag asks for JNI reports alone; they come when both others are asked for.
+// Intentional: no flag asks for JNI reports alone; both others together switch them on.
 constexpr unsigned int Jni = ClassLoading | GarbageCollection;
 
 }  // namespace

@@ -1,8 +1,9 @@
-#include <torvan/jvmlauncher/ArgumentList.h>
 #include <torvan/jvmlauncher/options/ClassPathOption.h>
 
+#include <torvan/jvmlauncher/ArgumentList.h>
+
 #include "SameClass.h"
-#include "jvmlauncher/options/Rendering.h"
+#include "jvmlauncher/Rendering.h"
 #include "platform/Conventions.h"
 
 namespace torvan::jvmlauncher::options {
@@ -13,7 +14,7 @@ using mirel::util::CUnicodeStringVector;
 
 namespace {
 
-// Intentional: the separator follows the last entry, too; Java reads nothing into it.
+// Intentional: the separator follows the last entry, too; Java ignores it.
 void AppendEntries(CUnicodeStringBuffer& text, const CUnicodeStringVector& entries) {
   for (unsigned int i = 0; i < entries.GetSize(); ++i) {
     text += entries[i];

@@ -1,11 +1,12 @@
+#include <torvan/jvmlauncher/options/DirectOption.h>
+
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 #include <torvan/jvmlauncher/ArgumentList.h>
-#include <torvan/jvmlauncher/options/DirectOption.h>
 
-#include "SameClass.h"
 #include "EmptyText.h"
-#include "jvmlauncher/options/Rendering.h"
+#include "SameClass.h"
+#include "jvmlauncher/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
 

@@ -1,11 +1,12 @@
+#include <torvan/jvmlauncher/options/JarOption.h>
+
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 #include <torvan/jvmlauncher/ArgumentList.h>
-#include <torvan/jvmlauncher/options/JarOption.h>
 
-#include "SameClass.h"
 #include "EmptyText.h"
-#include "jvmlauncher/options/Rendering.h"
+#include "SameClass.h"
+#include "jvmlauncher/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
 
@@ -26,7 +27,7 @@ CJarOption::CJarOption(const RX::UniChar* path) : m_jarFilePath(path) {
   if (IsEmpty(path)) Fail(At(47), "Invalid jar file path.");
 }
 
-// Intentional: whether the location could be turned into a path is not asked; an empty path is what counts.
+// Intentional: the status of the conversion is ignored; what counts is an empty path.
 CJarOption::CJarOption(const Place::Location& location) : m_jarFilePath(PathOf(location)) {
   if (IsEmpty(m_jarFilePath)) Fail(At(67), "Invalid jar file path.");
 }

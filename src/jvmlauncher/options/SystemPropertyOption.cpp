@@ -1,11 +1,12 @@
+#include <torvan/jvmlauncher/options/SystemPropertyOption.h>
+
 #include <mirel/base/At.h>
 #include <mirel/base/IllegalArgumentException.h>
 #include <torvan/jvmlauncher/ArgumentList.h>
-#include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
-#include "SameClass.h"
 #include "EmptyText.h"
-#include "jvmlauncher/options/Rendering.h"
+#include "SameClass.h"
+#include "jvmlauncher/Rendering.h"
 
 namespace torvan::jvmlauncher::options {
 
@@ -38,7 +39,7 @@ CSystemPropertyOption::CSystemPropertyOption(const RX::UniChar* name, const RX::
 
 CSystemPropertyOption::CSystemPropertyOption(const RX::UniChar* name, const Place::Location& value) {
   RX::UniString path;
-  // Intentional: a location that cannot be turned into a path is refused before the name is looked at.
+  // Intentional: a location without a path is refused before the name is checked.
   if (value.ToPath(path) != 0) Fail(At(106), "Invalid system property value.");
   if (IsEmpty(name)) Fail(At(109), "Invalid system property name.");
   if (IsEmpty(path)) Fail(At(111), "Invalid system property value.");

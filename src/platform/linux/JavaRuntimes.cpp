@@ -1,6 +1,8 @@
 #include "platform/linux/JavaRuntimes.h"
 
 #include <dirent.h>
+#include <mirel/base/System.h>
+#include <mirel/io/PrintStream.h>
 #include <unistd.h>
 
 #include <climits>
@@ -30,6 +32,9 @@ constexpr const char* Libraries[] = {
     "lib/server/libjvm.so",       "jre/lib/amd64/server/libjvm.so", "jre/lib/aarch64/server/libjvm.so",
     "lib/amd64/server/libjvm.so", "lib/aarch64/server/libjvm.so",
 };
+
+// The units that the name of a key may have in the Windows registry; whoever enumerates names has no room for more.
+constexpr unsigned int LongestName = 255;
 
 // The path of a file in a folder. One that is too long is empty, and so names no file.
 class FilePath {
@@ -80,7 +85,7 @@ CUnicodeString FindLibrary(const char* home) {
   return {};
 }
 
-bool IsNameOfKey(const CUnicodeString& text) { return text.GetLength() != 0 && text.Find(u'\\') < 0; }
+bool IsNameOfKey(const CUnicodeString& text) { return text.GetLength() <= LongestName && text.Find(u'\\') < 0; }
 
 bool Contains(const JavaRuntimes& runtimes, const CUnicodeString& version) {
   for (unsigned int i = 0; i < runtimes.GetSize(); ++i) {
@@ -89,13 +94,27 @@ bool Contains(const JavaRuntimes& runtimes, const CUnicodeString& version) {
   return false;
 }
 
-void AddRuntimeAt(const char* path, JavaRuntimes& runtimes) {
+// Adds the runtime in a folder, unless one of its version is there. Gives what keeps the folder from being a runtime,
+// or null.
+const char* AddRuntimeAt(const char* path, JavaRuntimes& runtimes) {
   char home[PATH_MAX];
-  if (realpath(path, home) == nullptr) return;
+  if (realpath(path, home) == nullptr) return "there is no such folder";
   const JavaRuntime runtime{ReadVersion(home), FromUtf8(home), FindLibrary(home),
                             access(FilePath(home, "bin/javac"), F_OK) == 0};
-  if (!IsNameOfKey(runtime.version) || runtime.home.GetLength() == 0 || runtime.library.GetLength() == 0) return;
+  if (runtime.home.GetLength() == 0) return "its path is not UTF-8";
+  if (runtime.version.GetLength() == 0) return "its release file is missing or has no JAVA_VERSION";
+  if (!IsNameOfKey(runtime.version)) return "the JAVA_VERSION of its release file cannot be used";
+  if (runtime.library.GetLength() == 0) return "it has no VM library (libjvm.so) where runtimes have theirs";
   if (!Contains(runtimes, runtime.version)) runtimes.Add(runtime);
+  return nullptr;
+}
+
+// A host that set JAVA_HOME would otherwise wonder why another Java is taken.
+void Report(const char* javaHome, const char* reason) {
+  mirel::io::CPrintStream* const debugOut = mirel::base::CSystem::debugOut;
+  if (debugOut == nullptr) return;
+  for (const char* text : {"torvan: JAVA_HOME is passed over: ", javaHome, ": "}) debugOut->Print(text);
+  debugOut->PrintLine(reason);
 }
 
 void AddRuntimesIn(const char* folder, JavaRuntimes& runtimes) {
@@ -153,7 +172,9 @@ int CompareNumbersInTurn(const RX::UniChar* left, const RX::UniChar* right) {
 
 void AddJavaRuntimes(const char* javaHome, const char* folder, Registry& registry) {
   JavaRuntimes runtimes(4, 4);
-  if (javaHome != nullptr && *javaHome != 0) AddRuntimeAt(javaHome, runtimes);
+  if (javaHome != nullptr && *javaHome != 0) {
+    if (const char* reason = AddRuntimeAt(javaHome, runtimes)) Report(javaHome, reason);
+  }
   const bool firstIsPreferred = runtimes.GetSize() != 0;
   AddRuntimesIn(folder, runtimes);
 

@@ -12,9 +12,10 @@ namespace torvan::platform {
 //   Software\JavaSoft\Java Development Kit\<version>      JavaHome
 //
 // Looked at are `javaHome` (null or empty for none) and then the folders in `folder`, in the order of their names. A
-// runtime is a folder with a VM library and a `release` file that tells its version. Of runtimes of the same version
-// the first is listed, so several links to one folder count once. The current version is that of `javaHome`, or else
-// the newest. Throws CMemoryException.
+// runtime is a folder with a VM library and a `release` file that tells its version: at most 255 units, and no
+// backslash. Of runtimes of the same version the first is listed, so several links to one folder count once. The
+// current version is that of `javaHome`, or else the newest. A `javaHome` that is no runtime is passed over, and
+// CSystem::debugOut is told why. Throws CMemoryException.
 void AddJavaRuntimes(const char* javaHome, const char* folder, Registry& registry);
 
 // Compares the numbers in two version texts in turn; the result is below, equal to or above 0. What stands between the

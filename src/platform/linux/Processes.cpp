@@ -1,118 +1,104 @@
 #include "platform/linux/Processes.h"
 
+#include <fcntl.h>
 #include <mirel/base/Base.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/epoll.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <ctime>
-#include <utility>
 
-// The header of glibc 2.36 declares its functions without C linkage.
-extern "C" {
-#include <sys/pidfd.h>
-}
+#include "platform/linux/ReleasedChildren.h"
+#include "platform/linux/Spawn.h"
 
 namespace torvan::platform {
 namespace {
 
+// A process, and not another one that gets its number later.
+struct Identity {
+  pid_t id = 0;
+  unsigned long long startTime = 0;  // in the system's ticks; 0: not known
+};
+
 struct Child : mirel::base::CBase {
-  int descriptor = -1;
+  pid_t parent = getpid();
+  Identity identity;          // nobody's when the host reaped the child before it could be looked at
   bool killed = false;        // EndChild was called
   unsigned int exitCode = 0;  // of EndChild
-
-  ~Child() {
-    if (descriptor >= 0) close(descriptor);
-  }
 };
 
-// Asks how a child is, and changes nothing: `end.si_pid` is 0 while it runs. False when the host has reaped it.
-bool Ask(int descriptor, siginfo_t& end) {
+// Null for null, and for the copy that a forked process has of its parent's handle: the child is its parent's.
+Child* OwnChild(ProcessHandle handle) {
+  Child* const child = static_cast<Child*>(handle);
+  return child != nullptr && child->parent == getpid() ? child : nullptr;
+}
+
+// 0 when it cannot be read.
+unsigned long long StartTimeOf(pid_t id) {
+  char path[32];
+  std::snprintf(path, sizeof(path), "/proc/%d/stat", id);
+  const int file = open(path, O_RDONLY | O_CLOEXEC);
+  if (file < 0) return 0;
+  char text[1024];
+  const ssize_t size = read(file, text, sizeof(text) - 1);
+  close(file);
+  text[size > 0 ? size : 0] = 0;
+  // The second field is the program's name in parentheses, which may hold anything; the time is the 22nd.
+  const char* field = std::strrchr(text, ')');
+  for (int number = 2; field != nullptr && number < 22; ++number) field = std::strchr(field + 1, ' ');
+  if (field == nullptr) return 0;
+  unsigned long long time = 0;
+  while (*++field >= '0' && *field <= '9') time = time * 10 + static_cast<unsigned long long>(*field - '0');
+  return time;
+}
+
+// Asks how a child of this process is, and changes nothing: `end.si_pid` is 0 while it runs. False when it is no child,
+// or one that was reaped.
+bool Ask(const Identity& child, siginfo_t& end) {
   end = {};
-  return waitid(P_PIDFD, static_cast<id_t>(descriptor), &end, WEXITED | WNOHANG | WNOWAIT) == 0;
+  if (waitid(P_PID, static_cast<id_t>(child.id), &end, WEXITED | WNOHANG | WNOWAIT) != 0) return false;
+  if (child.startTime == 0) return true;
+  const unsigned long long startTime = StartTimeOf(child.id);
+  return startTime == 0 || startTime == child.startTime;
 }
 
-bool IsRunning(int descriptor) {
+bool IsRunning(const Identity& child) {
   siginfo_t end;
-  return Ask(descriptor, end) && end.si_pid == 0;
+  return Ask(child, end) && end.si_pid == 0;
 }
 
-// Reaps a child that has ended, and lets go of it in any case.
-void Drop(int descriptor) {
-  siginfo_t end;
-  waitid(P_PIDFD, static_cast<id_t>(descriptor), &end, WEXITED | WNOHANG);
-  close(descriptor);
-}
-
-// The descriptors of children whose handles were released. The kernel keeps the set: threads share it without a lock
-// of ours. Without it (a process may open no more descriptors) such a child is not reaped.
-int s_released = epoll_create1(EPOLL_CLOEXEC);
-
-struct ReleasedCloser {
-  // A handle in a static object of the host can be released later still.
-  ~ReleasedCloser() { close(std::exchange(s_released, -1)); }
-};
-const ReleasedCloser s_releasedCloser;
-
-void AddReleased(int descriptor) {
-  epoll_event event{};
-  event.events = EPOLLIN | EPOLLONESHOT;  // one end is told to one thread
-  event.data.fd = descriptor;
-  if (epoll_ctl(s_released, EPOLL_CTL_ADD, descriptor, &event) != 0) Drop(descriptor);
-}
-
-void ReapReleased() {
-  for (epoll_event event; epoll_wait(s_released, &event, 1, 0) > 0;) Drop(event.data.fd);
-}
-
-// How a child is to begin, in the terms of posix_spawn.
-class SpawnSettings {
+// A process descriptor (pidfd), held within one call only. When a child is seen to run after its descriptor was opened,
+// the descriptor is the child's for good, whereas the number is the child's until the host reaps it. By system call,
+// since glibc has functions for these from version 2.36 on.
+class ProcessDescriptor {
  public:
-  explicit SpawnSettings(bool inheritDescriptors) {
-    m_good = posix_spawnattr_init(&attributes) == 0 && posix_spawn_file_actions_init(&actions) == 0;
-    sigset_t none;
-    sigset_t all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setsigdefault(&attributes, &all);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    // A host's libraries open descriptors that are not closed on execution; only we can keep them from the child.
-    if (!inheritDescriptors) m_good &= posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1) == 0;
+  explicit ProcessDescriptor(pid_t id) : m_descriptor(static_cast<int>(syscall(SYS_pidfd_open, id, 0))) {}
+  ~ProcessDescriptor() {
+    if (IsOpen()) close(m_descriptor);
   }
-  ~SpawnSettings() {
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
-  }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
+  ProcessDescriptor(const ProcessDescriptor&) = delete;
+  ProcessDescriptor& operator=(const ProcessDescriptor&) = delete;
 
-  bool IsGood() const { return m_good; }
-
-  posix_spawnattr_t attributes;
-  posix_spawn_file_actions_t actions;
+  bool IsOpen() const { return m_descriptor >= 0; }
+  int Get() const { return m_descriptor; }
 
  private:
-  bool m_good;
+  int m_descriptor;
 };
 
-// Asked before a child is started: one that cannot be held must not be started.
-bool HasProcessDescriptors() {
-  const int own = pidfd_open(getpid(), 0);
-  if (own < 0) return false;
-  close(own);
-  return true;
-}
-
-void EndUnheld(pid_t id) {
-  kill(id, SIGKILL);
-  while (waitpid(id, nullptr, 0) < 0 && errno == EINTR) {
-  }
+// Sends a signal to a child that runs; false when it does not.
+bool Signal(const Identity& child, int signal) {
+  const ProcessDescriptor descriptor(child.id);
+  if (!IsRunning(child)) return false;
+  // A host that can open no more descriptors must still be able to end its programs.
+  if (!descriptor.IsOpen()) return kill(child.id, signal) == 0;
+  return syscall(SYS_pidfd_send_signal, descriptor.Get(), signal, nullptr, 0) == 0;
 }
 
 constexpr std::int64_t NanosecondsOfSecond = 1000000000;
@@ -123,13 +109,20 @@ std::int64_t Now() {
   return now.tv_sec * NanosecondsOfSecond + now.tv_nsec;
 }
 
-unsigned int WaitForEnd(int descriptor, unsigned int milliseconds) {
+unsigned int WaitForEnd(pid_t id) {
+  siginfo_t end;
+  while (waitid(P_PID, static_cast<id_t>(id), &end, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+  }
+  return WaitEnded;
+}
+
+unsigned int WaitForEnd(const ProcessDescriptor& descriptor, unsigned int milliseconds) {
   const std::int64_t deadline = Now() + std::int64_t{milliseconds} * 1000000;
   for (;;) {
     const std::int64_t left = deadline - Now();
     const timespec timeout{left > 0 ? left / NanosecondsOfSecond : 0, left > 0 ? left % NanosecondsOfSecond : 0};
-    pollfd entry{descriptor, POLLIN, 0};
-    const int count = ppoll(&entry, 1, milliseconds == WaitInfinite ? nullptr : &timeout, nullptr);
+    pollfd entry{descriptor.Get(), POLLIN, 0};
+    const int count = ppoll(&entry, 1, &timeout, nullptr);
     if (count > 0) return (entry.revents & POLLIN) != 0 ? WaitEnded : WaitFailed;
     if (count == 0) return WaitTimeout;
     if (errno != EINTR) return WaitFailed;
@@ -140,74 +133,68 @@ unsigned int WaitForEnd(int descriptor, unsigned int milliseconds) {
 
 bool StartChild(char* const* arguments, bool inheritDescriptors, StartedProcess* started) {
   ReapReleased();
-  if (!HasProcessDescriptors()) return false;
-  SpawnSettings settings(inheritDescriptors);
-  if (!settings.IsGood()) return false;
+  // A child that can be neither awaited nor ended must not be started.
+  if (!ProcessDescriptor(getpid()).IsOpen()) return false;
   Child* const child = new Child;
-  pid_t id = 0;
-  if (posix_spawnp(&id, arguments[0], &settings.actions, &settings.attributes, arguments, environ) != 0) {
+  const pid_t id = Spawn(arguments, inheritDescriptors);
+  if (id == 0) {
     delete child;
     return false;
   }
-  child->descriptor = pidfd_open(id, 0);
-  if (child->descriptor < 0) {
-    EndUnheld(id);
-    delete child;
-    return false;
-  }
+  siginfo_t end;
+  const Identity identity{id, StartTimeOf(id)};
+  if (Ask(identity, end)) child->identity = identity;
   *started = {child, nullptr, static_cast<unsigned int>(id)};
   return true;
 }
 
 unsigned int WaitForChild(ProcessHandle handle, unsigned int milliseconds) {
   ReapReleased();
-  return handle != nullptr ? WaitForEnd(static_cast<const Child*>(handle)->descriptor, milliseconds) : WaitFailed;
+  const Child* const child = OwnChild(handle);
+  if (child == nullptr) return WaitFailed;
+  const ProcessDescriptor descriptor(child->identity.id);
+  if (!IsRunning(child->identity)) return WaitEnded;
+  if (milliseconds == 0) return WaitTimeout;
+  if (milliseconds == WaitInfinite) return WaitForEnd(child->identity.id);
+  return descriptor.IsOpen() ? WaitForEnd(descriptor, milliseconds) : WaitFailed;
 }
 
 bool ExitCodeOfChild(ProcessHandle handle, unsigned int* exitCode) {
   ReapReleased();
-  if (handle == nullptr) return false;
-  const Child& child = *static_cast<const Child*>(handle);
+  const Child* const child = OwnChild(handle);
   siginfo_t end;
-  if (!Ask(child.descriptor, end)) return false;
+  if (child == nullptr || !Ask(child->identity, end)) return false;
   if (end.si_pid == 0) {
     *exitCode = ExitCodeOfRunning;
   } else if (end.si_code == CLD_EXITED) {
     *exitCode = static_cast<unsigned int>(end.si_status);
   } else {
-    const bool byEndChild = child.killed && end.si_status == SIGKILL;
-    *exitCode = byEndChild ? child.exitCode : 128 + static_cast<unsigned int>(end.si_status);
+    const bool byEndChild = child->killed && end.si_status == SIGKILL;
+    *exitCode = byEndChild ? child->exitCode : 128 + static_cast<unsigned int>(end.si_status);
   }
   return true;
 }
 
 bool EndChild(ProcessHandle handle, unsigned int exitCode) {
   ReapReleased();
-  if (handle == nullptr) return false;
-  Child& child = *static_cast<Child*>(handle);
-  if (!IsRunning(child.descriptor) || pidfd_send_signal(child.descriptor, SIGKILL, nullptr, 0) != 0) return false;
-  child.killed = true;
-  child.exitCode = exitCode;
+  Child* const child = OwnChild(handle);
+  if (child == nullptr || !Signal(child->identity, SIGKILL)) return false;
+  child->killed = true;
+  child->exitCode = exitCode;
   return true;
 }
 
 bool SignalChild(unsigned int event, unsigned int processId) {
   ReapReleased();
   if (event != ControlC && event != ControlBreak) return false;
-  const int descriptor = pidfd_open(static_cast<pid_t>(processId), 0);
-  if (descriptor < 0) return false;
-  const bool sent =
-      IsRunning(descriptor) && pidfd_send_signal(descriptor, event == ControlC ? SIGINT : SIGQUIT, nullptr, 0) == 0;
-  close(descriptor);
-  return sent;
+  return Signal({static_cast<pid_t>(processId)}, event == ControlC ? SIGINT : SIGQUIT);
 }
 
 void ReleaseChild(ProcessHandle handle) {
-  if (handle != nullptr) {
-    Child* const child = static_cast<Child*>(handle);
-    AddReleased(std::exchange(child->descriptor, -1));
-    delete child;
-  }
+  siginfo_t end;
+  const Child* const child = OwnChild(handle);
+  if (child != nullptr && Ask(child->identity, end)) ReapOnceEnded(child->identity.id);
+  delete static_cast<Child*>(handle);
   ReapReleased();
 }
 

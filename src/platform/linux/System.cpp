@@ -59,11 +59,15 @@ class NativeSystem final : public System {
 
   RegistryKey LocalMachine() override { return &s_localMachine; }
 
-  // Every key opened below the root looks at the disk anew, so that a runtime installed meanwhile is seen.
+  // Every key opened below the root looks at the disk anew, so that a runtime installed meanwhile is seen. In the view
+  // of 32-bit programs there is none.
   Status OpenKey(RegistryKey root, const RX::UniChar* subKey, unsigned int access, RegistryKey* key) override {
     if ((access & ~KeyRead) != 0) return StatusAccessDenied;
     return AnswerOr(StatusNotEnoughMemory, [=]() -> Status {
       if (root != &s_localMachine) return static_cast<const OpenedKey*>(root)->Open(subKey, key);
+      const CUnicodeString viewOf32Bit = RX_TEXT("Software\\Wow6432Node\\");
+      const CUnicodeString view = CUnicodeString(subKey).Mid(0, viewOf32Bit.GetLength());
+      if (view.CompareIgnoreCase(viewOf32Bit) == 0) return StatusFileNotFound;
       const CRef<Registry> registry(new Registry);
       AddJavaRuntimes(std::getenv("JAVA_HOME"), "/usr/lib/jvm", *registry);
       return OpenedKey(registry, CUnicodeString()).Open(subKey, key);

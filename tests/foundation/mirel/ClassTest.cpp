@@ -58,7 +58,9 @@ TEST(ClassTest, RecordsMayEndInAnyOrder) {
   auto first = std::make_unique<CClass>("test::First", nullptr, nullptr, nullptr, 1u, nullptr);
   auto second = std::make_unique<CClass>("test::Second", "test::First", nullptr, nullptr, 1u, nullptr);
   const CClass third("test::Third", "test::Second", nullptr, nullptr, 1, nullptr);
+  const CClass fourth("test::Fourth", "test::Third", nullptr, nullptr, 1, nullptr);
   second.reset();
+  EXPECT_EQ(fourth.GetParent(), &third) << "a newer record stays";
   EXPECT_EQ(third.GetParent(), nullptr);
   EXPECT_EQ(child.GetParent(), first.get());
   first.reset();

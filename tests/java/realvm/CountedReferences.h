@@ -71,7 +71,7 @@ class CountedReferences {
   template <auto Slot, typename Function>
   struct Wrapper;
   template <auto Slot, typename R, typename... A>
-  struct Wrapper<Slot, R(JNICALL* Jni::*)(JNIEnv*, A...)> {
+  struct Wrapper<Slot, R (JNICALL* Jni::*)(JNIEnv*, A...)> {
     static R JNICALL Call(JNIEnv* env, A... arguments) {
       const Inside inside;
       if constexpr (std::is_convertible_v<R, jobject>) {

@@ -165,8 +165,8 @@ TEST_F(ErrorTest, AFullHeapIsReportedToo) {
 
 TEST_F(ErrorTest, LookUpsFailWithTheirOwnErrors) {
   JNIEnv* const env = java::detail::Env();
-  EXPECT_EQ(WhatOf<Error>([&] { java::detail::LoadClass(env, "no/Such"); }),
-            "java.lang.ClassNotFoundException: no.Such");
+  EXPECT_THAT(WhatOf<Error>([&] { java::detail::LoadClass(env, "no/Such"); }),
+              StartsWith("java.lang.ClassNotFoundException: no.Such (not on the class path "));
   EXPECT_EQ(WhatOf<Error>([&] { Raise("noSuch"); }), "java.lang.NoSuchMethodError: noSuch");
   env->FindClass("no/Such");
   try {

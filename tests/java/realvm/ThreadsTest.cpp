@@ -1,5 +1,7 @@
 // Threads of the host in one VM.
 #include <atomic>
+#include <cstdlib>
+#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -30,6 +32,15 @@ std::string ThreadName() {
   const auto name =
       java::Adopt(env->CallStaticObjectMethod(raw, env->GetStaticMethodID(raw, "threadName", "()Ljava/lang/String;")));
   return java::detail::ReadUtf8(env, static_cast<jstring>(name.Get()));
+}
+
+// 0 where the system does not tell.
+std::size_t ResidentKibibytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmRSS:", 0) == 0) return std::stoul(line.substr(6));
+  }
+  return 0;
 }
 
 TEST_F(ThreadsTest, AThousandThreadsLeaveNoneBehind) {
@@ -105,6 +116,30 @@ TEST_F(ThreadsTest, EightThreadsShareAGlobalAndItsCopies) {
     }
   });
   EXPECT_EQ(right, 8 * 20000);
+}
+
+constexpr java::StaticMethod<jint(jint)> Abs{"java/lang/Math", "abs"};
+constexpr java::Method<Parent, jint()> Number{"number"};
+constexpr java::Method<Parent, std::string()> Name{"name"};
+
+// One Vm, one Global and the same members for all; the VM that checks each call makes fewer.
+TEST_F(ThreadsTest, EightThreadsMakeFiveMillionCallsAndNothingGrows) {
+  const char* const option = std::getenv("TORVAN_TEST_VM_OPTION");
+  const int rounds = option != nullptr && *option != '\0' ? 2000 : 200000;
+  const Global<Child> shared(New<Child>());
+  const auto call = [&shared, rounds] {
+    for (int i = 0; i < rounds; ++i) {
+      ASSERT_EQ(Abs(-i), i);
+      ASSERT_EQ(Number(shared), 2);
+      const Global<Child> copy = shared;
+      ASSERT_EQ(Number(copy) + Abs(-1), 3);
+    }
+    ASSERT_EQ(Name(shared), "child");
+  };
+  InThreads(8, call);
+  const std::size_t before = ResidentKibibytes();
+  InThreads(8, call);
+  EXPECT_LT(ResidentKibibytes(), before + 16 * 1024);
 }
 
 // Dropped by threads that are not attached while others make and sweep.

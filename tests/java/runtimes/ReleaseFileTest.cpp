@@ -74,6 +74,12 @@ TEST(ReleaseFileTest, AVersionThatIsNoneOfJavaIsToldAsText) {
   EXPECT_EQ(release.versionText, "seventeen");
 }
 
+TEST(ReleaseFileTest, AVersionOfControlCharactersIsNone) {
+  const Release release = ReadRelease("JAVA_VERSION=\x01\nJAVA_RUNTIME_VERSION=17.0.9+9\n");
+  EXPECT_EQ(release.versionText, "17.0.9+9");
+  EXPECT_EQ(ReadRelease("JAVA_VERSION=\x01\n").versionText, "");
+}
+
 TEST(ReleaseFileTest, TextsAreFitToBeShown) {
   const auto vendorOf = [](const std::string& vendor) {
     return ReadRelease("IMPLEMENTOR=\"" + vendor + "\"\n").vendor;
@@ -85,7 +91,8 @@ TEST(ReleaseFileTest, TextsAreFitToBeShown) {
   EXPECT_EQ(vendorOf("Soci\xE9t\xE9"), "Soci?t?");
   EXPECT_EQ(vendorOf("\xC0\xAF|\xE0\x80\xAF|\xF0\x80\x80\xAF"), "??|???|????");            // overlong
   EXPECT_EQ(vendorOf("\xED\xA0\x80|\xF4\x90\x80\x80|\xF5\x80\x80\x80"), "???|????|????");  // no characters
-  EXPECT_EQ(vendorOf("\xE4\xB8"), "??");                                                   // cut off
+  EXPECT_EQ(ReadRelease("IMPLEMENTOR=x\xC2").vendor, "x?");
+  EXPECT_EQ(vendorOf("\xE4\xB8"), "??");  // cut off
   EXPECT_EQ(vendorOf(std::string(10000, 'x')), std::string(200, 'x'));
   EXPECT_EQ(ReadRelease("JAVA_VERSION=\"" + std::string(10000, 'x') + "\"").versionText, std::string(200, 'x'));
 }

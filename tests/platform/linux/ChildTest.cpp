@@ -1,19 +1,15 @@
-// How a child begins, and what becomes of those that nobody holds.
+// How a child begins.
 #include "platform/linux/ChildTest.h"
 
 #include <fcntl.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cstddef>
 #include <fstream>
 #include <iterator>
-#include <thread>
 
 #include "fakes/Allocations.h"
+#include "platform/linux/ForkedProcess.h"
 
 namespace platform_tests {
 namespace {
@@ -21,7 +17,6 @@ namespace {
 using namespace torvan::platform;
 
 using ChildStartTest = ChildTest;
-using OrphanTest = ChildTest;
 
 TEST_F(ChildStartTest, TheArgumentsArriveAsTheyWereQuoted) {
   const TemporaryFolder folder;
@@ -96,115 +91,44 @@ TEST_F(ChildStartTest, RunningOutOfMemoryDoesNotStart) {
   }
 }
 
-// Runs in a process of its own, which may open process descriptors of itself only, or none.
-int StartWithoutProcessDescriptors(bool ownIsOpened) {
-  const auto low = static_cast<unsigned int>(offsetof(seccomp_data, args[0]));
-  sock_filter filter[] = {
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, static_cast<unsigned int>(offsetof(seccomp_data, nr))),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 3),
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, low),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, ownIsOpened ? static_cast<unsigned int>(getpid()) : 0, 1, 0),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-  };
-  const sock_fprog program{static_cast<unsigned short>(std::size(filter)), filter};
-  if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
-    return 1;
-  const int descriptors = CountDescriptors();
-  auto line = fakes::Widen(ProcessFixture("run"));
-  StartedProcess started{};
-  if (System::Native().StartProcess(line.data(), false, 0, &started)) return 2;
-  if (waitpid(-1, nullptr, WNOHANG) != -1 || errno != ECHILD) return 3;
-  return CountDescriptors() == descriptors ? 0 : 4;
-}
-
 TEST_F(ChildStartTest, WithoutProcessDescriptorsNothingStartsAndNothingIsLeft) {
-  for (const bool ownIsOpened : {false, true}) {
-    const pid_t child = fork();
-    if (child == 0) _exit(StartWithoutProcessDescriptors(ownIsOpened));
-    int status = 0;
-    ASSERT_EQ(child, waitpid(child, &status, 0));
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(0, WEXITSTATUS(status)) << ownIsOpened;
-  }
+  InForkedProcess([this] {
+    Refuse(SYS_pidfd_open, ENOSYS);
+    const int descriptors = CountDescriptors();
+    auto line = fakes::Widen(ProcessFixture("run"));
+    StartedProcess started{};
+    EXPECT_FALSE(system.StartProcess(line.data(), false, 0, &started));
+    EXPECT_EQ(-1, waitpid(-1, nullptr, WNOHANG));
+    EXPECT_EQ(ECHILD, errno);
+    EXPECT_EQ(descriptors, CountDescriptors());
+  });
 }
 
-TEST_F(OrphanTest, AChildReleasedWhileItRunsGoesOnAndIsReapedByTheNextCallAfterItsEnd) {
-  const StartedProcess started = Start("run");
-  system.ReleaseHandle(started.process);
-  EXPECT_TRUE(IsChild(started.processId));
-  EXPECT_TRUE(system.SendConsoleEvent(ControlC, started.processId)) << "it still runs";
-  AwaitEnd(started.processId);
-  EXPECT_TRUE(IsChild(started.processId));
-  EXPECT_FALSE(system.SendConsoleEvent(ControlC, 0));
-  EXPECT_FALSE(IsChild(started.processId));
-}
-
-TEST_F(OrphanTest, AnyCallAboutProcessesReapsThem) {
-  const StartedProcess held = Start("run");
-  const auto orphan = [&] {
+// Another process may have its number by then.
+TEST_F(ChildStartTest, AChildThatWasReapedBeforeItIsLookedAtIsNotKilledByItsNumber) {
+  InForkedProcess([this] {
+    signal(SIGCHLD, SIG_IGN);
+    Refuse(SYS_pidfd_open, ESRCH, getpid());
     const StartedProcess started = Start("exit 0");
-    system.ReleaseHandle(started.process);
-    if (IsChild(started.processId)) AwaitEnd(started.processId);
-    return started.processId;
-  };
-
-  unsigned int id = orphan();
-  EXPECT_EQ(258u, system.WaitFor(held.process, 0));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  unsigned int code = 0;
-  EXPECT_TRUE(system.ExitCodeOf(held.process, &code));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  EXPECT_EQ(0u, Run("exit 0"));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  EXPECT_TRUE(system.EndProcess(held.process, 0));
-  EXPECT_FALSE(IsChild(id));
-
-  id = orphan();
-  system.ReleaseHandle(held.process);
-  EXPECT_FALSE(IsChild(id));
-  if (IsChild(held.processId)) AwaitEnd(held.processId);
-  system.ReleaseHandle(nullptr);
-}
-
-TEST_F(OrphanTest, AnEndedChildIsReapedByTheReleaseOfItsHandle) {
-  const StartedProcess started = Start("exit 0");
-  AwaitEnd(started.processId);
-  system.ReleaseHandle(started.process);
-  EXPECT_FALSE(IsChild(started.processId));
-}
-
-TEST_F(OrphanTest, AnEndedChildAnswersUntilItsHandleIsReleased) {
-  const StartedProcess started = Start("exit 6");
-  EXPECT_EQ(0u, system.WaitFor(started.process, 0xFFFFFFFF));
-  for (int asked = 0; asked < 2; ++asked) {
+    while (IsChild(started.processId)) usleep(1000);
+    EXPECT_EQ(0u, system.WaitFor(started.process, 60000));
     unsigned int code = 0;
-    EXPECT_TRUE(system.ExitCodeOf(started.process, &code));
-    EXPECT_EQ(6u, code);
-  }
-  EXPECT_TRUE(IsChild(started.processId)) << "no other process can have its id";
-  system.ReleaseHandle(started.process);
-  EXPECT_FALSE(IsChild(started.processId));
+    EXPECT_FALSE(system.ExitCodeOf(started.process, &code));
+    EXPECT_FALSE(system.EndProcess(started.process, 1));
+    system.ReleaseHandle(started.process);
+  });
 }
 
-TEST_F(OrphanTest, ThreadsStartAndReleaseChildrenTogether) {
-  const auto work = [this] {
-    for (int i = 0; i < 20; ++i) {
-      const StartedProcess dropped = Start("exit 0");
-      system.ReleaseHandle(dropped.process);
-      EXPECT_EQ(static_cast<unsigned int>(i), Run("exit " + std::to_string(i)));
-    }
-  };
-  std::thread other(work);
-  work();
-  other.join();
-  for (siginfo_t information{}; waitid(P_ALL, 0, &information, WEXITED | WNOWAIT) == 0;) system.ReleaseHandle(nullptr);
+TEST_F(ChildStartTest, ARunningChildIsReachedByItsDescriptorAndNotByItsNumber) {
+  InForkedProcess([this] {
+    const StartedProcess interrupted = Start("run");
+    const StartedProcess ended = Start("run");
+    Refuse(SYS_kill, EPERM);
+    EXPECT_TRUE(system.SendConsoleEvent(ControlC, interrupted.processId));
+    EXPECT_EQ(128u + SIGINT, Finish(interrupted));
+    EXPECT_TRUE(system.EndProcess(ended.process, 7));
+    EXPECT_EQ(7u, Finish(ended));
+  });
 }
 
 }  // namespace

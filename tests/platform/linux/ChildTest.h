@@ -44,6 +44,17 @@ class ChildTest : public testing::Test {
     return Finish(Start(arguments, inheritHandles));
   }
 
+  // Starts a child that nobody holds any more while it still runs; ends it later.
+  unsigned int StartAndRelease() {
+    const torvan::platform::StartedProcess started = Start("run");
+    system.ReleaseHandle(started.process);
+    return started.processId;
+  }
+  static void End(unsigned int id) {
+    EXPECT_EQ(0, kill(static_cast<pid_t>(id), SIGKILL));
+    AwaitEnd(id);
+  }
+
   // Waits until the child has ended, and leaves it to be reaped by others.
   static void AwaitEnd(unsigned int id) {
     siginfo_t information{};

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <utility>
 
+#include "fakes/DebugOut.h"
 #include "fakes/Text.h"
 #include "platform/linux/Fixtures.h"
 
@@ -153,11 +155,64 @@ TEST_F(JavaRuntimesTest, TheRuntimeOfJavaHomeIsCurrentEvenIfOlder) {
   EXPECT_EQ("17.0.9", Value(Kits, "CurrentVersion")) << "it is not a kit";
 }
 
-TEST_F(JavaRuntimesTest, AJavaHomeThatIsNoRuntimeIsPassedOver) {
+TEST_F(JavaRuntimesTest, OfSeveralKitsTheNewestIsCurrentWhenJavaHomeIsNone) {
+  AddRuntime(folder, "a", "11.0.2", true);
+  AddRuntime(folder, "b", "17.0.9", true);
+  AddRuntime(folder, "c", "9.0.4", true);
+  AddRuntime(folder, "d", "21.0.1", false);
+  Look(folder.Path("d"));
+  EXPECT_EQ("21.0.1", Value(Runtimes, "CurrentVersion"));
+  EXPECT_EQ("17.0.9", Value(Kits, "CurrentVersion"));
+}
+
+TEST_F(JavaRuntimesTest, AJavaHomeThatIsNoRuntimeIsPassedOverAndTheDebugStreamSaysWhy) {
   AddRuntime(folder, "a", "9.0.4", false);
   AddRuntime(folder, "b", "17.0.9", false);
+  folder.AddFile("no version/lib/server/libjvm.so");
+  folder.AddFile("no name/release", "JAVA_VERSION=\"1\\2\"\n");
+  folder.AddFile("no library/release", "JAVA_VERSION=\"1\"\n");
+  AddRuntime(folder, "\xFF not UTF-8", "5.0", false);
+  const std::pair<const char*, const char*> rows[] = {
+      {"missing", "there is no such folder"},
+      {"no version", "its release file is missing or has no JAVA_VERSION"},
+      {"no name", "the JAVA_VERSION of its release file cannot be used"},
+      {"no library", "it has no VM library (libjvm.so) where runtimes have theirs"},
+      {"\xFF not UTF-8", "its path is not UTF-8"},
+  };
+  for (const auto& [name, reason] : rows) {
+    const fakes::DebugOut debugOut;
+    registry = Registry();
+    Look(folder.Path() + "/" + name);
+    EXPECT_EQ("torvan: JAVA_HOME is passed over: " + folder.Path() + "/" + name + ": " + reason + "\n",
+              debugOut.Text());
+    EXPECT_EQ("17.0.9", Value(Runtimes, "CurrentVersion"));
+  }
+}
+
+TEST_F(JavaRuntimesTest, NothingIsSaidOfAJavaHomeThatIsARuntimeNorOfOtherFolders) {
+  AddRuntime(folder, "a", "9.0.4", false);
+  folder.AddFile("b/release");
+  const fakes::DebugOut debugOut;
+  Look(folder.Path("a"));
+  Look();
+  AddJavaRuntimes("", folder.Path().c_str(), registry);
+  EXPECT_EQ("", debugOut.Text());
+}
+
+TEST_F(JavaRuntimesTest, AHostWithoutADebugStreamIsToldNothing) {
+  const fakes::DebugOut debugOut;
+  mirel::base::CSystem::debugOut = nullptr;
   Look(folder.Path("missing"));
-  EXPECT_EQ("17.0.9", Value(Runtimes, "CurrentVersion"));
+  EXPECT_EQ("", debugOut.Text());
+}
+
+// The registry of Windows has no longer names, and whoever enumerates has no room for them.
+TEST_F(JavaRuntimesTest, AVersionThatIsTooLongForTheNameOfAKeyHidesNoOther) {
+  AddRuntime(folder, "long", "1." + std::string(253, '0'), false);
+  AddRuntime(folder, "longer", "1." + std::string(254, '0'), false);
+  AddRuntime(folder, "usual", "17.0.15", false);
+  Look();
+  EXPECT_THAT(Versions(Runtimes), ElementsAre("1." + std::string(253, '0'), "17.0.15"));
 }
 
 TEST(CompareNumbersInTurnTest, NumbersAreComparedInTurn) {

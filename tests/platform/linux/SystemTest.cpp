@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "fakes/Allocations.h"
+#include "fakes/DebugOut.h"
 #include "fakes/Text.h"
 #include "platform/linux/Fixtures.h"
 
@@ -44,6 +45,18 @@ TEST_F(NativeSystemTest, RuntimesAreSeenInTheOwnViewOfTheRegistryOnly) {
   EXPECT_EQ(0, system.QueryValue(key, u"CurrentVersion", version, &size));
   EXPECT_EQ("99.8.7", fakes::Narrow(version));
   system.CloseKey(key);
+  unsetenv("JAVA_HOME");
+}
+
+TEST_F(NativeSystemTest, RuntimesAreLookedForOnceWhereBothViewsAreOpened) {
+  const fakes::DebugOut debugOut;
+  setenv("JAVA_HOME", folder.Path("missing").c_str(), 1);
+  RegistryKey key = nullptr;
+  for (const RX::UniChar* path : {u"Software\\JavaSoft\\Missing", u"SOFTWARE\\WOW6432Node\\JavaSoft\\Missing"}) {
+    EXPECT_EQ(2, system.OpenKey(system.LocalMachine(), path, 0x20019, &key));
+  }
+  EXPECT_EQ("torvan: JAVA_HOME is passed over: " + folder.Path("missing") + ": there is no such folder\n",
+            debugOut.Text());
   unsetenv("JAVA_HOME");
 }
 

@@ -29,7 +29,7 @@ inline void Check(bool holds, const char* what, const char* file, int line) {
 inline bool Same(const char* left, const char* right) { return left != nullptr && std::strcmp(left, right) == 0; }
 inline bool Same(const mirel::base::CUnicodeString& left, const wchar_t* right) { return left == right; }
 
-// For failures whose line is not published.
+// For failures whose line is not published; they have one, though.
 constexpr unsigned int AnyLine = 0;
 
 // Tells whether an action throws exactly a T: of that class by its catch and by its record, from that line, with that
@@ -42,8 +42,8 @@ bool Throws(Action action, const char* file, unsigned int line, const char* mess
   } catch (const T& thrown) {
     const bool sameMessage =
         message == nullptr ? thrown.GetMessageText() == nullptr : Same(thrown.GetMessageText(), message);
-    return thrown.GetClass() == &record && Same(thrown.GetSourceFile(), file) &&
-           (line == AnyLine || thrown.GetSourceLine() == line) && sameMessage;
+    const bool sameLine = line == AnyLine ? thrown.GetSourceLine() != 0 : thrown.GetSourceLine() == line;
+    return thrown.GetClass() == &record && Same(thrown.GetSourceFile(), file) && sameLine && sameMessage;
   } catch (...) {
   }
   return false;

@@ -43,6 +43,22 @@ void CheckRuntime(CDynamicJavaRuntime& runtime, const CJavaVm& vm) {
       [] { CDynamicJavaRuntime(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Server, L"1.4", JNI_VERSION_1_4); }));
 }
 
+// What a host makes with `new` is freed by the library, so it has to come from the library's heap.
+void CheckHandleMadeWithNew() {
+  static RX::Allocator inner{};
+  static void* first = nullptr;
+  inner = RX::ReplaceAllocator({[](std::size_t size) {
+                                  void* const block = inner.allocate(size);
+                                  if (first == nullptr) first = block;
+                                  return block;
+                                },
+                                nullptr});
+  const mirel::base::CRef<CDynamicJavaRuntime> runtime(new CDynamicJavaRuntime(Library, JNI_VERSION_1_6));
+  RX::ReplaceAllocator(inner);
+  CHECK(first == &*runtime);
+  CHECK(runtime->GetJniVersion() == JNI_VERSION_1_6);
+}
+
 void CheckVm(const CJavaVm& vm) {
   CHECK(vm.Attach() != nullptr);
   vm.Detach();
@@ -111,6 +127,7 @@ void host::CheckJava() {
   {
     const CJavaVm vm = Create(runtime);
     CheckRuntime(runtime, vm);
+    CheckHandleMadeWithNew();
     CheckVm(vm);
     const CJavaClass javaClass = vm.FindClass("acme/Thing");
     CheckClass(javaClass);

@@ -66,9 +66,47 @@ void CheckSet() {
   CHECK(copy.GetOptionCount() == 2);
 }
 
+// Counts how many blocks are taken and not given back.
+int s_blocks = 0;
+RX::Allocator s_inner;
+void* CountTaken(std::size_t size) {
+  ++s_blocks;
+  return s_inner.allocate(size);
+}
+void CountGivenBack(void* block) {
+  --s_blocks;
+  s_inner.release(block);
+}
+
+// What Visual Studio makes of `delete[] first`: the destructor's slot is called once for the whole array.
+void DeleteBySlot(COption* first) {
+  using Destructor = void* (*)(COption*, unsigned int flags);
+  constexpr unsigned int FreeTheBlock = 1;
+  constexpr unsigned int DestroyAnArray = 2;
+  (**reinterpret_cast<Destructor**>(first))(first, FreeTheBlock | DestroyAnArray);
+}
+
+// Every element of an array is destroyed, though the class and its table are the library's.
+template <class Delete>
+bool DestroysAll(Delete deleteArray) {
+  s_inner = RX::ReplaceAllocator({CountTaken, CountGivenBack});
+  CClassPath* const paths = new CClassPath[3];
+  for (int i = 0; i < 3; ++i) paths[i].AddPath(L"a.jar");
+  const int taken = s_blocks;
+  deleteArray(paths);
+  RX::ReplaceAllocator(s_inner);
+  return taken > 3 && s_blocks == 0;
+}
+
+void CheckArrays() {
+  CHECK(DestroysAll([](CClassPath* array) { delete[] array; }));
+  CHECK(DestroysAll(DeleteBySlot));
+}
+
 }  // namespace
 
 void host::CheckOptions() {
   CheckEach();
   CheckSet();
+  CheckArrays();
 }

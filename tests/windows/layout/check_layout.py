@@ -18,6 +18,11 @@ class Layout:
         self.slots = None
 
 
+def unqualified(kind):
+    """A field's type without the classes that it is nested in: compilers differ in whether they print them."""
+    return re.sub(r"(\w+(<[^<>]*>)?::)+", "", kind)
+
+
 def published(path):
     """The layouts of the table, by class."""
     layouts, tables, current = {}, {}, None
@@ -39,7 +44,7 @@ def published(path):
                 current.bases.append((int(words[0]), words[2]))
             else:
                 offset, kind, name = re.fullmatch(r"\s*(\d+) (.+), (\w+)", line).groups()
-                current.fields.append((int(offset), kind, name))
+                current.fields.append((int(offset), unqualified(kind), name))
     return layouts
 
 
@@ -75,7 +80,7 @@ def compiled(command):
                 layout.bases.append((int(offset), plain(text).split(" (")[0]))
             else:
                 kind, name = text.rsplit(" ", 1)
-                layout.fields.append((int(offset), plain(kind), name))
+                layout.fields.append((int(offset), unqualified(plain(kind)), name))
     for block in done.stdout.split("VFTable for ")[1:]:
         rows = re.findall(r"^ +\d+ \| (.*)$", block.split("VFTable indices")[0], re.M)
         slots = [re.sub(r" \[.*\]$", "", plain(row)) for row in rows[1:]]

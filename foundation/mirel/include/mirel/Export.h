@@ -1,5 +1,7 @@
-// Marks what the foundation library hands out.
+// Marks what the foundation library exports.
 #pragma once
+
+#include <rx/Compiler.h>
 
 #if defined(_WIN32)
 #if defined(MIREL_BUILD)

@@ -5,13 +5,13 @@
 
 namespace mirel {
 
-// Brings the foundation library up, or takes one more use of it.
-// Returns the number of uses, at least 1; a negative number would mean that it cannot be used. Throws nothing. Call
+// Starts the foundation library, or counts one more use of it.
+// Returns the number of uses, at least 1; a negative number would mean that it cannot be used. Throws nothing. Call it
 // from the thread that starts the program.
 MIREL_API int Initialize() noexcept;
 
-// Gives back one use; the last one writes out what the debug stream still holds.
-// Returns the number of uses left; 0 when there was none to give back. Throws nothing.
+// Ends one use; the last one flushes the debug stream.
+// Returns the number of uses left; 0 when there was none to end. Throws nothing.
 MIREL_API int Terminate() noexcept;
 
 }  // namespace mirel

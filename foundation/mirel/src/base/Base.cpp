@@ -1,4 +1,5 @@
 #include <mirel/base/Base.h>
+
 #include <mirel/base/MemoryException.h>
 #include <rx/Memory.h>
 

@@ -5,7 +5,8 @@
 namespace mirel::base {
 namespace {
 
-// The records of all loaded libraries, the newest first. Needs no code at start-up: libraries register from theirs.
+// The records of all loaded libraries, the newest first. Constant-initialised, because libraries register from their
+// own initialisers.
 CClass* s_newest = nullptr;
 
 }  // namespace

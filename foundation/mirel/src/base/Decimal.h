@@ -1,9 +1,9 @@
-// Numbers in texts for people, without memory of the allocator.
+// Numbers as text for people, without heap memory.
 #pragma once
 
 namespace mirel::base {
 
-// The decimal digits of a number, which live as long as this object.
+// The decimal digits of a number; they live as long as this object.
 class Decimal {
  public:
   explicit Decimal(unsigned int number) noexcept : m_first(m_text + sizeof(m_text) - 1) {
@@ -19,7 +19,7 @@ class Decimal {
   const char* GetText() const noexcept { return m_first; }
 
  private:
-  char m_text[11];  // 4294967295 and its end
+  char m_text[11];  // 4294967295 and a zero
   char* m_first;
 };
 

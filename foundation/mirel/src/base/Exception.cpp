@@ -1,4 +1,5 @@
 #include <mirel/base/Exception.h>
+
 #include <mirel/base/System.h>
 #include <mirel/io/PrintStream.h>
 
@@ -45,7 +46,7 @@ void PrintToDebugOut(const CException& exception) noexcept {
   try {
     if (CSystem::debugOut != nullptr) exception.Print(*CSystem::debugOut);
   } catch (...) {
-    // The failure being reported must not be followed by another out of the place that may not fail.
+    // Must not throw while reporting.
   }
 }
 

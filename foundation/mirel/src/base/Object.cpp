@@ -9,7 +9,7 @@ CObject::~CObject() = default;
 const CClass* CObject::GetClass() const { return &m_classCObject; }
 
 int CObject::GetHashCode() const {
-  // The lowest bits of an address say only how blocks are aligned.
+  // The lowest bits of an address only show its alignment.
   return static_cast<int>(static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(this) >> 4));
 }
 

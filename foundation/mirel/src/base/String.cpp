@@ -1,4 +1,5 @@
 #include <mirel/base/String.h>
+
 #include <rx/Memory.h>
 
 #include <cstring>

@@ -1,4 +1,5 @@
 #include <mirel/base/System.h>
+
 #include <mirel/io/PrintStream.h>
 
 #include <cstdio>
@@ -14,8 +15,8 @@ class StandardErrorStream : public io::CPrintStream {
   void Flush() override { std::fflush(stderr); }
 };
 
-// Static objects and threads that outlive main report failures, too: the stream is ready before any code of this
-// library runs and never ends.
+// Static objects and threads that outlive main report failures, too: the stream is constant-initialised and never
+// destroyed.
 union FromLoadToUnload {
   constexpr FromLoadToUnload() : stream() {}
   ~FromLoadToUnload() {}

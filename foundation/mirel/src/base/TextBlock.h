@@ -9,7 +9,7 @@
 
 namespace mirel::base {
 
-// Units of some text; null units count as none.
+// A run of UTF-16 units; a null pointer is an empty run.
 struct TextPart {
   const RX::UniChar* units;
   std::size_t length;
@@ -22,8 +22,8 @@ inline RX::UniChar* CopyUnits(RX::UniChar* to, const TextPart& part) noexcept {
   return to + part.length;
 }
 
-// Takes a block for `length` units and a terminating zero. Throws CMemoryException with the place given, also when
-// the length is beyond 32 bits.
+// Allocates a block for `length` units and a terminating zero. Throws CMemoryException with the given place, also when
+// the length exceeds 32 bits.
 inline RX::UniChar* AllocateUnits(std::size_t length, const char* file, unsigned int line) {
   constexpr std::size_t longest = 0xFFFFFFFE;
   void* const block = length > longest ? nullptr : RX_malloc((length + 1) * sizeof(RX::UniChar));

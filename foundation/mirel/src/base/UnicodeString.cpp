@@ -50,7 +50,7 @@ CUnicodeString CUnicodeString::Mid(unsigned int start, unsigned int count) const
 void CUnicodeString::Insert(unsigned int index, const RX::UniChar* text) {
   if (text == nullptr) return;
   const unsigned int before = index < m_length ? index : m_length;
-  // Joined before anything is let go: the text may be a part of this one.
+  // Joined before anything is freed: the text may be a part of this one.
   CUnicodeString({m_text, before}, PartOf(text), {m_text + before, m_length - before}).Swap(*this);
 }
 

@@ -1,10 +1,10 @@
-// Comparing texts while ignoring case.
+// Comparing texts and ignoring case.
 #include <mirel/base/UnicodeString.h>
 
 namespace mirel::base {
 namespace {
 
-// Capital letters from `first` to `last`, every `step`-th of them, whose small letters stand `distance` further on.
+// Every `step`-th unit from `first` to `last` is a capital letter; its small letter is `distance` units higher.
 struct Capitals {
   char32_t first;
   char32_t last;

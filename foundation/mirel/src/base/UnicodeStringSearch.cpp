@@ -1,4 +1,4 @@
-// Looking into texts and comparing them unit by unit.
+// Searching texts and comparing them unit by unit.
 #include <mirel/base/UnicodeString.h>
 
 #include "TextBlock.h"

@@ -13,7 +13,7 @@ constexpr char32_t Replacement = 0xFFFD;
 bool IsHighSurrogate(RX::UniChar unit) noexcept { return (unit & 0xFC00) == 0xD800; }
 bool IsLowSurrogate(RX::UniChar unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
 
-// Takes the next character from the text; a surrogate without its partner gives the replacement character.
+// Reads the next character and advances; a lone surrogate reads as the replacement character.
 char32_t NextCharacter(const RX::UniChar*& units, const RX::UniChar* end) noexcept {
   const char32_t unit = static_cast<char32_t>(*units);
   ++units;
@@ -44,7 +44,7 @@ struct Sequence {
   }
 };
 
-// Writes what fits in whole characters, ended with a zero, and gives the bytes that the whole text and its zero need.
+// Writes the whole characters that fit, and a zero. Returns the bytes that the whole text and its zero need.
 std::size_t Encode(const TextPart& text, char* buffer, std::size_t size) noexcept {
   std::size_t needed = 0;
   std::size_t written = 0;
@@ -52,7 +52,7 @@ std::size_t Encode(const TextPart& text, char* buffer, std::size_t size) noexcep
   const RX::UniChar* const end = units + text.length;
   while (units != end) {
     const Sequence sequence(NextCharacter(units, end));
-    // Once a character has been left out `written` stays behind `needed`, and no later one is written.
+    // Once a character does not fit, `written` stays below `needed`, and no later character is written.
     if (written == needed && written + sequence.length < size) {
       std::memcpy(buffer + written, sequence.bytes, sequence.length);
       written += sequence.length;

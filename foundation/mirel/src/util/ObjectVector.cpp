@@ -17,7 +17,7 @@ CObjectVector::CObjectVector(unsigned int initialCapacity, unsigned int incremen
     : m_objects(initialCapacity, increment) {}
 
 CObjectVector::CObjectVector(const CObjectVector& other) : m_objects(other.m_objects) {
-  // The other's pointers give way to clones one by one.
+  // Holds copies of the other's pointers, which clones replace one by one.
   unsigned int cloned = 0;
   try {
     for (; cloned < GetSize(); ++cloned) m_objects[cloned] = CloneOf(other[cloned]);
@@ -34,7 +34,7 @@ CObjectVector& CObjectVector::operator=(const CObjectVector& other) {
   CObjectVector clones(other);
   CVector<base::CObject*> old(m_objects);
   m_objects = clones.m_objects;
-  // Nothing fails from here on: the clones change their owner, the old objects go.
+  // Nothing fails from here on: the clones move in, the old objects are deleted.
   while (clones.GetSize() != 0) clones.m_objects.RemoveElementAt(clones.GetSize() - 1);
   DeleteAll(old);
   return *this;

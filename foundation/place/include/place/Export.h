@@ -1,5 +1,7 @@
-// Marks what the file-location library hands out.
+// Marks what the file-location library exports.
 #pragma once
+
+#include <rx/Compiler.h>
 
 #if defined(_WIN32)
 #if defined(PLACE_BUILD)

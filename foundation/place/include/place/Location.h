@@ -6,21 +6,21 @@
 
 namespace Place {
 
-// Names a file or folder by its path.
-// Nothing is opened or checked. A value: copies are independent.
+// The path of a file or folder.
+// Nothing is opened or checked. Copies are independent.
 class PLACE_API Location {
  public:
-  // Names nothing: ToPath fails.
+  // Constructs a location without a path: ToPath fails.
   Location() noexcept;
-  // Names the file at a zero-terminated UTF-16 path. Null or empty names nothing. Throws RX::OutOfMemoryException.
+  // Takes a zero-terminated UTF-16 path; null or empty makes a location without a path. Throws
+  // RX::OutOfMemoryException.
   Location(const RX::UniChar* path);
   Location(const Location& other);
   ~Location();
   Location& operator=(const Location& other);
 
-  // Gives the path.
-  // Returns 0 and fills `path`, or returns a status other than 0 and makes `path` empty when there is nothing to name.
-  // Throws RX::OutOfMemoryException.
+  // Copies the path into `path` and returns 0.
+  // Without a path it makes `path` empty and returns another status. Throws RX::OutOfMemoryException.
   int ToPath(RX::UniString& path) const;
 
  private:

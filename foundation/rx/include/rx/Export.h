@@ -1,5 +1,7 @@
-// Marks what the root library hands out.
+// Marks what the root library exports.
 #pragma once
+
+#include <rx/Compiler.h>
 
 #if defined(_WIN32)
 #if defined(RX_BUILD)

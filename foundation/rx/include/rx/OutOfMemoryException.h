@@ -5,8 +5,8 @@
 
 namespace RX {
 
-// Thrown by the root library's own classes when a block cannot be had.
-// It has no base and no text. The foundation library's CMemoryException is another class: catch both.
+// Thrown by the root library's own classes when memory cannot be allocated.
+// It has no base class and no text. The foundation library's CMemoryException is another class: catch both.
 class RX_API OutOfMemoryException {};
 
 }  // namespace RX

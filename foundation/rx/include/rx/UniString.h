@@ -5,11 +5,11 @@
 
 namespace RX {
 
-// A UTF-16 text of its own, as the root libraries hand it out.
-// Each object owns its units. Not safe for use by two threads at once while one of them writes.
+// A UTF-16 text that owns its units, as the root libraries return it.
+// Not safe for use by two threads at once while one of them writes.
 class RX_API UniString {
  public:
-  // Makes an empty text whose conversion gives null.
+  // Constructs a null text.
   UniString() noexcept : m_text(nullptr) {}
   // Copies zero-terminated text; null stays null. Throws OutOfMemoryException.
   UniString(const UniChar* text);
@@ -17,10 +17,10 @@ class RX_API UniString {
   UniString(const UniString& other);
   ~UniString();
 
-  // Copies another text. Throws OutOfMemoryException and then keeps what it held.
+  // Copies another text. Throws OutOfMemoryException and is then unchanged.
   UniString& operator=(const UniString& other);
 
-  // The zero-terminated units, or null; valid until the text changes or ends.
+  // Returns the zero-terminated units, or null; valid until the text changes or is destroyed.
   operator const UniChar*() const noexcept { return m_text; }
 
  private:

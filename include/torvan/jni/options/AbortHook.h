@@ -1,11 +1,11 @@
-// What the VM calls when it aborts.
+// The hook that the VM calls when it aborts.
 #pragma once
 
 #include <torvan/jni/options/Hook.h>
 
 namespace torvan::jni::options {
 
-// A function that the VM calls when it cannot go on, before it ends the process; returning does not save it.
+// A function that the VM calls when it cannot go on, before it ends the process. The process ends even if it returns.
 class TORVAN_API CAbortHook : public CHook {
  public:
   // "abort".
@@ -18,10 +18,10 @@ class TORVAN_API CAbortHook : public CHook {
   CAbortHook& operator=(const CAbortHook& other);
 
   const mirel::base::CClass* GetClass() const override;
-  // Equal are abort hooks with the same function; their names are not compared.
+  // Abort hooks with the same function are equal; their names are not compared.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
-  // Gives the function.
+  // Returns the function.
   void* GetExtraInfo() const override;
 
   static mirel::base::CClass m_classCAbortHook;

@@ -8,7 +8,7 @@ namespace torvan::jni::options {
 // The folders and archives that Java classes are loaded from, the property "java.class.path".
 class TORVAN_API CClassPath : public CPathList {
  public:
-  // Makes an empty class path. Throws CMemoryException.
+  // Constructs an empty class path. Throws CMemoryException.
   CClassPath();
   CClassPath(const CClassPath& other);
   virtual ~CClassPath();

@@ -6,7 +6,7 @@
 
 namespace torvan::jni::options {
 
-// An option whose complete text the host writes itself, for example "-Xmx64m".
+// An option whose complete text the host writes, for example "-Xmx64m".
 class TORVAN_API CCustomOption : public COption {
  public:
   // Copies the text. Throws CIllegalArgumentException "Invalid custom option value." when it is null or empty, and
@@ -19,10 +19,10 @@ class TORVAN_API CCustomOption : public COption {
   const mirel::base::CUnicodeString& GetValue() const noexcept { return m_value; }
 
   const mirel::base::CClass* GetClass() const override;
-  // Equal are custom options with equal texts.
+  // Custom options with the same text are equal.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
-  // Gives the text unchanged.
+  // Returns the text unchanged.
   mirel::base::CUnicodeString GetOptionString() const override;
   void* GetExtraInfo() const override;
 

@@ -1,4 +1,4 @@
-// What the VM calls when Java ends the process.
+// The hook that the VM calls when Java ends the process.
 #pragma once
 
 #include <torvan/jni/options/Hook.h>
@@ -18,10 +18,10 @@ class TORVAN_API CExitHook : public CHook {
   CExitHook& operator=(const CExitHook& other);
 
   const mirel::base::CClass* GetClass() const override;
-  // Equal are exit hooks with equal names and the same function.
+  // Exit hooks with the same name and the same function are equal.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
-  // Gives the function.
+  // Returns the function.
   void* GetExtraInfo() const override;
 
   static mirel::base::CClass m_classCExitHook;

@@ -7,7 +7,7 @@
 namespace torvan::jni::options {
 
 // The base of the hooks that JNI knows: the option's text is the hook's name, its extra information the function.
-// The function must stay callable as long as the VM runs, and is called in whatever thread the VM pleases.
+// The function must stay callable as long as the VM runs. The VM calls it on any thread.
 class TORVAN_API CHook : public COption {
  public:
   CHook(const CHook& other);
@@ -17,7 +17,7 @@ class TORVAN_API CHook : public COption {
   const mirel::base::CUnicodeString& GetHookName() const noexcept { return m_hookName; }
 
   const mirel::base::CClass* GetClass() const override;
-  // Gives the hook's name.
+  // Returns the hook's name.
   mirel::base::CUnicodeString GetOptionString() const override;
 
   static mirel::base::CClass m_classCHook;

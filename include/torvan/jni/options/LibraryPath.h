@@ -8,7 +8,7 @@ namespace torvan::jni::options {
 // The folders that native libraries are loaded from, the property "java.library.path".
 class TORVAN_API CLibraryPath : public CPathList {
  public:
-  // Makes an empty library path. Throws CMemoryException.
+  // Constructs an empty library path. Throws CMemoryException.
   CLibraryPath();
   CLibraryPath(const CLibraryPath& other);
   virtual ~CLibraryPath();

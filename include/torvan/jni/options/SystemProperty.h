@@ -40,8 +40,8 @@ class TORVAN_API CSystemProperty : public COption {
   static const RX::UniChar* const VmVersion;
 
   // Copies name and value.
-  // Throws CIllegalArgumentException "Invalid system property name." or "Invalid system property value." when the one
-  // or the other is null or empty (the name is looked at first), and CMemoryException.
+  // Throws CIllegalArgumentException "Invalid system property name." or "Invalid system property value." when one of
+  // them is null or empty (the name is checked first), and CMemoryException.
   CSystemProperty(const RX::UniChar* name, const RX::UniChar* value);
   CSystemProperty(const CSystemProperty& other);
   virtual ~CSystemProperty();
@@ -51,17 +51,17 @@ class TORVAN_API CSystemProperty : public COption {
   const mirel::base::CUnicodeString& GetValue() const noexcept { return m_value; }
 
   const mirel::base::CClass* GetClass() const override;
-  // Equal are system properties with equal names and equal values.
+  // System properties with the same name and the same value are equal.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
-  // Gives for example "-Duser.dir=C:\work".
+  // Returns for example "-Duser.dir=C:\work".
   mirel::base::CUnicodeString GetOptionString() const override;
   void* GetExtraInfo() const override;
 
   static mirel::base::CClass m_classCSystemProperty;
 
  protected:
-  // Makes a property without a value, for classes that have their value elsewhere.
+  // Constructs a property without a value, for classes that keep their value elsewhere.
   // Throws CIllegalArgumentException "Invalid system property name." when the name is null or empty, and
   // CMemoryException.
   CSystemProperty(const RX::UniChar* name);

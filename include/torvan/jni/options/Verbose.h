@@ -6,11 +6,11 @@
 namespace torvan::jni::options {
 
 // The "-verbose:" switch.
-// Flag 1 stands for class loading, flag 2 for garbage collection; both together also switch JNI reports on, which
-// cannot be had alone.
+// Flag 1 is class loading, flag 2 garbage collection; both together also switch on JNI reports, which cannot be
+// switched on alone.
 class TORVAN_API CVerbose : public COption {
  public:
-  // Keeps the flags as they are; bits above the two lowest mean nothing.
+  // Keeps the flags unchanged; bits above the two lowest mean nothing.
   // Throws CIllegalArgumentException "Invalid verbose flags." when neither flag 1 nor flag 2 is set.
   CVerbose(unsigned int flags);
   CVerbose(const CVerbose& other);
@@ -20,10 +20,10 @@ class TORVAN_API CVerbose : public COption {
   unsigned int GetFlags() const noexcept { return m_flags; }
 
   const mirel::base::CClass* GetClass() const override;
-  // Equal are verbose options with the same flags, those without meaning included.
+  // Verbose options with the same flags are equal; bits without meaning count, too.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
-  // Gives for example "-verbose:class,gc,jni".
+  // Returns for example "-verbose:class,gc,jni".
   mirel::base::CUnicodeString GetOptionString() const override;
   void* GetExtraInfo() const override;
 

@@ -1,4 +1,4 @@
-// What the VM prints its messages with.
+// The hook that the VM prints its messages with.
 #pragma once
 
 #include <torvan/jni/options/Hook.h>
@@ -21,10 +21,10 @@ class TORVAN_API CVfprintfHook : public CHook {
   CVfprintfHook& operator=(const CVfprintfHook& other);
 
   const mirel::base::CClass* GetClass() const override;
-  // Equal are vfprintf hooks with equal names and the same function.
+  // Vfprintf hooks with the same name and the same function are equal.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
-  // Gives the function.
+  // Returns the function.
   void* GetExtraInfo() const override;
 
   static mirel::base::CClass m_classCVfprintfHook;

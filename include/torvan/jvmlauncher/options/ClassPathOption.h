@@ -9,8 +9,8 @@
 namespace torvan::jvmlauncher::options {
 
 // The class path: folders, jar files and wildcards, in search order.
-// Each entry is followed by the system's path-list separator (";" on Windows, ":" on Linux), the last one, too. An
-// option without entries renders as nothing. Throws CMemoryException when memory runs out.
+// The system's path-list separator (";" on Windows, ":" on Linux) follows each entry, the last one included. An option
+// without entries renders as nothing. Throws CMemoryException when memory runs out.
 class TORVAN_API CClassPathOption : public CJavaVmOption {
  public:
   CClassPathOption();
@@ -18,18 +18,19 @@ class TORVAN_API CClassPathOption : public CJavaVmOption {
   virtual ~CClassPathOption();
   CClassPathOption& operator=(const CClassPathOption& other);
 
-  // Appends an entry as it comes, unchecked; null counts as empty.
+  // Appends an entry unchanged and unchecked; null counts as empty.
   void AddEntry(const RX::UniChar* entry);
-  // Appends a path; a location that names nothing gives an empty entry. Also throws RX::OutOfMemoryException.
+  // Appends a path; a location without a path appends an empty entry. Also throws RX::OutOfMemoryException.
   void AddEntry(const Place::Location& location);
 
   unsigned int GetEntryCount() const;
-  // Gives an entry, valid until the option changes. Throws CNoSuchElementException when `index` is not below the count.
+  // Returns an entry, valid until the option changes. Throws CNoSuchElementException when `index` is not below the
+  // count.
   const mirel::base::CUnicodeString& GetEntryAt(unsigned int index) const;
 
   const mirel::base::CClass* GetClass() const override;
-  // Entries are compared pairwise as CUnicodeString::CompareIgnoreCase does: ASCII and the simple pairs of Latin, Greek
-  // and Cyrillic letters ignoring case.
+  // Compares the entries in order as CUnicodeString::CompareIgnoreCase does, which ignores the case of ASCII and simple
+  // Latin, Greek and Cyrillic letters.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
 

@@ -1,4 +1,4 @@
-// An option in the caller's own words.
+// Options in the caller's own words.
 #pragma once
 
 #include <torvan/Export.h>
@@ -6,17 +6,17 @@
 
 namespace torvan::jvmlauncher::options {
 
-// An option, or several, exactly as they are to stand on the command line. Immutable.
-// Nothing is added and nothing quoted: quotes that are needed are part of the text.
+// One option or several, exactly as the command line is to have them. Immutable.
+// Nothing is added and nothing quoted: the text contains the quotes that it needs.
 class TORVAN_API CDirectOption : public CJavaVmOption {
  public:
   // Throws CIllegalArgumentException "Invalid direct java vm option." for null or empty text.
-  explicit CDirectOption(const RX::UniChar* option);
+  CDirectOption(const RX::UniChar* option);
   CDirectOption(const CDirectOption& other);
   virtual ~CDirectOption();
   CDirectOption& operator=(const CDirectOption& other);
 
-  // The text as it was given.
+  // Returns the text unchanged.
   const mirel::base::CUnicodeString& GetOption() const;
 
   const mirel::base::CClass* GetClass() const override;
@@ -27,7 +27,7 @@ class TORVAN_API CDirectOption : public CJavaVmOption {
   static mirel::base::CClass m_classCDirectOption;
 
  protected:
-  // Makes an option without text, to be assigned to.
+  // Constructs an option without text, to be assigned to.
   CDirectOption();
 
   mirel::base::CUnicodeString RenderCommandLine() const override;

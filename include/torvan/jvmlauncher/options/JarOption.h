@@ -11,10 +11,10 @@ namespace torvan::jvmlauncher::options {
 class TORVAN_API CJarOption : public CJavaVmOption {
  public:
   // Takes a path. Throws CIllegalArgumentException "Invalid jar file path." for null or empty text.
-  explicit CJarOption(const RX::UniChar* path);
-  // Takes a path. Throws CIllegalArgumentException "Invalid jar file path." when the location names nothing, and
+  CJarOption(const RX::UniChar* path);
+  // Takes a path. Throws CIllegalArgumentException "Invalid jar file path." when the location has none, and
   // RX::OutOfMemoryException.
-  explicit CJarOption(const Place::Location& location);
+  CJarOption(const Place::Location& location);
   CJarOption(const CJarOption& other);
   virtual ~CJarOption();
   CJarOption& operator=(const CJarOption& other);
@@ -22,8 +22,8 @@ class TORVAN_API CJarOption : public CJavaVmOption {
   const mirel::base::CUnicodeString& GetJarFilePath() const;
 
   const mirel::base::CClass* GetClass() const override;
-  // Paths are compared as CUnicodeString::CompareIgnoreCase does: ASCII and the simple pairs of Latin, Greek and
-  // Cyrillic letters ignoring case.
+  // Compares paths as CUnicodeString::CompareIgnoreCase does, which ignores the case of ASCII and simple Latin, Greek
+  // and Cyrillic letters.
   bool Equals(const mirel::base::CObject* other) const override;
   mirel::base::CObject* Clone() const override;
 

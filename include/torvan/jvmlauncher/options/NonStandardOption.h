@@ -6,16 +6,16 @@
 
 namespace torvan::jvmlauncher::options {
 
-// A non-standard option, given without its "-X": "mx512m" stands for -Xmx512m. Immutable and never quoted.
+// A non-standard option without its "-X": "mx512m" renders as -Xmx512m. Immutable and never quoted.
 class TORVAN_API CNonStandardOption : public CJavaVmOption {
  public:
   // Throws CIllegalArgumentException "Invalid non-standard java vm option." for null or empty text.
-  explicit CNonStandardOption(const RX::UniChar* option);
+  CNonStandardOption(const RX::UniChar* option);
   CNonStandardOption(const CNonStandardOption& other);
   virtual ~CNonStandardOption();
   CNonStandardOption& operator=(const CNonStandardOption& other);
 
-  // The text without "-X".
+  // Returns the text without "-X".
   const mirel::base::CUnicodeString& GetOption() const;
 
   const mirel::base::CClass* GetClass() const override;
@@ -26,7 +26,7 @@ class TORVAN_API CNonStandardOption : public CJavaVmOption {
   static mirel::base::CClass m_classCNonStandardOption;
 
  protected:
-  // Makes an option without text, to be assigned to.
+  // Constructs an option without text, to be assigned to.
   CNonStandardOption();
 
   mirel::base::CUnicodeString RenderCommandLine() const override;

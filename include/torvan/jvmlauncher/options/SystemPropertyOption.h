@@ -8,14 +8,13 @@
 namespace torvan::jvmlauncher::options {
 
 // A system property of the Java program: -Dname=value. Immutable.
-// On the command line a value with a space stands in quotes; the name stands before them.
+// On the command line a value that contains a space is put in quotes; the name is not.
 class TORVAN_API CSystemPropertyOption : public CJavaVmOption {
  public:
-  // Throws CIllegalArgumentException "Invalid system property name." when the name is null, empty or holds a space, and
-  // "Invalid system property value." when the value is null or empty.
+  // Throws CIllegalArgumentException "Invalid system property name." when the name is null, empty or contains a space,
+  // and "Invalid system property value." when the value is null or empty.
   CSystemPropertyOption(const RX::UniChar* name, const RX::UniChar* value);
-  // Takes a path for the value; a location that names nothing is an invalid value. Also throws
-  // RX::OutOfMemoryException.
+  // Takes a path for the value; a location without a path is an invalid value. Also throws RX::OutOfMemoryException.
   CSystemPropertyOption(const RX::UniChar* name, const Place::Location& value);
   CSystemPropertyOption(const CSystemPropertyOption& other);
   virtual ~CSystemPropertyOption();

@@ -8,10 +8,10 @@
 namespace mirel::base {
 
 // Objects of derived classes live in blocks of the root allocator.
-// So every library and host can delete what another one made. It has no data.
+// Any library and the host can therefore delete what another one created. It has no data.
 class MIREL_API CBase {
  public:
-  // Takes a block. Throws CMemoryException (no message) when there is none.
+  // Allocates a block. Throws CMemoryException (no message) when there is no memory.
   static void* operator new(std::size_t size);
   static void operator delete(void* block) noexcept;
 

@@ -8,14 +8,14 @@ namespace mirel::base {
 class CObject;
 
 // Describes one class at run time: its name, its parent's name, the size of its objects.
-// Records are static objects that exist from load to unload of their library; they are immutable and may be read by any
-// thread. A parent is found by its registered name, and only when asked for, since a record can be built before its
+// Records are static objects that exist while their library is loaded; they never change, and any thread may read them.
+// A parent is found by its registered name, and only when it is asked for, because a record can be built before its
 // parent's.
 class MIREL_API CClass {
  public:
   // Registers a class. The texts are 8-bit, "::" between namespaces, and are not copied.
-  // `reserved1`, `reserved2` and `create` (which makes a default instance) may be null and are not looked at: nothing
-  // is made by its class name. Throws nothing.
+  // `reserved1`, `reserved2` and `create` (a function that makes a default instance) may be null and are ignored:
+  // nothing is created by class name. Throws nothing.
   CClass(const char* name, const char* parentName, const char* reserved1, const char* reserved2,
          unsigned int instanceSize, CObject* (*create)()) noexcept;
   ~CClass();
@@ -27,7 +27,7 @@ class MIREL_API CClass {
   // The size of one object, in bytes.
   unsigned int GetInstanceSize() const noexcept { return m_instanceSize; }
 
-  // Gives the parent's record, or null when no class of that name is registered.
+  // Returns the parent's record, or null when no class of that name is registered.
   const CClass* GetParent() const noexcept;
 
  private:

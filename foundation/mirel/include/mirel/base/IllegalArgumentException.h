@@ -5,7 +5,7 @@
 
 namespace mirel::base {
 
-// Thrown when a caller passes what cannot be worked with; the message says what.
+// Thrown when a caller passes an argument that cannot be used; the message says which.
 class MIREL_API CIllegalArgumentException : public CException {
  public:
   CIllegalArgumentException(const char* file, unsigned int line, const char* message, const char* detail) noexcept;

@@ -5,7 +5,7 @@
 
 namespace mirel::base {
 
-// Thrown when a block of memory, or a Java object, cannot be had. It carries no message.
+// Thrown when a block of memory or a Java object cannot be allocated. It has no message.
 class MIREL_API CMemoryException : public CException {
  public:
   CMemoryException(const char* file, unsigned int line, const char* message, const char* detail) noexcept;

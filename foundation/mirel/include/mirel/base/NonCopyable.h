@@ -1,4 +1,4 @@
-// A base that forbids copies.
+// A base class that forbids copies.
 #pragma once
 
 namespace mirel::base {

@@ -3,7 +3,7 @@
 
 namespace mirel::base {
 
-// What handles are compared with to ask whether they refer to nothing: `object == CNull()`.
+// Compare a handle with it to ask whether the handle is null: `object == CNull()`.
 class CNull {};
 
 }  // namespace mirel::base

@@ -6,22 +6,22 @@
 
 namespace mirel::base {
 
-// A polymorphic object that knows its class, can be compared and cloned.
+// A polymorphic object that knows its class and can be compared and cloned.
 class MIREL_API CObject : public CBase {
  public:
   virtual ~CObject();
 
-  // Gives the record of the object's class.
+  // Returns the record of the object's class.
   virtual const CClass* GetClass() const;
-  // Gives a hash made from the object's address.
+  // Returns a hash of the object's address.
   virtual int GetHashCode() const;
-  // Tells whether the other object equals this one; by default only this very object does. Null equals nothing.
+  // Tells whether the other object equals this one; by default an object equals only itself. Null equals nothing.
   virtual bool Equals(const CObject* other) const;
-  // Makes a copy that the caller owns and deletes; by default there is none, and the result is null.
+  // Returns a copy that the caller owns and deletes; by default null.
   virtual CObject* Clone() const;
 
-  // Tells whether the object's class is `type` or has it among its registered parents.
-  // Parents are followed by their registered names, which need not be the C++ bases. False for null.
+  // Tells whether the object's class is `type` or inherits from it by the registered parents.
+  // The registered parents need not be the C++ bases. False for null.
   bool IsInstanceOf(const CClass* type) const;
 
   static CClass m_classCObject;

@@ -14,10 +14,10 @@
 namespace mirel::base {
 
 // Refers to a shared object, or to nothing; the last reference to go deletes the object.
-// T is a class derived from CBase. The count is not atomic: references to one object must not be copied, assigned or
-// dropped by two threads at once. Using an empty reference throws CNullReferenceException (no message); making a
-// reference from a pointer throws CMemoryException (no message) when memory runs out, and the object handed in is
-// deleted then.
+// T is a class derived from CBase, or one with a virtual destructor. The count is not atomic: references to one object
+// must not be copied, assigned or dropped by two threads at once. Using an empty reference throws
+// CNullReferenceException (no message); making a reference from a pointer throws CMemoryException (no message) when
+// memory runs out, and the object handed in is deleted then.
 template <typename T>
 class CRef : public CBase {
  public:
@@ -79,7 +79,7 @@ class CRef : public CBase {
     if (object == nullptr) return nullptr;
     void* place = RX_malloc(sizeof(CRefCountedPtr<T>));
     if (place == nullptr) {
-      delete object;
+      Delete(object);
       CBase::_ThrowMemoryException("mirel/base/Ref", line);
     }
     return ::new (place) CRefCountedPtr<T>(object, true);
@@ -91,13 +91,27 @@ class CRef : public CBase {
 
   void Release() {
     if (m_block == nullptr || !m_block->RemoveReference()) return;
-    struct FreeBlock {
-      CRefCountedPtr<T>* block;
-      ~FreeBlock() { RX_free(block); }
-    } freeBlock{m_block};
-    static_assert(std::is_base_of_v<CBase, T>, "the object's memory goes back to the root allocator");
-    if (m_block->IsOwning()) delete m_object;
+    const Memory block{m_block};
+    if (m_block->IsOwning()) Delete(m_object);
   }
+
+  // A virtual destructor brings the `delete` of the object's own class along. An object without one is a T and nothing
+  // more, and its memory is the root allocator's.
+  static void Delete(T* object) {
+    if constexpr (std::has_virtual_destructor_v<T>) {
+      delete object;
+    } else {
+      static_assert(std::is_base_of_v<CBase, T>, "a class without a virtual destructor must be derived from CBase");
+      const Memory memory{object};
+      object->T::~T();
+    }
+  }
+
+  // Freed at the end of the scope, also when a destructor throws.
+  struct Memory {
+    void* block;
+    ~Memory() { RX_free(block); }
+  };
 
   CRefCountedPtr<T>* m_block;
   T* m_object;

@@ -9,14 +9,14 @@ class CPrintStream;
 
 namespace mirel::base {
 
-// What belongs to the process as a whole.
+// The state of the process as a whole.
 class MIREL_API CSystem {
  public:
   CSystem() = delete;
 
-  // Where failures are reported that must not reach the caller: the standard error stream unless replaced.
-  // A host assigns its own stream, which must live as long as it stands here; null makes such reports disappear. Not
-  // guarded against other threads.
+  // The stream for failures that must not reach the caller: the standard error stream unless replaced.
+  // A host assigns its own stream, which must live as long as it is assigned; null discards the reports. A report is a
+  // line in several pieces, printed by the thread that fails. Not synchronised: assign before there are threads.
   static io::CPrintStream* debugOut;
 };
 

@@ -6,10 +6,10 @@
 namespace mirel::base {
 
 // A UTF-16 buffer that grows as text is appended. Lengths and capacities are UTF-16 units.
-// Appending throws CMemoryException (no message) when memory runs out, and the buffer then keeps what it held.
+// Appending throws CMemoryException (no message) when memory runs out and changes nothing then.
 class MIREL_API CUnicodeStringBuffer : public CBase {
  public:
-  // Makes an empty buffer with room for `capacity` units. Throws CMemoryException.
+  // Constructs an empty buffer with room for `capacity` units. Throws CMemoryException.
   explicit CUnicodeStringBuffer(unsigned int capacity);
   ~CUnicodeStringBuffer();
   CUnicodeStringBuffer(const CUnicodeStringBuffer&) = delete;
@@ -23,10 +23,10 @@ class MIREL_API CUnicodeStringBuffer : public CBase {
   unsigned int GetLength() const noexcept { return m_length; }
   // Tells whether the buffer ends with this unit.
   bool EndsWith(RX::UniChar unit) const noexcept;
-  // Cuts the text to `length` units; a length behind the end changes nothing.
+  // Truncates the text to `length` units; a larger length changes nothing.
   void Truncate(unsigned int length) noexcept;
 
-  // Gives what was appended; an empty text, not null, when there was nothing. Throws CMemoryException.
+  // Returns the text; empty, not null, when nothing was appended. Throws CMemoryException.
   CUnicodeString ToString() const;
 
  private:

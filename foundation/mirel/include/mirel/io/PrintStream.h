@@ -1,19 +1,19 @@
-// Streams that people read.
+// Text streams for people to read.
 #pragma once
 
 #include <mirel/base/Base.h>
 
 namespace mirel::io {
 
-// Takes 8-bit text for people to read. Derive from it to send reports where the host wants them.
+// A stream of 8-bit text for people to read. Derive from it to send reports where the host wants them.
 class MIREL_API CPrintStream : public base::CBase {
  public:
   virtual ~CPrintStream();
 
-  // Takes a zero-terminated text as it stands. Implementations should not throw: they are called while failures are
-  // being reported.
+  // Writes a zero-terminated text unchanged. Implementations should not throw: they are called while a failure is being
+  // reported.
   virtual void Print(const char* text) = 0;
-  // Writes out what is held back; by default nothing is.
+  // Flushes what is buffered; by default nothing is.
   virtual void Flush();
 
   // Prints a text and ends the line.

@@ -5,7 +5,8 @@
 
 namespace mirel::util {
 
-// Hashes a text: for units u1 ... un the sum of ui * 31^(n-i), in 32-bit arithmetic. Null hashes as empty, to 0.
+// Returns the hash of a text: for units u1 ... un the sum of ui * 31^(n-i), in 32-bit arithmetic. Null hashes to 0, as
+// empty text does.
 MIREL_API int GetCUnicodeStringHashCode(const base::CUnicodeString& text);
 
 }  // namespace mirel::util

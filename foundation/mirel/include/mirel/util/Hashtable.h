@@ -19,13 +19,13 @@ template <typename K, typename V>
 class CHashtable {
  public:
   // Makes an empty table of `initialCapacity` buckets (below 1: 101) that grows when the buckets are filled to
-  // `loadFactor` (0 or below: 0.75).
+  // `loadFactor` (0, below or no number: 0.75).
   CHashtable(int (*hash)(const K&), int initialCapacity, float loadFactor)
       : m_buckets(nullptr),
         m_bucketCount(initialCapacity < 1 ? 101 : static_cast<unsigned int>(initialCapacity)),
         m_count(0),
         m_threshold(0),
-        m_loadFactor(loadFactor <= 0 ? 0.75f : loadFactor),
+        m_loadFactor(loadFactor > 0 ? loadFactor : 0.75f),
         m_hash(hash) {
     m_buckets = AllocateBuckets(m_bucketCount, base::At(282));
     m_threshold = ThresholdOf(m_bucketCount);
@@ -113,7 +113,9 @@ class CHashtable {
   static unsigned int BucketOf(unsigned int hash, unsigned int count) noexcept { return (hash & 0x7fffffffu) % count; }
 
   unsigned int ThresholdOf(unsigned int buckets) const noexcept {
-    return static_cast<unsigned int>(static_cast<float>(buckets) * m_loadFactor);
+    const float threshold = static_cast<float>(buckets) * m_loadFactor;
+    // The language leaves open what a number beyond the type becomes: such a table just never grows.
+    return threshold < 4294967296.0f ? static_cast<unsigned int>(threshold) : 0xFFFFFFFFu;
   }
 
   unsigned int HashOf(const K& key) const { return static_cast<unsigned int>(m_hash(key)); }
@@ -127,6 +129,10 @@ class CHashtable {
   }
 
   void Rehash() {
+    // Growing ends with the 32-bit bucket count. A table that would be without room even then does not begin.
+    if (m_bucketCount > 0x7FFFFFFFu || ThresholdOf(0xFFFFFFFFu) == 0) {
+      base::CBase::_ThrowMemoryException("mirel/util/Hashtable", base::At(649));
+    }
     const unsigned int bucketCount = m_bucketCount * 2 + 1;
     Entry** const buckets = AllocateBuckets(bucketCount, base::At(649));
     for (unsigned int bucket = 0; bucket < m_bucketCount; ++bucket) {

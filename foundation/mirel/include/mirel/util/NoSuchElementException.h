@@ -5,7 +5,7 @@
 
 namespace mirel::util {
 
-// Thrown by containers asked for what they do not hold. It carries no message.
+// Thrown when a container does not hold what it is asked for. It has no message.
 class MIREL_API CNoSuchElementException : public base::CException {
  public:
   CNoSuchElementException(const char* file, unsigned int line, const char* message, const char* detail) noexcept;

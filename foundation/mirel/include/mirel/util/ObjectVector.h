@@ -6,9 +6,9 @@
 
 namespace mirel::util {
 
-// Holds objects that it owns, in the order in which they were added.
+// Owns its objects and keeps them in the order in which they were added.
 // Copying clones every object; one without a clone throws CIllegalArgumentException "Object without a clone.". Throws
-// CMemoryException when memory runs out. Whatever is thrown, the vector keeps what it held.
+// CMemoryException when memory runs out. Whenever something is thrown, the vector is unchanged.
 class MIREL_API CObjectVector : public base::CBase {
  public:
   // Reserves room for `initialCapacity` objects; grows in steps of `increment` (0 means 5).
@@ -18,15 +18,15 @@ class MIREL_API CObjectVector : public base::CBase {
   CObjectVector& operator=(const CObjectVector& other);
 
   unsigned int GetSize() const noexcept { return m_objects.GetSize(); }
-  // Gives the object at `index`. Throws CNoSuchElementException (no message) when `index` is not below the size.
+  // Returns the object at `index`. Throws CNoSuchElementException (no message) when `index` is not below the size.
   const base::CObject& operator[](unsigned int index) const { return *m_objects[index]; }
 
-  // Appends an object and takes ownership of it, also when it throws.
+  // Appends an object and takes ownership of it, even when it throws.
   // Throws CIllegalArgumentException "Invalid object." for null.
   void Add(base::CObject* object);
-  // Tells whether an object is held that equals this one (its own Equals decides). Null is not held.
+  // Tells whether the vector holds an object that equals this one, by its own Equals. It never holds null.
   bool Contains(const base::CObject* object) const;
-  // Removes and deletes the first object held that equals this one.
+  // Removes and deletes the first object that equals this one.
   // Throws CNoSuchElementException (no message) when there is none.
   void RemoveElement(const base::CObject* object);
 
@@ -34,7 +34,9 @@ class MIREL_API CObjectVector : public base::CBase {
   static void DeleteAll(CVector<base::CObject*>& objects);
   int IndexOf(const base::CObject* object) const;
 
+  RX_NOT_EXPORTED_BEGIN
   CVector<base::CObject*> m_objects;
+  RX_NOT_EXPORTED_END
 };
 
 }  // namespace mirel::util

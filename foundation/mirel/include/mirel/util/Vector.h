@@ -18,8 +18,8 @@ namespace mirel::util {
 // Holds elements by value in one array.
 // The array grows in steps of an increment, so the capacity is always a multiple of it. Elements are moved between
 // arrays byte by byte, without constructor or destructor: T must allow that, as handles and texts of this library do.
-// Indices, sizes and capacities are 32-bit unsigned. Throws CMemoryException (no message) when memory runs out, and the
-// vector then keeps its elements; CNoSuchElementException (no message) for an index that is not below the size.
+// Indices, sizes and capacities are 32-bit unsigned. Throws CMemoryException (no message) when memory or these 32 bits
+// run out, and then keeps its elements; CNoSuchElementException (no message) for an index that is not below the size.
 template <typename T>
 class CVector {
  public:
@@ -30,7 +30,7 @@ class CVector {
   }
 
   // Copies the elements and the increment of another vector.
-  CVector(const CVector& other) : CVector(other.m_size, other.m_increment) { CopyElements(other); }
+  CVector(const CVector& other) : CVector(0, other.m_increment) { CopyElements(other); }
 
   ~CVector() noexcept(std::is_nothrow_destructible_v<T>) {
     const Array array{m_elements};
@@ -40,9 +40,7 @@ class CVector {
   // Copies the elements of another vector in place of its own and keeps its increment.
   // When the copy of an element throws, the elements copied before it are held.
   CVector& operator=(const CVector& other) {
-    if (this == &other) return *this;
-    Reserve(other.m_size);
-    CopyElements(other);
+    if (this != &other) CopyElements(other);
     return *this;
   }
 
@@ -163,7 +161,11 @@ class CVector {
     elements.Destroy();
   }
 
+  // Replaces the elements by copies of another vector's.
   void CopyElements(const CVector& other) {
+    // A capacity that has wrapped around would be taken for room enough: increments differ from vector to vector.
+    if (RoundUp(other.m_size) < other.m_size) base::CBase::_ThrowMemoryException("mirel/util/Vector", base::At(925));
+    Reserve(other.m_size);
     for (; m_size < other.m_size; ++m_size) {
       ::new (static_cast<void*>(m_elements + m_size)) T(other.m_elements[m_size]);
     }

@@ -1,4 +1,5 @@
 #include <mirel/base/win/WinSystemErrorException.h>
+
 #include <mirel/io/PrintStream.h>
 
 #include "../Decimal.h"

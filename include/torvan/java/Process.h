@@ -1,0 +1,91 @@
+// A Java program that runs in a process of its own, and what became of it.
+#pragma once
+
+#include <torvan/java/Program.h>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace torvan::java {
+
+namespace detail {
+class Running;
+}
+
+// How a program ended.
+enum class Ended {
+  Exited,     // by itself
+  Stopped,    // by itself, after Process::Stop() asked it to
+  Killed,     // by Process::Kill(), or by a Stop() that had to
+  TimedOut,   // by its time limit
+  Signalled,  // by a signal that came from elsewhere; on Windows by an exception such as an access violation
+};
+
+// What became of a program.
+struct Outcome {
+  std::string output;  // what was captured: bytes as they came, which is UTF-8 unless the program says otherwise
+  std::string error;
+  int exitCode = 0;  // Java's own; 128 and the number for a signal; on Windows 137 for a program that was killed
+  Ended ended = Ended::Exited;
+};
+
+// A program that was started.
+// It has a thread of its own in this process that reads and feeds it, keeps its time limit and lets go of it when it
+// has ended: from then on it holds no descriptor or handle, and it never is a zombie. That thread takes no signals.
+// Dropping a Process whose program runs kills the program with all that it has started. Any thread may call anything at
+// any time, but moving and dropping are for one alone. A process that the host forks must not use it (a Misuse) and may
+// drop it, which leaves the program alone.
+class Process {
+ public:
+  Process(Process&& other) noexcept;
+  Process& operator=(Process&& other) noexcept;
+  ~Process();
+
+  // The system's id of the process.
+  std::uint32_t Id() const;
+
+  // Writes to the program's input, which KeepInputOpen() has to have kept open (else a Misuse).
+  // Waits until the system has taken all of it; in a function that the program's own output calls, only queues it.
+  // Returns false when the program has ended or reads no more: then some of the text was not taken.
+  bool Write(std::string_view text);
+  // Ends the input after what was written. The program sees the end of its input. Once is enough; more is allowed.
+  void CloseInput();
+
+  // Waits until the program has ended. What is in its pipes then is read; others that hold them open are not waited
+  // for. Throws what a function of the program threw, and a Failure where the exit code is lost, because this process
+  // ignores SIGCHLD or other code of it waits for every child.
+  Outcome Wait() const;
+  // The same for at most so long; nullopt while the program runs.
+  std::optional<Outcome> Wait(std::chrono::milliseconds time) const;
+
+  // Asks the program to stop in an orderly way, so that Java's shutdown hooks run, and waits until it has ended.
+  // After the grace it is killed with all that it has started. On Windows it is asked by Ctrl+C in a console of its
+  // own. That cannot be where this process has a console or the program shares it: a Failure says so, and the program
+  // runs on. In a function of the program it asks and does not wait.
+  void Stop(std::chrono::milliseconds grace = std::chrono::seconds(10));
+  // Ends the program and all that it has started, at once, and waits until the program is gone.
+  void Kill();
+
+ private:
+  friend Process Start(const Program& program);
+  explicit Process(std::shared_ptr<detail::Running> running);
+
+  detail::Running& Own() const;
+
+  std::shared_ptr<detail::Running> m_running;
+};
+
+// Runs a program to its end and returns what became of it.
+// All happens on the calling thread, functions of the program included. Throws a StartFailure that names the step, the
+// file and the system's reason when it cannot be started, what a function of the program threw, and what
+// Process::Wait() says for a lost exit code. What the program itself does wrong is no exception: see the exit code.
+Outcome Run(const Program& program);
+
+// Starts a program and returns while it runs. Throws as Run() does.
+Process Start(const Program& program);
+
+}  // namespace torvan::java

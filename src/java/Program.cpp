@@ -1,0 +1,204 @@
+#include <torvan/java/Program.h>
+
+#include <torvan/java/Failure.h>
+#include <torvan/java/detail/Utf.h>
+
+#include <system_error>
+#include <utility>
+
+#include "java/PathText.h"
+#include "java/processes/Launch.h"
+
+namespace torvan::java {
+
+namespace {
+
+[[noreturn]] void Refuse(const std::string& text) { throw Misuse("java/Program", __LINE__, text); }
+
+// Texts reach the program ended by a NUL, and Java as UTF-8 or the system's own UTF-16.
+std::string Checked(const char* what, std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) Refuse(std::string(what) + " holds a NUL, which no program can take");
+  try {
+    detail::ToUtf16(text);
+  } catch (const Misuse& invalid) {
+    Refuse(std::string(what) + ": " + invalid.what());
+  }
+  return std::string(text);
+}
+
+std::filesystem::path CheckedPath(const char* what, const std::filesystem::path& path) {
+  if (path.empty()) Refuse(std::string(what) + " is empty");
+  if (path.native().find(std::filesystem::path::value_type()) != std::filesystem::path::string_type::npos) {
+    Refuse(std::string(what) + " holds a NUL, which no program can take");
+  }
+  return path;
+}
+
+// The path from the folder that is the current one now.
+std::filesystem::path Absolute(const char* what, const std::filesystem::path& path) {
+  std::error_code error;
+  std::filesystem::path absolute = std::filesystem::absolute(CheckedPath(what, path), error);
+  if (error) {
+    Refuse(std::string(what) + ", \"" + detail::ToText(path) +
+           "\", is relative and there is no current folder: " + error.message());
+  }
+  return absolute;
+}
+
+std::string CheckedVariable(std::string_view name) {
+  if (name.empty() || name.find('=') != std::string_view::npos) {
+    Refuse("\"" + std::string(name) + "\" is no name of an environment variable");
+  }
+  return Checked("the name of an environment variable", name);
+}
+
+template <class Function>
+Function CheckedFunction(const char* what, Function function) {
+  if (!function) Refuse(std::string(what) + " is empty");
+  return function;
+}
+
+}  // namespace
+
+Program Program::Jar(const std::filesystem::path& jar) {
+  Program program;
+  // An absolute path begins neither with "-" nor with "@", which would mean something else to Java.
+  program.m_settings.jar = Absolute("the jar", jar);
+  return program;
+}
+
+Program Program::MainClass(std::string_view name) {
+  if (name.empty() || name[0] == '-' || name[0] == '@') Refuse("\"" + std::string(name) + "\" is no name of a class");
+  Program program;
+  program.m_settings.mainClass = Checked("the main class", name);
+  return program;
+}
+
+Program& Program::Runtime(const std::filesystem::path& home) {
+  m_settings.home = Absolute("the runtime's home", home);
+  return *this;
+}
+
+Program& Program::Runtime(const java::Runtime& runtime) { return Runtime(runtime.Home()); }
+
+Program& Program::ClassPath(const std::vector<std::filesystem::path>& parts) {
+  std::vector<std::filesystem::path> checked = m_settings.classPath;
+  for (const std::filesystem::path& part : parts) {
+    checked.push_back(Absolute("a part of the class path", part));
+    if (checked.back().native().find(detail::PathListSeparator) != std::filesystem::path::string_type::npos) {
+      Refuse("\"" + detail::ToText(part) + "\" would be several parts of a class path: pass each by itself");
+    }
+  }
+  m_settings.classPath = std::move(checked);
+  return *this;
+}
+
+Program& Program::Option(std::string_view option) {
+  if (option.size() < 2 || option[0] != '-') {
+    Refuse("\"" + std::string(option) + "\" is no option: it begins with \"-\", and its value follows after \"=\"");
+  }
+  m_settings.options.push_back(Checked("an option", option));
+  return *this;
+}
+
+Program& Program::Property(std::string_view name, std::string_view value) {
+  if (name.empty() || name.find('=') != std::string_view::npos) {
+    Refuse("\"" + std::string(name) + "\" is no name of a system property");
+  }
+  m_settings.options.push_back("-D" + Checked("the name of a system property", name) + "=" +
+                               Checked("the value of a system property", value));
+  return *this;
+}
+
+Program& Program::Arguments(const std::vector<std::string>& arguments) {
+  for (const std::string& argument : arguments) Checked("an argument", argument);
+  m_settings.arguments.insert(m_settings.arguments.end(), arguments.begin(), arguments.end());
+  return *this;
+}
+
+Program& Program::Environment(std::string_view name, std::string_view value) {
+  m_settings.environment.push_back({CheckedVariable(name), Checked("the value of an environment variable", value)});
+  return *this;
+}
+
+Program& Program::RemoveEnvironment(std::string_view name) {
+  m_settings.environment.push_back({CheckedVariable(name), std::nullopt});
+  return *this;
+}
+
+Program& Program::ClearEnvironment() {
+  m_settings.clearEnvironment = true;
+  m_settings.environment.clear();
+  return *this;
+}
+
+Program& Program::Folder(const std::filesystem::path& folder) {
+  m_settings.folder = CheckedPath("the folder", folder);
+  return *this;
+}
+
+Program& Program::Input(std::string_view text) {
+  m_settings.input = {detail::InputSettings::Kind::Text, std::string(text), {}, {}};
+  return *this;
+}
+
+Program& Program::InputFile(const std::filesystem::path& file) {
+  m_settings.input = {detail::InputSettings::Kind::File, {}, CheckedPath("the input file", file), {}};
+  return *this;
+}
+
+Program& Program::InputFrom(std::function<std::optional<std::string>()> next) {
+  m_settings.input = {detail::InputSettings::Kind::Function,
+                      {},
+                      {},
+                      CheckedFunction("the function that returns input", std::move(next))};
+  return *this;
+}
+
+Program& Program::KeepInputOpen() {
+  m_settings.keepInputOpen = true;
+  return *this;
+}
+
+Program& Program::OnOutputLine(std::function<void(std::string_view)> onLine) {
+  m_settings.output = {
+      detail::OutputSettings::Kind::Lines, {}, CheckedFunction("the function for lines of output", std::move(onLine))};
+  return *this;
+}
+
+Program& Program::InheritOutput() {
+  m_settings.output = {detail::OutputSettings::Kind::Inherit, {}, {}};
+  return *this;
+}
+
+Program& Program::OutputFile(const std::filesystem::path& file) {
+  m_settings.output = {detail::OutputSettings::Kind::File, CheckedPath("the output file", file), {}};
+  return *this;
+}
+
+Program& Program::OnErrorLine(std::function<void(std::string_view)> onLine) {
+  m_settings.error = {detail::OutputSettings::Kind::Lines,
+                      {},
+                      CheckedFunction("the function for lines of error output", std::move(onLine))};
+  return *this;
+}
+
+Program& Program::InheritError() {
+  m_settings.error = {detail::OutputSettings::Kind::Inherit, {}, {}};
+  return *this;
+}
+
+Program& Program::ErrorFile(const std::filesystem::path& file) {
+  m_settings.error = {detail::OutputSettings::Kind::File, CheckedPath("the error file", file), {}};
+  return *this;
+}
+
+Program& Program::TimeLimit(std::chrono::milliseconds limit) {
+  if (limit.count() <= 0) Refuse("a time limit is more than 0 milliseconds");
+  m_settings.timeLimit = limit;
+  return *this;
+}
+
+std::uint32_t Program::Detached() const { return detail::StartDetached(m_settings); }
+
+}  // namespace torvan::java

@@ -1,0 +1,245 @@
+#include "java/processes/Child.h"
+
+#include <poll.h>
+#include <signal.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <string>
+
+#include "java/linux/Descriptor.h"
+#include "java/linux/Spawn.h"
+#include "java/linux/Tree.h"
+#include "java/processes/Surroundings.h"
+
+namespace torvan::java::detail {
+
+namespace {
+
+constexpr int WaitForPidfd = 3;  // P_PIDFD, which older C libraries lack
+constexpr std::size_t PieceSize = 64 * 1024;
+
+[[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
+  const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
+  throw StartFailure("java/linux/Child", __LINE__, CannotStart(plan, step, reason));
+}
+
+[[noreturn]] void ThrowBroken(const char* what, pid_t id) {
+  const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
+  throw Failure("java/linux/Child", __LINE__,
+                "Could not " + std::string(what) + " of process " + std::to_string(id) + ": " + reason);
+}
+
+struct Pair {
+  Descriptor ours;
+  Descriptor childs;
+};
+
+// The input is a pair of sockets and no pipe: it ends by shutdown() for everyone, so that copies which a host's forks
+// hold do not keep it open, and a write that nobody reads raises no SIGPIPE.
+Pair MakeInput(const StartPlan& plan) {
+  int ends[2];
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Throw(plan, "make an input");
+  Pair pair{Descriptor(ends[0]), Descriptor(ends[1])};
+  if (!pair.ours.MoveAboveStandard() || !pair.childs.MoveAboveStandard()) Throw(plan, "make an input");
+  shutdown(pair.ours.Number(), SHUT_RD);
+  return pair;
+}
+
+Pair MakeOutput(const StartPlan& plan) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) Throw(plan, "make a pipe");
+  Pair pair{Descriptor(ends[0]), Descriptor(ends[1])};
+  if (!pair.ours.MoveAboveStandard() || !pair.childs.MoveAboveStandard() ||
+      fcntl(pair.ours.Number(), F_SETFL, O_NONBLOCK) != 0) {
+    Throw(plan, "make a pipe");
+  }
+  return pair;
+}
+
+Descriptor Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
+  Descriptor descriptor(open(file.c_str(), O_CLOEXEC | O_NOCTTY | (isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC),
+                             S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+  if (!descriptor || !descriptor.MoveAboveStandard()) {
+    Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
+  }
+  return descriptor;
+}
+
+// A program whose standard output is closed would print into the first file that it opens.
+Descriptor Inherited(const StartPlan& plan, int number) {
+  Descriptor descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  if (descriptor) return descriptor;
+  if (errno == EBADF) return Open(plan, "/dev/null", false);
+  Throw(plan, "pass on descriptor " + std::to_string(number));
+}
+
+struct Streams {
+  Descriptor ours[StreamCount];
+  Descriptor childs[StreamCount];
+};
+
+Streams MakeStreams(const StartPlan& plan) {
+  Streams streams;
+  for (int i = 0; i < StreamCount; ++i) {
+    const bool isInput = i == 0;
+    const StreamPlan& stream = plan.streams[i];
+    switch (stream.kind) {
+      case StreamPlan::Kind::Nothing:
+        streams.childs[i] = Open(plan, "/dev/null", isInput);
+        break;
+      case StreamPlan::Kind::Inherit:
+        streams.childs[i] = Inherited(plan, i);
+        break;
+      case StreamPlan::Kind::Pipe: {
+        Pair pair = isInput ? MakeInput(plan) : MakeOutput(plan);
+        streams.ours[i] = std::move(pair.ours);
+        streams.childs[i] = std::move(pair.childs);
+        break;
+      }
+      case StreamPlan::Kind::File: {
+        const bool isShared = i == 2 && plan.streams[1].kind == stream.kind && plan.streams[1].file == stream.file;
+        if (!isShared) {
+          streams.childs[i] = Open(plan, stream.file, isInput);
+        } else if (streams.childs[i] = Descriptor(fcntl(streams.childs[1].Number(), F_DUPFD_CLOEXEC, 3));
+                   !streams.childs[i]) {
+          Throw(plan, "open the output file \"" + ToText(stream.file) + "\" twice");
+        }
+      }
+    }
+  }
+  return streams;
+}
+
+}  // namespace
+
+struct Child::Parts {
+  Descriptor ours[StreamCount];
+  Descriptor wake;
+  Spawned spawned;
+  bool hasEnded = false;
+  bool isReaped = false;
+  bool inputIsReady = false;
+  char pieces[StreamCount][PieceSize];
+};
+
+Child::Child(const StartPlan& plan) : m_parts(new Parts) {
+  m_parts->wake = Descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  if (!m_parts->wake || !m_parts->wake.MoveAboveStandard()) Throw(plan, "make an event");
+  Streams streams = MakeStreams(plan);
+  m_parts->spawned = Spawn(plan, streams.childs, false);
+  for (int i = 0; i < StreamCount; ++i) m_parts->ours[i] = std::move(streams.ours[i]);
+  if (!m_parts->spawned.process.MoveAboveStandard()) {
+    // Nothing holds it any more: it is ended by its number, which only this process can give free.
+    const int error = errno;
+    kill(m_parts->spawned.id, SIGKILL);
+    while (waitpid(m_parts->spawned.id, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    m_parts->isReaped = true;
+    errno = error;
+    Throw(plan, "hold the process");
+  }
+}
+
+Child::~Child() {
+  if (m_parts->isReaped) return;
+  KillTree();
+  while (!m_parts->hasEnded) Wait(false, Clock::time_point::max());
+  Reap();
+}
+
+std::uint32_t Child::Id() const noexcept { return static_cast<std::uint32_t>(m_parts->spawned.id); }
+
+void Child::Wait(bool forInput, Clock::time_point until) {
+  pollfd entries[] = {{m_parts->spawned.process.Number(), POLLIN, 0},
+                      {m_parts->wake.Number(), POLLIN, 0},
+                      {forInput ? m_parts->ours[0].Number() : -1, POLLOUT, 0},
+                      {m_parts->ours[1].Number(), POLLIN, 0},
+                      {m_parts->ours[2].Number(), POLLIN, 0}};
+  int milliseconds = -1;
+  if (until != Clock::time_point::max()) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
+    milliseconds = static_cast<int>(std::clamp<decltype(left)>(left, 0, INT_MAX));
+  }
+  if (poll(entries, std::size(entries), milliseconds) <= 0) return;  // a signal: the caller comes again
+  m_parts->hasEnded |= entries[0].revents != 0;
+  m_parts->inputIsReady = entries[2].revents != 0;
+  if (entries[1].revents != 0) {
+    eventfd_t count;
+    eventfd_read(m_parts->wake.Number(), &count);
+  }
+}
+
+void Child::Wake() noexcept { eventfd_write(m_parts->wake.Number(), 1); }
+
+bool Child::HasEnded() const noexcept { return m_parts->hasEnded; }
+
+std::optional<Exit> Child::Reap() noexcept {
+  siginfo_t end{};
+  int result;
+  do {
+    result = waitid(static_cast<idtype_t>(WaitForPidfd), static_cast<id_t>(m_parts->spawned.process.Number()), &end,
+                    WEXITED);
+  } while (result < 0 && errno == EINTR);
+  m_parts->isReaped = true;
+  if (result < 0) return std::nullopt;
+  return end.si_code == CLD_EXITED ? Exit{end.si_status, false} : Exit{128 + end.si_status, true};
+}
+
+const char* Child::WhyLost() noexcept {
+  struct sigaction action {};
+  sigaction(SIGCHLD, nullptr, &action);
+  const bool isIgnored = action.sa_handler == SIG_IGN || (action.sa_flags & SA_NOCLDWAIT) != 0;
+  return isIgnored ? "this process ignores SIGCHLD, so the system keeps no exit codes for it"
+                   : "other code of this process waits for every child, and has taken it";
+}
+
+std::string_view Child::Read(Stream stream) {
+  const auto i = static_cast<int>(stream);
+  Descriptor& pipe = m_parts->ours[i];
+  if (!pipe) return {};
+  ssize_t size;
+  do {
+    size = read(pipe.Number(), m_parts->pieces[i], PieceSize);
+  } while (size < 0 && errno == EINTR);
+  if (size > 0) return {m_parts->pieces[i], static_cast<std::size_t>(size)};
+  if (size < 0 && errno != EAGAIN) ThrowBroken("read the output", m_parts->spawned.id);
+  if (size == 0) pipe.Close();
+  return {};
+}
+
+bool Child::IsInputReady() const noexcept { return m_parts->inputIsReady; }
+
+std::optional<std::size_t> Child::Write(std::string_view text) {
+  m_parts->inputIsReady = false;
+  const ssize_t size = send(m_parts->ours[0].Number(), text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+  if (size >= 0) return static_cast<std::size_t>(size);
+  if (errno == EAGAIN || errno == EINTR || errno == ENOBUFS || errno == ENOMEM) return 0;
+  if (errno != EPIPE && errno != ECONNRESET) ThrowBroken("write the input", m_parts->spawned.id);
+  return std::nullopt;
+}
+
+bool Child::CloseInput() noexcept {
+  shutdown(m_parts->ours[0].Number(), SHUT_WR);
+  m_parts->ours[0].Close();
+  return true;
+}
+
+const char* Child::AskToStop() {
+  syscall(SYS_pidfd_send_signal, m_parts->spawned.process.Number(), SIGTERM, nullptr, 0);
+  return nullptr;
+}
+
+void Child::KillTree() noexcept { detail::KillTree(m_parts->spawned.id, m_parts->spawned.process.Number()); }
+
+std::uint32_t StartApart(const StartPlan& plan) {
+  const Streams streams = MakeStreams(plan);
+  return static_cast<std::uint32_t>(Spawn(plan, streams.childs, true).id);
+}
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,124 @@
+#include "java/linux/Tree.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/syscall.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <vector>
+
+#include "java/linux/Descriptor.h"
+
+namespace torvan::java::detail {
+
+namespace {
+
+constexpr int MostRounds = 16;
+
+struct Entry {
+  pid_t id;
+  pid_t parent;
+  pid_t session;
+  unsigned long long start;  // an id alone may be another process by now
+};
+
+// False for a process that is no more, or has ended and only waits for its parent.
+bool Read(pid_t id, Entry& entry) {
+  char path[32];
+  std::snprintf(path, sizeof path, "/proc/%d/stat", static_cast<int>(id));
+  const Descriptor file(open(path, O_RDONLY | O_CLOEXEC));
+  if (!file) return false;
+  char text[1024];
+  const ssize_t size = read(file.Number(), text, sizeof text - 1);
+  if (size <= 0) return false;
+  text[size] = '\0';
+  // The second field is the program's name, which may hold anything.
+  const char* const name = std::strrchr(text, ')');
+  char state = 0;
+  int parent = 0;
+  int session = 0;
+  unsigned long long start = 0;
+  if (name == nullptr ||
+      std::sscanf(name + 1, " %c %d %*d %d %*d %*d %*u %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d %*d %*d %llu", &state,
+                  &parent, &session, &start) != 4) {
+    return false;
+  }
+  entry = {id, parent, session, start};
+  return state != 'Z' && state != 'X';
+}
+
+std::vector<Entry> All() {
+  std::vector<Entry> entries;
+  DIR* const folder = opendir("/proc");
+  if (folder == nullptr) return entries;
+  try {
+    while (const dirent* const name = readdir(folder)) {
+      Entry entry;
+      const int id = std::atoi(name->d_name);
+      if (id > 0 && Read(id, entry)) entries.push_back(entry);
+    }
+  } catch (...) {
+    closedir(folder);
+    throw;
+  }
+  closedir(folder);
+  return entries;
+}
+
+// Of the processes that run: the leader's session, and whose parent is among `ids`, which grows by what is found.
+std::vector<Entry> Tree(pid_t leader, std::vector<pid_t>& ids) {
+  std::vector<Entry> all = All();
+  std::vector<Entry> tree;
+  const auto isOfTree = [&](const Entry& entry) {
+    return entry.id != leader &&
+           (entry.session == leader || std::find(ids.begin(), ids.end(), entry.parent) != ids.end());
+  };
+  for (bool found = true; found;) {
+    const auto rest = std::partition(all.begin(), all.end(), isOfTree);
+    found = rest != all.begin();
+    for (auto entry = all.begin(); entry != rest; ++entry) ids.push_back(entry->id);
+    tree.insert(tree.end(), all.begin(), rest);
+    all.erase(all.begin(), rest);
+  }
+  return tree;
+}
+
+void Kill(const Entry& entry) {
+  const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, entry.id, 0)));
+  Entry now;
+  if (!Read(entry.id, now) || now.start != entry.start) return;
+  if (process) {
+    syscall(SYS_pidfd_send_signal, process.Number(), SIGKILL, nullptr, 0);
+  } else {
+    kill(entry.id, SIGKILL);
+  }
+}
+
+}  // namespace
+
+void KillTree(pid_t leader, int process) noexcept {
+  std::vector<pid_t> ids;
+  std::vector<Entry> tree;
+  try {
+    ids.push_back(leader);
+    tree = Tree(leader, ids);  // before its parents end
+  } catch (const std::exception&) {
+    // There is no memory to look around: the group it is.
+  }
+  // Where the host has taken the child away, its number may be another group's.
+  if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) == 0) kill(-leader, SIGKILL);
+  try {
+    for (int round = 0; !tree.empty() && round < MostRounds; ++round) {
+      for (const Entry& entry : tree) Kill(entry);
+      tree = Tree(leader, ids);
+    }
+  } catch (const std::exception&) {
+  }
+}
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,70 @@
+// A child process as the system has it. One implementation per system.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "java/processes/StartPlan.h"
+
+namespace torvan::java::detail {
+
+using Clock = std::chrono::steady_clock;
+
+// How a process ended: its exit code, or 128 and the number of the signal.
+struct Exit {
+  int code;
+  bool bySignal;
+};
+
+// A child with its pipes. All but Wake() is for one thread at a time, and only Wait() waits.
+class Child {
+ public:
+  // Throws a StartFailure, or TooLong.
+  explicit Child(const StartPlan& plan);
+  // Kills what still runs, and lets go of it.
+  ~Child();
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  std::uint32_t Id() const noexcept;
+
+  // Waits until the program has ended, or a pipe has something to read, or (where `forInput`) the input may take more,
+  // or Wake() was called, or it is `until`.
+  void Wait(bool forInput, Clock::time_point until);
+  // Ends a Wait() that is under way, or the next one.
+  void Wake() noexcept;
+
+  bool HasEnded() const noexcept;
+  // Lets go of a child that has ended. Nothing when the system does not know the exit code any more.
+  std::optional<Exit> Reap() noexcept;
+  // Why Reap() knew nothing.
+  static const char* WhyLost() noexcept;
+
+  // What a stream has now, valid until the next call for it; empty when that is nothing. After the end of the program
+  // all that it has written is read when that is nothing.
+  std::string_view Read(Stream stream);
+  // Tells whether the last Wait() has found that the input may take more.
+  bool IsInputReady() const noexcept;
+  // Returns how much of the text the input has taken; 0 when it can take nothing now, nullopt when nobody reads it.
+  std::optional<std::size_t> Write(std::string_view text);
+  // Ends the input. False when it has to be asked again, because what was taken is still on its way.
+  bool CloseInput() noexcept;
+
+  // Asks the program to stop. Returns why that cannot be, or null.
+  const char* AskToStop();
+  // Kills the program and all that it has started, as far as the system finds it.
+  void KillTree() noexcept;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> m_parts;
+};
+
+// Starts a program that is no child of this process, and returns its id. Throws as Child does.
+std::uint32_t StartApart(const StartPlan& plan);
+
+}  // namespace torvan::java::detail

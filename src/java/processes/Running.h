@@ -1,0 +1,117 @@
+// A program that runs, and the loop that serves it.
+#pragma once
+
+#include <torvan/java/Process.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "java/processes/Child.h"
+#include "java/processes/InputFeed.h"
+#include "java/processes/Launch.h"
+#include "java/processes/Lines.h"
+
+namespace torvan::java::detail {
+
+// So much time from now, as far as the clock goes.
+Clock::time_point After(std::chrono::milliseconds time);
+
+// Only the thread that serves the program touches the child; others leave orders and wake it.
+class Running : public std::enable_shared_from_this<Running> {
+ public:
+  // Starts the program. Throws as Launch does.
+  explicit Running(const ProgramSettings& settings);
+  ~Running();
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+  // Serves the program until it has ended, here or on a thread of its own. What goes wrong is kept for Result().
+  void Serve() noexcept;
+  void ServeOnThread();
+  // Kills what still runs and waits for the end of the thread.
+  void Abandon() noexcept;
+
+  // As the members of Process.
+  std::uint32_t Id() const noexcept { return m_id; }
+  bool Write(std::string_view text);
+  void CloseInput();
+  bool WaitUntil(Clock::time_point time) const;
+  void Stop(std::chrono::milliseconds grace);
+  void Kill();
+
+  // Once it is over. Throws what went wrong.
+  Outcome& Result();
+
+  // A process that the host has forked has a copy of this, but neither the thread nor the child.
+  bool IsOwn() const noexcept;
+
+ private:
+  struct Orders {
+    std::string input;
+    bool closeInput = false;
+    bool kill = false;
+    std::optional<std::chrono::milliseconds> stop;
+  };
+  struct Output {
+    const Stream stream;
+    const OutputSettings& settings;
+    std::string& captured;
+    Lines lines;
+
+    bool Forward(Child& child, std::size_t& budget);
+    void Finish();
+  };
+
+  bool IsServedHere() const noexcept { return m_server.load() == std::this_thread::get_id(); }
+  Child& TheChild() const noexcept { return *m_launched.child; }
+  void Wake() noexcept;  // under the lock
+
+  void ServeOnce();
+  void Obey(Orders orders);
+  void KeepTime();
+  bool FeedInput();
+  void TellInput(bool isGone);
+  const char* AskToStop(Ended cause, std::chrono::milliseconds grace);
+  void KillTree() noexcept;
+  void Finish();
+
+  const ProgramSettings m_settings;
+  const unsigned long m_owner;
+  std::atomic<std::thread::id> m_server{};
+  std::thread m_thread;
+
+  // Of the serving thread; the outcome is everybody's once it is over.
+  Outcome m_outcome;
+  Output m_outputs[2];
+  InputFeed m_feed;
+  bool m_inputIsOpen;
+  bool m_inputIsToEnd;  // after what there is
+  std::optional<Ended> m_cause;
+  Clock::time_point m_stopAt = Clock::time_point::max();
+  Clock::time_point m_killAt = Clock::time_point::max();
+
+  mutable std::mutex m_mutex;
+  mutable std::condition_variable m_changed;
+  Orders m_orders;
+  std::size_t m_written = 0;  // bytes given to Write(), and how many of them the system has taken
+  std::size_t m_taken = 0;
+  bool m_isWritable;           // until CloseInput()
+  bool m_inputIsGone = false;  // nobody reads it
+  const char* m_cannotStop = nullptr;
+  bool m_isOver = false;
+  std::exception_ptr m_failure;
+
+  Launched m_launched;  // until it is over
+  std::uint32_t m_id;
+};
+
+}  // namespace torvan::java::detail

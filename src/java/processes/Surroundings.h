@@ -1,0 +1,55 @@
+// What processes need of the system beside the processes themselves. One file per system.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "java/processes/StartPlan.h"
+
+namespace torvan::java::detail {
+
+// The name of the program of a runtime's "bin" folder, and what stands between the parts of a list of paths.
+extern const char* const JavaProgramName;
+extern const NativeText::value_type PathListSeparator;
+
+// Checked UTF-8 as the system has it.
+inline NativeText ToNative(std::string_view text) { return ToPath(std::string(text)).native(); }
+
+// A system's error number in words, as UTF-8.
+std::string ReasonOf(unsigned long error);
+
+unsigned long OwnProcessId() noexcept;
+
+// "NAME=value", as they are now.
+std::vector<NativeText> OwnEnvironment();
+// Tells whether two variables are the same to the system.
+bool IsSameVariable(const NativeText& one, const NativeText& other);
+// Adds what a Java program needs beside `changes`, which the host has said: it wins.
+void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector<EnvironmentChange>& changes);
+// An argument as java reads it from an argument file. Throws a Misuse for text that it cannot read.
+std::string ToArgumentFileBytes(const NativeText& argument);
+
+// A thread that the host's signals never run on.
+std::thread StartQuietThread(std::function<void()> run);
+
+// A file that only this user can read. It is removed in the end.
+class TemporaryFile {
+ public:
+  // Throws a StartFailure that names the file and the system's reason.
+  explicit TemporaryFile(const std::string& bytes);
+  ~TemporaryFile();
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  const std::filesystem::path& Path() const noexcept { return m_path; }
+
+ private:
+  std::filesystem::path m_path;
+};
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,205 @@
+#include "java/processes/Child.h"
+
+#include <algorithm>
+#include <atomic>
+#include <string>
+
+#include "java/processes/Surroundings.h"
+#include "java/win32/Console.h"
+#include "java/win32/Pipe.h"
+#include "java/win32/Spawn.h"
+
+namespace torvan::java::detail {
+
+namespace {
+
+// As on Linux, where it is 128 and the number of the signal.
+constexpr UINT CodeOfKilled = 137;
+// From here on the codes are those of exceptions that nobody has handled.
+constexpr DWORD LeastException = 0xC0000000;
+
+[[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
+  const std::string reason = ReasonOf(GetLastError());
+  throw StartFailure("java/win32/Child", __LINE__, CannotStart(plan, step, reason));
+}
+
+struct Pair {
+  WindowsHandle ours;
+  WindowsHandle childs;
+};
+
+// A pipe with a name, since others have no overlapped transfers. Its name is given once, and nobody else gets in.
+Pair MakePipe(const StartPlan& plan, bool isInput) {
+  static std::atomic<unsigned long> s_count = 0;
+  const std::wstring name = L"\\\\.\\pipe\\java-program-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+                            std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++s_count);
+  constexpr DWORD Size = 64 * 1024;
+  Pair pair;
+  pair.ours = WindowsHandle(CreateNamedPipeW(
+      name.c_str(),
+      (isInput ? PIPE_ACCESS_OUTBOUND : PIPE_ACCESS_INBOUND) | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
+      PIPE_TYPE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1, Size, Size, 0, nullptr));
+  if (!pair.ours) Throw(plan, "make a pipe");
+  pair.childs = WindowsHandle(
+      CreateFileW(name.c_str(), isInput ? GENERIC_READ : GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!pair.childs) Throw(plan, "make a pipe");
+  return pair;
+}
+
+WindowsHandle Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
+  WindowsHandle handle(CreateFileW(file.native().c_str(), isInput ? GENERIC_READ : GENERIC_WRITE,
+                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                   isInput || file == L"NUL" ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                                   nullptr));
+  if (!handle) Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
+  return handle;
+}
+
+WindowsHandle Duplicate(const StartPlan& plan, HANDLE handle, const char* step) {
+  HANDLE copy = nullptr;
+  if (DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS) ==
+      FALSE) {
+    Throw(plan, step);
+  }
+  return WindowsHandle(copy);
+}
+
+WindowsHandle Inherited(const StartPlan& plan, int stream) {
+  const HANDLE own = GetStdHandle(stream == 1 ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
+  if (own == nullptr || own == INVALID_HANDLE_VALUE) return Open(plan, L"NUL", false);  // a windowed host
+  return Duplicate(plan, own, "pass on an output");
+}
+
+struct Streams {
+  WindowsHandle ours[StreamCount];
+  WindowsHandle childs[StreamCount];
+};
+
+Streams MakeStreams(const StartPlan& plan) {
+  Streams streams;
+  for (int i = 0; i < StreamCount; ++i) {
+    const bool isInput = i == 0;
+    const StreamPlan& stream = plan.streams[i];
+    switch (stream.kind) {
+      case StreamPlan::Kind::Nothing:
+        streams.childs[i] = Open(plan, L"NUL", isInput);
+        break;
+      case StreamPlan::Kind::Inherit:
+        streams.childs[i] = Inherited(plan, i);
+        break;
+      case StreamPlan::Kind::Pipe: {
+        Pair pair = MakePipe(plan, isInput);
+        streams.ours[i] = std::move(pair.ours);
+        streams.childs[i] = std::move(pair.childs);
+        break;
+      }
+      case StreamPlan::Kind::File: {
+        const bool isShared = i == 2 && plan.streams[1].kind == stream.kind && plan.streams[1].file == stream.file;
+        streams.childs[i] = isShared ? Duplicate(plan, streams.childs[1].Get(), "open the output file twice")
+                                     : Open(plan, stream.file, isInput);
+      }
+    }
+  }
+  return streams;
+}
+
+// Whoever is in it ends when it is closed: also when this process ends without a word.
+WindowsHandle MakeJob(const StartPlan& plan) {
+  WindowsHandle job(CreateJobObjectW(nullptr, nullptr));
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+  limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+  if (!job || SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits) == FALSE) {
+    Throw(plan, "make a job");
+  }
+  return job;
+}
+
+}  // namespace
+
+struct Child::Parts {
+  Parts(const StartPlan& plan, Streams streams)
+      : job(MakeJob(plan)),
+        wake(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+        input(std::move(streams.ours[0])),
+        outputs{ReadingEnd(std::move(streams.ours[1])), ReadingEnd(std::move(streams.ours[2]))} {
+    if (!wake) Throw(plan, "make an event");
+    spawned = Spawn(plan, streams.childs, job.Get());
+  }
+
+  WindowsHandle job;
+  WindowsHandle wake;
+  WritingEnd input;
+  ReadingEnd outputs[2];
+  Spawned spawned;
+  bool isReaped = false;
+};
+
+Child::Child(const StartPlan& plan) : m_parts(new Parts(plan, MakeStreams(plan))) {}
+
+Child::~Child() {
+  if (m_parts->isReaped) return;
+  KillTree();
+  WaitForSingleObject(m_parts->spawned.process.Get(), INFINITE);
+}
+
+std::uint32_t Child::Id() const noexcept { return m_parts->spawned.id; }
+
+void Child::Wait(bool forInput, Clock::time_point until) {
+  HANDLE handles[5] = {m_parts->spawned.process.Get(), m_parts->wake.Get()};
+  DWORD count = 2;
+  for (ReadingEnd& output : m_parts->outputs) {
+    if (output.Start()) handles[count++] = output.Event();
+  }
+  DWORD milliseconds = INFINITE;
+  if (until != Clock::time_point::max()) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
+    milliseconds = static_cast<DWORD>(std::clamp<decltype(left)>(left, 0, INFINITE - 1));
+  }
+  if (forInput && m_parts->input.IsReady()) {
+    milliseconds = 0;
+  } else if (forInput) {
+    handles[count++] = m_parts->input.Event();
+  }
+  WaitForMultipleObjects(count, handles, FALSE, milliseconds);
+}
+
+void Child::Wake() noexcept { SetEvent(m_parts->wake.Get()); }
+
+bool Child::HasEnded() const noexcept {
+  return WaitForSingleObject(m_parts->spawned.process.Get(), 0) == WAIT_OBJECT_0;
+}
+
+std::optional<Exit> Child::Reap() noexcept {
+  DWORD code = 0;
+  GetExitCodeProcess(m_parts->spawned.process.Get(), &code);
+  m_parts->isReaped = true;
+  // What the program has left running runs on, as on Linux.
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION none{};
+  SetInformationJobObject(m_parts->job.Get(), JobObjectExtendedLimitInformation, &none, sizeof none);
+  return Exit{static_cast<int>(code), code >= LeastException};
+}
+
+const char* Child::WhyLost() noexcept { return "the system does not know it"; }
+
+std::string_view Child::Read(Stream stream) { return m_parts->outputs[stream == Stream::Output ? 0 : 1].Take(); }
+
+bool Child::IsInputReady() const noexcept { return m_parts->input.IsReady(); }
+
+std::optional<std::size_t> Child::Write(std::string_view text) { return m_parts->input.Write(text); }
+
+bool Child::CloseInput() noexcept {
+  if (!m_parts->input.IsReady()) return false;
+  m_parts->input.Close();
+  return true;
+}
+
+const char* Child::AskToStop() {
+  if (m_parts->spawned.hasOwnConsole) return SendControlC(m_parts->spawned.id);
+  return "The program cannot be asked to stop: it shares the console of this process. Kill() ends it";
+}
+
+void Child::KillTree() noexcept { TerminateJobObject(m_parts->job.Get(), CodeOfKilled); }
+
+std::uint32_t StartApart(const StartPlan& plan) { return Spawn(plan, MakeStreams(plan).childs, nullptr).id; }
+
+}  // namespace torvan::java::detail

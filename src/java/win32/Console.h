@@ -1,0 +1,13 @@
+// Ctrl+C for a program that has a console of its own.
+#pragma once
+
+#include <windows.h>
+
+namespace torvan::java::detail {
+
+// Sends it to all programs of the console of this process. Returns why that cannot be, or null.
+// A process has one console at a time, so one that has none takes the program's for a moment; its own handlers see
+// nothing of that.
+const char* SendControlC(DWORD processId);
+
+}  // namespace torvan::java::detail

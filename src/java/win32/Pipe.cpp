@@ -1,0 +1,58 @@
+#include "java/win32/Pipe.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace torvan::java::detail {
+
+PipeEnd::PipeEnd(WindowsHandle pipe)
+    : m_pipe(std::move(pipe)), m_event(CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_buffer(new char[BufferSize]) {
+  m_transfer.hEvent = m_event.Get();
+}
+
+void PipeEnd::Close() noexcept {
+  if (!m_pipe) return;
+  if (m_isUnderWay) {
+    // The system writes into our memory until it has confirmed that it does not.
+    DWORD size = 0;
+    CancelIoEx(m_pipe.Get(), &m_transfer);
+    GetOverlappedResult(m_pipe.Get(), &m_transfer, &size, TRUE);
+    m_isUnderWay = false;
+  }
+  m_pipe.Close();
+}
+
+void PipeEnd::Begin(BOOL result) noexcept {
+  m_isUnderWay = result != FALSE || GetLastError() == ERROR_IO_PENDING;
+  if (!m_isUnderWay) Close();
+}
+
+std::optional<DWORD> PipeEnd::Finish() noexcept {
+  DWORD size = 0;
+  m_isUnderWay = false;
+  if (GetOverlappedResult(m_pipe.Get(), &m_transfer, &size, FALSE) != FALSE) return size;
+  Close();
+  return std::nullopt;
+}
+
+bool ReadingEnd::Start() noexcept {
+  if (m_pipe && !IsUnderWay()) Begin(ReadFile(m_pipe.Get(), m_buffer.get(), BufferSize, nullptr, &m_transfer));
+  return IsOpen();
+}
+
+std::string_view ReadingEnd::Take() noexcept {
+  if (!Start() || !IsDone()) return {};
+  return {m_buffer.get(), Finish().value_or(0)};
+}
+
+std::optional<std::size_t> WritingEnd::Write(std::string_view text) noexcept {
+  if (!m_pipe || (IsUnderWay() && IsDone() && !Finish())) return std::nullopt;
+  if (IsUnderWay()) return 0;
+  const auto size = static_cast<DWORD>(std::min<std::size_t>(text.size(), BufferSize));
+  std::memcpy(m_buffer.get(), text.data(), size);
+  Begin(WriteFile(m_pipe.Get(), m_buffer.get(), size, nullptr, &m_transfer));
+  if (!IsOpen()) return std::nullopt;
+  return size;
+}
+
+}  // namespace torvan::java::detail

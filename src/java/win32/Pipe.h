@@ -1,0 +1,67 @@
+// This process's ends of the pipes to a program.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "java/win32/Handle.h"
+
+namespace torvan::java::detail {
+
+// What the ends have in common: a transfer that may be under way, and the event that tells of its end.
+class PipeEnd {
+ public:
+  PipeEnd() = default;
+  // Takes an end that was opened for overlapped transfers.
+  explicit PipeEnd(WindowsHandle pipe);
+  ~PipeEnd() { Close(); }
+  PipeEnd(const PipeEnd&) = delete;
+  PipeEnd& operator=(const PipeEnd&) = delete;
+
+  bool IsOpen() const noexcept { return static_cast<bool>(m_pipe); }
+  // Of the transfer that is under way.
+  HANDLE Event() const noexcept { return m_event.Get(); }
+  // Ends what is under way, too.
+  void Close() noexcept;
+
+ protected:
+  static constexpr DWORD BufferSize = 64 * 1024;
+
+  bool IsUnderWay() const noexcept { return m_isUnderWay; }
+  bool IsDone() const noexcept { return WaitForSingleObject(m_event.Get(), 0) == WAIT_OBJECT_0; }
+  // Begins by what ReadFile or WriteFile has returned.
+  void Begin(BOOL result) noexcept;
+  // Of a transfer that is done: how much it was; nullopt, and closed, when the other end is gone.
+  std::optional<DWORD> Finish() noexcept;
+
+  WindowsHandle m_pipe;
+  WindowsHandle m_event;
+  OVERLAPPED m_transfer{};
+  std::unique_ptr<char[]> m_buffer;
+
+ private:
+  bool m_isUnderWay = false;
+};
+
+class ReadingEnd : public PipeEnd {
+ public:
+  using PipeEnd::PipeEnd;
+
+  // Begins to read where nothing is under way. False when the other end is gone.
+  bool Start() noexcept;
+  // What has come; empty when that is nothing. Valid until the next call of a member.
+  std::string_view Take() noexcept;
+};
+
+class WritingEnd : public PipeEnd {
+ public:
+  using PipeEnd::PipeEnd;
+
+  bool IsReady() const noexcept { return !IsUnderWay() || IsDone(); }
+  // Returns how much of the text is on its way now; nullopt when nobody reads it.
+  std::optional<std::size_t> Write(std::string_view text) noexcept;
+};
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Runs the programs of the page on torvan::java and compares what they print: docs_java_page.sh PROGRAM [WINE-RUN PREFIX
+# JAVA-PREFIX]
+# shellcheck source=tests/examples/expect.sh
+source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
+
+expect 'Java' 0 '42 none
+4 4
+1 1
+the same
+the same
+java\.lang\.NumberFormatException: For input string: "x"
+java\.lang\.NoClassDefFoundError
+1
+from there
+2
+\[\]'
+
+finish

@@ -1,0 +1,27 @@
+// The room that texts under construction start with.
+#pragma once
+
+#include <mirel/base/UnicodeStringBuffer.h>
+
+#include <utility>
+
+#include "fakes/Allocations.h"
+
+namespace fakes {
+
+// The bytes that a text buffer made for so many units asks for.
+inline std::size_t RoomForUnits(unsigned int units) {
+  const Allocations allocations;
+  const mirel::base::CUnicodeStringBuffer buffer(units);
+  return allocations.LastSize();
+}
+
+// The bytes that an operation asks for first.
+template <typename Operation>
+std::size_t FirstRoomOf(Operation&& operation) {
+  const Allocations allocations;
+  std::forward<Operation>(operation)();
+  return allocations.Taken().at(0).size;
+}
+
+}  // namespace fakes

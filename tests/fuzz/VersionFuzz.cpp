@@ -1,0 +1,47 @@
+// Version texts: two of them, a line each.
+#include <torvan/java/Failure.h>
+#include <torvan/java/Version.h>
+
+#include "fuzz/Fuzz.h"
+
+using fuzz::Require;
+using torvan::java::Misuse;
+using torvan::java::Version;
+
+namespace {
+
+bool Parses(std::string_view text) {
+  try {
+    Version::Parse(text);
+    return true;
+  } catch (const Misuse&) {
+    return false;
+  }
+}
+
+void RequireSense(const Version& version, std::string_view text) {
+  Require(version.ToString() == text, "the text is kept");
+  Require(version.Feature() > 0, "a feature number is positive");
+  Require(version.Compare(version) == 0, "a version is equal to itself");
+  Require(version.Fits(version), "a version fits itself");
+  Require(version.Fits(std::to_string(version.Feature())), "a version fits its feature");
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  const std::string_view input = fuzz::Input(data, size);
+  const std::size_t end = std::min(input.find('\n'), input.size());
+  const std::string_view first = input.substr(0, end);
+  const std::string_view second = input.substr(std::min(end + 1, input.size()));
+  const auto a = Version::TryParse(first);
+  const auto b = Version::TryParse(second);
+  Require(Parses(first) == a.has_value(), "both ways of parsing agree");
+  if (a) RequireSense(*a, first);
+  if (b) RequireSense(*b, second);
+  if (!a || !b) return 0;
+  Require(a->Compare(*b) == -b->Compare(*a), "the order is the same from both sides");
+  Require(a->Feature() == b->Feature() || (a->Feature() < b->Feature()) == (*a < *b), "features come first");
+  if (*a == *b) Require(a->Fits(*b) && b->Fits(*a), "what is equal fits");
+  return 0;
+}

@@ -1,0 +1,141 @@
+// Programs of a real Java: JAVA_HOME's.
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+
+#include "java/processes/Left.h"
+#include "java/processes/Probe.h"
+#include "java/processes/RandomArguments.h"
+
+namespace java_tests {
+namespace {
+
+using java::Ended;
+using java::Outcome;
+using java::Process;
+using java::Program;
+
+Program JavaProbe(const std::vector<std::string>& arguments) {
+  return Program::MainClass("ProcessProbe").ClassPath({PROCESS_PROBE_CLASSES}).Arguments(arguments);
+}
+
+// A locale in which Java would lose all that is not ASCII.
+Program InAsciiLocale(Program program) {
+  setenv("LC_ALL", "POSIX", 1);
+  return program;
+}
+
+constexpr const char* Foreign = "Z\xC3\xBCrich \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x98\x80";
+
+void ExpectToArrive(const std::vector<std::string>& arguments) {
+  const Outcome outcome = java::Run(InAsciiLocale(JavaProbe({"arguments"}).Arguments(arguments)));
+  EXPECT_EQ(outcome.error, "");
+  const std::vector<std::string> arrived = Split(outcome.output, '\0');
+  ASSERT_EQ(arrived.size(), arguments.size());
+  for (std::size_t i = 0; i < arguments.size(); ++i) EXPECT_EQ(arrived[i], arguments[i]);
+}
+
+TEST(JavaTest, KnownArgumentsArrive) { ExpectToArrive(KnownArguments()); }
+
+TEST(JavaTest, RandomArgumentsArrive) {
+  RandomArguments random(AllPieces());
+  const std::size_t count = RandomArgumentCount(20000);
+  constexpr std::size_t AtOnce = 10000;
+  for (std::size_t done = 0; done < count; done += AtOnce) ExpectToArrive(random.Next(std::min(AtOnce, count - done)));
+}
+
+TEST(JavaTest, ArgumentsThatAreTooLongForTheSystemArriveFromAFile) {
+  RandomArguments random(AllPieces());
+  std::vector<std::string> arguments = random.Next(200000);  // more than all of them may have together
+  arguments.emplace_back(200000, 'x');                       // more than one may have
+  ExpectToArrive(arguments);
+}
+
+TEST(JavaTest, TextIsUtf8InEveryLocale) {
+  EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"arguments", Foreign}))).output, std::string(Foreign) + '\0');
+  EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"variable", "FOREIGN"}).Environment("FOREIGN", Foreign))).output,
+            Foreign);
+  EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"property", "foreign"}).Property("foreign", Foreign))).output, Foreign);
+  EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"reverse"}).Input("\xE6\x9C\xAC\xE6\x97\xA5"))).error,
+            "\xE6\x97\xA5\xE6\x9C\xAC");
+}
+
+TEST(JavaTest, TheHostMaySayOtherwise) {
+  EXPECT_EQ(java::Run(JavaProbe({"property", "file.encoding"}).Property("file.encoding", "ISO-8859-1")).output,
+            "ISO-8859-1");
+  const Outcome outcome = java::Run(JavaProbe({"arguments", "\xC3\xBC"})
+                                        .Option("-Dstdout.encoding=ISO-8859-1")
+                                        .Option("-Dsun.stdout.encoding=ISO-8859-1"));
+  EXPECT_EQ(outcome.output, std::string("\xFC\0", 2));
+}
+
+TEST(JavaTest, TheExitCodeIsJavas) {
+  EXPECT_EQ(java::Run(JavaProbe({"property", "java.home"})).exitCode, 3);
+  const Outcome wrong = java::Run(JavaProbe({"unknown"}));
+  EXPECT_EQ(wrong.exitCode, 1);
+  EXPECT_NE(wrong.error.find("IllegalArgumentException: unknown"), std::string::npos) << wrong.error;
+}
+
+TEST(JavaTest, AJarIsRun) {
+  const std::string jar = PROCESS_PROBE_JAR;
+  EXPECT_EQ(java::Run(Program::Jar(jar).Arguments({"arguments", "a b"})).output, std::string("a b\0", 4));
+}
+
+TEST(JavaTest, AJarWhoseNameBeginsLikeAnOptionIsRunFromAnotherFolder) {
+  namespace fs = std::filesystem;
+  const fs::path folder = ProbeHome() / "jars";
+  fs::create_directories(folder);
+  const fs::path before = fs::current_path();
+  for (const char* name : {"-version.jar", "@file.jar"}) {
+    fs::copy_file(PROCESS_PROBE_JAR, folder / name, fs::copy_options::overwrite_existing);
+    fs::current_path(folder);
+    const Program program = Program::Jar(name).Arguments({"arguments", "x"}).Folder(ProbeHome());
+    fs::current_path(before);
+    EXPECT_EQ(java::Run(program).output, std::string("x\0", 2)) << name;
+  }
+}
+
+TEST(JavaTest, StoppingRunsTheShutdownHooksAndDumpsNoThreads) {
+  std::atomic<bool> ready = false;
+  std::string hook;
+  Process process = java::Start(JavaProbe({"stop"}).OnOutputLine([&](std::string_view line) {
+    if (line == "ready") ready = true;
+    if (line == "hook") hook = line;
+  }));
+  ASSERT_TRUE(Eventually([&] { return ready.load(); }));
+  process.Stop(30s);
+  const Outcome outcome = process.Wait();
+  EXPECT_EQ(outcome.ended, Ended::Stopped);
+  EXPECT_EQ(outcome.exitCode, 143);
+  EXPECT_EQ(hook, "hook");
+  EXPECT_EQ(outcome.error, "");
+}
+
+TEST(JavaTest, TheTimeLimitRunsTheShutdownHooks) {
+  const Outcome outcome = java::Run(JavaProbe({"stop"}).TimeLimit(5s));
+  EXPECT_EQ(outcome.ended, Ended::TimedOut);
+  EXPECT_EQ(outcome.output, "ready\nhook");
+}
+
+TEST(JavaTest, KillingEndsWhatJavaHasStarted) {
+  std::mutex mutex;
+  std::vector<unsigned long> ids;
+  Process process = java::Start(JavaProbe({"children"}).OnOutputLine([&](std::string_view line) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    ids.push_back(std::stoul(std::string(line)));
+  }));
+  ASSERT_TRUE(Eventually([&] {
+    const std::lock_guard<std::mutex> lock(mutex);
+    return ids.size() == 2;
+  }));
+  process.Kill();
+  for (const unsigned long id : ids) EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
+}
+
+TEST(JavaTest, TenMegabytesGoThroughJava) {
+  const std::string text(10 << 20, 'x');
+  EXPECT_TRUE(java::Run(JavaProbe({"echo"}).Input(text)).output == text);
+}
+
+}  // namespace
+}  // namespace java_tests

@@ -1,0 +1,129 @@
+// What is left of programs: nothing in this process, nothing of what they have started.
+#include <mutex>
+
+#include "java/processes/Left.h"
+#include "java/processes/Probe.h"
+
+namespace java_tests {
+namespace {
+
+using java::Ended;
+using java::Process;
+
+// A probe with three generations below it, one of them in a group of its own, and their ids.
+class Tree {
+ public:
+  Tree()
+      : m_process(java::Start(Probe({"tree", "60000"}).OnOutputLine([this](std::string_view line) {
+          const std::lock_guard<std::mutex> lock(m_mutex);
+          m_ids.push_back(std::stoul(std::string(line)));
+        }))) {
+    EXPECT_TRUE(Eventually([this] { return Ids().size() == 4; }));
+    EXPECT_EQ(Running(), 4u);
+  }
+
+  std::vector<unsigned long> Ids() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_ids;
+  }
+  std::size_t Running() {
+    std::size_t count = 0;
+    for (const unsigned long id : Ids()) count += Runs(id) ? 1 : 0;
+    return count;
+  }
+  std::optional<Process>& TheProcess() { return m_process; }
+
+ private:
+  std::mutex m_mutex;
+  std::vector<unsigned long> m_ids;
+  std::optional<Process> m_process;
+};
+
+TEST(LeftBehindTest, KillingEndsTheWholeTree) {
+  Tree tree;
+  tree.TheProcess()->Kill();
+  EXPECT_TRUE(Eventually([&] { return tree.Running() == 0; }));
+  EXPECT_EQ(tree.TheProcess()->Wait().ended, Ended::Killed);
+}
+
+TEST(LeftBehindTest, DroppingEndsTheWholeTree) {
+  const Held before = HeldNow();
+  Tree tree;
+  tree.TheProcess().reset();
+  EXPECT_TRUE(Eventually([&] { return tree.Running() == 0; }));
+  EXPECT_EQ(HeldNow().children, before.children);
+}
+
+TEST(LeftBehindTest, WhatAProgramLeavesRunningAtItsOwnEndRunsOn) {
+  const auto outcome = java::Run(Probe({"leaves", "1500"}));
+  const auto ids = Split(outcome.output, '\n');
+  ASSERT_EQ(ids.size(), 1u);
+  EXPECT_TRUE(Runs(std::stoul(ids[0])));
+}
+
+TEST(LeftBehindTest, NothingIsHeldWhenAProgramHasEnded) {
+  java::Run(Probe({"exit", "0"}));
+  const Held before = HeldNow();
+  const Process process = java::Start(Probe({"echo"}).Input("x"));
+  process.Wait();
+  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
+  EXPECT_EQ(HeldNow().children, before.children);
+  EXPECT_TRUE(Eventually([&] { return HeldNow().threads == before.threads; }));
+}
+
+TEST(LeftBehindTest, NothingIsHeldWhenAProgramCannotStart) {
+  const Held before = HeldNow();
+  for (int i = 0; i < 20; ++i) {
+    EXPECT_THROW(java::Start(Probe({}).Folder(ProbeHome() / "nowhere")), java::StartFailure);
+    EXPECT_THROW(java::Run(Probe({}).InputFile(ProbeHome() / "nowhere")), java::StartFailure);
+  }
+  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
+  EXPECT_EQ(HeldNow().threads, before.threads);
+  EXPECT_EQ(HeldNow().children, before.children);
+}
+
+TEST(LeftBehindTest, ManyInARowLeaveNothing) {
+  const auto round = [](int i) {
+    switch (i % 4) {
+      case 0:
+        EXPECT_EQ(java::Run(Probe({"echo"}).Input("text")).output, "text");
+        break;
+      case 1:
+        EXPECT_EQ(java::Start(Probe({"says", "x", "exit", "3"})).Wait().exitCode, 3);
+        break;
+      case 2:
+        java::Start(Probe({"sleep", "60000"}).KeepInputOpen());
+        break;  // dropped while it runs
+      default:
+        java::Start(Probe({"echo"}).KeepInputOpen()).Kill();
+    }
+  };
+#if defined(_WIN32)
+  constexpr int Count = 200;  // under Wine a start takes much longer
+#else
+  constexpr int Count = 2000;
+#endif
+  for (int i = 0; i < Count / 4; ++i) round(i);
+  const Held before = HeldNow();
+  const std::size_t memory = MemoryNow();
+  for (int i = 0; i < Count; ++i) round(i);
+  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
+  EXPECT_EQ(HeldNow().threads, before.threads);
+  EXPECT_EQ(HeldNow().children, before.children);
+  EXPECT_LT(MemoryNow(), memory + (1 << 20));
+}
+
+TEST(LeftBehindTest, ADetachedProgramOutlivesItsStartAndLeavesNothing) {
+  const Held before = HeldNow();
+  const auto file = ProbeHome() / "detached.txt";
+  const std::uint32_t id = Probe({"says", "begun", "sleep", "700", "says", " ended"}).OutputFile(file).Detached();
+  EXPECT_TRUE(Runs(id));
+  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
+  EXPECT_EQ(HeldNow().threads, before.threads);
+  EXPECT_EQ(HeldNow().children, before.children);
+  EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
+  EXPECT_EQ(ReadFile(file), "begun ended");
+}
+
+}  // namespace
+}  // namespace java_tests

@@ -1,0 +1,103 @@
+// Memory that runs out, at each step of a program's life.
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "java/processes/Left.h"
+#include "java/processes/Probe.h"
+
+namespace {
+
+constexpr long Never = -1;
+std::atomic<long> g_allocationsLeft = Never;
+
+void* Allocate(std::size_t size) {
+  // Threads may count past the end; what is below zero and not Never is at the end, too.
+  if (g_allocationsLeft != Never && g_allocationsLeft-- <= 0) {
+    g_allocationsLeft = 0;
+    throw std::bad_alloc();
+  }
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+// Those of the whole program; the other forms call these.
+void* operator new(std::size_t size) { return Allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace java_tests {
+namespace {
+
+using java::Outcome;
+using java::Process;
+
+// Does it with less and less memory, until it has enough, and looks each time at what is left behind.
+template <class Function>
+long StepsUntilThereIsEnough(const Function& function) {
+  function();
+  const Held before = HeldNow();
+  for (long steps = 0;; ++steps) {
+    bool isEnough = true;
+    g_allocationsLeft = steps;
+    try {
+      function();
+    } catch (const std::bad_alloc&) {
+      isEnough = false;
+    }
+    g_allocationsLeft = Never;
+    const Held now = HeldNow();
+    EXPECT_EQ(now.descriptors, before.descriptors) << "with " << steps;
+    EXPECT_EQ(now.threads, before.threads) << "with " << steps;
+    EXPECT_EQ(now.children, before.children) << "with " << steps;
+    if (isEnough || testing::Test::HasFailure()) return steps;
+  }
+}
+
+TEST(MemoryTest, ARunWithoutMemoryLeavesNothing) {
+  const java::Program program = Probe({"echo", "complains", "e"}).Input(std::string(100, 'x'));
+  EXPECT_GT(StepsUntilThereIsEnough([&program] {
+              const Outcome outcome = java::Run(program);
+              if (outcome.output != std::string(100, 'x') || outcome.error != "e") std::abort();
+            }),
+            50);
+}
+
+TEST(MemoryTest, AProcessWithoutMemoryLeavesNothing) {
+  const java::Program program = Probe({"echo"}).KeepInputOpen();
+  EXPECT_GT(StepsUntilThereIsEnough([&program] {
+              Process process = java::Start(program);
+              process.Write("a text that is too long to be kept in place");
+              process.CloseInput();
+              const Outcome outcome = process.Wait();
+              if (outcome.output != "a text that is too long to be kept in place") std::abort();
+            }),
+            50);
+}
+
+TEST(MemoryTest, KillingNeedsNoMemory) {
+  for (long steps = 0; steps < 3; ++steps) {
+    Process process = java::Start(Probe({"sleep", "60000"}));
+    g_allocationsLeft = steps;
+    process.Kill();
+    g_allocationsLeft = Never;
+    EXPECT_EQ(process.Wait().ended, java::Ended::Killed);
+  }
+}
+
+TEST(MemoryTest, DroppingNeedsNoMemory) {
+  const Held before = HeldNow();
+  std::optional<Process> process = java::Start(Probe({"sleep", "60000"}));
+  const std::uint32_t id = process->Id();
+  g_allocationsLeft = 0;
+  process.reset();
+  g_allocationsLeft = Never;
+  EXPECT_FALSE(Runs(id));
+  EXPECT_EQ(HeldNow().children, before.children);
+}
+
+}  // namespace
+}  // namespace java_tests

@@ -1,0 +1,55 @@
+// A Java runtime whose java is a probe that does what its arguments say.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <torvan/java/Process.h>
+
+#include <chrono>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace java_tests {
+
+namespace java = torvan::java;
+using namespace std::chrono_literals;
+
+// The runtime's home, with a space in its path; made once for the test program. Below it is the folder "empty".
+const std::filesystem::path& ProbeHome();
+
+// A program that goes through these steps of the probe.
+inline java::Program Probe(const std::vector<std::string>& steps) {
+  return java::Program::MainClass("Probe").Runtime(ProbeHome()).Arguments(steps);
+}
+
+// The texts that end with this byte.
+std::vector<std::string> Split(const std::string& text, char end);
+
+// All of a file, as bytes.
+std::string ReadFile(const std::filesystem::path& path);
+
+// What is thrown says exactly this.
+template <class Exception, class Function>
+void ExpectThrow(const Function& function, const std::string& text) {
+  try {
+    function();
+    ADD_FAILURE() << "nothing was thrown, but expected: " << text;
+  } catch (const Exception& exception) {
+    EXPECT_EQ(exception.what(), text);
+  }
+}
+
+// Waits until something holds, for ten seconds at most.
+template <class Condition>
+bool Eventually(const Condition& condition) {
+  const auto end = std::chrono::steady_clock::now() + 10s;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(5ms);
+  }
+  return true;
+}
+
+}  // namespace java_tests

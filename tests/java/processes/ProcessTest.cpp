@@ -1,0 +1,230 @@
+// A program that was started: writing to it, waiting for it, ending it.
+#include <atomic>
+#include <thread>
+
+#include "java/processes/Probe.h"
+
+namespace java_tests {
+namespace {
+
+using java::Ended;
+using java::Outcome;
+using java::Process;
+
+class ProcessTest : public testing::Test {
+ protected:
+  // A program that says when it has begun.
+  static Process StartNow(std::vector<std::string> steps, std::atomic<bool>& begun) {
+    steps.insert(steps.begin(), {"says", "begun\n"});
+    return java::Start(Probe(steps).OnOutputLine([&begun](std::string_view) { begun = true; }));
+  }
+};
+
+TEST_F(ProcessTest, WaitingReturnsTheOutcomeAsOftenAsAsked) {
+  const Process process = java::Start(Probe({"says", "text", "exit", "5"}));
+  EXPECT_GT(process.Id(), 1u);
+  for (int i = 0; i < 2; ++i) {
+    const Outcome outcome = process.Wait();
+    EXPECT_EQ(outcome.output, "text");
+    EXPECT_EQ(outcome.exitCode, 5);
+    EXPECT_EQ(outcome.ended, Ended::Exited);
+  }
+}
+
+TEST_F(ProcessTest, WaitingForATimeReturnsNothingWhileTheProgramRuns) {
+  Process process = java::Start(Probe({"sleep", "60000"}));
+  EXPECT_FALSE(process.Wait(20ms));
+  EXPECT_FALSE(process.Wait(0ms));
+  EXPECT_FALSE(process.Wait(-5ms));
+  process.Kill();
+  const auto outcome = process.Wait(0ms);
+  ASSERT_TRUE(outcome);
+  EXPECT_EQ(outcome->ended, Ended::Killed);
+  EXPECT_EQ(outcome->exitCode, 137);
+}
+
+TEST_F(ProcessTest, SeveralThreadsWaitAtOnce) {
+  const Process process = java::Start(Probe({"sleep", "200", "says", "x", "exit", "4"}));
+  std::atomic<int> right = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&process, &right, i] {
+      const Outcome outcome = i % 2 == 0 ? process.Wait() : process.Wait(30s).value();
+      if (outcome.exitCode == 4 && outcome.output == "x") ++right;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(right, 8);
+}
+
+TEST_F(ProcessTest, ATextIsWrittenAndItsEndIsSeen) {
+  Process process = java::Start(Probe({"echo", "says", "!"}).Input("first ").KeepInputOpen());
+  EXPECT_TRUE(process.Write("second "));
+  EXPECT_TRUE(process.Write(""));
+  EXPECT_TRUE(process.Write("third"));
+  EXPECT_FALSE(process.Wait(50ms));
+  process.CloseInput();
+  process.CloseInput();
+  EXPECT_EQ(process.Wait().output, "first second third!");
+}
+
+TEST_F(ProcessTest, AQuestionIsAnsweredFromAFunctionOfTheProgram) {
+  std::vector<std::string> lines;
+  std::atomic<Process*> self = nullptr;
+  Process process =
+      java::Start(Probe({"says", "what?\n", "echo"}).KeepInputOpen().OnOutputLine([&](std::string_view line) {
+        while (self == nullptr) std::this_thread::yield();
+        lines.emplace_back(line);
+        if (line == "what?") {
+          EXPECT_TRUE(self.load()->Write("this\n"));
+          self.load()->CloseInput();
+        }
+      }));
+  self = &process;
+  process.Wait();
+  EXPECT_EQ(lines, (std::vector<std::string>{"what?", "this"}));
+}
+
+TEST_F(ProcessTest, WritingWaitsUntilTheProgramReads) {
+  Process process = java::Start(Probe({"sleep", "300", "flood", "1"}).KeepInputOpen());
+  EXPECT_TRUE(process.Write(std::string(8 << 20, 'x')));
+  process.CloseInput();
+  EXPECT_EQ(process.Wait().output, "o\n8388608\n");
+}
+
+TEST_F(ProcessTest, WritingToAProgramThatReadsNoMoreSaysSo) {
+  Process process = java::Start(Probe({"exit", "0"}).KeepInputOpen());
+  process.Wait();
+  EXPECT_FALSE(process.Write("x"));
+  Process ends = java::Start(Probe({"sleep", "100"}).KeepInputOpen());
+  EXPECT_FALSE(ends.Write(std::string(8 << 20, 'x')));
+}
+
+TEST_F(ProcessTest, WritingToAnInputThatIsNotOpenIsRefused) {
+  Process process = java::Start(Probe({"sleep", "60000"}).Input("x"));
+  ExpectThrow<java::Misuse>([&] { process.Write("y"); }, "the input was not kept open: KeepInputOpen() does that");
+  Process closed = java::Start(Probe({"sleep", "60000"}).KeepInputOpen());
+  closed.CloseInput();
+  ExpectThrow<java::Misuse>([&] { closed.Write("y"); }, "the input was ended by CloseInput()");
+  ExpectThrow<java::Misuse>([] { java::Start(Probe({}).InputFile("x").KeepInputOpen()); },
+                            "an input that is a file cannot be kept open for more");
+}
+
+TEST_F(ProcessTest, AProgramStopsWhenItIsAsked) {
+  std::atomic<bool> begun = false;
+  Process process = StartNow({"sleep", "60000"}, begun);
+  ASSERT_TRUE(Eventually([&] { return begun.load(); }));
+  process.Stop(10s);
+  const Outcome outcome = process.Wait();
+  EXPECT_EQ(outcome.ended, Ended::Stopped);
+#if !defined(_WIN32)
+  EXPECT_EQ(outcome.exitCode, 143);
+#endif
+  process.Stop();  // it has ended
+  process.Kill();
+}
+
+TEST_F(ProcessTest, AProgramThatEndsInOrderKeepsItsExitCode) {
+  std::atomic<bool> begun = false;
+  Process process = java::Start(
+      Probe({"orderly", "42", "says", "begun\n", "sleep", "60000"}).OnOutputLine([&begun](std::string_view) {
+        begun = true;
+      }));
+  ASSERT_TRUE(Eventually([&] { return begun.load(); }));
+  process.Stop(10s);
+  const Outcome outcome = process.Wait();
+  EXPECT_EQ(outcome.ended, Ended::Stopped);
+  EXPECT_EQ(outcome.exitCode, 42);
+}
+
+TEST_F(ProcessTest, AProgramThatDoesNotStopIsKilledAfterTheGrace) {
+  std::atomic<bool> begun = false;
+  Process process = java::Start(
+      Probe({"deaf", "says", "begun\n", "sleep", "60000"}).OnOutputLine([&begun](std::string_view) { begun = true; }));
+  ASSERT_TRUE(Eventually([&] { return begun.load(); }));
+  const auto begin = std::chrono::steady_clock::now();
+  process.Stop(300ms);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, 300ms);
+  const Outcome outcome = process.Wait();
+  EXPECT_EQ(outcome.ended, Ended::Killed);
+  EXPECT_EQ(outcome.exitCode, 137);
+}
+
+TEST_F(ProcessTest, AFunctionOfTheProgramMayEndIt) {
+  for (const bool kills : {false, true}) {
+    std::atomic<Process*> self = nullptr;
+    Process process =
+        java::Start(Probe({"says", "begun\n", "sleep", "60000"}).OnOutputLine([&self, kills](std::string_view) {
+          while (self == nullptr) std::this_thread::yield();
+          kills ? self.load()->Kill() : self.load()->Stop(10s);
+        }));
+    self = &process;
+    EXPECT_EQ(process.Wait().ended, kills ? Ended::Killed : Ended::Stopped);
+  }
+}
+
+TEST_F(ProcessTest, AFunctionOfTheProgramCannotWaitForIt) {
+  std::atomic<Process*> self = nullptr;
+  Process process = java::Start(Probe({"says", "begun\n"}).OnOutputLine([&self](std::string_view) {
+    while (self == nullptr) std::this_thread::yield();
+    self.load()->Wait();
+  }));
+  self = &process;
+  ExpectThrow<java::Misuse>([&] { process.Wait(); }, "a function of the program cannot wait for the program's end");
+}
+
+TEST_F(ProcessTest, AFunctionOfTheProgramMayDropIt) {
+  std::atomic<bool> dropped = false;
+  auto process = std::make_shared<std::optional<Process>>();
+  std::atomic<bool> isThere = false;
+  *process = java::Start(Probe({"says", "begun\n", "sleep", "60000"}).OnOutputLine([&](std::string_view) {
+    while (!isThere) std::this_thread::yield();
+    process->reset();
+    dropped = true;
+  }));
+  isThere = true;
+  EXPECT_TRUE(Eventually([&] { return dropped.load(); }));
+}
+
+TEST_F(ProcessTest, WhatAFunctionThrowsComesOutOfEveryWait) {
+  const Process process = java::Start(
+      Probe({"says", "x\n", "sleep", "60000"}).OnOutputLine([](std::string_view) { throw std::domain_error("it"); }));
+  EXPECT_THROW(process.Wait(), std::domain_error);
+  EXPECT_THROW(process.Wait(1s), std::domain_error);
+}
+
+TEST_F(ProcessTest, TheTimeLimitIsKeptWhenNobodyWaits) {
+  const Process process = java::Start(Probe({"sleep", "60000"}).TimeLimit(100ms));
+  std::this_thread::sleep_for(100ms);
+  const auto outcome = process.Wait(20s);
+  ASSERT_TRUE(outcome);
+  EXPECT_EQ(outcome->ended, Ended::TimedOut);
+}
+
+TEST_F(ProcessTest, AProcessIsMoved) {
+  Process first = java::Start(Probe({"exit", "1"}));
+  Process second = std::move(first);
+  ExpectThrow<java::Misuse>([&] { first.Wait(); }, "the Process was moved from");
+  first = java::Start(Probe({"exit", "2"}));
+  EXPECT_EQ(first.Wait().exitCode, 2);
+  first = std::move(second);
+  EXPECT_EQ(first.Wait().exitCode, 1);
+}
+
+TEST_F(ProcessTest, SixtyFourRunAtATime) {
+  std::vector<Process> processes;
+  for (int i = 0; i < 64; ++i) {
+    processes.push_back(
+        java::Start(Probe({"echo", "says", std::to_string(i), "exit", std::to_string(i)}).KeepInputOpen()));
+  }
+  for (Process& process : processes) EXPECT_TRUE(process.Write("number "));
+  for (Process& process : processes) process.CloseInput();
+  for (int i = 0; i < 64; ++i) {
+    const Outcome outcome = processes[static_cast<std::size_t>(i)].Wait();
+    EXPECT_EQ(outcome.output, "number " + std::to_string(i));
+    EXPECT_EQ(outcome.exitCode, i);
+  }
+}
+
+}  // namespace
+}  // namespace java_tests

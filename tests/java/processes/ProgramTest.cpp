@@ -1,0 +1,187 @@
+// What a Program makes of its settings, and what it refuses.
+#include <fstream>
+
+#include "java/processes/Probe.h"
+
+namespace java_tests {
+namespace {
+
+using java::Program;
+namespace fs = std::filesystem;
+
+std::vector<std::string> Variables(Program program) {
+  return Split(java::Run(program.Arguments({"environment"})).output, '\0');
+}
+
+Program Bare() { return Probe({}); }
+
+const std::string* Find(const std::vector<std::string>& variables, const std::string& name) {
+  for (const std::string& variable : variables) {
+    if (variable.compare(0, name.size() + 1, name + "=") == 0) return &variable;
+  }
+  return nullptr;
+}
+
+TEST(ProgramTest, ACopyIsItsOwn) {
+  const Program first = Probe({"exit", "1"});
+  Program second = first;
+  second.Arguments({"says", "x"});
+  EXPECT_EQ(first.Settings().arguments.size(), 2u);
+  EXPECT_EQ(java::Run(first).exitCode, 1);
+}
+
+TEST(ProgramTest, TheHostsEnvironmentIsPassedOnAndChanged) {
+#if defined(_WIN32)
+  ASSERT_EQ(_putenv("PROCESS_TEST_A=a"), 0);
+  ASSERT_EQ(_putenv("PROCESS_TEST_B=b"), 0);
+#else
+  ASSERT_EQ(setenv("PROCESS_TEST_A", "a", 1), 0);
+  ASSERT_EQ(setenv("PROCESS_TEST_B", "b", 1), 0);
+#endif
+  const auto variables = Variables(Bare()
+                                       .Environment("PROCESS_TEST_B", "=b =")
+                                       .Environment("PROCESS_TEST_C", "")
+                                       .Environment("PROCESS_TEST_D", "x")
+                                       .RemoveEnvironment("PROCESS_TEST_D")
+                                       .Environment("PROCESS_TEST_\xC3\xA4", "\xE6\x97\xA5"));
+  ASSERT_NE(Find(variables, "PROCESS_TEST_A"), nullptr);
+  EXPECT_EQ(*Find(variables, "PROCESS_TEST_A"), "PROCESS_TEST_A=a");
+  EXPECT_EQ(*Find(variables, "PROCESS_TEST_B"), "PROCESS_TEST_B==b =");
+  EXPECT_EQ(*Find(variables, "PROCESS_TEST_C"), "PROCESS_TEST_C=");
+  EXPECT_EQ(Find(variables, "PROCESS_TEST_D"), nullptr);
+  EXPECT_EQ(*Find(variables, "PROCESS_TEST_\xC3\xA4"), "PROCESS_TEST_\xC3\xA4=\xE6\x97\xA5");
+  EXPECT_EQ(Find(Variables(Bare().RemoveEnvironment("PROCESS_TEST_A")), "PROCESS_TEST_A"), nullptr);
+}
+
+TEST(ProgramTest, AClearedEnvironmentHasWhatIsSetAfterwards) {
+  const auto variables = Variables(
+      Bare().Environment("BEFORE", "1").ClearEnvironment().Environment("AFTER", "2").Environment("LANG", "C"));
+#if defined(_WIN32)
+  // Wine gives some to every process.
+  for (const char* name : {"SystemRoot", "AFTER", "LANG"}) EXPECT_NE(Find(variables, name), nullptr) << name;
+  for (const char* name : {"BEFORE", "PATH", "Path", "WINEPREFIX"}) EXPECT_EQ(Find(variables, name), nullptr) << name;
+#else
+  EXPECT_EQ(variables, (std::vector<std::string>{"AFTER=2", "LANG=C"}));
+#endif
+}
+
+#if !defined(_WIN32)
+TEST(ProgramTest, TheLocaleIsMadeUtf8AndKeepsItsLanguage) {
+  struct Row {
+    const char* name;
+    std::vector<std::pair<std::string, std::string>> given;
+    std::vector<std::string> expected;
+  };
+  const Row rows[] = {
+      {"nothing", {}, {"LC_CTYPE=C.UTF-8"}},
+      {"UTF-8", {{"LC_TEST", "x"}}, {"LC_TEST=x", "LC_CTYPE=C.UTF-8"}},
+  };
+  for (const Row& row : rows) {
+    Program program = Bare().ClearEnvironment();
+    for (const auto& variable : row.given) program.Environment(variable.first, variable.second);
+    EXPECT_EQ(Variables(program), row.expected) << row.name;
+  }
+  const char* const names[] = {"LC_ALL", "LC_CTYPE", "LANG"};
+  for (const char* name : names) unsetenv(name);
+  setenv("LANG", "de_DE.utf8", 1);
+  EXPECT_EQ(Find(Variables(Bare()), "LC_CTYPE"), nullptr);
+  setenv("LANG", "de_DE@euro", 1);
+  EXPECT_EQ(*Find(Variables(Bare()), "LC_CTYPE"), "LC_CTYPE=C.UTF-8");
+  EXPECT_EQ(*Find(Variables(Bare()), "LANG"), "LANG=de_DE@euro");
+  EXPECT_EQ(Find(Variables(Bare().Environment("LC_CTYPE", "POSIX")), "LC_CTYPE")->substr(9), "POSIX");
+  setenv("LC_ALL", "fr_FR.ISO-8859-1", 1);
+  const auto variables = Variables(Bare());
+  EXPECT_EQ(Find(variables, "LC_ALL"), nullptr);
+  EXPECT_EQ(*Find(variables, "LC_MESSAGES"), "LC_MESSAGES=fr_FR.ISO-8859-1");
+  EXPECT_EQ(*Find(variables, "LC_CTYPE"), "LC_CTYPE=C.UTF-8");
+  for (const char* name : names) unsetenv(name);
+}
+#endif
+
+TEST(ProgramTest, OptionsPropertiesAndClassPathComeBeforeTheClass) {
+  const fs::path folder = ProbeHome();
+  Program program = Program::MainClass("a.Probe")
+                        .Runtime(folder)
+                        .Option("-Xmx64m")
+                        .Property("x", "a b=\"c\"")
+                        .Option("-Xss1m")
+                        .ClassPath({"relative.jar", folder / "*"})
+                        .ClassPath({folder / "-more"});
+  EXPECT_EQ(program.Settings().options, (std::vector<std::string>{"-Xmx64m", "-Dx=a b=\"c\"", "-Xss1m"}));
+  EXPECT_EQ(program.Settings().classPath,
+            (std::vector<fs::path>{fs::current_path() / "relative.jar", folder / "*", folder / "-more"}));
+  EXPECT_EQ(Program::Jar("@x.jar").Settings().jar, fs::current_path() / "@x.jar");
+}
+
+TEST(ProgramTest, WhatNoProgramCanTakeIsRefused) {
+  using namespace std::string_literals;
+  struct Row {
+    std::function<void()> wrong;
+    std::string text;
+  };
+  const std::string nul = "a\0b"s;
+  const Row rows[] = {
+      {[] { Program::MainClass(""); }, "\"\" is no name of a class"},
+      {[] { Program::MainClass("-jar"); }, "\"-jar\" is no name of a class"},
+      {[] { Program::MainClass("@file"); }, "\"@file\" is no name of a class"},
+      {[&] { Program::MainClass(nul); }, "the main class holds a NUL, which no program can take"},
+      {[] { Program::Jar(""); }, "the jar is empty"},
+      {[&] { Program::Jar(fs::path(nul)); }, "the jar holds a NUL, which no program can take"},
+      {[] { Bare().Runtime(""); }, "the runtime's home is empty"},
+      {[] {
+         Bare().ClassPath({"a", ""});
+       },
+       "a part of the class path is empty"},
+      {[] { Bare().Option("Xmx1g"); },
+       "\"Xmx1g\" is no option: it begins with \"-\", and its value follows after \"=\""},
+      {[] { Bare().Option("-"); }, "\"-\" is no option: it begins with \"-\", and its value follows after \"=\""},
+      {[] { Bare().Option("-\xC3"); }, "an option: invalid UTF-8 at byte 1"},
+      {[] { Bare().Property("", "x"); }, "\"\" is no name of a system property"},
+      {[] { Bare().Property("a=b", "x"); }, "\"a=b\" is no name of a system property"},
+      {[&] { Bare().Property("a", nul); }, "the value of a system property holds a NUL, which no program can take"},
+      {[&] {
+         Bare().Arguments({"x", nul});
+       },
+       "an argument holds a NUL, which no program can take"},
+      {[] { Bare().Arguments({"ab\xFF"}); }, "an argument: invalid UTF-8 at byte 2"},
+      {[] { Bare().Environment("", "x"); }, "\"\" is no name of an environment variable"},
+      {[] { Bare().Environment("A=B", "x"); }, "\"A=B\" is no name of an environment variable"},
+      {[] { Bare().RemoveEnvironment("="); }, "\"=\" is no name of an environment variable"},
+      {[&] { Bare().Environment("A", nul); },
+       "the value of an environment variable holds a NUL, which no program can take"},
+      {[] { Bare().Folder(""); }, "the folder is empty"},
+      {[] { Bare().InputFrom(nullptr); }, "the function that returns input is empty"},
+      {[] { Bare().OnOutputLine(nullptr); }, "the function for lines of output is empty"},
+      {[] { Bare().OnErrorLine(nullptr); }, "the function for lines of error output is empty"},
+      {[] { Bare().OutputFile(""); }, "the output file is empty"},
+      {[] { Bare().ErrorFile(""); }, "the error file is empty"},
+      {[] { Bare().InputFile(""); }, "the input file is empty"},
+      {[] { Bare().TimeLimit(0ms); }, "a time limit is more than 0 milliseconds"},
+      {[] { java::Run(Program::Jar("x").ClassPath({"y"})); },
+       "a program that is a jar brings its own class path: Java would not look at this one"},
+      {[] { Bare().TimeLimit(1s).Detached(); }, "nobody keeps the time limit of a program that runs detached"},
+      {[] { Bare().Input("x").Detached(); }, "the input of a program that runs detached is empty or a file"},
+      {[] { Bare().KeepInputOpen().Detached(); }, "the input of a program that runs detached is empty or a file"},
+      {[] { Bare().OnErrorLine([](std::string_view) {}).Detached(); },
+       "no function can be called for a program that runs detached"},
+  };
+  for (const Row& row : rows) ExpectThrow<java::Misuse>(row.wrong, row.text);
+#if defined(_WIN32)
+  const std::string separated = "a;b";
+#else
+  const std::string separated = "a:b";
+#endif
+  ExpectThrow<java::Misuse>([&] { Bare().ClassPath({separated}); },
+                            "\"" + separated + "\" would be several parts of a class path: pass each by itself");
+}
+
+TEST(ProgramTest, ARefusedSettingChangesNothing) {
+  Program program = Bare();
+  EXPECT_THROW(program.ClassPath({"a", ""}), java::Misuse);
+  EXPECT_THROW(program.Arguments({"a", "\xFF"}), java::Misuse);
+  EXPECT_TRUE(program.Settings().classPath.empty());
+  EXPECT_TRUE(program.Settings().arguments.empty());
+}
+
+}  // namespace
+}  // namespace java_tests

@@ -1,0 +1,173 @@
+// What Run() returns, and what streams carry.
+#include <fstream>
+#include <thread>
+
+#include "java/processes/Probe.h"
+
+namespace java_tests {
+namespace {
+
+using java::Ended;
+using java::Outcome;
+namespace fs = std::filesystem;
+
+TEST(RunTest, OutputAndErrorAreCapturedApart) {
+  const Outcome outcome = java::Run(Probe({"says", "to the output", "complains", "to the error", "exit", "3"}));
+  EXPECT_EQ(outcome.output, "to the output");
+  EXPECT_EQ(outcome.error, "to the error");
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.ended, Ended::Exited);
+}
+
+TEST(RunTest, AnExitCodeOf127IsTheProgramsOwn) {
+  const Outcome outcome = java::Run(Probe({"exit", "127"}));
+  EXPECT_EQ(outcome.exitCode, 127);
+  EXPECT_EQ(outcome.ended, Ended::Exited);
+}
+
+TEST(RunTest, TheInputIsEmptyUnlessGiven) { EXPECT_EQ(java::Run(Probe({"echo", "says", "end"})).output, "end"); }
+
+TEST(RunTest, TheInputIsWhatIsGiven) {
+  const std::string text("a\0b\r\n\xFF", 6);
+  EXPECT_EQ(java::Run(Probe({"echo"}).Input(text)).output, text);
+  EXPECT_EQ(java::Run(Probe({"echo"}).Input("")).output, "");
+}
+
+TEST(RunTest, TheInputComesFromAFile) {
+  const fs::path file = ProbeHome() / "input.txt";
+  std::ofstream(file, std::ios::binary) << "from a file\n";
+  EXPECT_EQ(java::Run(Probe({"echo"}).InputFile(file)).output, "from a file\n");
+}
+
+TEST(RunTest, TheInputComesFromAFunctionUntilItReturnsNothing) {
+  int calls = 0;
+  const auto next = [&calls]() -> std::optional<std::string> {
+    ++calls;
+    if (calls == 2) return "";  // not the end
+    if (calls > 3) return std::nullopt;
+    return std::to_string(calls) + ";";
+  };
+  EXPECT_EQ(java::Run(Probe({"echo"}).InputFrom(next)).output, "1;3;");
+  EXPECT_EQ(calls, 4);
+}
+
+TEST(RunTest, InputThatNobodyReadsIsDropped) {
+  const Outcome outcome = java::Run(Probe({"says", "done"}).Input(std::string(1 << 20, 'x')));
+  EXPECT_EQ(outcome.output, "done");
+  EXPECT_EQ(outcome.ended, Ended::Exited);
+  EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(RunTest, AHundredMegabytesFlowEachWayAtOnce) {
+  constexpr std::size_t Size = 100 << 20;
+  const Outcome outcome = java::Run(Probe({"flood", std::to_string(Size)}).Input(std::string(Size, 'i')));
+  ASSERT_EQ(outcome.output.size(), Size + std::string("\n104857600\n").size());
+  EXPECT_EQ(outcome.output.substr(Size), "\n104857600\n");
+  EXPECT_EQ(outcome.output.find_first_not_of('o'), Size);
+  ASSERT_EQ(outcome.error.size(), Size);
+  EXPECT_EQ(outcome.error.find_first_not_of('e'), std::string::npos);
+}
+
+TEST(RunTest, LinesComeAsTheyAreWritten) {
+  std::vector<std::string> lines;
+  std::vector<std::string> errors;
+  std::vector<std::chrono::steady_clock::time_point> times;
+  const std::thread::id here = std::this_thread::get_id();
+  const Outcome outcome =
+      java::Run(Probe({"says", "one\r\nt", "sleep", "600", "says", "wo\n\nlast", "complains", "e\n"})
+                    .OnOutputLine([&](std::string_view line) {
+                      lines.emplace_back(line);
+                      times.push_back(std::chrono::steady_clock::now());
+                      EXPECT_EQ(std::this_thread::get_id(), here);
+                    })
+                    .OnErrorLine([&](std::string_view line) { errors.emplace_back(line); }));
+  EXPECT_EQ(lines, (std::vector<std::string>{"one", "two", "", "last"}));
+  EXPECT_EQ(errors, std::vector<std::string>{"e"});
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_GE(times[1] - times[0], 300ms);
+}
+
+TEST(RunTest, OutputGoesToFiles) {
+  const fs::path out = ProbeHome() / "out.txt";
+  const fs::path error = ProbeHome() / "error.txt";
+  std::ofstream(out) << "what was there before";
+  const Outcome outcome = java::Run(Probe({"says", "o", "complains", "e"}).OutputFile(out).ErrorFile(error));
+  EXPECT_EQ(outcome.output + outcome.error, "");
+  EXPECT_EQ(ReadFile(out), "o");
+  EXPECT_EQ(ReadFile(error), "e");
+}
+
+TEST(RunTest, BothOutputsMayGoToOneFile) {
+  const fs::path file = ProbeHome() / "both.txt";
+  java::Run(Probe({"says", "1", "complains", "2", "says", "3"}).OutputFile(file).ErrorFile(file));
+  EXPECT_EQ(ReadFile(file), "123");
+}
+
+TEST(RunTest, WhatThrowsInAFunctionEndsTheProgramAndComesOut) {
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_THROW(java::Run(Probe({"says", "line\n", "sleep", "60000"}).OnOutputLine([](std::string_view) {
+                 throw std::domain_error("of a line");
+               })),
+               std::domain_error);
+  EXPECT_THROW(java::Run(Probe({"sleep", "60000"}).InputFrom([]() -> std::optional<std::string> {
+                 throw std::range_error("of the input");
+               })),
+               std::range_error);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
+}
+
+TEST(RunTest, AProgramThatTakesTooLongIsStopped) {
+  const auto begin = std::chrono::steady_clock::now();
+  const Outcome outcome = java::Run(Probe({"orderly", "7", "says", "begun", "sleep", "60000"}).TimeLimit(500ms));
+  EXPECT_EQ(outcome.ended, Ended::TimedOut);
+  EXPECT_EQ(outcome.exitCode, 7);
+  EXPECT_EQ(outcome.output, "begun");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
+}
+
+TEST(RunTest, AProgramThatTakesTooLongAndDoesNotStopIsKilled) {
+  const auto begin = std::chrono::steady_clock::now();
+  const Outcome outcome = java::Run(Probe({"deaf", "sleep", "60000"}).TimeLimit(300ms));
+  EXPECT_EQ(outcome.ended, Ended::TimedOut);
+  EXPECT_EQ(outcome.exitCode, 137);
+  const auto time = std::chrono::steady_clock::now() - begin;
+  EXPECT_GE(time, 2300ms);
+  EXPECT_LT(time, 30s);
+}
+
+TEST(RunTest, AProgramWithinItsTimeIsLeftAlone) {
+  EXPECT_EQ(java::Run(Probe({"sleep", "100"}).TimeLimit(std::chrono::milliseconds::max())).ended, Ended::Exited);
+}
+
+TEST(RunTest, ASignalFromElsewhereIsTold) {
+#if defined(_WIN32)
+  const Outcome outcome = java::Run(Probe({"signal", "11"}));
+  EXPECT_EQ(static_cast<unsigned>(outcome.exitCode), 0xC0000005u);
+#else
+  const Outcome outcome = java::Run(Probe({"signal", "6"}));
+  EXPECT_EQ(outcome.exitCode, 134);
+#endif
+  EXPECT_EQ(outcome.ended, Ended::Signalled);
+}
+
+TEST(RunTest, AGrandchildThatHoldsThePipesIsNotWaitedFor) {
+  const auto begin = std::chrono::steady_clock::now();
+  const Outcome outcome = java::Run(Probe({"says", "first ", "leaves", "20000", "says", "second"}));
+  EXPECT_EQ(outcome.output.substr(0, 6), "first ");
+  EXPECT_EQ(outcome.output.substr(outcome.output.size() - 7), "\nsecond");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
+}
+
+TEST(RunTest, TheFolderIsTheProgramsOwn) {
+  const fs::path folder = fs::canonical(ProbeHome() / "empty");
+  EXPECT_EQ(java::Run(Probe({"folder"}).Folder(folder)).output, folder.u8string());
+  EXPECT_EQ(java::Run(Probe({"folder"})).output, fs::current_path().u8string());
+}
+
+TEST(RunTest, AnInputThatIsKeptOpenNeedsAProcess) {
+  ExpectThrow<java::Misuse>([] { java::Run(Probe({}).KeepInputOpen()); },
+                            "nobody could write to an input that Run() keeps open: use Start()");
+}
+
+}  // namespace
+}  // namespace java_tests

@@ -1,0 +1,196 @@
+// A system that fails, at each of its calls.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <fstream>
+#include <set>
+
+#include "java/processes/Left.h"
+#include "java/processes/Probe.h"
+
+namespace {
+
+// The calls that are counted, in this process and in a child before it becomes a program, and the one that fails.
+std::atomic<long> g_left = -1;
+std::atomic<int> g_error = 0;
+
+bool Fails() {
+  if (g_left < 0 || g_left-- != 0) return false;
+  errno = g_error;
+  return true;
+}
+
+}  // namespace
+
+// The linker leads the library's calls here (--wrap).
+extern "C" {
+
+#define WRAPPED(result, name, parameters, arguments) \
+  result __real_##name parameters;                   \
+  result __wrap_##name parameters;                   \
+  result __wrap_##name parameters { return Fails() ? -1 : __real_##name arguments; }
+
+// clang-format off
+WRAPPED(int, eventfd, (unsigned count, int flags), (count, flags))
+WRAPPED(int, socketpair, (int domain, int type, int protocol, int* ends), (domain, type, protocol, ends))
+WRAPPED(int, pipe2, (int* ends, int flags), (ends, flags))
+WRAPPED(int, poll, (pollfd* entries, nfds_t count, int time), (entries, count, time))
+WRAPPED(ssize_t, read, (int from, void* to, std::size_t size), (from, to, size))
+WRAPPED(ssize_t, send, (int to, const void* from, std::size_t size, int flags), (to, from, size, flags))
+WRAPPED(int, mkostemp, (char* name, int flags), (name, flags))
+// clang-format on
+#undef WRAPPED
+
+int __real_open(const char* path, int flags, mode_t mode);
+int __wrap_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, ...) {
+  std::va_list more;
+  va_start(more, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
+  va_end(more);
+  return Fails() ? -1 : __real_open(path, flags, mode);
+}
+
+int __real_fcntl(int descriptor, int command, long argument);
+int __wrap_fcntl(int descriptor, int command, long argument);
+int __wrap_fcntl(int descriptor, int command, long argument) {
+  return Fails() ? -1 : __real_fcntl(descriptor, command, argument);
+}
+
+long __real_syscall(long number, long a, long b, long c, long d, long e, long f);
+long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f);
+long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
+  return Fails() ? -1 : __real_syscall(number, a, b, c, d, e, f);
+}
+
+int __real___clone(int (*function)(void*), void* stack, int flags, void* argument, int* process);
+int __wrap___clone(int (*function)(void*), void* stack, int flags, void* argument, int* process);
+int __wrap___clone(int (*function)(void*), void* stack, int flags, void* argument, int* process) {
+  return Fails() ? -1 : __real___clone(function, stack, flags, argument, process);
+}
+
+// Threads are made by the C++ library.
+__attribute__((visibility("default"))) int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                                                          void* (*function)(void*), void* argument) {
+  using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+  static const auto s_create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
+  return Fails() ? EAGAIN : s_create(thread, attributes, function, argument);
+}
+}
+
+namespace java_tests {
+namespace {
+
+using java::Ended;
+using java::Outcome;
+using java::Process;
+
+// Lets each call fail once, one run for each, until a run has none left. Returns what was said about it.
+template <class Function>
+std::set<std::string> FailEach(int error, const Function& function) {
+  std::set<std::string> texts;
+  function();
+  const Held before = HeldNow();
+  for (long calls = 0;; ++calls) {
+    g_error = error;
+    g_left = calls;
+    try {
+      function();
+    } catch (const java::Failure& failure) {
+      texts.insert(failure.what());
+    }
+    const bool isDone = g_left.exchange(-1) >= 0;
+    const Held now = HeldNow();
+    EXPECT_EQ(now.descriptors, before.descriptors) << "call " << calls;
+    EXPECT_EQ(now.threads, before.threads) << "call " << calls;
+    EXPECT_EQ(now.children, before.children) << "call " << calls;
+    if (isDone || testing::Test::HasFailure()) break;
+  }
+  return texts;
+}
+
+std::size_t CountOf(const std::set<std::string>& texts, const std::string& beginning) {
+  std::size_t count = 0;
+  for (const std::string& text : texts) count += text.compare(0, beginning.size(), beginning) == 0 ? 1 : 0;
+  return count;
+}
+
+TEST(FailingSystemTest, ARunFailsWithTheStepThatFailed) {
+  const auto texts = FailEach(EIO, [] {
+    const Outcome outcome = java::Run(Probe({"echo", "descriptors"}).Folder(ProbeHome()).Input("text"));
+    // What is not told as a failure has no effect.
+    EXPECT_EQ(outcome.output, "text0 1 2 ");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.ended, Ended::Exited);
+  });
+  const std::string end = " for \"" + (ProbeHome() / "bin" / "java").string() + "\": Input/output error";
+  for (const std::string step :
+       {"make an event", "make an input", "make a pipe", "make a process", "hand over the standard streams"}) {
+    EXPECT_EQ(texts.count("Could not " + step + end), 1u) << step;
+  }
+  EXPECT_EQ(texts.count("Could not change to the folder \"" + ProbeHome().string() + "\"" + end), 1u);
+  EXPECT_EQ(texts.count("Could not run \"" + (ProbeHome() / "bin" / "java").string() + "\": Input/output error"), 1u);
+  EXPECT_GE(CountOf(texts, "Could not write the input of process "), 1u);
+  EXPECT_GE(CountOf(texts, "Could not read the output of process "), 1u);
+}
+
+TEST(FailingSystemTest, AProcessFailsWithTheStepThatFailed) {
+  const auto texts = FailEach(EAGAIN, [] {
+    Process process = java::Start(Probe({"echo"}).KeepInputOpen());
+    if (process.Write("text")) process.CloseInput();
+    EXPECT_EQ(process.Wait().output, "text");
+  });
+  EXPECT_EQ(texts.count("Could not start a thread for the program: Resource temporarily unavailable"), 1u);
+}
+
+TEST(FailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
+  const auto folder = ProbeHome() / "temporary";
+  std::filesystem::create_directories(folder);
+  setenv("TMPDIR", folder.c_str(), 1);
+  const auto texts = FailEach(ENOSPC, [&folder] {
+    const auto clean = [&folder] { return std::filesystem::is_empty(folder); };
+    try {
+      java::Run(Probe({std::string(200000, 'x')}));
+    } catch (const java::Failure&) {
+      EXPECT_TRUE(clean());
+      throw;
+    }
+    EXPECT_TRUE(clean());
+  });
+  unsetenv("TMPDIR");
+  EXPECT_EQ(CountOf(texts, "Could not write the argument file \"" + folder.string() + "/java-arguments-"), 1u);
+}
+
+TEST(FailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
+  const auto texts = FailEach(EIO, [] {
+    const auto id = Probe({"exit", "0"}).Detached();
+    EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
+  });
+  const std::string end = " for \"" + (ProbeHome() / "bin" / "java").string() + "\": Input/output error";
+  EXPECT_EQ(texts.count("Could not make a process" + end), 1u);
+  EXPECT_EQ(texts.count("Could not open the input file \"/dev/null\"" + end), 1u);
+}
+
+TEST(FailingSystemTest, KillingEndsTheProgramWhateverFails) {
+  for (long calls = 0; calls < 40; ++calls) {
+    Process process = java::Start(Probe({"sleep", "60000"}));
+    g_error = ENOMEM;
+    g_left = calls;
+    process.Kill();
+    g_left = -1;
+    EXPECT_EQ(process.Wait().ended, Ended::Killed) << calls;
+  }
+}
+
+}  // namespace
+}  // namespace java_tests

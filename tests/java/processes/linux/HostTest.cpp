@@ -1,0 +1,317 @@
+// What belongs to the host stays as it is: its children, signals, forks, descriptors.
+#include <fcntl.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/epoll.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <fstream>
+#include <thread>
+
+#include "java/processes/Left.h"
+#include "java/processes/Probe.h"
+
+namespace java_tests {
+namespace {
+
+using java::Outcome;
+using java::Process;
+
+// Sets what happens on a signal, and puts back what was there.
+class OnSignal {
+ public:
+  OnSignal(int signal, void (*handler)(int), int flags = SA_RESTART) : m_signal(signal) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    sigaction(signal, &action, &m_before);
+  }
+  ~OnSignal() { sigaction(m_signal, &m_before, nullptr); }
+
+ private:
+  int m_signal;
+  struct sigaction m_before {};
+};
+
+std::atomic<int> g_signals = 0;
+void Count(int) { ++g_signals; }
+
+// In a fork: exit code 0 when all of it is true.
+template <class Function>
+void ExpectInFork(const Function& function) {
+  const pid_t id = fork();
+  if (id == 0) _exit(function() ? 0 : 1);
+  int status = -1;
+  ASSERT_EQ(waitpid(id, &status, 0), id);
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+// A runtime whose java is a script.
+std::filesystem::path HomeOfScript(const std::string& name, const std::string& script) {
+  const auto home = ProbeHome() / name;
+  std::filesystem::create_directories(home / "bin");
+  std::ofstream(home / "bin" / "java") << "#!/bin/sh\n" << script;
+  std::filesystem::permissions(home / "bin" / "java", std::filesystem::perms::owner_all);
+  return home;
+}
+
+TEST(HostTest, ItsOwnChildrenAreLeftToIt) {
+  const OnSignal handler(SIGCHLD, Count);
+  g_signals = 0;
+  const pid_t own = fork();
+  if (own == 0) {
+    usleep(50000);
+    _exit(17);
+  }
+  EXPECT_EQ(java::Run(Probe({"sleep", "500", "exit", "3"})).exitCode, 3);
+  struct sigaction now {};
+  sigaction(SIGCHLD, nullptr, &now);
+  EXPECT_EQ(now.sa_handler, Count);
+  EXPECT_EQ(g_signals, 2);  // one for each
+  int status = 0;
+  EXPECT_EQ(waitpid(-1, &status, 0), own);
+  EXPECT_EQ(WEXITSTATUS(status), 17);
+  EXPECT_EQ(waitpid(-1, &status, 0), -1);
+  EXPECT_EQ(errno, ECHILD);
+}
+
+pid_t g_own = 0;
+
+TEST(HostTest, AHandlerThatReapsItsOwnChildDoesNotTakeOurs) {
+  const OnSignal handler(SIGCHLD, [](int) {
+    const int error = errno;
+    if (g_own > 0) waitpid(g_own, nullptr, WNOHANG);
+    errno = error;
+  });
+  g_own = fork();
+  if (g_own == 0) _exit(0);
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(java::Run(Probe({"exit", "9"})).exitCode, 9);
+  EXPECT_EQ(waitpid(g_own, nullptr, 0), -1);
+}
+
+TEST(HostTest, AStartThatFailsAndADetachedProgramRaiseNoSignal) {
+  const OnSignal handler(SIGCHLD, Count);
+  g_signals = 0;
+  EXPECT_THROW(java::Run(Probe({}).Folder(ProbeHome() / "nowhere")), java::StartFailure);
+  const std::uint32_t id = Probe({"sleep", "100"}).Detached();
+  EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
+  EXPECT_EQ(g_signals, 0);
+}
+
+TEST(HostTest, AHostThatIgnoresItsChildrenIsToldThatTheExitCodeIsLost) {
+  for (const int flags : {0, SA_NOCLDWAIT}) {
+    const OnSignal handler(SIGCHLD, flags == 0 ? SIG_IGN : SIG_DFL, flags);
+    const Process process = java::Start(Probe({"exit", "3"}));
+    const auto text = "The exit code of process " + std::to_string(process.Id()) +
+                      " is lost: this process ignores SIGCHLD, so the system keeps no exit codes for it";
+    ExpectThrow<java::Failure>([&] { process.Wait(); }, text);
+    EXPECT_THROW(java::Run(Probe({"exit", "3"})), java::Failure);
+    Process runs = java::Start(Probe({"sleep", "60000"}));  // dropped
+  }
+}
+
+TEST(HostTest, AHostThatWaitsForEveryChildIsToldThatTheExitCodeIsLost) {
+  const OnSignal handler(SIGCHLD, [](int) {
+    const int error = errno;
+    while (waitpid(-1, nullptr, WNOHANG) > 0) {
+    }
+    errno = error;
+  });
+  // Nothing is lost where the program's own thread is first.
+  std::size_t lost = 0;
+  for (int i = 0; i < 50; ++i) {
+    const Process process = java::Start(Probe({"exit", "3"}));
+    try {
+      EXPECT_EQ(process.Wait().exitCode, 3);
+    } catch (const java::Failure& failure) {
+      ++lost;
+      EXPECT_EQ(failure.what(), "The exit code of process " + std::to_string(process.Id()) +
+                                    " is lost: other code of this process waits for every child, and has taken it");
+    }
+  }
+  EXPECT_GT(lost, 0u);
+}
+
+TEST(HostTest, ItsEpollSetSeesNothing) {
+  const int set = epoll_create1(EPOLL_CLOEXEC);
+  int pipe[2];
+  ASSERT_EQ(pipe2(pipe, O_CLOEXEC), 0);
+  epoll_event event{};
+  event.events = EPOLLIN;
+  ASSERT_EQ(epoll_ctl(set, EPOLL_CTL_ADD, pipe[0], &event), 0);
+  for (int i = 0; i < 20; ++i) java::Run(Probe({"echo"}).Input("x"));
+  EXPECT_EQ(epoll_wait(set, &event, 1, 0), 0);
+  ASSERT_EQ(write(pipe[1], "x", 1), 1);
+  EXPECT_EQ(epoll_wait(set, &event, 1, 1000), 1);
+  for (const int descriptor : {set, pipe[0], pipe[1]}) close(descriptor);
+}
+
+int g_forks = 0;
+
+TEST(HostTest, ItsHandlersOfForksDoNotRun) {
+  ASSERT_EQ(pthread_atfork([] { ++g_forks; }, nullptr, [] { ++g_forks; }), 0);
+  java::Run(Probe({"exit", "0"}));
+  Probe({"exit", "0"}).Detached();
+  EXPECT_EQ(g_forks, 0);
+}
+
+TEST(HostTest, AForkDoesNotOwnTheProcess) {
+  std::optional<Process> process = java::Start(Probe({"echo", "exit", "3"}).KeepInputOpen());
+  ExpectInFork([&process] {
+    try {
+      process->Wait(1ms);
+      return false;
+    } catch (const java::Misuse& misuse) {
+      return std::string(misuse.what()) == "the Process belongs to the process that has started it, not to a fork";
+    }
+  });
+  ExpectInFork([&process] { return process.reset(), true; });
+  EXPECT_FALSE(process->Wait(100ms));
+  process->CloseInput();
+  EXPECT_EQ(process->Wait().exitCode, 3);
+  ExpectInFork([&process] { return process.reset(), true; });
+  EXPECT_EQ(process->Wait().exitCode, 3);
+}
+
+TEST(HostTest, AForkThatLivesOnDoesNotKeepTheInputOpen) {
+  Process process = java::Start(Probe({"echo", "says", "end"}).KeepInputOpen());
+  const pid_t other = fork();
+  if (other == 0) {
+    sleep(60);
+    _exit(0);
+  }
+  process.Write("text ");
+  process.CloseInput();
+  const auto outcome = process.Wait(20s);
+  kill(other, SIGKILL);
+  waitpid(other, nullptr, 0);
+  ASSERT_TRUE(outcome);
+  EXPECT_EQ(outcome->output, "text end");
+}
+
+TEST(HostTest, AHostWithoutStandardDescriptorsRunsPrograms) {
+  ProbeHome();
+  for (int closed = 1; closed < 8; ++closed) {
+    ExpectInFork([closed] {
+      for (int i = 0; i < 3; ++i) {
+        if ((closed & 1 << i) != 0) close(i);
+      }
+      const Outcome outcome = java::Run(Probe({"echo", "complains", "error"}).Input("input"));
+      const Outcome shown = java::Run(Probe({"descriptors"}).InheritError());
+      // What other code of the host prints to its closed descriptors goes nowhere.
+      Process process = java::Start(Probe({"echo"}).KeepInputOpen());
+      for (int i = 0; i < 3; ++i) {
+        if ((closed & 1 << i) != 0 && (write(i, "x", 1) != -1 || errno != EBADF)) return false;
+      }
+      process.CloseInput();
+      return outcome.output == "input" && outcome.error == "error" && outcome.exitCode == 0 &&
+             shown.output == "0 1 2 " && process.Wait().output.empty();
+    });
+  }
+}
+
+TEST(HostTest, NoOtherDescriptorReachesTheProgram) {
+  const int leaking = open("/dev/null", O_RDONLY);  // not closed on execution
+  ASSERT_GE(leaking, 0);
+  Process other = java::Start(Probe({"echo"}).KeepInputOpen());
+  EXPECT_EQ(java::Run(Probe({"descriptors"})).output, "0 1 2 ");
+  const auto file = ProbeHome() / "descriptors.txt";
+  Probe({"descriptors"}).OutputFile(file).Detached();
+  EXPECT_TRUE(Eventually([&file] {
+    std::ifstream stream(file);
+    std::string line;
+    std::getline(stream, line);
+    return line == "0 1 2 ";
+  }));
+  close(leaking);
+}
+
+TEST(HostTest, NoBrokenPipeReachesTheHost) {
+  const OnSignal handler(SIGPIPE, Count);
+  g_signals = 0;
+  Process process = java::Start(Probe({"exit", "0"}).KeepInputOpen());
+  EXPECT_FALSE(process.Write(std::string(1 << 22, 'x')));
+  java::Run(Probe({"exit", "0"}).Input(std::string(1 << 22, 'x')));
+  EXPECT_EQ(g_signals, 0);
+}
+
+TEST(HostTest, AProgramBeginsWithoutBlockedOrIgnoredSignals) {
+  const OnSignal ignored(SIGHUP, SIG_IGN);
+  const OnSignal handled(SIGUSR2, Count);
+  sigset_t set;
+  sigset_t before;
+  sigemptyset(&set);
+  sigaddset(&set, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &set, &before);
+  const auto home = HomeOfScript("signals", "exec grep -E '^Sig(Blk|Ign)' /proc/self/status\n");
+  const Outcome outcome = java::Run(java::Program::MainClass("X").Runtime(home));
+  EXPECT_EQ(outcome.output, "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+  sigset_t after;
+  pthread_sigmask(SIG_SETMASK, &before, &after);
+  EXPECT_EQ(sigismember(&after, SIGTERM), 1);
+  EXPECT_EQ(sigismember(&after, SIGUSR1), 0);
+}
+
+TEST(HostTest, ASignalOfTheHostDoesNotRunOnAProgramsThread) {
+  const OnSignal handler(SIGUSR1, Count);
+  g_signals = 0;
+  sigset_t set;
+  sigset_t before;
+  sigemptyset(&set);
+  sigaddset(&set, SIGUSR1);
+  Process process = java::Start(Probe({"sleep", "60000"}));
+  pthread_sigmask(SIG_BLOCK, &set, &before);
+  kill(getpid(), SIGUSR1);
+  std::this_thread::sleep_for(50ms);
+  EXPECT_EQ(g_signals, 0);
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  EXPECT_EQ(g_signals, 1);
+}
+
+TEST(HostTest, SignalsDoNotDisturbARun) {
+  const OnSignal handler(SIGALRM, Count, 0);
+  g_signals = 0;
+  const itimerval often{{0, 2000}, {0, 2000}};
+  const itimerval never{};
+  setitimer(ITIMER_REAL, &often, nullptr);
+  const Outcome outcome = java::Run(Probe({"flood", "8000000"}).Input(std::string(8000000, 'x')));
+  setitimer(ITIMER_REAL, &never, nullptr);
+  ASSERT_EQ(outcome.error.size(), 8000000u);
+  EXPECT_EQ(outcome.output.substr(8000000), "\n8000000\n");
+  EXPECT_GT(g_signals, 0);
+}
+
+TEST(HostTest, AProgramLeadsAGroupAndASessionOfItsOwn) {
+  const Process process = java::Start(Probe({"sleep", "60000"}));
+  const auto id = static_cast<pid_t>(process.Id());
+  EXPECT_EQ(getpgid(id), id);
+  EXPECT_EQ(getsid(id), id);
+}
+
+TEST(HostTest, ADetachedProgramIsNoChild) {
+  const auto id = static_cast<pid_t>(Probe({"sleep", "300"}).Detached());
+  EXPECT_EQ(waitpid(id, nullptr, 0), -1);
+  EXPECT_EQ(errno, ECHILD);
+  EXPECT_EQ(getsid(id), id);
+}
+
+TEST(HostTest, AGrandchildWhoseParentHasEndedIsFoundInTheSession) {
+  const auto file = ProbeHome() / "orphan.txt";
+  // A shell with job control puts it in a group of its own.
+  const auto home =
+      HomeOfScript("orphan", "bash -c 'set -m; sleep 60 & echo $! >\"" + file.string() + "\"'\nsleep 60\n");
+  Process process = java::Start(java::Program::MainClass("X").Runtime(home));
+  unsigned long orphan = 0;
+  ASSERT_TRUE(Eventually([&] { return std::ifstream(file) >> orphan && Runs(orphan); }));
+  EXPECT_NE(getpgid(static_cast<pid_t>(orphan)), static_cast<pid_t>(process.Id()));
+  process.Kill();
+  EXPECT_TRUE(Eventually([&] { return !Runs(orphan); }));
+}
+
+}  // namespace
+}  // namespace java_tests

@@ -1,0 +1,81 @@
+// What belongs to the host stays as it is: its handles, console and jobs.
+#include <windows.h>
+
+#include <atomic>
+
+#include "java/processes/Left.h"
+#include "java/processes/Probe.h"
+
+namespace java_tests {
+namespace {
+
+using java::Ended;
+using java::Outcome;
+using java::Process;
+
+std::atomic<int> g_events = 0;
+BOOL WINAPI Count(DWORD) {
+  ++g_events;
+  return TRUE;
+}
+
+TEST(HostTest, NoOtherHandleReachesTheProgram) {
+  SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+  std::vector<HANDLE> handles;
+  for (int i = 0; i < 50; ++i) handles.push_back(CreateEventW(&inheritable, TRUE, FALSE, nullptr));
+  // The last ones have numbers that the program itself does not give to anything.
+  const auto number = std::to_string(reinterpret_cast<std::intptr_t>(handles.back()));
+  EXPECT_EQ(java::Run(Probe({"handle", number})).output, "not there");
+  for (const HANDLE handle : handles) CloseHandle(handle);
+}
+
+TEST(HostTest, NoWindowAppears) { EXPECT_EQ(java::Run(Probe({"window"})).output, "none"); }
+
+TEST(HostTest, ItsOwnControlHandlersSeeNothingOfAStop) {
+  ASSERT_TRUE(SetConsoleCtrlHandler(Count, TRUE));
+  g_events = 0;
+  std::atomic<bool> begun = false;
+  Process process = java::Start(
+      Probe({"orderly", "42", "says", "begun\n", "sleep", "60000"}).OnOutputLine([&begun](std::string_view) {
+        begun = true;
+      }));
+  ASSERT_TRUE(Eventually([&] { return begun.load(); }));
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  process.Stop(20s);
+  EXPECT_EQ(GetStdHandle(STD_OUTPUT_HANDLE), output);
+  EXPECT_EQ(process.Wait().exitCode, 42);
+  EXPECT_EQ(process.Wait().ended, Ended::Stopped);
+  EXPECT_EQ(g_events, 0);
+  SetConsoleCtrlHandler(Count, FALSE);
+}
+
+TEST(HostTest, AHostWithAConsoleIsToldThatItCannotAsk) {
+  FreeConsole();
+  ASSERT_TRUE(AllocConsole());
+  Process process = java::Start(Probe({"sleep", "60000"}));
+  ExpectThrow<java::Failure>([&] { process.Stop(1s); },
+                             "The program cannot be asked to stop: that takes its console, and this process has a "
+                             "console itself. Kill() ends it");
+  EXPECT_FALSE(process.Wait(0ms));
+  process.Kill();
+  EXPECT_EQ(process.Wait().ended, Ended::Killed);
+  const Outcome late = java::Run(Probe({"sleep", "60000"}).TimeLimit(200ms));
+  EXPECT_EQ(late.ended, Ended::TimedOut);
+  EXPECT_EQ(late.exitCode, 137);
+  FreeConsole();
+}
+
+TEST(HostTest, AHostInAJobRunsPrograms) {
+  const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+  ASSERT_TRUE(AssignProcessToJobObject(job, GetCurrentProcess()));
+  EXPECT_EQ(java::Run(Probe({"exit", "3"})).exitCode, 3);
+  Process process = java::Start(Probe({"sleep", "60000"}));
+  process.Kill();
+  EXPECT_EQ(process.Wait().ended, Ended::Killed);
+  const std::uint32_t id = Probe({"sleep", "200"}).Detached();
+  EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
+  CloseHandle(job);
+}
+
+}  // namespace
+}  // namespace java_tests

@@ -1,0 +1,110 @@
+// The end of a VM, which is the host's to bring about.
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+#include "fakes/DebugOut.h"
+#include "fakes/Failure.h"
+#include "realvm/OwnProcess.h"
+
+namespace {
+
+using namespace realvm;
+using fakes::AnyLine;
+using fakes::FailureOf;
+using fakes::Throws;
+using torvan::jni::CJavaClass;
+using torvan::jni::CJavaObject;
+using torvan::jni::CJavaVm;
+using torvan::jni::CJavaVmException;
+
+std::atomic<jint> saidAtTheEnd;
+
+jint JNICALL HearTheEnd(JNIEnv*, jclass, jint number) {
+  saidAtTheEnd = number;
+  return 0;
+}
+
+// A VM in which a shutdown hook of Java will say 7.
+CJavaVm VmWithShutdownHook() {
+  const CJavaVm vm = Runtime().CreateJavaVm(FixtureOptions(), false);
+  const CJavaClass work = vm.FindClass("fixture/Work");
+  char name[] = "callBack";
+  char signature[] = "(I)I";
+  const JNINativeMethod method = {name, signature, reinterpret_cast<void*>(&HearTheEnd)};
+  EXPECT_EQ(vm.Attach()->RegisterNatives(work, &method, 1), JNI_OK);
+  work.CallStaticVoidMethod("callBackAtEnd", "(I)V", jint{7});
+  return vm;
+}
+
+void End(const CJavaVm& vm) {
+  JavaVM* raw = nullptr;
+  vm.Attach()->GetJavaVM(&raw);
+  raw->DestroyJavaVM();
+}
+
+TEST(EndTest, AProcessThatEndsRunsNoShutdownHooks) {
+  InProcessOfItsOwn(
+      [] {
+        std::atexit([] { std::_Exit(saidAtTheEnd == 0 ? 41 : 99); });
+        VmWithShutdownHook();
+      },
+      41);
+}
+
+TEST(EndTest, TheHostEndsTheVmAndTheShutdownHooksRun) {
+  InProcessOfItsOwn([] {
+    const CJavaVm vm = VmWithShutdownHook();
+    End(vm);
+    EXPECT_EQ(saidAtTheEnd, 7);
+  });
+}
+
+TEST(EndTest, HandlesThatAreLeftOnlyPrintThatTheyCannotAttach) {
+  InProcessOfItsOwn([] {
+    const CJavaVm vm = VmWithShutdownHook();
+    const fakes::DebugOut debugOut;
+    {
+      const CJavaClass work = vm.FindClass("fixture/Work");
+      const CJavaObject object = work.NewObject("()V");
+      const CJavaObject copy = object;
+      End(vm);
+      const auto failure = Throws<CJavaVmException>("jni/JavaVm", AnyLine,
+                                                    "Failed ot attach the current thread to the underlying Java VM.");
+      EXPECT_EQ(FailureOf([&] { copy.CallIntMethod("total", "()I"); }), failure);
+      EXPECT_EQ(debugOut.Text(), "");
+    }
+    const std::string line =
+        "torvan::jni::CJavaVmException: Failed ot attach the current thread to the underlying Java VM. at jni/JavaVm:";
+    const std::string& printed = debugOut.Text();
+    const std::size_t second = printed.find(line, 1);
+    EXPECT_EQ(printed.find(line), 0u) << printed;
+    EXPECT_NE(second, std::string::npos) << printed;
+    EXPECT_EQ(printed.find(line, second + 1), std::string::npos) << "a line for each object, none for each handle";
+  });
+}
+
+TEST(EndTest, TheEndWaitsForThreadsThatAreAttached) {
+  InProcessOfItsOwn([] {
+    const CJavaVm vm = VmWithShutdownHook();
+    JavaVM* raw = nullptr;
+    vm.Attach()->GetJavaVM(&raw);
+    std::atomic<bool> attached{false};
+    std::atomic<bool> detached{false};
+    std::thread worker([&] {
+      vm.Attach();
+      attached = true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(300));
+      detached = true;
+      vm.Detach();
+    });
+    while (!attached) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    raw->DestroyJavaVM();
+    EXPECT_TRUE(detached);
+    EXPECT_EQ(saidAtTheEnd, 7);
+    worker.join();
+  });
+}
+
+}  // namespace
