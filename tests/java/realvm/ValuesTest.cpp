@@ -208,7 +208,7 @@ TEST_F(ValuesTest, LongTexts) {
       ASSERT_EQ(units.size(), static_cast<std::size_t>(size));
       EXPECT_EQ(Hash(units), HashOf(units)) << size;
       const std::string text = MadeUtf8(size, ascii);
-      EXPECT_EQ(text, java::detail::ToUtf8(units)) << size;
+      EXPECT_TRUE(text == java::detail::ToUtf8(units)) << size;  // too long to be printed
       EXPECT_EQ(HashUtf8(text), HashOf(java::detail::ToUtf16(text))) << size;
     }
   }
