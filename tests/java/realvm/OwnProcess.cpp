@@ -41,10 +41,9 @@ void InProcessOfItsOwn(const std::function<void()>& body, const Expected& expect
 }
 
 Note::Note() {
-  static int number = 0;
   const char* const folder = std::getenv("TORVAN_TEST_FOLDER");
   m_path = std::string(folder != nullptr ? folder : ".") + "/note-" +
-           testing::UnitTest::GetInstance()->current_test_info()->name() + std::to_string(++number);
+           testing::UnitTest::GetInstance()->current_test_info()->name();
   std::filesystem::remove(m_path);
 }
 

@@ -22,7 +22,7 @@ struct Expected {
 // or with another code when one of its expectations failed or it threw; what failed is printed.
 void InProcessOfItsOwn(const std::function<void()>& body, const Expected& expected = {});
 
-// A file in a folder of its own that is gone afterwards; Java writes it, and the test reads it.
+// A file that is gone after the test, one for each; Java writes it, and the test reads it in its own process.
 class Note {
  public:
   Note();

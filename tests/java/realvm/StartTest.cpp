@@ -73,7 +73,8 @@ TEST(StartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
 
 // Settings that are refused, and what is said. Nothing of it harms the process: it starts a VM afterwards.
 TEST(StartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
-  std::ofstream("no-library.txt") << "no library";
+  const Note noLibrary;
+  std::ofstream(noLibrary.Path()) << "no library";
   const struct {
     const char* name;
     std::function<void(VmSettings&)> set;
@@ -82,8 +83,8 @@ TEST(StartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
       {"no runtime", [](VmSettings& s) { s.Runtime("no/such/folder"); },
        "The Java runtime no/such/folder is not there"},
       {"a folder without a VM", [](VmSettings& s) { s.Runtime("."); }, "No Java runtime that will do is in "},
-      {"no library at all", [](VmSettings& s) { s.Runtime("no-library.txt"); },
-       "The Java VM library no-library.txt cannot be loaded: "},
+      {"no library at all", [&](VmSettings& s) { s.Runtime(noLibrary.Path()); },
+       "The Java VM library " + noLibrary.Path() + " cannot be loaded: "},
       {"a class path part", [](VmSettings& s) { s.ClassPath({"no/such.jar"}); },
        "The class path part no/such.jar is not there"},
       {"a folder of archives", [](VmSettings& s) { s.ClassPath({"no/such/*"}); },
