@@ -4,6 +4,7 @@
 #include <torvan/java/Tags.h>
 
 #include <cstddef>
+#include <initializer_list>
 #include <stdexcept>
 
 namespace torvan::java::detail {
