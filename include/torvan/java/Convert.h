@@ -19,7 +19,7 @@ namespace torvan::java {
 template <typename T, typename = void>
 struct Convert {};
 
-// The base of a Convert: the type of the table that stands for the host's own.
+// The base of a Convert: a host type is converted as this type of the table is.
 template <typename Via>
 struct ConvertAs {
   using Through = Via;
