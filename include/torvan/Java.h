@@ -1,11 +1,14 @@
 // Everything of torvan::java: the VM, threads, references, members, errors, runtimes and processes for a new host.
 #pragma once
 
+#include <torvan/java/Array.h>
 #include <torvan/java/Call.h>
 #include <torvan/java/Cast.h>
 #include <torvan/java/ClassLoader.h>
 #include <torvan/java/Constructor.h>
 #include <torvan/java/Convert.h>
+#include <torvan/java/Each.h>
+#include <torvan/java/Elements.h>
 #include <torvan/java/Error.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/Field.h>
@@ -30,6 +33,7 @@
 #include <torvan/java/Vm.h>
 #include <torvan/java/VmSettings.h>
 #include <torvan/java/Weak.h>
+#include <torvan/java/detail/ArrayRow.h>
 #include <torvan/java/detail/Boxes.h>
 #include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/Descriptor.h>
@@ -37,7 +41,10 @@
 #include <torvan/java/detail/FieldAccess.h>
 #include <torvan/java/detail/Fit.h>
 #include <torvan/java/detail/Function.h>
+#include <torvan/java/detail/InPlace.h>
+#include <torvan/java/detail/Iteration.h>
 #include <torvan/java/detail/Jni.h>
+#include <torvan/java/detail/JniArray.h>
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Member.h>
 #include <torvan/java/detail/Passed.h>

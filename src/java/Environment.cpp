@@ -3,6 +3,7 @@
 #include <torvan/java/Failure.h>
 #include <torvan/java/detail/Shared.h>
 
+#include <cassert>
 #include <string>
 
 #include "java/Bindings.h"
@@ -16,6 +17,8 @@ std::atomic<bool> threadEndsAreSeen{false};
 namespace {
 
 std::atomic<bool> s_hadVm{false};
+
+thread_local int t_criticals = 0;
 
 }  // namespace
 
@@ -31,20 +34,34 @@ void ThrowNoVm() {
                ended ? "The Java VM has ended" : "No Java VM runs: call StartVm or JoinVm first");
 }
 
+// The environment is forgotten, so that whoever needs it comes by the checks below, and nobody else pays for them.
+void EnterCritical() noexcept {
+  ++t_criticals;
+  ForgetEnv();
+}
+void LeaveCritical() noexcept { --t_criticals; }
+
+void RequireNotCritical() {
+  if (t_criticals == 0) return;
+  throw Misuse("java/Environment", __LINE__, "Java is called while CriticalElements are open in this thread");
+}
+
 JNIEnv* AskForEnv() noexcept {
+  assert(t_criticals == 0 && "a reference is dropped while CriticalElements are open in this thread");
   JavaVM* const vm = runningVm.load(std::memory_order_acquire);
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
   // Also where somebody else attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
   // has left the VM by then.
   DetachAtThreadEnd(true);
-  if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));
+  if (t_criticals == 0 && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));
   return static_cast<JNIEnv*>(env);
 }
 
 JNIEnv* AttachedEnv(const char* name, bool* attached) {
   JavaVM* const vm = runningVm.load(std::memory_order_acquire);
   if (vm == nullptr) ThrowNoVm();
+  RequireNotCritical();
   if (JNIEnv* env = AskForEnv()) return env;
 
   std::string text(name != nullptr ? name : "");

@@ -213,4 +213,11 @@ void ThrowNullResult(const MemberName& name) {
   throw Misuse("java/Lookup", __LINE__, what + " null, which its C++ type cannot be: declare it as std::optional");
 }
 
+void ThrowNullElement(const MemberName& name, const std::string& path) {
+  const std::string what = IsField(name.kind) ? " of the value of " : " of what was returned by ";
+  throw Misuse("java/Lookup", __LINE__,
+               "element " + path + what + SpellWithClass(name) +
+                   " is null, which its C++ type cannot be: declare the element as std::optional");
+}
+
 }  // namespace torvan::java::detail

@@ -1,6 +1,9 @@
 // Tags: the Java classes that references and members are declared for.
 #pragma once
 
+#include <torvan/jni/JniTypes.h>
+
+#include <cstddef>
 #include <type_traits>
 
 namespace torvan::java {
@@ -21,7 +24,34 @@ struct Throwable {
   static constexpr char JavaName[] = "java/lang/Throwable";
 };
 
+template <typename E>
+struct Array;
+
 namespace detail {
+
+// The letter of the primitive type that a C++ number is in Java; 0 for what is none. Java's integers go by width and
+// sign: jlong is `long` here and `long long` there.
+template <typename T>
+constexpr char NumberLetter() {
+  if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, jboolean>) {
+    return 'Z';
+  } else if constexpr (std::is_same_v<T, char16_t> || std::is_same_v<T, jchar>) {
+    return 'C';
+  } else if constexpr (std::is_same_v<T, char> || std::is_same_v<T, wchar_t>) {
+    return 0;
+  } else if constexpr (std::is_same_v<T, std::byte>) {
+    return 'B';
+  } else if constexpr (std::is_integral_v<T> && std::is_signed_v<T>) {
+    return sizeof(T) == 1 ? 'B' : sizeof(T) == 2 ? 'S' : sizeof(T) == 4 ? 'I' : 'J';
+  } else {
+    return std::is_same_v<T, float> ? 'F' : std::is_same_v<T, double> ? 'D' : 0;
+  }
+}
+
+template <typename T>
+constexpr bool IsArrayTag = false;
+template <typename E>
+constexpr bool IsArrayTag<Array<E>> = true;
 
 template <typename T, typename = void>
 struct SuperOf {
@@ -32,11 +62,26 @@ struct SuperOf<T, std::void_t<typename T::Super>> {
   using Type = typename T::Super;
 };
 
+template <typename Sub, typename Base>
+constexpr bool IsA();
+
+// An array of numbers is one of the same numbers, and one of objects is an array of what its elements are.
+template <typename Sub, typename Base>
+constexpr bool IsArrayOf(const Array<Sub>*, const Array<Base>*) {
+  if constexpr (NumberLetter<Sub>() != 0 || NumberLetter<Base>() != 0) {
+    return NumberLetter<Sub>() == NumberLetter<Base>();
+  } else {
+    return IsA<Sub, Base>();
+  }
+}
+
 // Whether every object of tag Sub is known to be one of tag Base.
 template <typename Sub, typename Base>
 constexpr bool IsA() {
   if constexpr (std::is_same_v<Sub, Base> || std::is_same_v<Base, Object>) {
     return true;
+  } else if constexpr (IsArrayTag<Sub> && IsArrayTag<Base>) {
+    return IsArrayOf(static_cast<const Sub*>(nullptr), static_cast<const Base*>(nullptr));
   } else if constexpr (std::is_void_v<typename SuperOf<Sub>::Type>) {
     return false;
   } else {

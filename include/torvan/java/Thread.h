@@ -32,6 +32,9 @@ class Thread {
   // The environment. Throws Misuse "The Java VM has ended" after the end.
   JNIEnv* Env() const {
     detail::RequireVm();
+#ifndef NDEBUG
+    detail::RequireNotCritical();
+#endif
     return m_env;
   }
 

@@ -48,6 +48,19 @@ constexpr auto ClassDescriptor() {
   }
 }
 
+// The name of the class of arrays of E, a number or a tag.
+template <typename E>
+constexpr auto ArrayName() {
+  if constexpr (NumberLetter<E>() != 0) {
+    FixedText<2> text{{'[', NumberLetter<E>()}};
+    return text;
+  } else {
+    return Join(Fixed("["), ClassDescriptor<E>());
+  }
+}
+template <typename E>
+inline constexpr auto ArrayNameOf = ArrayName<E>();
+
 // Why a descriptor that is given does not fit the C++ types. In a constant expression the call of a function that is no
 // constant one is an error that shows its name; an expression `throw "text"` would show its text in a note alone. A
 // member that is declared const and not constexpr throws the name when it is made.

@@ -26,6 +26,12 @@ JNIEnv* Env();
 // The calling thread's environment if it is attached to a VM that runs, else null.
 JNIEnv* EnvIfAttached() noexcept;
 
+// The start and the end of the calling thread's use of an array's own memory, in which JNI allows no call. Meanwhile
+// Env() throws Misuse "Java is called while CriticalElements are open in this thread". They may be nested.
+void EnterCritical() noexcept;
+void LeaveCritical() noexcept;
+void RequireNotCritical();
+
 // Makes a VM the layer's own; null ends the use of it.
 void UseVm(JavaVM* vm) noexcept;
 

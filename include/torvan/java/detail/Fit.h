@@ -1,7 +1,7 @@
 // Which C++ values may be given for which Java types, and the texts of the mistakes.
 #pragma once
 
-#include <torvan/java/detail/Row.h>
+#include <torvan/java/detail/ArrayRow.h>
 
 #include <cstddef>
 #include <type_traits>
@@ -91,6 +91,16 @@ constexpr bool Widens(char from, char to) {
 
 enum class Fit { None, Direct, Boxed };
 
+// Whether the elements of vectors are the host's own type, or not, in both: a vector of numbers is none of amounts.
+template <typename A, typename U>
+constexpr bool ElementsFit() {
+  if constexpr (IsVector<A> && IsVector<U>) {
+    return ElementsFit<typename A::value_type, typename U::value_type>();
+  } else {
+    return !IsOwnType<A> || std::is_same_v<A, U>;
+  }
+}
+
 // Whether a U may be given where A is declared; boxed when a number becomes an object on the way.
 template <typename A, typename U>
 struct Fitting {
@@ -102,7 +112,7 @@ struct Fitting {
       if constexpr (IsUnknown<G>) {
         return Fit::Direct;
       } else {
-        return IsA<typename G::Tag, typename Row<A>::Tag>() ? Fit::Direct : Fit::None;
+        return IsA<typename G::Tag, typename Row<A>::Tag>() && ElementsFit<A, U>() ? Fit::Direct : Fit::None;
       }
     } else {
       return G::Letter != 0 && Widens(G::Letter, Row<A>::Letter) ? Fit::Direct : Fit::None;
@@ -154,6 +164,7 @@ constexpr bool ArgumentFits() {
   constexpr bool text = IsText<Given<U>>();
   constexpr bool numbers = IsNumber(a) && IsNumber(u);
   constexpr bool wide = u == 0 && std::is_integral_v<U>;
+  constexpr bool vectors = HasElements<A> && HasElements<U>;
   static_assert(good || !own, "torvan::java: this value is not the host's own type that the declaration has");
   static_assert(good || own || !(a != 'L' && text),
                 "torvan::java: text is given where the Java method takes a number or a boolean");
@@ -167,8 +178,11 @@ constexpr bool ArgumentFits() {
       "one that Java has");
   static_assert(good || own || !(a == 'L' && (IsNumber(u) || u == 'Z')),
                 "torvan::java: a number or a bool is given where the Java method takes an object");
+  static_assert(good || own || !vectors,
+                "torvan::java: this vector becomes another Java array than the argument; give one with the declared "
+                "elements");
   static_assert(
-      good || own || !(a == 'L' && u == 'L'),
+      good || own || vectors || !(a == 'L' && u == 'L'),
       "torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or "
       "use Cast<T>(reference)");
   static_assert(good || own || !(a == 'Z' && IsNumber(u)),
@@ -241,11 +255,7 @@ auto Pass(JNIEnv* env, const U& given) {
   if constexpr (letter != 'L') {
     using From = std::conditional_t<IsOwnType<A>, Row<A>, Given<U>>;
     jvalue value{};
-    if constexpr (letter == 'Z') {
-      value.z = From::Value(given) ? JNI_TRUE : JNI_FALSE;
-    } else {
-      Jni<letter>::In(value) = static_cast<typename Jni<letter>::Type>(From::Value(given));
-    }
+    Jni<letter>::In(value) = JniNumber<letter>(From::Value(given));
     return value;
   } else if constexpr (std::is_null_pointer_v<U> || std::is_same_v<U, std::nullopt_t>) {
     return Passed();

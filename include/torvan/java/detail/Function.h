@@ -18,7 +18,15 @@ R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberNa
     if (local == nullptr) ThrowNullResult(name);
   }
   if (tests != nullptr) TestResult(env, *tests, local, name);
-  return Row<R>::Take(env, local);
+  if constexpr (!HasElements<R>) {
+    return Row<R>::Take(env, local);
+  } else {
+    try {
+      return Row<R>::Take(env, local);
+    } catch (const NullElement& null) {
+      ThrowNullElement(name, null.Path());
+    }
+  }
 }
 
 // The calling thread's environment for a call: one that finds an exception pending does not start, but throws that.

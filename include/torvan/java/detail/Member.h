@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -51,6 +52,7 @@ void TestResult(JNIEnv* env, const ClassTests& tests, jobject local, const Membe
 // Throw Misuse: "null is given as the object of java.util.List.add(java.lang.Object)" and the like.
 [[noreturn]] void ThrowNullObject(const MemberName& name);
 [[noreturn]] void ThrowNullResult(const MemberName& name);
+[[noreturn]] void ThrowNullElement(const MemberName& name, const std::string& path);
 
 // A class by its name, found through the kept loader once and kept for good. Throws Error.
 jclass KeptClass(JNIEnv* env, const char* name);

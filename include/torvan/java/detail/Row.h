@@ -38,29 +38,19 @@ struct Row<void> {
   static constexpr bool IsResult = true;
 };
 
-// Integers go by width and sign, because jint is `long` on Windows and jlong `long` or `long long`. The unsigned types
-// that JNI itself uses are Java's boolean and char; wider ones and C++'s other characters are nothing in Java.
-template <typename T>
-constexpr char NumberLetter() {
-  if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, jboolean>) {
-    return 'Z';
-  } else if constexpr (std::is_same_v<T, char16_t> || std::is_same_v<T, jchar>) {
-    return 'C';
-  } else if constexpr (std::is_same_v<T, char> || std::is_same_v<T, wchar_t>) {
-    return 0;
-  } else if constexpr (std::is_integral_v<T> && std::is_signed_v<T>) {
-    return sizeof(T) == 1 ? 'B' : sizeof(T) == 2 ? 'S' : sizeof(T) == 4 ? 'I' : 'J';
-  } else {
-    return std::is_same_v<T, float> ? 'F' : std::is_same_v<T, double> ? 'D' : 0;
-  }
-}
-
+// Which C++ numbers there are, NumberLetter says.
 template <typename T>
 struct Row<T, std::enable_if_t<NumberLetter<T>() != 0>> {
   static constexpr char Letter = NumberLetter<T>();
   using Tag = void;
   static constexpr bool IsResult = true;
-  static T Value(T number) noexcept { return number; }
+  static auto Value(T number) noexcept {
+    if constexpr (std::is_same_v<T, std::byte>) {
+      return static_cast<jbyte>(number);  // a number is what Java makes of the bits
+    } else {
+      return number;
+    }
+  }
   static T Take(typename Jni<Letter>::Type number) noexcept {
     if constexpr (Letter == 'Z') {
       return number != JNI_FALSE;
@@ -69,6 +59,16 @@ struct Row<T, std::enable_if_t<NumberLetter<T>() != 0>> {
     }
   }
 };
+
+// A number as JNI has it; its boolean is 0 or 1 and nothing else.
+template <char Letter, typename T>
+typename Jni<Letter>::Type JniNumber(T number) noexcept {
+  if constexpr (Letter == 'Z') {
+    return number ? JNI_TRUE : JNI_FALSE;
+  } else {
+    return static_cast<typename Jni<Letter>::Type>(number);
+  }
+}
 
 template <typename T, bool MayReturn>
 struct TextRow {
@@ -132,7 +132,7 @@ struct OptionalRow {
   static Passed Pass(JNIEnv* env, const std::optional<E>& number) {
     if (!number) return Passed();
     jvalue value{};
-    Jni<Row<E>::Letter>::In(value) = static_cast<typename Jni<Row<E>::Letter>::Type>(Row<E>::Value(*number));
+    Jni<Row<E>::Letter>::In(value) = JniNumber<Row<E>::Letter>(Row<E>::Value(*number));
     return Passed(env, Box(env, Row<E>::Letter, value));
   }
   static std::optional<E> Take(JNIEnv* env, jobject local) {

@@ -60,7 +60,7 @@ auto PassUndeclared(JNIEnv* env, const U& given) {
   using G = Given<P>;
   if constexpr (G::Letter != 'L') {
     jvalue value{};
-    Jni<G::Letter>::In(value) = static_cast<typename Jni<G::Letter>::Type>(G::Value(given));
+    Jni<G::Letter>::In(value) = JniNumber<G::Letter>(G::Value(given));
     return value;
   } else if constexpr (IsUnknown<G>) {
     return Pass<Ref<Object>, P>(env, given);
