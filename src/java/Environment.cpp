@@ -18,7 +18,7 @@ namespace {
 
 std::atomic<bool> s_hadVm{false};
 
-thread_local int t_criticals = 0;
+thread_local bool t_isCritical = false;
 
 }  // namespace
 
@@ -36,25 +36,25 @@ void ThrowNoVm() {
 
 // The environment is forgotten, so that whoever needs it comes by the checks below, and nobody else pays for them.
 void EnterCritical() noexcept {
-  ++t_criticals;
+  t_isCritical = true;
   ForgetEnv();
 }
-void LeaveCritical() noexcept { --t_criticals; }
+void LeaveCritical() noexcept { t_isCritical = false; }
 
 void RequireNotCritical() {
-  if (t_criticals == 0) return;
+  if (!t_isCritical) return;
   throw Misuse("java/Environment", __LINE__, "Java is called while CriticalElements are open in this thread");
 }
 
 JNIEnv* AskForEnv() noexcept {
-  assert(t_criticals == 0 && "a reference is dropped while CriticalElements are open in this thread");
+  assert(!t_isCritical && "a reference is dropped while CriticalElements are open in this thread");
   JavaVM* const vm = runningVm.load(std::memory_order_acquire);
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
   // Also where somebody else attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
   // has left the VM by then.
   DetachAtThreadEnd(true);
-  if (t_criticals == 0 && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));
+  if (!t_isCritical && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));
   return static_cast<JNIEnv*>(env);
 }
 

@@ -10,7 +10,7 @@ namespace torvan::java {
 
 // A tag is any type with `JavaName`, the class's name with slashes; it needs no members and no objects of it are made.
 // `using Super = ...` names the tag of a class or interface that it extends, so that its references go where that one's
-// are wanted. Every tag's references go where an Object is wanted.
+// are wanted. Every tag's references go where an Object is wanted, and where another tag of the same name is.
 struct Object {
   static constexpr char JavaName[] = "java/lang/Object";
 };
@@ -62,6 +62,17 @@ struct SuperOf<T, std::void_t<typename T::Super>> {
   using Type = typename T::Super;
 };
 
+// Whether two tags name one class: the host's own tag of a class is as good as the layer's.
+template <typename A, typename B, typename = void>
+constexpr bool IsSameName = false;
+template <typename A, typename B>
+constexpr bool IsSameName<A, B, std::void_t<decltype(A::JavaName), decltype(B::JavaName)>> = [] {
+  const auto slashed = [](char unit) { return unit == '.' ? '/' : unit; };
+  std::size_t i = 0;
+  while (A::JavaName[i] != 0 && slashed(A::JavaName[i]) == slashed(B::JavaName[i])) ++i;
+  return slashed(A::JavaName[i]) == slashed(B::JavaName[i]);
+}();
+
 template <typename Sub, typename Base>
 constexpr bool IsA();
 
@@ -83,9 +94,9 @@ constexpr bool IsA() {
   } else if constexpr (IsArrayTag<Sub> && IsArrayTag<Base>) {
     return IsArrayOf(static_cast<const Sub*>(nullptr), static_cast<const Base*>(nullptr));
   } else if constexpr (std::is_void_v<typename SuperOf<Sub>::Type>) {
-    return false;
+    return IsSameName<Sub, Base>;
   } else {
-    return IsA<typename SuperOf<Sub>::Type, Base>();
+    return IsSameName<Sub, Base> || IsA<typename SuperOf<Sub>::Type, Base>();
   }
 }
 

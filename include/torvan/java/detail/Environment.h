@@ -27,7 +27,7 @@ JNIEnv* Env();
 JNIEnv* EnvIfAttached() noexcept;
 
 // The start and the end of the calling thread's use of an array's own memory, in which JNI allows no call. Meanwhile
-// Env() throws Misuse "Java is called while CriticalElements are open in this thread". They may be nested.
+// Env() throws Misuse "Java is called while CriticalElements are open in this thread".
 void EnterCritical() noexcept;
 void LeaveCritical() noexcept;
 void RequireNotCritical();
