@@ -23,6 +23,10 @@ namespace torvan::java {
 // Error for what Java throws, such as a ConcurrentModificationException; and as Thread() does.
 template <typename T>
 class Each {
+  static_assert(detail::Item<T>::isGood,
+                "torvan::java: no object of Java comes out as this C++ type; use a tag, a type of the conversion table "
+                "that can be a result, or for a map a std::pair of these");
+
  public:
   using Value = typename detail::Item<T>::Value;
 
@@ -60,7 +64,7 @@ class Each {
   bool Advance() {
     m_value.reset();
     if (!detail::HasNext(m_source)) return false;
-    m_value.emplace(detail::Item<T>::Next(m_source));
+    if constexpr (detail::Item<T>::isGood) m_value.emplace(detail::Item<T>::Next(m_source));
     return true;
   }
 

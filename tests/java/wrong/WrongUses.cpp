@@ -52,6 +52,8 @@ constexpr java::Constructor<Builder(std::string_view)> NewBuilder;
 constexpr java::Field<Rows, jint> Count{"count"};
 constexpr java::StaticField<jshort> Short{"fixture/Values", "staticShort"};
 constexpr java::Overloads<Method<Builder, void(jint)>, Method<Builder, void(std::string_view)>> Append{"append"};
+constexpr java::StaticMethod<void(std::vector<jint>)> SetInts{"a/B", "setInts"};
+constexpr java::StaticMethod<void(std::vector<Money>)> SetPrices{"a/B", "setPrices"};
 constexpr java::Overloads Two{java::StaticMethod<void(jint, jlong)>{"a/B", "two"},
                               java::StaticMethod<void(jlong, jint)>{"a/B", "two"}};
 
@@ -133,6 +135,40 @@ void Wrong(const Local<Rows>& rows, const Local<Collection>& collection, const L
   java::Call<void>(rows, "f", pointers);
   // torvan::java: no conversion of this C++ type to Java; cast it to one that Java has, or specialise
   // torvan::java::Convert for it
+}
+
+void WrongArrays(const Local<java::Array<jint>>& ints, const Local<java::Array<java::String>>& texts,
+                 const std::vector<jlong>& longs) {
+  SetInts(longs);
+  // torvan::java: this vector becomes another Java array than the argument; give one with the declared elements
+  SetPrices(longs);
+  // torvan::java: this vector becomes another Java array than the argument; give one with the declared elements
+  SetInts(1);
+  // torvan::java: a number or a bool is given where the Java method takes an object
+  SetInts("1");
+  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use
+  // Cast<T>(reference)
+  SetInts(texts);
+  // torvan::java: this reference is of another class than the argument; give its tag 'using Super = ...;' or use
+  // Cast<T>(reference)
+  const java::Ref<java::Array<java::Object>> objects = ints;
+  // torvan::java: this reference is of another class than the one needed here; give its tag 'using Super = ...;' or use
+  // Cast<T>(reference)
+  java::Elements<bool> bits(java::NewArray<bool>(1));
+  // torvan::java: the elements of an array are used in place as what they are in Java: jint, jdouble, std::byte,
+  // jboolean for a boolean[]
+  java::Elements<java::String>(texts).Set(0, 5);
+  // torvan::java: a number or a bool is given where the Java method takes an object
+}
+constexpr java::StaticMethod<void(std::vector<std::uint32_t>)> WrongElements{"a/B", "f"};
+// torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an unsigned of
+// 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
+constexpr java::StaticMethod<std::vector<std::string_view>()> ViewsResult{"a/B", "f"};
+// torvan::java: the result of this declaration would refer to what is gone; use std::string, std::u16string or Local<T>
+void WrongCollections(const Local<Collection>& collection) {
+  java::Copy<std::vector<Opaque>>(collection);
+  // torvan::java: no object of Java comes out as this C++ type; use a tag, a type of the conversion table that can be a
+  // result, or for a map a std::pair of these
 }
 
 constexpr Method<Rows, jint(std::size_t)> WrongArgument{"f"};

@@ -26,7 +26,7 @@ struct ObjectValue {
   using Value = ElementValue<T>;
   static constexpr bool isNumber = Row<Value>::Letter != 'L';
   using Taken = std::conditional_t<isNumber, std::optional<Value>, Value>;
-  static_assert(RequireDeclared<Value>());
+  static constexpr bool isGood = Row<Value>::Letter != 0 && Row<Value>::IsResult;
 
   // Calls a method without arguments that gives it.
   template <typename Owner>
@@ -44,6 +44,7 @@ struct ObjectValue {
 template <typename T>
 struct Item {
   using Value = typename ObjectValue<T>::Value;
+  static constexpr bool isGood = ObjectValue<T>::isGood;
   static constexpr bool isEntry = false;
 
   static Value Next(const Ref<JavaIterator>& iterator) {
@@ -54,6 +55,7 @@ struct Item {
 template <typename K, typename V>
 struct Item<std::pair<K, V>> {
   using Value = std::pair<typename ObjectValue<K>::Value, typename ObjectValue<V>::Value>;
+  static constexpr bool isGood = ObjectValue<K>::isGood && ObjectValue<V>::isGood;
   static constexpr bool isEntry = true;
 
   static Value Next(const Ref<JavaIterator>& iterator) {
