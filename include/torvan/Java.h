@@ -2,6 +2,7 @@
 #pragma once
 
 #include <torvan/java/Array.h>
+#include <torvan/java/ByteBuffer.h>
 #include <torvan/java/Call.h>
 #include <torvan/java/Cast.h>
 #include <torvan/java/ClassLoader.h>

@@ -13,7 +13,7 @@ class NothingLeftTest : public RealVmTest {
 #ifdef _WIN32
   void SetUp() override {
     const CountedReferences counted(java::detail::Env());
-    const Local<java::String> text = java::NewString("text");
+    const java::Local<java::String> text = java::NewString("text");
     if (counted.Locals() != 1) GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
   }
 #endif

@@ -1,0 +1,132 @@
+// Memory that C++ and Java share.
+#pragma once
+
+#include <torvan/java/Global.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <type_traits>
+
+namespace torvan::java {
+
+// The order in which numbers are read from bytes. What Java makes is big-endian until it is told otherwise, also on
+// machines that are not.
+enum class ByteOrder { BigEndian, LittleEndian };
+
+// The order of this machine, in which C++ writes its numbers.
+ByteOrder NativeByteOrder() noexcept;
+
+// A java.nio.ByteBuffer over memory of the host: both use the same bytes, and none is copied. It is a Global reference
+// to the buffer, goes where a Ref to one is wanted, and is its tag: Ref<ByteBuffer> takes any.
+//
+//   auto image = std::make_shared<std::vector<std::byte>>(1 << 20);
+//   Draw(canvas, java::ByteBuffer(image->data(), image->size(), image));
+//
+// The owner is kept as long as the buffer, or another that Java made of it, lives in Java. It is dropped, by the calling
+// thread, when a later ByteBuffer is made or DropCollected() is called after Java has collected it; after the end of
+// the VM it stays. Without an owner the host keeps the memory until Java has let the buffer go, which it can know by a
+// Weak<ByteBuffer>.
+// Making one throws Misuse for null memory and for more than a Java buffer can hold (2,147,483,647 bytes), Failure where
+// the VM has no direct buffers, Error when Java's memory is full, std::bad_alloc, and as Thread() does. The owner is
+// dropped then.
+class ByteBuffer : public Global<ByteBuffer> {
+ public:
+  static constexpr char JavaName[] = "java/nio/ByteBuffer";
+
+  ByteBuffer(void* memory, std::size_t size, std::shared_ptr<const void> owner = nullptr);
+  // Of const memory Java makes no other: what writes to it gets a ReadOnlyBufferException.
+  ByteBuffer(const void* memory, std::size_t size, std::shared_ptr<const void> owner = nullptr);
+
+  // Sets the order of numbers that Java reads and writes; big-endian if not called.
+  // Throws Error and as Thread() does.
+  const ByteBuffer& Order(ByteOrder order) const;
+
+  // Drops the owners of buffers that Java has collected. Returns how many. Throws Error and as Thread() does.
+  static std::size_t DropCollected();
+};
+
+namespace detail {
+
+template <>
+struct TagOf<ByteBuffer> {
+  using Type = ByteBuffer;
+};
+
+struct BufferFacts {
+  void* memory;
+  std::size_t size;
+  ByteOrder order;
+};
+// Throws Misuse when the buffer is null, not direct, or read-only and to be written.
+BufferFacts FactsOf(const Ref<ByteBuffer>& buffer, bool isWritten);
+// Throws Misuse "8 bytes at 5 are outside a buffer of 10".
+void RequireInside(std::size_t offset, std::size_t count, std::size_t size);
+
+}  // namespace detail
+
+// The bytes of a direct buffer of Java's, without a copy: all of them, whatever its position and limit. It keeps the
+// buffer alive and may be used on any thread; for what Java does to the bytes meanwhile the host has to care. E is
+// std::byte, or const std::byte for one that only reads.
+template <typename E = std::byte>
+class BufferView {
+  static_assert(std::is_same_v<std::remove_const_t<E>, std::byte>, "torvan::java: a view of a buffer is one of bytes");
+
+ public:
+  // Throws as ViewOf.
+  explicit BufferView(const Ref<ByteBuffer>& buffer)
+      : m_facts(detail::FactsOf(buffer, !std::is_const_v<E>)), m_buffer(buffer) {}
+
+  std::size_t size() const noexcept { return m_facts.size; }
+  E* data() const noexcept { return static_cast<E*>(m_facts.memory); }
+  E* begin() const noexcept { return data(); }
+  E* end() const noexcept { return data() + size(); }
+
+  // Throws Misuse "1 byte at 10 is outside a buffer of 10".
+  E& At(std::size_t index) const {
+    detail::RequireInside(index, 1, size());
+    return data()[index];
+  }
+
+  // The order that the buffer had when the view was made.
+  ByteOrder Order() const noexcept { return m_facts.order; }
+
+  // A number of that order at any byte, as Java's getInt(offset) and putInt(offset, number) do. Throw as At.
+  template <typename T>
+  T Get(std::size_t offset) const {
+    T number;
+    Copy(offset, &number, [](std::byte* inBuffer, std::byte* own) { std::memcpy(own, inBuffer, sizeof(T)); });
+    return number;
+  }
+  template <typename T>
+  void Put(std::size_t offset, T number) const {
+    static_assert(!std::is_const_v<E>, "torvan::java: this view only reads");
+    Copy(offset, &number, [](std::byte* inBuffer, std::byte* own) { std::memcpy(inBuffer, own, sizeof(T)); });
+  }
+
+ private:
+  template <typename T, typename Use>
+  void Copy(std::size_t offset, T* number, Use use) const {
+    static_assert(std::is_arithmetic_v<T> && !std::is_same_v<T, bool>, "torvan::java: numbers are read from a buffer");
+    detail::RequireInside(offset, sizeof(T), size());
+    auto* const own = reinterpret_cast<std::byte*>(number);
+    const bool swaps = Order() != NativeByteOrder();
+    if (swaps) std::reverse(own, own + sizeof(T));
+    use(static_cast<std::byte*>(m_facts.memory) + offset, own);
+    if (swaps) std::reverse(own, own + sizeof(T));
+  }
+
+  detail::BufferFacts m_facts;
+  Global<ByteBuffer> m_buffer;
+};
+
+// A view of a direct buffer; ViewOf<const std::byte> of one that only has to be read.
+// Throws Misuse for a null, for a buffer that is not direct ("... its bytes are Java's own ...") and for one that is
+// read-only and would be written; and as Thread() does.
+template <typename E = std::byte>
+BufferView<E> ViewOf(const Ref<ByteBuffer>& buffer) {
+  return BufferView<E>(buffer);
+}
+
+}  // namespace torvan::java

@@ -1,0 +1,179 @@
+#include <torvan/java/ByteBuffer.h>
+
+#include <torvan/java/Cast.h>
+#include <torvan/java/Constructor.h>
+#include <torvan/java/Failure.h>
+#include <torvan/java/Field.h>
+#include <torvan/java/Method.h>
+
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "java/ClassNames.h"
+
+namespace torvan::java {
+
+namespace {
+
+struct Order {
+  static constexpr char JavaName[] = "java/nio/ByteOrder";
+};
+struct Queue {
+  static constexpr char JavaName[] = "java/lang/ref/ReferenceQueue";
+};
+struct Phantom {
+  static constexpr char JavaName[] = "java/lang/ref/PhantomReference";
+};
+struct Map {
+  static constexpr char JavaName[] = "java/util/concurrent/ConcurrentHashMap";
+};
+
+constexpr Method<ByteBuffer, Local<ByteBuffer>()> AsReadOnly{"asReadOnlyBuffer"};
+constexpr Method<ByteBuffer, bool()> IsReadOnly{"isReadOnly"};
+constexpr Method<ByteBuffer, Local<Order>()> GetOrder{"order"};
+constexpr Method<ByteBuffer, Local<ByteBuffer>(Ref<Order>)> SetOrder{"order"};
+constexpr StaticField<Local<Order>> BigEndian{"java/nio/ByteOrder", "BIG_ENDIAN"};
+constexpr StaticField<Local<Order>> LittleEndian{"java/nio/ByteOrder", "LITTLE_ENDIAN"};
+
+constexpr Constructor<Queue()> NewQueue;
+constexpr Constructor<Map()> NewMap;
+constexpr Constructor<Phantom(Ref<Object>, Ref<Queue>)> NewPhantom;
+constexpr Method<Queue, Local<Object>()> Poll{"poll", "()Ljava/lang/ref/Reference;"};
+constexpr Method<Map, Local<Object>(Ref<Object>, std::optional<jlong>)> Put{
+    "put", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;"};
+constexpr Method<Map, std::optional<jlong>(Ref<Object>)> Remove{"remove", "(Ljava/lang/Object;)Ljava/lang/Object;"};
+
+using Owner = std::shared_ptr<const void>;
+
+// Who owns the memory of which buffer. Java tells by a queue which buffers are gone: a phantom reference to each is the
+// key of a number here. It is asked, and not waited for, so that no thread is needed and owners are dropped where the
+// host is.
+class Owners {
+ public:
+  // Never destroyed: buffers may be made and dropped by static destructors.
+  static Owners& The() {
+    static Owners& owners = *new Owners;
+    return owners;
+  }
+
+  void Add(const Local<ByteBuffer>& buffer, Owner owner) {
+    jlong id = 0;
+    {
+      const std::lock_guard lock(m_mutex);
+      if (!m_queue) {
+        m_numbers = Global<Map>(NewMap());
+        m_queue = Global<Queue>(NewQueue());
+      }
+      id = ++m_last;
+      m_owners.emplace(id, std::move(owner));
+    }
+    try {
+      Put(m_numbers, NewPhantom(buffer, m_queue), id);
+    } catch (...) {
+      Take(id);
+      throw;
+    }
+  }
+
+  std::size_t DropCollected() {
+    {
+      const std::lock_guard lock(m_mutex);
+      if (m_owners.empty()) return 0;
+    }
+    std::size_t count = 0;
+    while (const Local<Object> reference = Poll(m_queue)) {
+      const std::optional<jlong> id = Remove(m_numbers, reference);
+      if (id) count += Take(*id) != nullptr ? 1 : 0;
+    }
+    return count;
+  }
+
+ private:
+  // What is returned goes outside the lock: an owner's destructor may make buffers.
+  Owner Take(jlong id) {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_owners.find(id);
+    if (found == m_owners.end()) return nullptr;
+    Owner owner = std::move(found->second);
+    m_owners.erase(found);
+    return owner;
+  }
+
+  std::mutex m_mutex;
+  std::map<jlong, Owner> m_owners;
+  jlong m_last = 0;
+  Global<Queue> m_queue;  // both set once, with the first owner
+  Global<Map> m_numbers;
+};
+
+Global<ByteBuffer> MakeBuffer(void* memory, std::size_t size, Owner owner, bool isReadOnly) {
+  if (memory == nullptr) throw Misuse("java/ByteBuffer", __LINE__, "null is given as the memory of a buffer");
+  if (size > static_cast<std::size_t>(std::numeric_limits<jint>::max())) {
+    throw Misuse("java/ByteBuffer", __LINE__,
+                 "a buffer of " + std::to_string(size) + " bytes is longer than a Java buffer can be");
+  }
+  Owners::The().DropCollected();
+  JNIEnv* const env = detail::Env();
+  const auto made = detail::Own<ByteBuffer>(env, env->NewDirectByteBuffer(memory, static_cast<jlong>(size)));
+  detail::CheckPending(env);
+  if (!made) throw Failure("java/ByteBuffer", __LINE__, "This Java VM has no direct buffers");
+  const Global<ByteBuffer> buffer = isReadOnly ? Global<ByteBuffer>(AsReadOnly(made)) : Global<ByteBuffer>(made);
+  if (owner != nullptr) Owners::The().Add(made, std::move(owner));
+  return buffer;
+}
+
+}  // namespace
+
+ByteOrder NativeByteOrder() noexcept {
+  const std::uint16_t one = 1;
+  unsigned char first = 0;
+  std::memcpy(&first, &one, 1);
+  return first == 1 ? ByteOrder::LittleEndian : ByteOrder::BigEndian;
+}
+
+ByteBuffer::ByteBuffer(void* memory, std::size_t size, std::shared_ptr<const void> owner)
+    : Global(MakeBuffer(memory, size, std::move(owner), false)) {}
+
+ByteBuffer::ByteBuffer(const void* memory, std::size_t size, std::shared_ptr<const void> owner)
+    : Global(MakeBuffer(const_cast<void*>(memory), size, std::move(owner), true)) {}
+
+const ByteBuffer& ByteBuffer::Order(ByteOrder order) const {
+  SetOrder(*this, order == ByteOrder::BigEndian ? BigEndian.Get() : LittleEndian.Get());
+  return *this;
+}
+
+std::size_t ByteBuffer::DropCollected() { return Owners::The().DropCollected(); }
+
+namespace detail {
+
+BufferFacts FactsOf(const Ref<ByteBuffer>& buffer, bool isWritten) {
+  if (!buffer) throw Misuse("java/ByteBuffer", __LINE__, "null is given for a Java buffer");
+  JNIEnv* const env = Env();
+  const jlong size = env->GetDirectBufferCapacity(buffer.Get());
+  if (size < 0) {
+    const LocalScope type(env, env->GetObjectClass(buffer.Get()));
+    throw Misuse("java/ByteBuffer", __LINE__,
+                 "a " + NameOf(env, static_cast<jclass>(type.Get())) +
+                     " is not direct: its bytes are Java's own, and can be copied only");
+  }
+  if (isWritten && IsReadOnly(buffer)) {
+    throw Misuse("java/ByteBuffer", __LINE__, "the buffer is read-only: use ViewOf<const std::byte>");
+  }
+  const ByteOrder order = Same(GetOrder(buffer), BigEndian.Get()) ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
+  return {env->GetDirectBufferAddress(buffer.Get()), static_cast<std::size_t>(size), order};
+}
+
+void RequireInside(std::size_t offset, std::size_t count, std::size_t size) {
+  if (count <= size && offset <= size - count) return;
+  throw Misuse("java/ByteBuffer", __LINE__,
+               std::to_string(count) + (count == 1 ? " byte at " : " bytes at ") + std::to_string(offset) +
+                   (count == 1 ? " is" : " are") + " outside a buffer of " + std::to_string(size));
+}
+
+}  // namespace detail
+
+}  // namespace torvan::java
