@@ -8,6 +8,8 @@
 #include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/LocalScope.h>
 
+#include "java/Bindings.h"
+#include "java/ClassNames.h"
 #include "java/PathText.h"
 #include "java/Reflection.h"
 
@@ -24,11 +26,11 @@ struct Uri {
 struct Url {
   static constexpr char JavaName[] = "java/net/URL";
 };
-struct Urls {
-  static constexpr char JavaName[] = "[Ljava/net/URL;";
-};
 struct Loader {
   static constexpr char JavaName[] = "java/lang/ClassLoader";
+};
+struct Closeable {
+  static constexpr char JavaName[] = "java/io/Closeable";
 };
 struct UrlLoader {
   static constexpr char JavaName[] = "java/net/URLClassLoader";
@@ -38,8 +40,10 @@ struct UrlLoader {
 constexpr Constructor<File(std::string_view)> NewFile;
 constexpr Method<File, Local<Uri>()> ToUri{"toURI"};
 constexpr Method<Uri, Local<Url>()> ToUrl{"toURL"};
-constexpr Constructor<UrlLoader(Ref<Urls>, Ref<Loader>)> NewUrlLoader;
+constexpr Constructor<UrlLoader(std::vector<Local<Url>>, Ref<Loader>)> NewUrlLoader;
 constexpr StaticMethod<Local<Loader>()> GetSystem{"java/lang/ClassLoader", "getSystemClassLoader"};
+constexpr Method<Loader, Local<Loader>()> GetParent{"getParent"};
+constexpr Method<Closeable, void()> CloseIt{"close"};
 
 }  // namespace
 
@@ -49,27 +53,26 @@ Local<Class> FindClass(const char* name) {
 }
 
 ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars) {
+  const Local<Object> kept(detail::KeptLoader());
+  return OfJars(jars, ClassLoader(kept));
+}
+
+ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, const ClassLoader& parent) {
   const Thread thread;
-  JNIEnv* const env = thread.Env();
-  const auto type = detail::ClassOf<Url>(env);
-  const auto size = static_cast<jsize>(jars.size());
-  const Local<Urls> urls = detail::Own<Urls>(env, env->NewObjectArray(size, type, nullptr));
-  detail::CheckPending(env);
-  for (jsize i = 0; i < size; ++i) {
-    const std::filesystem::path& jar = jars[static_cast<std::size_t>(i)];
+  std::vector<Local<Url>> urls;
+  for (const std::filesystem::path& jar : jars) {
     std::error_code error;
     const std::string path = detail::ToText(std::filesystem::absolute(jar, error));
     if (error || !std::filesystem::exists(jar, error)) {
       throw Misuse("java/ClassLoader", __LINE__, "there is no " + detail::ToText(jar) + " to load classes from");
     }
-    const Local<Url> url = ToUrl(thread, ToUri(thread, NewFile(thread, path)));
-    env->SetObjectArrayElement(static_cast<jobjectArray>(urls.Get()), i, url.Get());
-    detail::CheckPending(env);
+    urls.push_back(ToUrl(thread, ToUri(thread, NewFile(thread, path))));
   }
-  return ClassLoader(NewUrlLoader(thread, urls, static_cast<jobject>(detail::KeptLoader())));
+  return ClassLoader(NewUrlLoader(thread, urls, parent.m_loader.Get()));
 }
 
 ClassLoader ClassLoader::System() { return ClassLoader(GetSystem()); }
+ClassLoader ClassLoader::Platform() { return ClassLoader(GetParent(GetSystem())); }
 
 ClassLoader ClassLoader::Of(const Ref<Object>& object) {
   if (!object) throw Misuse("java/ClassLoader", __LINE__, "null has no class loader");
@@ -85,6 +88,41 @@ ClassLoader ClassLoader::Of(const Ref<Object>& object) {
 Local<Class> ClassLoader::FindClass(const char* name) const {
   JNIEnv* const env = detail::Env();
   return detail::Own<Class>(env, detail::LoadClass(env, m_loader.Get(), name));
+}
+
+void ClassLoader::Close() const {
+  if (IsInstance<Closeable>(m_loader)) return CloseIt(m_loader.Get());
+  JNIEnv* const env = detail::Env();
+  const detail::LocalScope type(env, env->GetObjectClass(m_loader.Get()));
+  throw Misuse("java/ClassLoader", __LINE__,
+               "a " + detail::NameOf(env, static_cast<jclass>(type.Get())) + " is no class loader that can be closed");
+}
+
+ContextClassLoader::ContextClassLoader(const ClassLoader& loader) : m_env(detail::CallEnv()) {
+  const detail::Bindings& bound = *detail::Bound();
+  const auto made = [this](jobject local) {
+    Local<Object> own = detail::Own<Object>(m_env, local);
+    detail::CheckPending(m_env);
+    return own;
+  };
+  m_thread = made(m_env->CallStaticObjectMethodA(bound.threadClass, bound.currentThread, nullptr));
+  m_before = made(m_env->CallObjectMethodA(m_thread.Get(), bound.getContextClassLoader, nullptr));
+  jvalue wanted{};
+  wanted.l = loader.Loader().Get();
+  m_env->CallVoidMethodA(m_thread.Get(), bound.setContextClassLoader, &wanted);
+  detail::CheckPending(m_env);
+}
+
+ContextClassLoader::~ContextClassLoader() {
+  if (detail::EnvIfAttached() != m_env) return;
+  // What raw JNI or the fixed interface left pending stays so: nothing may be called with it.
+  const detail::LocalScope pending(m_env, m_env->ExceptionOccurred());
+  m_env->ExceptionClear();
+  jvalue before{};
+  before.l = m_before.Get();
+  m_env->CallVoidMethodA(m_thread.Get(), detail::Bound()->setContextClassLoader, &before);
+  m_env->ExceptionClear();
+  if (pending.Get() != nullptr) m_env->Throw(static_cast<jthrowable>(pending.Get()));
 }
 
 }  // namespace torvan::java

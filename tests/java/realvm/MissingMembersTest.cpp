@@ -133,32 +133,14 @@ TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefused) {
             "fixture.Plugin of another class loader");
 }
 
-struct Urls {
-  static constexpr char JavaName[] = "[Ljava/net/URL;";
-};
-struct Loader {
-  static constexpr char JavaName[] = "java/lang/ClassLoader";
-};
-struct UrlLoader {
-  static constexpr char JavaName[] = "java/net/URLClassLoader";
-  using Super = Loader;
-};
-
 // The class path has the class, and a loader that does not ask it has another one.
 TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheClassPath) {
   SKIP_WITHOUT_OTHER_CLASSES();
   static constexpr Method<Derived, jint()> Shared{"shared"};
   const Local<Derived> own = java::New<Derived>();
   EXPECT_EQ(Shared(own), 20);
-  const auto file = java::CallStatic<Local<>>(
-      "java/nio/file/Paths", "get",
-      java::CallStatic<Local<>>("java/net/URI", "create", std::string("file://") + TORVAN_TEST_CLASSES + "/"));
-  const auto url = java::Call<Local<>>(java::Call<Local<>>(file, "toUri"), "toURL");
-  JNIEnv* const env = java::detail::Env();
-  const auto type = java::FindClass("java/net/URL");
-  const auto urls = java::Adopt<Urls>(env->NewObjectArray(1, static_cast<jclass>(type.Get()), url.Get()));
-  const auto loader = Constructor<UrlLoader(java::Ref<Urls>, java::Ref<Loader>)>{}(urls, nullptr);
-  const auto other = java::Cast<java::Class>(java::Call<Local<>>(loader, "loadClass", "fixture.Members$Derived"));
+  const ClassLoader loader = ClassLoader::OfJars({TORVAN_TEST_CLASSES}, ClassLoader::Platform());
+  const Local<java::Class> other = loader.FindClass("fixture.Members$Derived");
   const Local<Derived> stranger = Constructor<Derived()>{}.In(other)();
   EXPECT_EQ(Shared.In(other)(stranger), 20);
   EXPECT_EQ(WhatOf<Misuse>([&] { Shared(stranger); }),

@@ -1,0 +1,195 @@
+// Class loaders: whom they ask, what they close, and when Java lets them go.
+#include <thread>
+
+#include "java/realvm/MembersTags.h"
+#include "java/realvm/NothingLeft.h"
+
+namespace javatest {
+namespace {
+
+using java::ClassLoader;
+using java::ContextClassLoader;
+using java::Local;
+using java::Misuse;
+using java::Object;
+using java::Ref;
+using java::StaticMethod;
+
+struct Callable {
+  static constexpr char JavaName[] = "java/util/concurrent/Callable";
+};
+struct Task {
+  static constexpr char JavaName[] = "fixture/Task";
+  using Super = Callable;
+};
+struct Plugin {
+  static constexpr char JavaName[] = "fixture/Plugin";
+};
+struct Loader {
+  static constexpr char JavaName[] = "java/lang/ClassLoader";
+};
+struct JavaThread {
+  static constexpr char JavaName[] = "java/lang/Thread";
+};
+
+constexpr java::Method<Callable, std::string()> CallIt{"call", "()Ljava/lang/Object;"};
+constexpr StaticMethod<Local<Object>()> Services{"fixture/Services", "all", "()Ljava/lang/Iterable;"};
+constexpr StaticMethod<Local<JavaThread>()> CurrentThread{"java/lang/Thread", "currentThread"};
+constexpr java::Method<JavaThread, Local<Loader>()> GetContext{"getContextClassLoader"};
+constexpr java::Method<JavaThread, void(Ref<Loader>)> SetContext{"setContextClassLoader"};
+
+Local<Loader> Context() { return GetContext(CurrentThread()); }
+
+class ClassLoaderTest : public NothingLeftTest {
+ protected:
+  void SetUp() override { SKIP_WITHOUT_OTHER_CLASSES(); }
+
+  static ClassLoader Others() { return ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}); }
+};
+
+TEST_F(ClassLoaderTest, AsksItsParentFirst) {
+  const ClassLoader alone = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}, ClassLoader::Platform());
+  EXPECT_TRUE(alone.FindClass("fixture/Plugin"));
+  EXPECT_TRUE(alone.FindClass("java/util/ArrayList"));
+  EXPECT_THAT(ErrorOf([&] { alone.FindClass("fixture/Members"); }),
+              testing::StartsWith("java.lang.ClassNotFoundException: fixture.Members"));
+  EXPECT_TRUE(Others().FindClass("fixture/Members"));
+  const ClassLoader child = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}, alone);
+  EXPECT_TRUE(java::Same(child.FindClass("fixture/Plugin"), alone.FindClass("fixture/Plugin")));
+  EXPECT_FALSE(java::Same(Others().FindClass("fixture/Plugin"), alone.FindClass("fixture/Plugin")));
+}
+
+TEST_F(ClassLoaderTest, FindsArraysOfItsClasses) {
+  const ClassLoader others = Others();
+  const Local<java::Class> type = others.FindClass("fixture/Plugin");
+  const auto make = java::Constructor<Plugin(jint)>{}.In(type);
+  std::vector<Local<Plugin>> plugins;
+  for (const jint number : {1, 2}) plugins.push_back(make(number));
+  const Local<java::Array<Plugin>> array = java::NewArray(plugins, type);
+  EXPECT_TRUE(java::Same(java::Call<Local<java::Class>>(array, "getClass"), others.FindClass("[Lfixture.Plugin;")));
+  EXPECT_EQ(java::Elements<Plugin>(array).size(), 2u);
+  EXPECT_EQ(java::Call<jint>(java::Elements<Plugin>(array).At(1), "number"), 2);
+  EXPECT_THAT(ErrorOf([&] { java::NewArray(plugins); }), testing::HasSubstr("fixture.Plugin (not on the class path "));
+}
+
+TEST_F(ClassLoaderTest, HasStaticFieldsOfItsOwn) {
+  const java::StaticField<jint> calls{"fixture/Task", "calls"};
+  const auto first = calls.In(Others().FindClass("fixture/Task"));
+  const auto second = calls.In(Others().FindClass("fixture/Task"));
+  first.Set(5);
+  EXPECT_EQ(first.Get(), 5);
+  EXPECT_EQ(second.Get(), 0);
+}
+
+TEST_F(ClassLoaderTest, OnceClosedItKeepsWhatIsLoaded) {
+  const ClassLoader others = Others();
+  const Local<java::Class> type = others.FindClass("fixture/Task");
+  const auto late = StaticMethod<std::string()>{"fixture/Task", "late"}.In(type);
+  others.Close();
+  others.Close();
+  EXPECT_EQ(CallIt(java::Constructor<Task()>{}.In(type)()), "from elsewhere, 1");
+  EXPECT_TRUE(others.FindClass("fixture/Task"));
+  EXPECT_EQ(ErrorOf([&] { others.FindClass("fixture/Plugin"); }),
+            "java.lang.ClassNotFoundException: fixture.Plugin (looked for by a java.net.URLClassLoader)");
+  EXPECT_THAT(ErrorOf([&] { late(); }), testing::StartsWith("java.lang.NoClassDefFoundError: fixture/Task$Late"));
+}
+
+TEST_F(ClassLoaderTest, OnesThatCannotBeClosedSaySo) {
+  const std::string what = WhatOf<Misuse>([] { ClassLoader::System().Close(); });
+  EXPECT_THAT(what, testing::EndsWith("AppClassLoader is no class loader that can be closed"));
+}
+
+TEST_F(ClassLoaderTest, AScopeSetsTheContextClassLoader) {
+  const ClassLoader others = Others();
+  const java::Global<Loader> before(Context());
+  {
+    const ContextClassLoader scope(others);
+    EXPECT_TRUE(java::Same(Context(), others.Loader()));
+    {
+      const ClassLoader inner = Others();
+      const ContextClassLoader innerScope(inner);
+      EXPECT_TRUE(java::Same(Context(), inner.Loader()));
+    }
+    EXPECT_TRUE(java::Same(Context(), others.Loader()));
+    std::thread([&] { EXPECT_TRUE(java::Same(Context(), before)); }).join();
+  }
+  EXPECT_TRUE(java::Same(Context(), before));
+}
+
+TEST_F(ClassLoaderTest, AScopeThatAFailureLeavesSetsWhatWasBefore) {
+  const Local<Loader> before = Context();
+  EXPECT_NE(ErrorOf([] {
+              const ContextClassLoader scope(Others());
+              java::FindClass("no/Such");
+            }),
+            "nothing");
+  EXPECT_TRUE(java::Same(Context(), before));
+  SetContext(CurrentThread(), nullptr);
+  { const ContextClassLoader scope(Others()); }
+  EXPECT_FALSE(Context());
+  SetContext(CurrentThread(), before);
+}
+
+TEST_F(ClassLoaderTest, AScopeKeepsWhatIsPending) {
+  const Local<Loader> before = Context();
+  {
+    const ContextClassLoader scope(Others());
+    JNIEnv* const env = java::detail::Env();
+    env->ThrowNew(java::detail::ClassOf<java::Throwable>(env), "left by raw JNI");
+  }
+  const auto pending = java::TakePending();
+  ASSERT_TRUE(pending);
+  EXPECT_EQ(pending->Message(), "left by raw JNI");
+  EXPECT_TRUE(java::Same(Context(), before));
+}
+
+TEST_F(ClassLoaderTest, ServicesAreFoundThroughTheContext) {
+  const ClassLoader others = Others();
+  const auto answers = [] {
+    std::vector<std::string> all;
+    for (const auto& service : java::Each<Callable>(Services())) all.push_back(CallIt(service));
+    return all;
+  };
+  EXPECT_THAT(answers(), testing::ElementsAre());
+  const ContextClassLoader scope(others);
+  EXPECT_THAT(answers(), testing::ElementsAre("from elsewhere, 1"));
+}
+
+TEST_F(ClassLoaderTest, IsCollectedWithItsClassesOnceNothingHoldsIt) {
+  java::Weak<Object> weak;
+  java::Weak<java::Class> weakClass;
+  {
+    const ClassLoader others = Others();
+    weak = others.WeakReference();
+    const Local<java::Class> type = others.FindClass("fixture/Task");
+    weakClass = java::Weak<java::Class>(type);
+    const auto make = java::Constructor<Task()>{}.In(type);
+    const ContextClassLoader scope(others);
+    EXPECT_EQ(CallIt(make()), "from elsewhere, 1");
+    EXPECT_EQ(java::Call<std::string>(make(), "call"), "from elsewhere, 2");
+    EXPECT_NE(ErrorOf([&] { others.FindClass("no/Such"); }), "nothing");
+    EXPECT_NE(ErrorOf([&] { java::Method<Task, jint()>{"missing"}.In(type); }), "nothing");
+    java::CallStatic<void>("java/lang/System", "gc");
+    EXPECT_TRUE(weak.Lock());
+    others.Close();
+  }
+  for (int i = 0; i < 20 && weak.Lock(); ++i) java::CallStatic<void>("java/lang/System", "gc");
+  EXPECT_FALSE(weak.Lock());
+  EXPECT_FALSE(weakClass.Lock());
+}
+
+TEST_F(ClassLoaderTest, NothingIsLeft) {
+  NothingLeftTest::SetUp();
+  if (IsSkipped()) return;
+  const ClassLoader others = Others();
+  ExpectNothing([&] { const ContextClassLoader scope(others); });
+  ExpectNothing([] { Others().Close(); });
+  ExpectNothing([] { ClassLoader::Platform(); });
+  ExpectNothingOfThrowing([] { ClassLoader::System().Close(); });
+  ExpectNothingOfThrowing([] { ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES, "no/such.jar"}); });
+  ExpectNothingWhereverItFails([&] { const ContextClassLoader scope(others); }, 1);
+  ExpectNothingWhereverItFails([] { Others(); }, 4);
+}
+
+}  // namespace
+}  // namespace javatest
