@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Runs the example on an SQL database twice and compares what it prints, the count of its runs kept in a file:
-# java_sql.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]. TORVAN_H2 is the database's jar, TORVAN_DRIVE the machine's drive.
+# java_sql.sh PROGRAM DATABASE-JAR
 # shellcheck source=tests/examples/expect.sh
-source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
+source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$1"
+jar=$2
 
 printed() { # printed RUN
   printf '%s' '100000 rows in, 50000 names out
@@ -13,8 +14,8 @@ SQL state 42S02
 run '"$1"' of this database'
 }
 
-expect 'first run' 0 "$(printed 1)" "$TORVAN_H2" "$TORVAN_DRIVE$folder/database"
-expect 'second run' 0 "$(printed 2)" "$TORVAN_H2" "$TORVAN_DRIVE$folder/database"
+expect 'first run' 0 "$(printed 1)" "$jar" "$folder/database"
+expect 'second run' 0 "$(printed 2)" "$jar" "$folder/database"
 expect 'no jar' 1 '.*nowhere\.jar is not there.*' nowhere.jar
 
 finish

@@ -24,13 +24,12 @@ ByteOrder NativeByteOrder() noexcept;
 //   auto image = std::make_shared<std::vector<std::byte>>(1 << 20);
 //   Draw(canvas, java::ByteBuffer(image->data(), image->size(), image));
 //
-// The owner is kept as long as the buffer, or another that Java made of it, lives in Java. It is dropped, by the calling
-// thread, when a later ByteBuffer is made or DropCollected() is called after Java has collected it; after the end of
-// the VM it stays. Without an owner the host keeps the memory until Java has let the buffer go, which it can know by a
-// Weak<ByteBuffer>.
-// Making one throws Misuse for null memory and for more than a Java buffer can hold (2,147,483,647 bytes), Failure where
-// the VM has no direct buffers, Error when Java's memory is full, std::bad_alloc, and as Thread() does. The owner is
-// dropped then.
+// The owner is kept as long as the buffer, or another that Java made of it, lives in Java. It is dropped, by the
+// calling thread, when a later ByteBuffer is made or DropCollected() is called after Java has collected it; after the
+// end of the VM it stays. Without an owner the host keeps the memory until Java has let the buffer go, which it can
+// know by a Weak<ByteBuffer>. Making one throws Misuse for null memory and for more than a Java buffer can hold
+// (2,147,483,647 bytes), Failure where the VM has no direct buffers, Error when Java's memory is full, std::bad_alloc,
+// and as Thread() does. The owner is dropped then.
 class ByteBuffer : public Global<ByteBuffer> {
  public:
   static constexpr char JavaName[] = "java/nio/ByteBuffer";

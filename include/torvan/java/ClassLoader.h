@@ -17,8 +17,8 @@ namespace torvan::java {
 Local<Class> FindClass(const char* name);
 
 // A Java class loader. Copies share it, may be used and dropped on any thread, and keep it and its classes alive.
-// A class is its name and its loader: two loaders that do not share a parent that finds it have two classes of one name,
-// and an object of one is none of the other. References of the host, members that are bound to its classes, and
+// A class is its name and its loader: two loaders that do not share a parent that finds it have two classes of one
+// name, and an object of one is none of the other. References of the host, members that are bound to its classes, and
 // whatever Java keeps hold a loader; when the last is gone, Java collects it with all of its classes.
 class ClassLoader {
  public:

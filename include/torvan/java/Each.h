@@ -16,11 +16,11 @@ namespace torvan::java {
 //   for (const std::string& name : java::Each<std::string>(names)) ...
 //   for (const auto& [name, age] : java::Each<std::pair<std::string, jint>>(agesByName)) ...
 //
-// T is a tag, whose objects come as Local<T>, or a type of the conversion table, numbers out of Java's objects for them;
-// a std::pair of these takes a Map, or whatever else has entries of one. Each object's class is tested. No reference
-// is left of what went by. It is of one thread and of its scope.
-// Throws Misuse for a null, for an object of another kind or class than T, and for a null element where T has none;
-// Error for what Java throws, such as a ConcurrentModificationException; and as Thread() does.
+// T is a tag, whose objects come as Local<T>, or a type of the conversion table, numbers out of Java's objects for
+// them; a std::pair of these takes a Map, or whatever else has entries of one. Each object's class is tested. No
+// reference is left of what went by. It is of one thread and of its scope. Throws Misuse for a null, for an object of
+// another kind or class than T, and for a null element where T has none; Error for what Java throws, such as a
+// ConcurrentModificationException; and as Thread() does.
 template <typename T>
 class Each {
   static_assert(detail::Item<T>::isGood,

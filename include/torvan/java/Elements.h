@@ -12,9 +12,9 @@
 namespace torvan::java {
 
 // Makes a Java array of a vector, by the conversion table: a std::vector<jint> becomes an int[], one of texts a
-// String[], one of Local<T> a T[]. Members take vectors as they are; use this to keep the array, or to hand the same one
-// to several calls.
-// Throws Misuse for what no Java array or text can be, Error when Java's memory is full, and as Thread() does.
+// String[], one of Local<T> a T[]. Members take vectors as they are; use this to keep the array, or to hand the same
+// one to several calls. Throws Misuse for what no Java array or text can be, Error when Java's memory is full, and as
+// Thread() does.
 template <typename E, typename A>
 Local<detail::ArrayOf<E>> NewArray(const std::vector<E, A>& values) {
   JNIEnv* const env = detail::Env();
@@ -123,10 +123,10 @@ class Elements<E, std::enable_if_t<detail::IsObjectElement<E>()>> {
   Local<detail::ArrayOf<Value>> m_array;
 };
 
-// As Elements of numbers, but the array's own memory, without a copy on nearly all VMs. Java's memory may not be cleaned
-// up meanwhile, so that the scope has to be short, and JNI forbids every call in it: calls throw Misuse "Java is called
-// while CriticalElements are open in this thread". Where assertions are on, references that are dropped in it and
-// members that are given a Thread are found out, too.
+// As Elements of numbers, but the array's own memory, without a copy on nearly all VMs. Java's memory may not be
+// cleaned up meanwhile, so that the scope has to be short, and JNI forbids every call in it: calls throw Misuse "Java
+// is called while CriticalElements are open in this thread". Where assertions are on, references that are dropped in it
+// and members that are given a Thread are found out, too.
 template <typename E>
 class CriticalElements : public detail::InPlace<E, detail::Critical<std::remove_const_t<E>>> {
  public:

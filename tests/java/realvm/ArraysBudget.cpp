@@ -1,4 +1,5 @@
-// What vectors cost against the copies of a region that JNI makes, with the memory for them: java_arrays_budget [ROUNDS].
+// What vectors cost against the copies of a region that JNI makes, with the memory for them: java_arrays_budget
+// [ROUNDS].
 #include <cstdlib>
 #include <memory>
 #include <vector>

@@ -106,7 +106,8 @@ TEST_F(ArraysTest, NumbersOfEveryType) {
   AllSizes<short>("shorts", "staticShorts", Extremes<short>);
   AllSizes<int>("ints", "staticInts", Extremes<int>);
   AllSizes<jint>("ints", "staticInts", Extremes<jint>);
-  AllSizes<long>(sizeof(long) == 8 ? "longs" : "ints", sizeof(long) == 8 ? "staticLongs" : "staticInts", Extremes<long>);
+  AllSizes<long>(sizeof(long) == 8 ? "longs" : "ints", sizeof(long) == 8 ? "staticLongs" : "staticInts",
+                 Extremes<long>);
   AllSizes<long long>("longs", "staticLongs", Extremes<long long>);
   AllSizes<float>("floats", "staticFloats", Extremes<float>);
   AllSizes<double>("doubles", "staticDoubles", Extremes<double>);
@@ -188,21 +189,19 @@ TEST_F(ArraysTest, ANullThatTheTypeHasNotNamesTheMemberAndTheElement) {
   static constexpr StaticMethod<std::vector<std::string>()> WithNull{Fixture, "withNull"};
   static constexpr StaticMethod<std::vector<std::vector<double>>()> WithNullRow{Fixture, "withNullRow"};
   static constexpr StaticMethod<std::optional<std::vector<std::vector<std::string>>>()> WithNullInRow{Fixture,
-                                                                                                   "withNullInRow"};
+                                                                                                      "withNullInRow"};
   static constexpr Field<Arrays, std::vector<std::string>> Texts{"texts"};
   const std::string end = " is null, which its C++ type cannot be: declare the element as std::optional";
   EXPECT_EQ(WhatOf<Misuse>([] { None(); }),
             "fixture.Arrays.none() returned null, which its C++ type cannot be: declare it as std::optional");
-  EXPECT_EQ(WhatOf<Misuse>([] { WithNull(); }),
-            "element [1] of what was returned by fixture.Arrays.withNull()" + end);
+  EXPECT_EQ(WhatOf<Misuse>([] { WithNull(); }), "element [1] of what was returned by fixture.Arrays.withNull()" + end);
   EXPECT_EQ(WhatOf<Misuse>([] { WithNullRow(); }),
             "element [1] of what was returned by fixture.Arrays.withNullRow()" + end);
   EXPECT_EQ(WhatOf<Misuse>([] { WithNullInRow(); }),
             "element [1][1] of what was returned by fixture.Arrays.withNullInRow()" + end);
   const Local<Arrays> arrays = java::New<Arrays>();
   Field<Arrays, std::vector<Text>>{"texts"}.Set(arrays, std::vector<Text>{std::nullopt});
-  EXPECT_EQ(WhatOf<Misuse>([&] { Texts.Get(arrays); }),
-            "element [0] of the value of fixture.Arrays.texts" + end);
+  EXPECT_EQ(WhatOf<Misuse>([&] { Texts.Get(arrays); }), "element [0] of the value of fixture.Arrays.texts" + end);
   EXPECT_EQ(WhatOf<Misuse>([] { java::CallStatic<std::vector<std::string>>(Fixture, "withNull"); }),
             "element [1] of a Java array" + end);
 }

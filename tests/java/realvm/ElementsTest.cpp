@@ -23,9 +23,7 @@ class ElementsTest : public RealVmTest {};
 constexpr StaticMethod<void(Ref<Array<jint>>)> Twice{"fixture/Arrays", "twice"};
 constexpr StaticMethod<std::vector<jint>(Ref<Array<jint>>)> Ints{"fixture/Arrays", "same"};
 
-std::string Seen(const Ref<Object>& array) {
-  return java::CallStatic<std::string>("fixture/Arrays", "seen", array);
-}
+std::string Seen(const Ref<Object>& array) { return java::CallStatic<std::string>("fixture/Arrays", "seen", array); }
 
 TEST_F(ElementsTest, NewArrays) {
   EXPECT_EQ(Seen(NewArray<jint>(3)), "[I: [0, 0, 0]");

@@ -127,8 +127,8 @@ V ReadNumbers(JNIEnv* env, jobject array) {
   V values;
   values.reserve(static_cast<std::size_t>(size));
   if constexpr (IsJniMemory<E>()) {
-    // From the array's own memory: a vector that a region is copied to would first be filled with zeros. As a region is,
-    // it is copied at once, and nothing is allocated meanwhile.
+    // From the array's own memory: a vector that a region is copied to would first be filled with zeros. As a region
+    // is, it is copied at once, and nothing is allocated meanwhile.
     if (size == 0) return values;
     const CriticalRead read(env, array);
     const auto* const elements = static_cast<const E*>(read.Memory());
