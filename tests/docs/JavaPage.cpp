@@ -2,6 +2,7 @@
 // clang-format off
 #include <torvan/Java.h>
 #include <cstdio>
+#include <map>
 #include <thread>
 
 namespace java = torvan::java;
@@ -19,6 +20,11 @@ constexpr java::Method<Collection, jint()> Size{"size"};
 constexpr java::Method<List, bool(java::Ref<java::Object>)> Add{"add"};
 constexpr java::Method<List, std::string(jint)> GetText{"get", "(I)Ljava/lang/Object;"};
 constexpr java::StaticField<jint> Largest{"java/lang/Integer", "MAX_VALUE"};
+constexpr java::Method<java::String, std::vector<std::string>(std::string_view)> Split{"split"};
+constexpr java::StaticMethod<void(java::Ref<java::Array<jint>>)> Sort{"java/util/Arrays", "sort"};
+constexpr java::StaticMethod<std::vector<jint>(std::vector<jint>, jint)> CopyOf{"java/util/Arrays", "copyOf"};
+constexpr java::Method<java::ByteBuffer, jint(jint)> GetInt{"getInt"};
+constexpr java::StaticMethod<java::Local<java::ByteBuffer>(jint)> AllocateDirect{"java/nio/ByteBuffer", "allocateDirect"};
 
 // A type of the host's own, by one specialisation.
 struct Money { jlong cents; };
@@ -36,6 +42,50 @@ namespace {
 void ConvertValues() {
   const Money sum = AddMoney(Money{40}, Money{2});
   std::printf("%d %s\n", static_cast<int>(sum.cents), GetProperty("no.such").value_or("none").c_str());
+}
+
+void UseArrays() {
+  const std::vector<std::string> words = Split(java::NewString("to be or not"), " ");
+  const std::vector<jint> longer = CopyOf(std::vector<jint>{1, 2}, 4);
+  std::printf("%s %d\n", words.back().c_str(), static_cast<int>(longer.size()));
+
+  const auto numbers = java::NewArray(std::vector<jint>{3, 1, 2});  // kept in Java
+  Sort(numbers);
+  for (jint& number : java::Elements<jint>(numbers)) number *= 10;
+  std::printf("%d\n", static_cast<int>(java::Elements<const jint>(numbers).At(0)));
+
+  java::Elements<java::String> texts(java::NewArray<java::String>(2));  // objects one by one
+  texts.Set(0, "first");
+  std::printf("%s\n", texts.At(1) ? "something" : "null");
+}
+
+void WalkThroughCollections() {
+  const auto list = NewList(4);
+  Add(list, "red");
+  Add(list, "green");
+  for (const std::string& color : java::Each<std::string>(list)) std::printf("%s\n", color.c_str());
+  const auto properties = java::CallStatic<java::Local<>>("java/lang/System", "getProperties");
+  const auto all = java::Copy<std::map<std::string, std::string>>(properties);
+  std::printf("%s\n", all.at("java.specification.name").c_str());
+}
+
+void ShareMemory() {
+  auto pixels = std::make_shared<std::vector<std::int32_t>>(3, 7);
+  const java::ByteBuffer buffer(pixels->data(), pixels->size() * sizeof(std::int32_t), pixels);  // owned by both
+  std::printf("%d\n", static_cast<int>(GetInt(buffer.Order(java::NativeByteOrder()), 4)));
+
+  const java::BufferView view = java::ViewOf(AllocateDirect(16));
+  view.Put(4, std::int32_t{258});  // in the order of the buffer
+  std::printf("%d %d\n", static_cast<int>(view.At(6)), static_cast<int>(view.At(7)));
+}
+
+void LoadClassesFromElsewhere() {
+  const auto loader = java::ClassLoader::OfJars({"."}, java::ClassLoader::Platform());  // which hides the class path
+  const java::ContextClassLoader scope(loader);  // for libraries that find services by it, until the scope ends
+  const auto list = java::Constructor<ArrayList()>().In(loader.FindClass("java/util/ArrayList"))();
+  const java::Weak<java::Object> watched = loader.WeakReference();  // null once Java has let all of its classes go
+  std::printf("%d %s\n", static_cast<int>(Size(list)), watched.Lock() ? "in use" : "collected");
+  loader.Close();
 }
 
 void CallAStaticMethod(const CJavaVm& vm) {
@@ -123,6 +173,10 @@ int main() {
   const java::Vm owner = java::StartVm(java::VmSettings());
   const CJavaVm vm = owner.Handle();
   ConvertValues();
+  UseArrays();
+  WalkThroughCollections();
+  ShareMemory();
+  LoadClassesFromElsewhere();
   CallAStaticMethod(vm);
   MakeAnObject(vm);
   ReadAText(vm);

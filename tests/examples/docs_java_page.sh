@@ -5,6 +5,15 @@
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 
 expect 'Java' 0 '42 none
+not 4
+10
+null
+red
+green
+Java Platform API Specification
+7
+1 2
+0 in use
 4 4
 1 1
 the same
