@@ -6,7 +6,9 @@
 #include <torvan/java/Field.h>
 #include <torvan/java/Method.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <map>
 #include <mutex>
@@ -172,6 +174,12 @@ void RequireInside(std::size_t offset, std::size_t count, std::size_t size) {
   throw Misuse("java/ByteBuffer", __LINE__,
                std::to_string(count) + (count == 1 ? " byte at " : " bytes at ") + std::to_string(offset) +
                    (count == 1 ? " is" : " are") + " outside a buffer of " + std::to_string(size));
+}
+
+void CopyNumber(ByteOrder order, const void* from, void* to, std::size_t size) noexcept {
+  std::memcpy(to, from, size);
+  auto* const bytes = static_cast<std::byte*>(to);
+  if (order != NativeByteOrder()) std::reverse(bytes, bytes + size);
 }
 
 }  // namespace detail

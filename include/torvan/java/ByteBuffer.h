@@ -3,9 +3,7 @@
 
 #include <torvan/java/Global.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <type_traits>
 
@@ -62,6 +60,8 @@ struct BufferFacts {
 BufferFacts FactsOf(const Ref<ByteBuffer>& buffer, bool isWritten);
 // Throws Misuse "8 bytes at 5 are outside a buffer of 10".
 void RequireInside(std::size_t offset, std::size_t count, std::size_t size);
+// Copies a number between this machine's order and the other.
+void CopyNumber(ByteOrder order, const void* from, void* to, std::size_t size) noexcept;
 
 }  // namespace detail
 
@@ -95,25 +95,21 @@ class BufferView {
   template <typename T>
   T Get(std::size_t offset) const {
     T number;
-    Copy(offset, &number, [](std::byte* inBuffer, std::byte* own) { std::memcpy(own, inBuffer, sizeof(T)); });
+    detail::CopyNumber(Order(), Number<T>(offset), &number, sizeof(T));
     return number;
   }
   template <typename T>
   void Put(std::size_t offset, T number) const {
     static_assert(!std::is_const_v<E>, "torvan::java: this view only reads");
-    Copy(offset, &number, [](std::byte* inBuffer, std::byte* own) { std::memcpy(inBuffer, own, sizeof(T)); });
+    detail::CopyNumber(Order(), &number, Number<T>(offset), sizeof(T));
   }
 
  private:
-  template <typename T, typename Use>
-  void Copy(std::size_t offset, T* number, Use use) const {
+  template <typename T>
+  void* Number(std::size_t offset) const {
     static_assert(std::is_arithmetic_v<T> && !std::is_same_v<T, bool>, "torvan::java: numbers are read from a buffer");
     detail::RequireInside(offset, sizeof(T), size());
-    auto* const own = reinterpret_cast<std::byte*>(number);
-    const bool swaps = Order() != NativeByteOrder();
-    if (swaps) std::reverse(own, own + sizeof(T));
-    use(static_cast<std::byte*>(m_facts.memory) + offset, own);
-    if (swaps) std::reverse(own, own + sizeof(T));
+    return static_cast<std::byte*>(m_facts.memory) + offset;
   }
 
   detail::BufferFacts m_facts;

@@ -56,7 +56,7 @@ Local<Array<E>> NewArray(std::size_t size) {
 // Throws Misuse when the array is null and when an index is outside of it, Error when Java's memory is full, and as
 // Thread() does.
 template <typename E, typename = void>
-class Elements : public detail::InPlace<E, detail::Copied<std::remove_const_t<E>>> {
+class Elements : public detail::InPlace<E, detail::Copied> {
  public:
   explicit Elements(const Ref<Array<std::remove_const_t<E>>>& array) : Elements::InPlace(array) {}
 };
@@ -128,7 +128,7 @@ class Elements<E, std::enable_if_t<detail::IsObjectElement<E>()>> {
 // is called while CriticalElements are open in this thread". Where assertions are on, references that are dropped in it
 // and members that are given a Thread are found out, too.
 template <typename E>
-class CriticalElements : public detail::InPlace<E, detail::Critical<std::remove_const_t<E>>> {
+class CriticalElements : public detail::InPlace<E, detail::Critical> {
  public:
   explicit CriticalElements(const Ref<Array<std::remove_const_t<E>>>& array) : CriticalElements::InPlace(array) {}
 };

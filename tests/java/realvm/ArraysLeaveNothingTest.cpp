@@ -63,11 +63,12 @@ TEST_F(ArraysLeaveNothingTest, AfterCallsThatThrow) {
 }
 
 TEST_F(ArraysLeaveNothingTest, WhereverMemoryRunsOut) {
-  ExpectNothingWhereverItFails([] { SameInts(std::vector<jint>{1, 2}); }, 2);
+  ExpectNothingWhereverItFails([] { SameInts(std::vector<jint>{1, 2}); }, 3);
   ExpectNothingWhereverItFails([] { SameTexts(Texts{"a", "b"}); }, 6);
   ExpectNothingWhereverItFails([] { SameMatrix(Matrix{{1}, {2}}); }, 6);
   ExpectNothingWhereverItFails([] { SameNumbers(std::vector<std::optional<jint>>{1, 2}); }, 4);
-  ExpectNothingWhereverItFails([] { Elements<jint>(NewArray<jint>(1)).At(0) = 1; }, 2);
+  ExpectNothingWhereverItFails([] { Elements<jint>(NewArray<jint>(1)).At(0) = 1; }, 3);
+  ExpectNothingWhereverItFails([] { java::CriticalElements<jint>(NewArray<jint>(1)).At(0) = 1; }, 3);
   ExpectNothingWhereverItFails([] { Elements<std::string>(NewArray(Texts{"x"})).At(0); }, 4);
   const Local<HashMap> map = java::New<HashMap>();
   java::Call<void>(map, "put", "key", 1);

@@ -169,6 +169,8 @@ TEST_F(ArraysTest, ReferencesAsElements) {
   EXPECT_FALSE(globals[1]);
   EXPECT_EQ(SameObjects(elements).size(), 3u);  // an array of a class is one of Objects
   EXPECT_EQ(SeenAs(elements), "[Lfixture.Arrays;: [Arrays, null, Arrays]");
+  for (int i = 0; i < 1000; ++i) elements.push_back(Local<Arrays>(Ref<Arrays>(elements[0])));
+  EXPECT_EQ(Same(elements).size(), 1003u);
 }
 
 TEST_F(ArraysTest, NullIsAnOptionalVector) {

@@ -22,7 +22,7 @@ class CountedReferences {
          &Jni::NewBooleanArray, &Jni::NewByteArray, &Jni::NewCharArray, &Jni::NewShortArray, &Jni::NewIntArray,
          &Jni::NewLongArray, &Jni::NewFloatArray, &Jni::NewDoubleArray, &Jni::NewDirectByteBuffer,
          &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
-         &Jni::GetObjectArrayElement>();
+         &Jni::GetObjectArrayElement, &Jni::GetIntArrayElements, &Jni::GetPrimitiveArrayCritical>();
     Wrap<false, &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectClass,
          &Jni::GetSuperclass, &Jni::FindClass, &Jni::ExceptionOccurred, &Jni::GetMethodID, &Jni::GetStaticMethodID,
          &Jni::GetFieldID, &Jni::GetStaticFieldID,
@@ -64,7 +64,7 @@ class CountedReferences {
   CountedReferences& operator=(const CountedReferences&) = delete;
   ~CountedReferences() { m_env->functions = s_real; }
 
-  // Lets the n-th call from now, counted from 1, that makes a local reference and may fail throw an OutOfMemoryError.
+  // Lets the n-th call from now, counted from 1, that needs memory of Java's throw an OutOfMemoryError.
   static void FailAt(int call) { s_untilFailure = call; }
   // Whether that call has come.
   static bool HasFailed() { return s_untilFailure == 0; }
@@ -83,7 +83,7 @@ class CountedReferences {
   struct Wrapper<MayFail, Slot, R (JNICALL* Jni::*)(JNIEnv*, A...)> {
     static R JNICALL Call(JNIEnv* env, A... arguments) {
       const Inside inside;
-      if constexpr (std::is_convertible_v<R, jobject>) {
+      if constexpr (std::is_pointer_v<R>) {
         if (MayFail && s_depth == 1 && s_untilFailure != 0 && --s_untilFailure == 0) {
           jclass const type = s_real->FindClass(env, "java/lang/OutOfMemoryError");
           s_real->ThrowNew(env, type, "as the test wants");
@@ -91,7 +91,7 @@ class CountedReferences {
           return nullptr;
         }
         const R made = (s_real->*Slot)(env, arguments...);
-        if (made != nullptr && s_depth == 1) ++s_locals;
+        if (std::is_convertible_v<R, jobject> && made != nullptr && s_depth == 1) ++s_locals;
         return made;
       } else {
         return (s_real->*Slot)(env, arguments...);

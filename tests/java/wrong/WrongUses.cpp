@@ -54,6 +54,7 @@ constexpr java::StaticField<jshort> Short{"fixture/Values", "staticShort"};
 constexpr java::Overloads<Method<Builder, void(jint)>, Method<Builder, void(std::string_view)>> Append{"append"};
 constexpr java::StaticMethod<void(std::vector<jint>)> SetInts{"a/B", "setInts"};
 constexpr java::StaticMethod<void(std::vector<Money>)> SetPrices{"a/B", "setPrices"};
+constexpr java::StaticMethod<void(std::optional<std::vector<Money>>)> SetSomePrices{"a/B", "setPrices"};
 constexpr java::Overloads Two{java::StaticMethod<void(jint, jlong)>{"a/B", "two"},
                               java::StaticMethod<void(jlong, jint)>{"a/B", "two"}};
 
@@ -157,6 +158,14 @@ void WrongArrays(const Local<java::Array<jint>>& ints, const Local<java::Array<j
   java::Elements<bool> bits(java::NewArray<bool>(1));
   // torvan::java: the elements of an array are used in place as what they are in Java: jint, jdouble, std::byte,
   // jboolean for a boolean[]
+  java::Elements<std::size_t> sizes(nullptr);
+  // torvan::java: the elements of an array are used in place as what they are in Java: jint, jdouble, std::byte,
+  // jboolean for a boolean[]
+  java::CriticalElements<java::String> strings(nullptr);
+  // torvan::java: the elements of an array are used in place as what they are in Java: jint, jdouble, std::byte,
+  // jboolean for a boolean[]
+  SetSomePrices(longs);
+  // torvan::java: this vector becomes another Java array than the argument; give one with the declared elements
   java::Elements<java::String>(texts).Set(0, 5);
   // torvan::java: a number or a bool is given where the Java method takes an object
 }
@@ -165,6 +174,13 @@ constexpr java::StaticMethod<void(std::vector<std::uint32_t>)> WrongElements{"a/
 // 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
 constexpr java::StaticMethod<std::vector<std::string_view>()> ViewsResult{"a/B", "f"};
 // torvan::java: the result of this declaration would refer to what is gone; use std::string, std::u16string or Local<T>
+void WrongBuffers(const java::ByteBuffer& buffer, const java::BufferView<const std::byte>& view) {
+  GetString(buffer, 1);
+  // torvan::java: the method or field belongs to another class than the object; give the object's tag 'using Super =
+  // ...;' or use Cast<T>(object)
+  view.Put(0, 1);
+  // torvan::java: this view only reads
+}
 void WrongCollections(const Local<Collection>& collection) {
   java::Copy<std::vector<Opaque>>(collection);
   // torvan::java: no object of Java comes out as this C++ type; use a tag, a type of the conversion table that can be a

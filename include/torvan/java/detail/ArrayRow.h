@@ -7,7 +7,6 @@
 #include <torvan/java/detail/JniArray.h>
 #include <torvan/java/detail/Row.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -80,6 +79,7 @@ constexpr bool IsJniMemory() {
 
 // What is converted on the stack at a time.
 constexpr jsize PieceSize = 1024;
+constexpr jsize PieceOf(jsize left) { return left < PieceSize ? left : PieceSize; }
 
 // An array's own memory, to be read at once.
 class CriticalRead {
@@ -111,7 +111,7 @@ Passed WriteNumbers(JNIEnv* env, const V& values) {
     Type piece[PieceSize];
     auto next = values.begin();
     for (jsize from = 0; from < size;) {
-      const jsize count = std::min(PieceSize, size - from);
+      const jsize count = PieceOf(size - from);
       for (jsize i = 0; i < count; ++i, ++next) piece[i] = JniNumber<Row<E>::Letter>(Row<E>::Value(*next));
       Access::Write(env, array.Get(), from, count, piece);
       from += count;
@@ -137,7 +137,7 @@ V ReadNumbers(JNIEnv* env, jobject array) {
     using Access = JniArray<Row<E>::Letter>;
     typename Jni<Row<E>::Letter>::Type piece[PieceSize];
     for (jsize from = 0; from < size;) {
-      const jsize count = std::min(PieceSize, size - from);
+      const jsize count = PieceOf(size - from);
       Access::Read(env, array, from, count, piece);
       for (jsize i = 0; i < count; ++i) values.push_back(Row<E>::Take(piece[i]));
       from += count;
@@ -173,9 +173,16 @@ E ReadObject(JNIEnv* env, jobject array, jsize index) {
   }
 }
 
+template <typename T>
+constexpr bool IsLocal = false;
+template <typename T>
+constexpr bool IsLocal<Local<T>> = true;
+
 template <typename V>
 V ReadObjects(JNIEnv* env, jobject array) {
   const jsize size = env->GetArrayLength(static_cast<jarray>(array));
+  // A VM that has less room than it is asked for makes some more anyway, as all do.
+  if constexpr (IsLocal<typename V::value_type>) static_cast<void>(env->EnsureLocalCapacity(size));
   V values;
   values.reserve(static_cast<std::size_t>(size));
   for (jsize i = 0; i < size; ++i) values.push_back(ReadObject<typename V::value_type>(env, array, i));

@@ -91,15 +91,17 @@ constexpr bool Widens(char from, char to) {
 
 enum class Fit { None, Direct, Boxed };
 
-// Whether the elements of vectors are the host's own type, or not, in both: a vector of numbers is none of amounts.
+// Whether the elements of vectors are the host's own type where they are declared so: numbers are no amounts.
 template <typename A, typename U>
-constexpr bool ElementsFit() {
-  if constexpr (IsVector<A> && IsVector<U>) {
-    return ElementsFit<typename A::value_type, typename U::value_type>();
-  } else {
-    return !IsOwnType<A> || std::is_same_v<A, U>;
-  }
-}
+struct ElementsFit : std::bool_constant<!IsOwnType<A> || std::is_same_v<A, U>> {};
+template <typename A, typename AllocatorA, typename U, typename AllocatorU>
+struct ElementsFit<std::vector<A, AllocatorA>, std::vector<U, AllocatorU>> : ElementsFit<A, U> {};
+template <typename A, typename U>
+struct ElementsFit<std::optional<A>, U> : ElementsFit<A, U> {};
+template <typename A, typename U>
+struct ElementsFit<A, std::optional<U>> : ElementsFit<A, U> {};
+template <typename A, typename U>
+struct ElementsFit<std::optional<A>, std::optional<U>> : ElementsFit<A, U> {};
 
 // Whether a U may be given where A is declared; boxed when a number becomes an object on the way.
 template <typename A, typename U>
@@ -129,7 +131,8 @@ struct Fitting<std::optional<E>, U> {
     } else if constexpr (IsUnknown<Given<U>> || Given<U>::Letter != 'L') {
       return IsUnknown<Given<U>> ? Fit::Direct : Fit::None;
     } else {
-      return IsA<typename Given<U>::Tag, typename Row<std::optional<E>>::Tag>() ? Fit::Direct : Fit::None;
+      using Tag = typename Row<std::optional<E>>::Tag;
+      return IsA<typename Given<U>::Tag, Tag>() && ElementsFit<E, U>() ? Fit::Direct : Fit::None;
     }
   }
 };

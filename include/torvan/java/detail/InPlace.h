@@ -38,8 +38,9 @@ struct Critical {
   static void Leave() noexcept { LeaveCritical(); }
 };
 
-template <typename E, typename Way>
+template <typename E, template <typename> class WayOf>
 class InPlace {
+  using Way = WayOf<std::remove_const_t<E>>;
   using Number = std::remove_const_t<E>;
   static constexpr bool isNumber = IsJniMemory<Number>() || std::is_same_v<Number, jboolean>;
   static_assert(isNumber,
@@ -62,16 +63,20 @@ class InPlace {
  protected:
   explicit InPlace(const Ref<Array<Number>>& array)
       : m_env(Env()), m_size(static_cast<std::size_t>(RequiredArraySize(m_env, array.Get()))), m_array(array) {
-    m_elements = reinterpret_cast<E*>(Way::Open(m_env, m_array.Get()));
-    if (m_elements == nullptr) ThrowOutOfMemory(m_env);
-    Way::Enter();
+    if constexpr (isNumber) {
+      m_elements = reinterpret_cast<E*>(Way::Open(m_env, m_array.Get()));
+      if (m_elements == nullptr) ThrowOutOfMemory(m_env);
+      Way::Enter();
+    }
   }
   ~InPlace() {
-    using Raw = typename Jni<NumberLetter<Number>()>::Type;
-    Way::Leave();
-    if (EnvIfAttached() != m_env) return;  // of a thread that has left the VM
-    auto* const raw = reinterpret_cast<Raw*>(const_cast<Number*>(m_elements));
-    Way::Close(m_env, m_array.Get(), raw, std::is_const_v<E> ? JNI_ABORT : 0);
+    if constexpr (isNumber) {
+      using Raw = typename Jni<NumberLetter<Number>()>::Type;
+      Way::Leave();
+      if (EnvIfAttached() != m_env) return;  // of a thread that has left the VM
+      auto* const raw = reinterpret_cast<Raw*>(const_cast<Number*>(m_elements));
+      Way::Close(m_env, m_array.Get(), raw, std::is_const_v<E> ? JNI_ABORT : 0);
+    }
   }
 
  private:
