@@ -228,9 +228,13 @@ TEST_F(ByteBufferTest, NothingIsLeft) {
   ExpectNothing([] { ByteBuffer(static_cast<const int*>(&memory), sizeof memory); });
   ExpectNothing([] { ViewOf(ByteBuffer(&memory, sizeof memory).Order(ByteOrder::LittleEndian)).At(0); });
   ExpectNothingOfThrowing([] { ViewOf(Heap(5)); });
-  const auto owner = std::make_shared<int>(0);
+  auto owner = std::make_shared<int>(0);
+  const std::weak_ptr<int> weak = owner;
   ExpectNothingWhereverItFails([&] { ByteBuffer(owner.get(), sizeof(int), owner); }, 3);
   ExpectNothingWhereverItFails([&] { ByteBuffer(static_cast<const int*>(owner.get()), sizeof(int), owner); }, 4);
+  owner.reset();
+  DropUntilGone(weak);
+  EXPECT_TRUE(weak.expired());
 }
 
 }  // namespace

@@ -193,6 +193,7 @@ TEST_F(ElementsTest, CriticalOnesAreTheArraysOwnMemory) {
 
 TEST_F(ElementsTest, NothingIsCalledInACriticalScope) {
   const Local<Array<jint>> array = NewArray<jint>(4);
+  Local<java::String> text = java::NewString("text");
   const std::string refused = "Java is called while CriticalElements are open in this thread";
   {
     CriticalElements<jint> numbers(array);
@@ -201,6 +202,10 @@ TEST_F(ElementsTest, NothingIsCalledInACriticalScope) {
     EXPECT_EQ(WhatOf<Misuse>([] { java::Thread thread; }), refused);
     EXPECT_EQ(WhatOf<Misuse>([&] { Elements<jint>{array}; }), refused);
     EXPECT_EQ(WhatOf<Misuse>([&] { CriticalElements<jint>{array}; }), refused);
+#ifdef NDEBUG
+    text.Reset();  // which assertions would find out
+    EXPECT_EQ(WhatOf<Misuse>([&] { Twice(array); }), refused);
+#endif
     numbers.At(0) = 1;
   }
   Twice(array);
