@@ -123,7 +123,7 @@ Global<ByteBuffer> MakeBuffer(void* memory, std::size_t size, Owner owner, bool 
   const auto made = detail::Own<ByteBuffer>(env, env->NewDirectByteBuffer(memory, static_cast<jlong>(size)));
   detail::CheckPending(env);
   if (!made) throw Failure("java/ByteBuffer", __LINE__, "This Java VM has no direct buffers");
-  const Global<ByteBuffer> buffer = isReadOnly ? Global<ByteBuffer>(AsReadOnly(made)) : Global<ByteBuffer>(made);
+  Global<ByteBuffer> buffer = isReadOnly ? Global<ByteBuffer>(AsReadOnly(made)) : Global<ByteBuffer>(made);
   if (owner != nullptr) Owners::The().Add(made, std::move(owner));
   return buffer;
 }

@@ -11,18 +11,19 @@ struct JniArray;
 #define TORVAN_JAVA_JNI_ARRAY(letter, type, Name)                                               \
   template <>                                                                                   \
   struct JniArray<letter> {                                                                     \
+    using Type = type;                                                                          \
     using Raw = type##Array;                                                                    \
     static jobject New(JNIEnv* env, jsize size) { return env->New##Name##Array(size); }         \
-    static void Read(JNIEnv* env, jobject array, jsize from, jsize size, type* to) {            \
+    static void Read(JNIEnv* env, jobject array, jsize from, jsize size, Type* to) {            \
       env->Get##Name##ArrayRegion(static_cast<Raw>(array), from, size, to);                     \
     }                                                                                           \
-    static void Write(JNIEnv* env, jobject array, jsize from, jsize size, const type* values) { \
+    static void Write(JNIEnv* env, jobject array, jsize from, jsize size, const Type* values) { \
       env->Set##Name##ArrayRegion(static_cast<Raw>(array), from, size, values);                 \
     }                                                                                           \
-    static type* Open(JNIEnv* env, jobject array) {                                             \
+    static Type* Open(JNIEnv* env, jobject array) {                                             \
       return env->Get##Name##ArrayElements(static_cast<Raw>(array), nullptr);                   \
     }                                                                                           \
-    static void Close(JNIEnv* env, jobject array, type* elements, jint mode) {                  \
+    static void Close(JNIEnv* env, jobject array, Type* elements, jint mode) {                  \
       env->Release##Name##ArrayElements(static_cast<Raw>(array), elements, mode);               \
     }                                                                                           \
   };
