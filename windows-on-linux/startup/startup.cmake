@@ -1,5 +1,5 @@
 # One static library, as the compiler's own would be: the linker takes the parts that a program or DLL needs.
-add_library(msvc_abi_startup STATIC
+set(sources
   DllMain.cpp
   LocalStatics.cpp
   Main.cpp
@@ -11,15 +11,17 @@ add_library(msvc_abi_startup STATIC
   TypeInfo.cpp
   WideMain.cpp
 )
+list(TRANSFORM sources PREPEND "${CMAKE_CURRENT_LIST_DIR}/")
+add_library(msvc_abi_startup STATIC ${sources})
 # The table behind every type_info must not describe the class that stands in for type_info.
-set_source_files_properties(TypeInfo.cpp PROPERTIES COMPILE_OPTIONS "/GR-")
+set_source_files_properties("${CMAKE_CURRENT_LIST_DIR}/TypeInfo.cpp" PROPERTIES COMPILE_OPTIONS "/GR-")
 torvan_warnings(msvc_abi_startup)
 
-set(vcruntime "${CMAKE_CURRENT_BINARY_DIR}/vcruntime140.lib")
+set(vcruntime "${CMAKE_BINARY_DIR}/windows-on-linux/vcruntime140.lib")
 add_custom_command(
   OUTPUT "${vcruntime}"
-  COMMAND "${TORVAN_LLVM}/bin/llvm-dlltool" -m i386:x86-64 -d "${CMAKE_CURRENT_SOURCE_DIR}/vcruntime140.def" -l "${vcruntime}"
-  DEPENDS vcruntime140.def
+  COMMAND "${TORVAN_LLVM}/bin/llvm-dlltool" -m i386:x86-64 -d "${CMAKE_CURRENT_LIST_DIR}/vcruntime140.def" -l "${vcruntime}"
+  DEPENDS "${CMAKE_CURRENT_LIST_DIR}/vcruntime140.def"
   COMMENT "Making the import library of vcruntime140.dll"
   VERBATIM)
 add_custom_target(msvc_abi_vcruntime DEPENDS "${vcruntime}")

@@ -1,11 +1,11 @@
 # 64-bit Windows programs of the Microsoft C++ ABI from Linux: clang-cl and lld-link, mingw-w64's C headers and import
-# libraries, libc++'s headers; Wine runs what is built. support/msvc-abi/ holds the start-up code.
+# libraries, libc++'s headers. startup/ has the start-up code, and libcxx/ what tests need of a compiled C++ library.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
 # Not Debian's default: with clang 14 the destructor's slot destroys one element of an array, and Visual Studio's all.
 set(TORVAN_LLVM "/usr/lib/llvm-22" CACHE PATH "LLVM installation with clang-cl and lld-link")
-# support/libcxx is the compiled part of this version.
+# libcxx/ is the compiled part of this version.
 set(TORVAN_LIBCXX "/usr/lib/llvm-14/include/c++/v1" CACHE PATH "libc++ 14's headers")
 set(TORVAN_MINGW "/usr/x86_64-w64-mingw32" CACHE PATH "mingw-w64's C headers and import libraries")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TORVAN_LLVM TORVAN_LIBCXX TORVAN_MINGW)
@@ -42,8 +42,3 @@ endforeach()
 set(CMAKE_C_STANDARD_LIBRARIES "" CACHE STRING "")
 set(CMAKE_CXX_STANDARD_LIBRARIES "" CACHE STRING "")
 set(CMAKE_MSVC_RUNTIME_LIBRARY MultiThreadedDLL)
-
-# Tests are run by Wine, in a prefix below the build folder.
-set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/wine-run;${CMAKE_BINARY_DIR}/wine")
-
-set(TORVAN_MSVC_ABI ON)

@@ -1,27 +1,21 @@
 # A Java runtime for Windows programs under Wine: this machine's HotSpot as jvm.dll, and java.exe and javaw.exe.
 
-find_program(TORVAN_HOST_CXX NAMES g++ c++ NO_CMAKE_FIND_ROOT_PATH)
-find_program(TORVAN_WINEGXX NAMES wineg++-stable wineg++ NO_CMAKE_FIND_ROOT_PATH)
-if(NOT TORVAN_HOST_CXX OR NOT TORVAN_WINEGXX)
-  message(FATAL_ERROR "g++ and wineg++, which make Java for Wine, were not found. Run scripts/setup.sh.")
-endif()
-
 # The bridge is a Unix library that Wine takes for a DLL, so the machine's own compiler makes it.
-set(folder "${CMAKE_CURRENT_BINARY_DIR}/java")
+set(folder "${CMAKE_BINARY_DIR}/windows-on-linux/hotspot/java")
 set(objects)
 foreach(source Arguments Environment Hooks Jvm Natives Paths Settlement Threads)
-  set(object "${CMAKE_CURRENT_BINARY_DIR}/${source}.o")
+  set(object "${CMAKE_BINARY_DIR}/windows-on-linux/hotspot/${source}.o")
   add_custom_command(
     OUTPUT "${object}"
     COMMAND "${TORVAN_HOST_CXX}" -std=c++17 -O2 -g -fPIC -fvisibility=hidden -Wall -Wextra -Werror
             -isystem "${TORVAN_JDK}/include" -isystem "${TORVAN_JDK}/include/linux" "-DHOTSPOT_HOME=\"${TORVAN_JDK}\""
-            -MMD -MF "${object}.d" -c "${CMAKE_CURRENT_SOURCE_DIR}/bridge/${source}.cpp" -o "${object}"
-    DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/bridge/${source}.cpp"
+            -MMD -MF "${object}.d" -c "${CMAKE_CURRENT_LIST_DIR}/bridge/${source}.cpp" -o "${object}"
+    DEPENDS "${CMAKE_CURRENT_LIST_DIR}/bridge/${source}.cpp"
     DEPFILE "${object}.d"
     VERBATIM)
   list(APPEND objects "${object}")
 endforeach()
-set(exports "${CMAKE_CURRENT_SOURCE_DIR}/bridge/jvm.spec")
+set(exports "${CMAKE_CURRENT_LIST_DIR}/bridge/jvm.spec")
 add_custom_command(
   OUTPUT "${folder}/jvm.dll"
   COMMAND "${CMAKE_COMMAND}" -E make_directory "${folder}"
@@ -33,7 +27,7 @@ add_custom_command(
 add_custom_target(hotspot_library ALL DEPENDS "${folder}/jvm.dll")
 
 foreach(program java javaw)
-  add_executable(hotspot_${program} JavaProgram.cpp)
+  add_executable(hotspot_${program} "${CMAKE_CURRENT_LIST_DIR}/JavaProgram.cpp")
   target_link_libraries(hotspot_${program} PRIVATE torvan_jni_headers)
   set_target_properties(hotspot_${program} PROPERTIES OUTPUT_NAME ${program} RUNTIME_OUTPUT_DIRECTORY "${folder}")
   if(MINGW)
@@ -49,17 +43,5 @@ endif()
 
 add_custom_target(hotspot DEPENDS hotspot_library hotspot_java hotspot_javaw)
 add_test(NAME hotspot_install
-         COMMAND bash "${CMAKE_CURRENT_SOURCE_DIR}/install-java" "${PROJECT_SOURCE_DIR}/cmake/wine-run"
-                 "${TORVAN_JAVA_PREFIX}" "${folder}")
+         COMMAND bash "${CMAKE_CURRENT_LIST_DIR}/install-java" ${TORVAN_JAVA_RUNNER} "${folder}")
 set_tests_properties(hotspot_install PROPERTIES LABELS realvm FIXTURES_SETUP java)
-
-# The test is run with the Java installed, behind which is the VM of the JDK in the folder. If it runs a PROGRAM of this
-# build directly, that is done in Java's prefix.
-function(hotspot_test test folder)
-  cmake_parse_arguments(PARSE_ARGV 2 arg "" "PROGRAM" "")
-  if(arg_PROGRAM)
-    set_target_properties(${arg_PROGRAM} PROPERTIES
-      CROSSCOMPILING_EMULATOR "${PROJECT_SOURCE_DIR}/cmake/wine-run;${TORVAN_JAVA_PREFIX}")
-  endif()
-  set_tests_properties(${test} PROPERTIES FIXTURES_REQUIRED java ENVIRONMENT "HOTSPOT_HOME=${folder}")
-endfunction()
