@@ -9,7 +9,7 @@
 #include <map>
 #include <vector>
 
-namespace fakes {
+namespace tests {
 
 // Stands in for the root allocator while it lives. One at a time.
 // A block is full of one byte when it is taken and of another when it is given back, so that what is read too early or
@@ -94,4 +94,4 @@ int FailEachAllocation(Operation&& operation, AfterFailure&& afterFailure) {
   }
 }
 
-}  // namespace fakes
+}  // namespace tests

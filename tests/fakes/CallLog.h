@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-namespace fakes {
+namespace tests {
 
 using CallLog = std::vector<std::string>;
 
 // Appends "name(argument, argument)".
 void NoteCall(CallLog& log, const char* name, const std::vector<std::string>& arguments);
 
-}  // namespace fakes
+}  // namespace tests

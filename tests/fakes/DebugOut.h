@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-namespace fakes {
+namespace tests {
 
 // Takes what is printed to CSystem::debugOut while it lives.
 class DebugOut : public mirel::io::CPrintStream {
@@ -26,4 +26,4 @@ class DebugOut : public mirel::io::CPrintStream {
   std::string m_text;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -10,7 +10,7 @@
 #include <typeinfo>
 #include <utility>
 
-namespace fakes {
+namespace tests {
 
 constexpr unsigned int AnyLine = 0xFFFFFFFF;  // for a failure whose line is not published; it has one, though
 
@@ -56,4 +56,4 @@ Failure FailureOf(Operation&& operation) {
   }
 }
 
-}  // namespace fakes
+}  // namespace tests

@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace fakes {
-
+namespace tests {
 namespace {
 
 // Locals and globals of one object share its index.
@@ -167,4 +166,4 @@ jthrowable FakeJvm::Throw(const FakeException& exception) {
   return m_pending;
 }
 
-}  // namespace fakes
+}  // namespace tests

@@ -15,7 +15,7 @@
 
 #include "fakes/JniSlots.h"
 
-namespace fakes {
+namespace tests {
 
 using Jni = JNINativeInterface_;
 using Invocation = JNIInvokeInterface_;
@@ -184,4 +184,4 @@ void FakeJvm::On(Script script) {
 #pragma GCC diagnostic pop
 #endif
 
-}  // namespace fakes
+}  // namespace tests

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <map>
 
-namespace fakes {
+namespace tests {
 
 using namespace torvan::platform;
 
@@ -158,4 +158,4 @@ Status FakeRegistry::Close(RegistryKey key) {
   return StatusOk;
 }
 
-}  // namespace fakes
+}  // namespace tests

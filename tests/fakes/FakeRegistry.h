@@ -9,7 +9,7 @@
 #include "fakes/Text.h"
 #include "platform/System.h"
 
-namespace fakes {
+namespace tests {
 
 using torvan::platform::Status;
 
@@ -48,4 +48,4 @@ class FakeRegistry {
   std::vector<std::unique_ptr<OpenedKey>> m_openKeys;
 };
 
-}  // namespace fakes
+}  // namespace tests

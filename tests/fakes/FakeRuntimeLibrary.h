@@ -10,7 +10,7 @@
 
 #include "fakes/FakeSystem.h"
 
-namespace fakes {
+namespace tests {
 
 // What a JNI_CreateJavaVM was given.
 struct InitArguments {
@@ -82,4 +82,4 @@ class FakeRuntimeLibrary {
   std::vector<InitArguments> m_created;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -11,7 +11,7 @@
 #include "fakes/FakeRegistry.h"
 #include "platform/System.h"
 
-namespace fakes {
+namespace tests {
 
 // What becomes of a process that is started.
 struct FakeProcess {
@@ -120,4 +120,4 @@ class FakeSystem : public torvan::platform::System {
   Status m_lastError = torvan::platform::StatusOk;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <sstream>
 
-namespace fakes {
-
+namespace tests {
 namespace {
 
 std::string DescribeMember(const char* kind, const void* id) {
@@ -90,4 +89,4 @@ std::string DescribeArguments(const std::string& descriptor, va_list arguments) 
   return text;
 }
 
-}  // namespace fakes
+}  // namespace tests

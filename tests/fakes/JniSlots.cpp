@@ -2,8 +2,7 @@
 
 #include <iterator>
 
-namespace fakes {
-
+namespace tests {
 namespace {
 
 // The function tables of JNI in their published order; later versions append.
@@ -83,4 +82,4 @@ std::string NameIn(const char* const (&names)[Count], std::size_t slot) {
 std::string SlotName(std::size_t slot, const JNINativeInterface_*) { return NameIn(environmentNames, slot); }
 std::string SlotName(std::size_t slot, const JNIInvokeInterface_*) { return NameIn(invocationNames, slot); }
 
-}  // namespace fakes
+}  // namespace tests

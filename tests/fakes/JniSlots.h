@@ -8,7 +8,7 @@
 #include <string>
 #include <type_traits>
 
-namespace fakes {
+namespace tests {
 
 // The name of the slot at an index of a function table.
 std::string SlotName(std::size_t slot, const JNINativeInterface_*);
@@ -53,4 +53,4 @@ inline std::string Describe(const jvalue*) { return "array"; }
 // The arguments that a Java method of this descriptor finds in a variable argument list, for example "7, local:2".
 std::string DescribeArguments(const std::string& descriptor, va_list arguments);
 
-}  // namespace fakes
+}  // namespace tests

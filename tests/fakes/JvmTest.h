@@ -7,7 +7,7 @@
 #include "fakes/FakeJvm.h"
 #include "jni/JavaRuntimeImpl.h"
 
-namespace fakes {
+namespace tests {
 
 // A runtime that is only there for VM handles to hold on to.
 class FakeRuntimeImpl : public torvan::jni::CJavaRuntimeImpl {
@@ -51,4 +51,4 @@ class JvmTest : public testing::Test {
   FakeJvm jvm;
 };
 
-}  // namespace fakes
+}  // namespace tests

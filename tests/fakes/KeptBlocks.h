@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace fakes {
+namespace tests {
 
 // Stands in for the root allocator and keeps every block until it goes, for what is lost or given back twice on
 // purpose.
@@ -64,4 +64,4 @@ class KeptBlocks {
   static inline RX::Allocator s_inner{};
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace fakes {
+namespace tests {
 
 using WideText = std::basic_string<RX::UniChar>;
 
@@ -13,4 +13,4 @@ using WideText = std::basic_string<RX::UniChar>;
 std::string Narrow(const RX::UniChar* text);
 WideText Widen(const std::string& text);
 
-}  // namespace fakes
+}  // namespace tests

@@ -7,7 +7,7 @@
 
 #include "fakes/Allocations.h"
 
-namespace fakes {
+namespace tests {
 
 // The bytes that a text buffer made for so many units asks for.
 inline std::size_t RoomForUnits(unsigned int units) {
@@ -24,4 +24,4 @@ std::size_t FirstRoomOf(Operation&& operation) {
   return allocations.Taken().at(0).size;
 }
 
-}  // namespace fakes
+}  // namespace tests

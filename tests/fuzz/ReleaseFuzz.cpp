@@ -2,7 +2,7 @@
 #include "fuzz/Fuzz.h"
 #include "java/runtimes/ReleaseFile.h"
 
-using fuzz::Require;
+using tests::Require;
 using torvan::java::detail::ReadRelease;
 using torvan::java::detail::Release;
 
@@ -21,7 +21,7 @@ void RequireShowable(const std::string& text) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  const std::string_view file = fuzz::Input(data, size);
+  const std::string_view file = tests::Input(data, size);
   const Release release = ReadRelease(file);
   RequireShowable(release.vendor);
   RequireShowable(release.versionText);

@@ -14,11 +14,8 @@
 #pragma GCC diagnostic ignored "-Wignored-attributes"
 #endif
 
-namespace accessors {
-
+namespace tests {
 namespace {
-
-using fakes::Jni;
 
 // What a slot gives, and what it takes last.
 template <typename Function>
@@ -45,14 +42,14 @@ auto Spell(const std::string& text) {
   if constexpr (std::is_same_v<Unit, char>) {
     return text;
   } else {
-    return fakes::Widen(text);
+    return Widen(text);
   }
 }
 
 template <typename Host, typename Value>
 void ExpectArrived(const Host& host, Value value) {
   if constexpr (std::is_same_v<Value, jobject>) {
-    EXPECT_EQ(fakes::Describe(static_cast<jobject>(host)), value == nullptr ? "null" : "global:3");
+    EXPECT_EQ(Describe(static_cast<jobject>(host)), value == nullptr ? "null" : "global:3");
   } else {
     EXPECT_EQ(Bits(host), Bits(static_cast<Host>(value)));
   }
@@ -272,4 +269,4 @@ const std::vector<Member>& AllMembers() {
   return members;
 }
 
-}  // namespace accessors
+}  // namespace tests

@@ -11,11 +11,11 @@
 
 #include "fakes/FakeJvm.h"
 
-namespace accessors {
+namespace tests {
 
 // What a member is used on, in a VM of its own.
 struct Target {
-  fakes::FakeJvm& jvm;
+  FakeJvm& jvm;
   torvan::jni::CJavaObject object;    // global:1
   torvan::jni::CJavaClass javaClass;  // global:2
   torvan::jni::CJavaObject value;     // global:3, handed to setters
@@ -48,4 +48,4 @@ inline std::ostream& operator<<(std::ostream& out, const Member& member) {
 
 const std::vector<Member>& AllMembers();
 
-}  // namespace accessors
+}  // namespace tests

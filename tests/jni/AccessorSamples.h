@@ -11,7 +11,7 @@
 
 #include "jni/AccessorMembers.h"
 
-namespace accessors {
+namespace tests {
 
 // A value, and how the log shows it.
 template <typename Value>
@@ -75,4 +75,4 @@ std::string Bits(Value value) {
   return bits;
 }
 
-}  // namespace accessors
+}  // namespace tests

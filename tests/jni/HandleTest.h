@@ -6,7 +6,7 @@
 
 #include "fakes/JvmTest.h"
 
-namespace handles {
+namespace tests {
 
 // A handle made as the library's own operations make it, or of a global reference that it adopts.
 class Object : public torvan::jni::CJavaObject {
@@ -24,7 +24,7 @@ inline void MakeNull(torvan::jni::CJavaClass& javaClass, const torvan::jni::CJav
 }
 
 // A sound VM with one handle of it.
-class HandleTest : public fakes::JvmTest {
+class HandleTest : public JvmTest {
  protected:
   HandleTest() { jvm.AnswerAll(); }
   ~HandleTest() noexcept override {}
@@ -44,4 +44,4 @@ class HandleTest : public fakes::JvmTest {
   const torvan::jni::CJavaVm vm = Vm();
 };
 
-}  // namespace handles
+}  // namespace tests

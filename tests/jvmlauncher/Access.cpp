@@ -37,7 +37,7 @@ template struct OpenLister<CJavaVmOptions, &CJavaVmOptions::ToArgumentList>;
 
 template <typename Class>
 std::string Line(const Class& object) {
-  return fakes::Narrow((object.*Renderer(object))());
+  return tests::Narrow((object.*Renderer(object))());
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ unsigned int AppendTo(CArgumentList& list, const CJavaVmOptions& options) { retu
 
 std::vector<std::string> ArgumentsOf(const CArgumentList& list) {
   std::vector<std::string> texts;
-  for (unsigned int i = 0; i < list.GetArgumentCount(); ++i) texts.push_back(fakes::Narrow(list.GetArgumentAt(i)));
+  for (unsigned int i = 0; i < list.GetArgumentCount(); ++i) texts.push_back(Narrow(list.GetArgumentAt(i)));
   return texts;
 }
 

@@ -20,15 +20,13 @@ inline std::string ProgramIn(const std::string& home) { return home + OnThisSyst
 
 inline std::string KeyOf(const char* source, const std::string& version) { return source + ("\\" + version); }
 
-inline void Register(fakes::FakeSystem& system, const char* source, const std::string& version,
-                     const std::string& home) {
+inline void Register(FakeSystem& system, const char* source, const std::string& version, const std::string& home) {
   system.SetValue(KeyOf(source, version), "JavaHome", home);
   system.SetValue(KeyOf(source, version), "RuntimeLib", LibraryIn(home));
 }
 
 // Registers a runtime whose files are there.
-inline void Install(fakes::FakeSystem& system, const char* source, const std::string& version,
-                    const std::string& home) {
+inline void Install(FakeSystem& system, const char* source, const std::string& version, const std::string& home) {
   Register(system, source, version, home);
   system.AddFile(LibraryIn(home));
   system.AddFile(ConsoleProgramIn(home));

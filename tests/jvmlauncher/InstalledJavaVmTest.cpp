@@ -10,8 +10,8 @@
 #include "jvmlauncher/Installation.h"
 #include "platform/System.h"
 
-using fakes::FakeSystem;
-using fakes::Narrow;
+namespace tests {
+
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -20,7 +20,6 @@ using torvan::jvmlauncher::GetInstalledJavaVms;
 using torvan::jvmlauncher::InstalledJavaVm;
 using torvan::jvmlauncher::InstalledJavaVms;
 using torvan::platform::SystemScope;
-using namespace tests;
 
 namespace {
 
@@ -142,7 +141,7 @@ std::string Home() { return "/jre"; }
 
 // A text as the registry stores it, without a final zero.
 std::string BytesOf(const std::string& text) {
-  const fakes::WideText units = fakes::Widen(text);
+  const WideText units = Widen(text);
   return {reinterpret_cast<const char*>(units.data()), units.size() * sizeof(RX::UniChar)};
 }
 
@@ -170,8 +169,7 @@ const ValueRow ValueRows[] = {
     {"HomeWithoutAByte", [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", {}); },
      false},
     {"HomeWithoutFinalZero",
-     [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", fakes::Widen("/jre")); },
-     true},
+     [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", Widen("/jre")); }, true},
     {"HomeWithHalfAUnitBehindIt",
      [](FakeSystem& system, const std::string& key) { system.SetBytes(key, "JavaHome", BytesOf("/jre") + "x"); }, true},
     {"LibraryWithHalfAUnitBehindIt",
@@ -216,7 +214,7 @@ TEST_F(InstalledJavaVmTest, AValueMayHave1024BytesAndNoMore) {
   EXPECT_THAT(Enumerate(), ElementsAre("1.6 at " + longest));
   // 512 units that fill the buffer without a final zero.
   Install(m_system, Source64, "1.6", longest + "h");
-  m_system.SetRawValue(KeyOf(Source64, "1.6"), "JavaHome", fakes::Widen(longest + "h"));
+  m_system.SetRawValue(KeyOf(Source64, "1.6"), "JavaHome", Widen(longest + "h"));
   m_system.SetValue(KeyOf(Source64, "1.6"), "RuntimeLib", "/lib");
   EXPECT_THAT(Enumerate(), ElementsAre("1.6 at " + longest + "h"));
   m_system.SetValue(KeyOf(Source64, "1.6"), "JavaHome", longest + "h");
@@ -321,7 +319,7 @@ TEST_F(InstalledJavaVmTest, MoreRuntimesThanTheListWasMadeForAreListed) {
 TEST_F(InstalledJavaVmTest, WhenMemoryRunsOutEveryKeyIsClosed) {
   Install(m_system, Source64, "1.6", "/b");
   Install(m_system, Source32, "1.5", "/a");
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
         try {
           InstalledJavaVms vms(1, 1);
@@ -329,7 +327,7 @@ TEST_F(InstalledJavaVmTest, WhenMemoryRunsOutEveryKeyIsClosed) {
         } catch (const mirel::base::CMemoryException&) {
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_THAT(m_system.OpenKeys(), IsEmpty());
         EXPECT_EQ(allocations.Live(), 0u);
       });
@@ -337,3 +335,4 @@ TEST_F(InstalledJavaVmTest, WhenMemoryRunsOutEveryKeyIsClosed) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -58,7 +58,7 @@ class LaunchSystemTest : public testing::Test {
     EXPECT_TRUE(process->Wait(60000));
     std::vector<std::string> facts = ReadReport(report);
 #if defined(_WIN32)
-    const std::string main = mainClass != nullptr ? fakes::Narrow(mainClass) + " " : "";
+    const std::string main = mainClass != nullptr ? Narrow(mainClass) + " " : "";
     const std::string line = "\"" + s_runtime->Program().string() + "\" " + LineOf(options) + main + LineOf(arguments);
     if (facts.empty()) return facts;
     EXPECT_EQ(facts.front(), line);
@@ -69,7 +69,7 @@ class LaunchSystemTest : public testing::Test {
 
   static torvan::jvmlauncher::CArgumentList ListOf(const std::vector<std::string>& texts) {
     torvan::jvmlauncher::CArgumentList list;
-    for (const std::string& text : texts) list.Append(fakes::Widen(text).c_str());
+    for (const std::string& text : texts) list.Append(Widen(text).c_str());
     return list;
   }
 

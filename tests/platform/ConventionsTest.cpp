@@ -4,10 +4,9 @@
 
 #include "fakes/Text.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
-using fakes::Narrow;
 using namespace torvan::platform;
 
 struct Convention {
@@ -51,4 +50,4 @@ TEST(ConventionsTest, TheConstantsAreThereForTheFirstInitialiser) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

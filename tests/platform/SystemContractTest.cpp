@@ -4,12 +4,9 @@
 #include "fakes/Text.h"
 #include "platform/World.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
-using fakes::Narrow;
-using fakes::Widen;
-using fakes::WideText;
 using testing::Contains;
 using namespace torvan::platform;
 
@@ -242,4 +239,4 @@ TEST_F(SystemContractTest, ProcessesThatRunTogetherHaveDifferentIds) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

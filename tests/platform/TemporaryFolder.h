@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-namespace platform_tests {
+namespace tests {
 
 // An empty folder that goes, with what is in it, at the end.
 class TemporaryFolder {
@@ -41,4 +41,4 @@ class TemporaryFolder {
   std::filesystem::path m_path;
 };
 
-}  // namespace platform_tests
+}  // namespace tests

@@ -7,7 +7,7 @@
 
 #include "platform/System.h"
 
-namespace platform_tests {
+namespace tests {
 
 // A system, and the names of things that are there and that are not. Texts are UTF-8.
 class World {
@@ -38,4 +38,4 @@ class World {
 // Each test program has one.
 std::unique_ptr<World> MakeWorld();
 
-}  // namespace platform_tests
+}  // namespace tests

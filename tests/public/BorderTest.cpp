@@ -6,10 +6,9 @@
 
 #include <string>
 
+namespace tests {
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CClass;
 using mirel::base::CException;
 using mirel::base::CIllegalArgumentException;
@@ -142,3 +141,4 @@ TEST(BorderTest, StartsUpAndShutsDown) {
 }
 
 }  // namespace
+}  // namespace tests

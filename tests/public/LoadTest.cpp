@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+namespace tests {
 namespace {
 
 // The descriptors that are open, the threads, and what becomes of each signal.
@@ -58,3 +59,4 @@ TEST(LoadTest, OpensNoDescriptorStartsNothingAndTakesNoSignal) { EXPECT_EQ(0, Lo
 TEST(LoadTest, TakesNoStandardDescriptorThatIsFree) { EXPECT_EQ(0, Load(false)); }
 
 }  // namespace
+}  // namespace tests

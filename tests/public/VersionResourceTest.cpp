@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+namespace tests {
 namespace {
 
 // The version resource of a loaded DLL as it stands in memory: UTF-16 texts between numbers.
@@ -55,3 +56,4 @@ INSTANTIATE_TEST_SUITE_P(EachDll, VersionResourceTest,
                          ::testing::Values(L"torvan.dll", L"mirel.dll", L"RXRoot.dll", L"PlaceLib.dll"));
 
 }  // namespace
+}  // namespace tests

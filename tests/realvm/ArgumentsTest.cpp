@@ -2,12 +2,9 @@
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CMemoryException;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
@@ -52,7 +49,7 @@ TEST_F(ArgumentsTest, AStaticMethodGetsArgumentsOfEveryType) {
   const char* const signature = "(ZBCSIJFDLjava/lang/String;[I)Ljava/lang/String;";
   const auto call = [this](auto... all) { return arguments.CallStaticObjectMethod(all...); };
   EXPECT_EQ(Utf8(CJavaString(WithArguments(call, "all", signature))), whatArrived);
-  EXPECT_EQ(Utf8(CJavaString(WithArguments(call, RX_TEXT("all"), fakes::Widen(signature).c_str()))), whatArrived);
+  EXPECT_EQ(Utf8(CJavaString(WithArguments(call, RX_TEXT("all"), Widen(signature).c_str()))), whatArrived);
 }
 
 TEST_F(ArgumentsTest, MoreArgumentsThanRegistersArriveInOrder) {
@@ -68,10 +65,9 @@ TEST_F(ArgumentsTest, MoreArgumentsThanRegistersArriveInOrder) {
     return Utf8(text);
   };
   EXPECT_EQ(arrived([&](auto... all) { return object.CallObjectMethod("many", signature, all...); }), expected);
-  EXPECT_EQ(arrived([&](auto... all) {
-              return object.CallObjectMethod(RX_TEXT("many"), fakes::Widen(signature).c_str(), all...);
-            }),
-            expected);
+  EXPECT_EQ(
+      arrived([&](auto... all) { return object.CallObjectMethod(RX_TEXT("many"), Widen(signature).c_str(), all...); }),
+      expected);
   EXPECT_EQ(arrived([&](auto... all) { return object.CallNonvirtualObjectMethod("many", signature, all...); }),
             expected);
 }
@@ -104,3 +100,4 @@ TEST_F(ArgumentsTest, AnAbstractClassGivesNoObject) {
 }
 
 }  // namespace
+}  // namespace tests

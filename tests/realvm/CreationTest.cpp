@@ -4,12 +4,9 @@
 #include "fakes/Failure.h"
 #include "realvm/OwnProcess.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::Failure;
-using fakes::FailureOf;
-using fakes::Throws;
 using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaRuntimeException;
 using torvan::jni::CJavaString;
@@ -133,3 +130,4 @@ TEST(CreationTest, ReadingAStaticDoubleAbortsAVmThatChecks) {
 }
 
 }  // namespace
+}  // namespace tests

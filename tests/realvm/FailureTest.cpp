@@ -4,13 +4,9 @@
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::Failure;
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CMemoryException;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
@@ -170,3 +166,4 @@ TEST_F(FailureTest, AFailureIsCaughtByItsClassAndByEveryBase) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -3,9 +3,9 @@
 
 #include "realvm/OwnProcess.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
 using testing::HasSubstr;
 using torvan::jni::CJavaVm;
 using namespace torvan::jni::options;
@@ -99,3 +99,4 @@ TEST(HooksTest, AllThreeHooksGoTogether) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -4,9 +4,8 @@
 #include "realvm/JavaTypes.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
-
-using namespace realvm;
 
 template <typename JavaType, typename NameUnit>
 struct Case {
@@ -234,3 +233,4 @@ TEST_F(VoidMethodTest, AStaticMethodIsCalled) {
 }
 
 }  // namespace
+}  // namespace tests

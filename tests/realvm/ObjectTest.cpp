@@ -2,12 +2,9 @@
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CNull;
 using mirel::base::CNullReferenceException;
 using torvan::jni::CJavaClass;
@@ -36,7 +33,7 @@ TEST_F(ObjectTest, IsInstanceOfItsClassItsParentsAndItsInterfaces) {
   };
   for (const auto& row : rows) {
     EXPECT_EQ(child.IsInstanceOf(row.className), row.expected) << row.className;
-    EXPECT_EQ(child.IsInstanceOf(fakes::Widen(row.className).c_str()), row.expected) << row.className;
+    EXPECT_EQ(child.IsInstanceOf(Widen(row.className).c_str()), row.expected) << row.className;
     EXPECT_EQ(child.IsInstanceOf(vm.FindClass(row.className)), row.expected) << row.className;
   }
   EXPECT_FALSE(vm.NewObject("fixture/Kinds$Parent", "()V").IsInstanceOf("fixture/Kinds$Child"));
@@ -131,3 +128,4 @@ TEST_F(ObjectTest, AClassIsAnObjectItself) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -2,9 +2,9 @@
 #include "fakes/Failure.h"
 #include "realvm/OwnProcess.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaVm;
 using namespace torvan::jni::options;
@@ -126,3 +126,4 @@ TEST(OptionsTest, VerboseVmsReport) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -10,8 +10,7 @@
 #include <dlfcn.h>
 #endif
 
-namespace realvm {
-
+namespace tests {
 namespace {
 
 constexpr int ExitFailed = 99;
@@ -28,7 +27,7 @@ void PrintFailures() {
 // A VM library that is unloaded leaves memory behind whose owner a leak checker can no longer name: it stays.
 void KeepRuntimeMapped() {
 #if defined(__SANITIZE_ADDRESS__)
-  EXPECT_NE(dlopen(fakes::Narrow(RuntimePath().c_str()).c_str(), RTLD_LAZY | RTLD_NODELETE), nullptr);
+  EXPECT_NE(dlopen(Narrow(RuntimePath().c_str()).c_str(), RTLD_LAZY | RTLD_NODELETE), nullptr);
 #endif
 }
 
@@ -74,4 +73,4 @@ std::string VmText() {
   return vmText;
 }
 
-}  // namespace realvm
+}  // namespace tests

@@ -3,17 +3,17 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace realvm {
+namespace tests {
 
 using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaString;
 using torvan::jni::CJavaVm;
 using torvan::jni::options::COptions;
 
-const fakes::WideText& RuntimePath() {
-  static const fakes::WideText path = [] {
+const WideText& RuntimePath() {
+  static const WideText path = [] {
     const char* value = std::getenv("TORVAN_TEST_LIBJVM");
-    return fakes::Widen(value != nullptr ? value : "");
+    return Widen(value != nullptr ? value : "");
   }();
   return path;
 }
@@ -31,7 +31,7 @@ CDynamicJavaRuntime Runtime(jint jniVersion) {
 void AddOptionFromEnvironment(COptions& options) {
   const char* option = std::getenv("TORVAN_TEST_VM_OPTION");
   if (option == nullptr || *option == '\0') return;
-  options.AddOption(torvan::jni::options::CCustomOption(fakes::Widen(option).c_str()));
+  options.AddOption(torvan::jni::options::CCustomOption(Widen(option).c_str()));
 }
 
 COptions FixtureOptions() {
@@ -43,7 +43,7 @@ COptions FixtureOptions() {
   return options;
 }
 
-std::string Utf8(const mirel::base::CUnicodeString& text) { return fakes::Narrow(text); }
+std::string Utf8(const mirel::base::CUnicodeString& text) { return Narrow(text); }
 
 std::string Property(const CJavaVm& vm, const RX::UniChar* name) {
   const CJavaString key = vm.NewString(name);
@@ -80,4 +80,4 @@ std::string TakePending(JNIEnv* env, bool message) {
   return text;
 }
 
-}  // namespace realvm
+}  // namespace tests

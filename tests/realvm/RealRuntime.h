@@ -7,10 +7,10 @@
 
 #include "fakes/Text.h"
 
-namespace realvm {
+namespace tests {
 
 // The environment variable TORVAN_TEST_LIBJVM, which names the VM library; empty where the installed runtime is used.
-const fakes::WideText& RuntimePath();
+const WideText& RuntimePath();
 
 // The runtime with that library, or the installed one on Windows. Elsewhere the program ends when none is named.
 torvan::jni::CDynamicJavaRuntime Runtime(jint jniVersion = JNI_VERSION_1_6);
@@ -31,4 +31,4 @@ std::string Property(const torvan::jni::CJavaVm& vm, const RX::UniChar* name);
 // pending. With `message` it is told, too: "java.lang.IllegalStateException: bad".
 std::string TakePending(JNIEnv* env, bool message = false);
 
-}  // namespace realvm
+}  // namespace tests

@@ -5,9 +5,9 @@
 
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
 using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
@@ -162,3 +162,4 @@ TEST_F(ReferencesTest, CreatedVmsAreAppendedAndEqual) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -1,10 +1,9 @@
 // Text on its way to Java and back.
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::WideText;
 using mirel::base::CNull;
 using mirel::base::CUnicodeString;
 using torvan::jni::CJavaClass;
@@ -124,3 +123,4 @@ TEST_F(StringTest, AStringIsMadeFromAnyObjectUntested) {
 }
 
 }  // namespace
+}  // namespace tests

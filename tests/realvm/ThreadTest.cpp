@@ -5,13 +5,9 @@
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::Failure;
-using fakes::FailureOf;
-using fakes::Throws;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaString;
@@ -164,3 +160,4 @@ TEST_F(ThreadTest, AThreadInsideJavaCannotBeDetached) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -6,9 +6,9 @@
 
 namespace {
 
-using namespace realvm;
-using fakes::FailureOf;
-using fakes::Throws;
+using namespace tests;
+using tests::FailureOf;
+using tests::Throws;
 using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaRuntimeException;
 using torvan::jni::CJavaVm;
@@ -41,7 +41,7 @@ TEST(InstalledRuntimeTest, EachKindOfVmIsFoundByItsVersionAndRuns) {
     InProcessOfItsOwn([&row] {
       CDynamicJavaRuntime runtime = Find(row.type, row.version);
       for (const wchar_t* library : {RuntimeLib, ClassicLib, ClientLib, ServerLib}) {
-        EXPECT_EQ(GetModuleHandleW(library) != nullptr, library == row.library) << fakes::Narrow(library);
+        EXPECT_EQ(GetModuleHandleW(library) != nullptr, library == row.library) << tests::Narrow(library);
       }
       const CJavaVm vm = runtime.CreateJavaVm(FixtureOptions(), false);
       EXPECT_EQ(vm.FindClass("java/lang/Math").CallStaticIntMethod("abs", "(I)I", -4), 4);

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace foundation_tests {
+namespace tests {
 
 using WideText = std::basic_string<RX::UniChar>;
 
@@ -19,4 +19,4 @@ inline WideText UnitsOf(const mirel::base::CUnicodeString& text) {
 
 inline WideText Wide(const RX::UniChar* text) { return text; }
 
-}  // namespace foundation_tests
+}  // namespace tests

@@ -6,6 +6,7 @@
 
 #include "foundation/MemoryFailures.h"
 
+namespace tests {
 namespace {
 
 using WideText = std::basic_string<RX::UniChar>;
@@ -67,7 +68,6 @@ TEST(LocationTest, ExhaustionThrowsAndChangesNothing) {
     EXPECT_EQ(location.ToPath(now), 0);
     EXPECT_EQ(WideText(now), WideText(RX_TEXT("/a")));
   };
-  using foundation_tests::FailEachRootAllocationOf;
   EXPECT_EQ(FailEachRootAllocationOf([&] { Place::Location made(RX_TEXT("/x")); }, unchanged), 1);
   EXPECT_EQ(FailEachRootAllocationOf([&] { Place::Location made(other); }, unchanged), 1);
   EXPECT_EQ(FailEachRootAllocationOf([&] { location.ToPath(path); }, unchanged), 1);
@@ -76,3 +76,4 @@ TEST(LocationTest, ExhaustionThrowsAndChangesNothing) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -12,10 +12,14 @@
 #include <ostream>
 #include <typeinfo>
 
-#include "OptionSupport.h"
 #include "fakes/Allocations.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
 using mirel::base::CClass;
@@ -106,7 +110,7 @@ TEST_P(OptionKindTest, HasItsRecordTextAndExtraInformation) {
 }
 
 TEST_P(OptionKindTest, RecordTellsTheSizeOfTheObject) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   const std::unique_ptr<CObject> clone(m_option->Clone());
   EXPECT_EQ(allocations.Taken()[0].address, clone.get());
   EXPECT_EQ(allocations.Taken()[0].size, m_option->GetClass()->GetInstanceSize());
@@ -152,7 +156,7 @@ TEST_P(OptionKindTest, EqualsNeitherNullNorAnObjectThatIsNoOption) {
 template <typename Operation>
 int ExpectMemoryExceptions(Operation operation) {
   bool hasThrown = false;
-  return fakes::FailEachAllocation(
+  return FailEachAllocation(
       [&] {
         hasThrown = false;
         try {
@@ -161,7 +165,7 @@ int ExpectMemoryExceptions(Operation operation) {
           hasThrown = true;
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_TRUE(hasThrown);
         EXPECT_EQ(allocations.Live(), 0u);
       });
@@ -183,4 +187,4 @@ INSTANTIATE_TEST_SUITE_P(Kinds, OptionKindTest, ::testing::ValuesIn(Kinds),
                          [](const auto& row) { return row.param.name; });
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

@@ -11,7 +11,10 @@
 
 #include "fakes/Text.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
 
 #if defined(_WIN32)
 constexpr char ListSeparator[] = ";";
@@ -19,7 +22,7 @@ constexpr char ListSeparator[] = ";";
 constexpr char ListSeparator[] = ":";
 #endif
 
-inline std::string Text(const mirel::base::CUnicodeString& text) { return fakes::Narrow(text); }
+inline std::string Text(const mirel::base::CUnicodeString& text) { return Narrow(text); }
 
 // What a scripted option and all its clones answer; the test owns it.
 struct Script {
@@ -43,7 +46,7 @@ class CScriptedOption : public COption {
   mirel::base::CObject* Clone() const override { return new CScriptedOption(m_script); }
   mirel::base::CUnicodeString GetOptionString() const override {
     Note("GetOptionString");
-    return mirel::base::CUnicodeString(fakes::Widen(m_script.text(++m_script.texts)).c_str());
+    return mirel::base::CUnicodeString(Widen(m_script.text(++m_script.texts)).c_str());
   }
   void* GetExtraInfo() const override {
     Note("GetExtraInfo");
@@ -78,4 +81,4 @@ void ExpectCopiesAsAValue(const T& first, const T& second) {
   EXPECT_TRUE(copy.Equals(&second));
 }
 
-}  // namespace torvan::jni::options
+}  // namespace tests

@@ -12,7 +12,7 @@
 #include "platform/System.h"
 #include "platform/linux/Fixtures.h"
 
-namespace platform_tests {
+namespace tests {
 
 class ChildTest : public testing::Test {
  protected:
@@ -24,7 +24,7 @@ class ChildTest : public testing::Test {
   }
 
   torvan::platform::StartedProcess Start(const std::string& arguments, bool inheritHandles = false) {
-    auto line = fakes::Widen(ProcessFixture(arguments));
+    auto line = Widen(ProcessFixture(arguments));
     torvan::platform::StartedProcess started{};
     EXPECT_TRUE(system.StartProcess(line.data(), inheritHandles, 0, &started)) << arguments;
     EXPECT_EQ(nullptr, started.thread);
@@ -71,4 +71,4 @@ class ChildTest : public testing::Test {
   const int m_descriptors = CountDescriptors();
 };
 
-}  // namespace platform_tests
+}  // namespace tests

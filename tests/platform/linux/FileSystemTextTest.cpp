@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
 using torvan::platform::FromUtf8;
@@ -38,4 +38,4 @@ TEST(TextTest, NullAndWhatIsNotUtf8IsNull) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

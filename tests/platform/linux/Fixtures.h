@@ -7,7 +7,7 @@
 
 #include "platform/TemporaryFolder.h"
 
-namespace platform_tests {
+namespace tests {
 
 // A fixture that stands beside the test program.
 inline std::string FixturePath(const std::string& name) {
@@ -30,4 +30,4 @@ inline void AddRuntime(const TemporaryFolder& folder, const std::string& name, c
   if (isKit) folder.AddFile(name + "/bin/javac");
 }
 
-}  // namespace platform_tests
+}  // namespace tests

@@ -13,7 +13,7 @@
 #include <cstddef>
 #include <iterator>
 
-namespace platform_tests {
+namespace tests {
 
 constexpr unsigned int ForkedSeconds = 30;
 
@@ -60,4 +60,4 @@ inline void Refuse(unsigned int call, int error, pid_t allowed = -1) {
   ASSERT_EQ(0, prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program));
 }
 
-}  // namespace platform_tests
+}  // namespace tests

@@ -88,7 +88,7 @@ __attribute__((visibility("default"))) int pthread_create(pthread_t* thread, con
 }
 }
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -193,4 +193,4 @@ TEST(FailingSystemTest, KillingEndsTheProgramWhateverFails) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

@@ -1,0 +1,264 @@
+// Launched processes under the real operating system: waiting, ending, handles.
+
+#include <mirel/base/IllegalArgumentException.h>
+#include <torvan/JavaVmLauncherException.h>
+
+#include <chrono>
+#include <cstdlib>
+
+#include "fakes/Allocations.h"
+#include "fakes/Failure.h"
+#include "jvmlauncher/LaunchSystemTest.h"
+#include "jvmlauncher/Resources.h"
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#else
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#endif
+
+namespace tests {
+
+using namespace torvan::jvmlauncher;
+using mirel::base::CIllegalArgumentException;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
+constexpr int LongMilliseconds = 60000;  // of a program that is ended before
+
+TEST_F(LaunchSystemTest, TheExitCodeIsTheProgramsOwn) {
+  for (const int exitCode : {0, 1, 7, 255}) {
+    SetProbe(0, exitCode);
+    const Process process = LaunchMain();
+    process->Wait();
+    EXPECT_EQ(process->GetExitCode(), exitCode);
+  }
+}
+
+#if defined(_WIN32)
+TEST_F(LaunchSystemTest, AnExitCodeHas32Bits) {
+  SetProbe(0, -1073741819);
+  const Process process = LaunchMain();
+  process->Wait();
+  EXPECT_EQ(process->GetExitCode(), -1073741819);
+}
+
+TEST_F(LaunchSystemTest, ARuntimeOfThe32BitViewIsFound) {
+  EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("100")); }),
+            Throws<CJavaVmLauncherException>(
+                File, 217, "There is no installed Java VM which is compatible with the specified version."));
+  s_runtime->RegisterIn32BitView("100.2.3_4");
+  CJavaVmLauncher launcher(RX_TEXT("100.2"));
+  const auto report = NewReport();
+  launcher.Launch({}, RX_TEXT("Main"), {})->Wait();
+  EXPECT_EQ(ReadReport(report).size(), 2u);
+}
+#endif
+
+TEST_F(LaunchSystemTest, AWaitForARunningProgramTimesOut) {
+  SetProbe(LongMilliseconds, 5);
+  const Process process = LaunchMain();
+  EXPECT_FALSE(process->Wait(0));
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_FALSE(process->Wait(200));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(190));
+  EXPECT_EQ(FailureOf([&] { process->GetExitCode(); }),
+            Throws<CIllegalArgumentException>(File, 111, "No Wait called."));
+  process->Kill();
+  process->Wait();
+}
+
+TEST_F(LaunchSystemTest, AKilledProgramEndsWithZero) {
+  SetProbe(LongMilliseconds, 5);
+  const Process process = LaunchMain();
+  process->Kill();
+  process->Wait();
+  EXPECT_EQ(process->GetExitCode(), 0);
+  process->Kill();
+  EXPECT_TRUE(process->Wait(0));
+  EXPECT_EQ(process->GetExitCode(), 0);
+}
+
+TEST_F(LaunchSystemTest, AProgramThatEndedBeforeItIsKilledKeepsItsExitCode) {
+  SetProbe(0, 9);
+  const auto report = NewReport();
+  const Process process = LaunchMain();
+  process->Wait();
+  process->Kill();
+  process->Wait();
+  EXPECT_EQ(process->GetExitCode(), 9);
+}
+
+TEST_F(LaunchSystemTest, StopReturnsAtOnceWhateverTheProgramDoes) {
+  SetProbe(LongMilliseconds, 5);
+  const auto report = NewReport();
+  const Process process = LaunchMain();
+  ReadReport(report);
+  process->Stop();
+  EXPECT_EQ(FailureOf([&] { process->GetExitCode(); }),
+            Throws<CIllegalArgumentException>(File, 111, "No Wait called."));
+  process->Kill();
+  EXPECT_TRUE(process->Wait(10000));
+}
+
+#if !defined(_WIN32)
+TEST_F(LaunchSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNothing) {
+  const Resources before = MeasureResources();
+  for (const int signal : {SIGTERM, SIGABRT, SIGSEGV, SIGKILL}) {
+    SCOPED_TRACE(signal);
+    SetEnvironment("LAUNCH_PROBE_SIGNAL", std::to_string(signal));
+    const Process process = LaunchMain();
+    process->Wait();
+    EXPECT_EQ(process->GetExitCode(), 128 + signal);
+  }
+  UnsetEnvironment("LAUNCH_PROBE_SIGNAL");
+  SetProbe(LongMilliseconds, 5);
+  const auto report = NewReport();
+  {
+    const Process process = LaunchMain();
+    ReadReport(report);
+    process->Stop();
+    process->Wait();
+    EXPECT_EQ(process->GetExitCode(), 128 + SIGINT);
+  }
+  const Resources after = MeasureResources();
+  EXPECT_EQ(after.handles, before.handles);
+  EXPECT_EQ(after.zombies, 0);
+}
+#endif
+
+#if !defined(_WIN32)
+TEST_F(LaunchSystemTest, AHostThatIgnoresSigchldLosesTheExitCode) {
+  SetProbe(0, 7);
+  const auto before = std::signal(SIGCHLD, SIG_IGN);
+  const Process process = LaunchMain();
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(FailureOf([&] { process->Wait(); }),
+              Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
+    EXPECT_EQ(process->GetExitCode(), 0);
+  }
+  process->Kill();
+  process->Stop();
+  std::signal(SIGCHLD, before);
+}
+
+TEST_F(LaunchSystemTest, AHostThatReapsTheProgramLosesTheExitCode) {
+  SetProbe(0, 7);
+  const Process process = LaunchMain();
+  while (waitpid(-1, nullptr, 0) > 0) {
+  }
+  EXPECT_EQ(FailureOf([&] { process->Wait(1000); }),
+            Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
+  EXPECT_EQ(process->GetExitCode(), 0);
+}
+
+TEST_F(LaunchSystemTest, AForkedWorkerCannotWaitForAProgramOfItsParentAndDoesItNoHarm) {
+  SetProbe(300, 7);
+  Process process = LaunchMain();
+  const pid_t worker = fork();
+  if (worker == 0) {
+    const bool isRefused = FailureOf([&] { process->Wait(); }) ==
+                           Throws<CIllegalArgumentException>(File, 92, "WaitForSignleObjects returned error.");
+    process->Kill();
+    process->Stop();
+    process = nullptr;
+    _exit(isRefused ? 0 : 1);
+  }
+  int status = 0;
+  EXPECT_EQ(waitpid(worker, &status, 0), worker);
+  EXPECT_EQ(status, 0);
+  process->Wait();
+  EXPECT_EQ(process->GetExitCode(), 7);
+}
+#endif
+
+TEST_F(LaunchSystemTest, AProgramOutlivesTheLastReference) {
+  SetProbe(500, 0);
+  const auto report = NewReport();
+  const fs::path done = report.string() + ".done";
+  {
+    const Process process = LaunchMain();
+    ReadReport(report);
+    EXPECT_FALSE(process->Wait(0));
+  }
+  EXPECT_FALSE(fs::exists(done));
+  EXPECT_TRUE(ReadReport(done).empty());
+}
+
+TEST_F(LaunchSystemTest, TheProgramWorksInTheHostsCurrentDirectory) {
+  const fs::path before = fs::current_path();
+  fs::current_path(s_runtime->Folder());
+  SetEnvironment("LAUNCH_PROBE_REPORT", "relative report");
+  const Process process = LaunchMain();
+  process->Wait();
+  fs::current_path(before);
+  EXPECT_FALSE(ReadReport(s_runtime->Folder() / "relative report").empty());
+}
+
+TEST_F(LaunchSystemTest, NoHandleIsInherited) {
+  int ends[2];
+#if defined(_WIN32)
+  ASSERT_EQ(_pipe(ends, 16, _O_BINARY), 0);
+#else
+  ASSERT_EQ(pipe(ends), 0);
+#endif
+  SetProbe(LongMilliseconds, 0);
+  const Process process = LaunchMain();
+  // The reading end sees the end of the pipe only when nobody holds the writing end.
+  char byte = 0;
+  close(ends[1]);
+  EXPECT_EQ(read(ends[0], &byte, 1), 0);
+  close(ends[0]);
+  EXPECT_FALSE(process->Wait(0));
+  process->Kill();
+  process->Wait();
+}
+
+TEST_F(LaunchSystemTest, SeveralProgramsRunAtOnceAndAreWaitedForInAnyOrder) {
+  std::vector<Process> processes;
+  for (int i = 0; i < 5; ++i) {
+    SetProbe(50 * i, i);
+    processes.push_back(LaunchMain());
+  }
+  for (int i = 4; i >= 0; --i) {
+    processes[static_cast<std::size_t>(i)]->Wait();
+    EXPECT_EQ(processes[static_cast<std::size_t>(i)]->GetExitCode(), i);
+  }
+}
+
+// Launches in a row: 60, or as many as the environment's TORVAN_LAUNCHES says.
+TEST_F(LaunchSystemTest, ManyLaunchesLeaveNothingBehind) {
+  const char* const wanted = std::getenv("TORVAN_LAUNCHES");
+  const int launches = wanted != nullptr ? std::atoi(wanted) : 60;
+  ASSERT_GE(launches, 20);
+  CJavaVmLauncher launcher(RX_TEXT("99"));
+  const auto launch = [&] {
+    const Process process = launcher.Launch({}, RX_TEXT("Main"), ListOf({"an argument"}));
+    process->Wait();
+    ASSERT_EQ(process->GetExitCode(), 0);
+  };
+  // The first ones let the system make what it keeps.
+  for (int i = 0; i < 10; ++i) launch();
+  const Resources before = MeasureResources();
+  for (int i = 0; i < launches; ++i) launch();
+  const Resources after = MeasureResources();
+  std::printf("%d launches: handles %ld -> %ld, zombies %ld -> %ld, memory %ld -> %ld KiB\n", launches, before.handles,
+              after.handles, before.zombies, after.zombies, before.memory, after.memory);
+  EXPECT_EQ(after.handles, before.handles);
+  EXPECT_EQ(after.zombies, 0);
+  EXPECT_LE(after.memory, before.memory + 256);
+
+  const Allocations allocations;
+  for (int i = 0; i < 10; ++i) launch();
+  EXPECT_EQ(allocations.Live(), 0u);
+}
+
+}  // namespace
+}  // namespace tests
