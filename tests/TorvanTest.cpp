@@ -1,4 +1,3 @@
-#include "Foundation.h"
 #include <mirel/Mirel.h>
 #include <torvan/Initialize.h>
 
@@ -7,6 +6,8 @@
 
 #include <string>
 #include <vector>
+
+#include "Foundation.h"
 
 namespace tests {
 

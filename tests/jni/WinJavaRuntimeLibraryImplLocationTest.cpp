@@ -2,6 +2,7 @@
 #include <mirel/base/MemoryException.h>
 #include <mirel/util/NoSuchElementException.h>
 
+#include "ThisSystem.h"
 #include "fakes/Allocations.h"
 #include "jni/LibraryTest.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
@@ -11,17 +12,11 @@ namespace {
 
 using torvan::jni::CWinJavaRuntimeLibraryImpl;
 
-#if defined(_WIN32)
-constexpr const char* Home = "C:\\Java";
-constexpr const char* ClassicPath = "C:\\Java\\bin\\classic\\jvm.dll";
-constexpr const char* ClientPath = "C:\\Java\\bin\\client\\jvm.dll";
-constexpr const char* ServerPath = "C:\\Java\\jre\\bin\\server\\jvm.dll";
-#else
-constexpr const char* Home = "/opt/java";
-constexpr const char* ClassicPath = "/opt/java/lib/classic/libjvm.so";
-constexpr const char* ClientPath = "/opt/java/lib/client/libjvm.so";
-constexpr const char* ServerPath = "/opt/java/jre/lib/server/libjvm.so";
-#endif
+constexpr const char* Home = OnThisSystem("C:\\Java", "/opt/java");
+constexpr const char* ClassicPath = OnThisSystem("C:\\Java\\bin\\classic\\jvm.dll", "/opt/java/lib/classic/libjvm.so");
+constexpr const char* ClientPath = OnThisSystem("C:\\Java\\bin\\client\\jvm.dll", "/opt/java/lib/client/libjvm.so");
+constexpr const char* ServerPath =
+    OnThisSystem("C:\\Java\\jre\\bin\\server\\jvm.dll", "/opt/java/jre/lib/server/libjvm.so");
 constexpr const char* RegisteredPath = "C:\\Registered\\jvm.dll";
 
 constexpr const char* RuntimeRoot = "Software\\JavaSoft\\Java Runtime Environment";

@@ -4,16 +4,11 @@
 
 #include <string>
 
-#if defined(_WIN32)
-#include <windows.h>
-#else
-#include <dlfcn.h>
-#include <unistd.h>
-#endif
-
+#include "ThisSystem.h"
 #include "fakes/Failure.h"
 #include "fakes/Text.h"
 #include "jni/JavaRuntimeLibraryPool.h"
+#include "jni/Modules.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
 
 namespace tests {
@@ -27,38 +22,13 @@ using Reference = mirel::base::CRef<CJavaRuntimeLibraryRef>;
 
 constexpr const char* Tag = "jni/WinJavaRuntimeLibraryImpl";
 
-#if defined(_WIN32)
+constexpr const char* Separator = OnThisSystem("\\", "/");
+constexpr const char* Extension = OnThisSystem(".dll", ".so");
 
-std::string ProgramPath() {
-  wchar_t path[1024] = {};
-  GetModuleFileNameW(nullptr, path, 1024);
-  return Narrow(path);
-}
-bool IsLoaded(const WideText& path) { return GetModuleHandleW(path.c_str()) != nullptr; }
-constexpr char Separator = '\\';
-constexpr const char* Extension = ".dll";
-
-#else
-
-std::string ProgramPath() {
-  char path[4096] = {};
-  const auto length = readlink("/proc/self/exe", path, sizeof(path) - 1);
-  return std::string(path, length > 0 ? static_cast<std::size_t>(length) : 0);
-}
-bool IsLoaded(const WideText& path) {
-  void* const module = dlopen(Narrow(path.c_str()).c_str(), RTLD_LAZY | RTLD_NOLOAD);
-  if (module != nullptr) dlclose(module);
-  return module != nullptr;
-}
-constexpr char Separator = '/';
-constexpr const char* Extension = ".so";
-
-#endif
-
-// Files stand beside the program.
+// The files are beside the program.
 std::string Folder() {
   const std::string program = ProgramPath();
-  return program.substr(0, program.rfind(Separator) + 1);
+  return program.substr(0, program.rfind(*Separator) + 1);
 }
 WideText Fixture(const char* name) { return Widen(Folder() + name + Extension); }
 

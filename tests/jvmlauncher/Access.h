@@ -7,14 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace tests {
+#include "ThisSystem.h"
 
-// The text for this system: the first on Windows, the second elsewhere.
-#if defined(_WIN32)
-inline std::string OnThisSystem(const char* windows, const char*) { return windows; }
-#else
-inline std::string OnThisSystem(const char*, const char* other) { return other; }
-#endif
+namespace tests {
 
 // What each renders on a command line; a null text shows as "(null)".
 std::string LineOf(const torvan::jvmlauncher::CJavaVmOption& option);

@@ -11,16 +11,6 @@
 #include "jvmlauncher/LaunchSystemTest.h"
 #include "jvmlauncher/Resources.h"
 
-#if defined(_WIN32)
-#include <fcntl.h>
-#include <io.h>
-#else
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-#endif
-
 namespace tests {
 
 using namespace torvan::jvmlauncher;
@@ -41,26 +31,6 @@ TEST_F(LaunchSystemTest, TheExitCodeIsTheProgramsOwn) {
     EXPECT_EQ(process->GetExitCode(), exitCode);
   }
 }
-
-#if defined(_WIN32)
-TEST_F(LaunchSystemTest, AnExitCodeHas32Bits) {
-  SetProbe(0, -1073741819);
-  const Process process = LaunchMain();
-  process->Wait();
-  EXPECT_EQ(process->GetExitCode(), -1073741819);
-}
-
-TEST_F(LaunchSystemTest, ARuntimeOfThe32BitViewIsFound) {
-  EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("100")); }),
-            Throws<CJavaVmLauncherException>(
-                File, 217, "There is no installed Java VM which is compatible with the specified version."));
-  s_runtime->RegisterIn32BitView("100.2.3_4");
-  CJavaVmLauncher launcher(RX_TEXT("100.2"));
-  const auto report = NewReport();
-  launcher.Launch({}, RX_TEXT("Main"), {})->Wait();
-  EXPECT_EQ(ReadReport(report).size(), 2u);
-}
-#endif
 
 TEST_F(LaunchSystemTest, AWaitForARunningProgramTimesOut) {
   SetProbe(LongMilliseconds, 5);
@@ -108,77 +78,6 @@ TEST_F(LaunchSystemTest, StopReturnsAtOnceWhateverTheProgramDoes) {
   EXPECT_TRUE(process->Wait(10000));
 }
 
-#if !defined(_WIN32)
-TEST_F(LaunchSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNothing) {
-  const Resources before = MeasureResources();
-  for (const int signal : {SIGTERM, SIGABRT, SIGSEGV, SIGKILL}) {
-    SCOPED_TRACE(signal);
-    SetEnvironment("LAUNCH_PROBE_SIGNAL", std::to_string(signal));
-    const Process process = LaunchMain();
-    process->Wait();
-    EXPECT_EQ(process->GetExitCode(), 128 + signal);
-  }
-  UnsetEnvironment("LAUNCH_PROBE_SIGNAL");
-  SetProbe(LongMilliseconds, 5);
-  const auto report = NewReport();
-  {
-    const Process process = LaunchMain();
-    ReadReport(report);
-    process->Stop();
-    process->Wait();
-    EXPECT_EQ(process->GetExitCode(), 128 + SIGINT);
-  }
-  const Resources after = MeasureResources();
-  EXPECT_EQ(after.handles, before.handles);
-  EXPECT_EQ(after.zombies, 0);
-}
-#endif
-
-#if !defined(_WIN32)
-TEST_F(LaunchSystemTest, AHostThatIgnoresSigchldLosesTheExitCode) {
-  SetProbe(0, 7);
-  const auto before = std::signal(SIGCHLD, SIG_IGN);
-  const Process process = LaunchMain();
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(FailureOf([&] { process->Wait(); }),
-              Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
-    EXPECT_EQ(process->GetExitCode(), 0);
-  }
-  process->Kill();
-  process->Stop();
-  std::signal(SIGCHLD, before);
-}
-
-TEST_F(LaunchSystemTest, AHostThatReapsTheProgramLosesTheExitCode) {
-  SetProbe(0, 7);
-  const Process process = LaunchMain();
-  while (waitpid(-1, nullptr, 0) > 0) {
-  }
-  EXPECT_EQ(FailureOf([&] { process->Wait(1000); }),
-            Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
-  EXPECT_EQ(process->GetExitCode(), 0);
-}
-
-TEST_F(LaunchSystemTest, AForkedWorkerCannotWaitForAProgramOfItsParentAndDoesItNoHarm) {
-  SetProbe(300, 7);
-  Process process = LaunchMain();
-  const pid_t worker = fork();
-  if (worker == 0) {
-    const bool isRefused = FailureOf([&] { process->Wait(); }) ==
-                           Throws<CIllegalArgumentException>(File, 92, "WaitForSignleObjects returned error.");
-    process->Kill();
-    process->Stop();
-    process = nullptr;
-    _exit(isRefused ? 0 : 1);
-  }
-  int status = 0;
-  EXPECT_EQ(waitpid(worker, &status, 0), worker);
-  EXPECT_EQ(status, 0);
-  process->Wait();
-  EXPECT_EQ(process->GetExitCode(), 7);
-}
-#endif
-
 TEST_F(LaunchSystemTest, AProgramOutlivesTheLastReference) {
   SetProbe(500, 0);
   const auto report = NewReport();
@@ -204,18 +103,13 @@ TEST_F(LaunchSystemTest, TheProgramWorksInTheHostsCurrentDirectory) {
 
 TEST_F(LaunchSystemTest, NoHandleIsInherited) {
   int ends[2];
-#if defined(_WIN32)
-  ASSERT_EQ(_pipe(ends, 16, _O_BINARY), 0);
-#else
-  ASSERT_EQ(pipe(ends), 0);
-#endif
+  ASSERT_TRUE(MakePipe(ends));
   SetProbe(LongMilliseconds, 0);
   const Process process = LaunchMain();
-  // The reading end sees the end of the pipe only when nobody holds the writing end.
-  char byte = 0;
-  close(ends[1]);
-  EXPECT_EQ(read(ends[0], &byte, 1), 0);
-  close(ends[0]);
+  // The reading end sees the end of the pipe only when no process holds the writing end.
+  CloseEnd(ends[1]);
+  EXPECT_TRUE(IsAtItsEnd(ends[0]));
+  CloseEnd(ends[0]);
   EXPECT_FALSE(process->Wait(0));
   process->Kill();
   process->Wait();

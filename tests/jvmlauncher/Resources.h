@@ -11,4 +11,10 @@ struct Resources {
 
 Resources MeasureResources();
 
+// A pipe whose ends a child may inherit: the reading end, then the writing one.
+bool MakePipe(int (&ends)[2]);
+void CloseEnd(int end);
+// Waits for the next byte; true when there is none because all writing ends are closed.
+bool IsAtItsEnd(int readingEnd);
+
 }  // namespace tests

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "ThisSystem.h"
 #include "fakes/Text.h"
 
 namespace tests {
@@ -36,11 +37,7 @@ TEST(ConventionsTest, EachSystemHasItsOwnPaths) {
   };
   // clang-format on
   for (const Convention& convention : conventions) {
-#ifdef _WIN32
-    EXPECT_EQ(convention.windows, Narrow(convention.text)) << convention.name;
-#else
-    EXPECT_EQ(convention.others, Narrow(convention.text)) << convention.name;
-#endif
+    EXPECT_EQ(OnThisSystem(convention.windows, convention.others), Narrow(convention.text)) << convention.name;
   }
 }
 

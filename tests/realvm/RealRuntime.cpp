@@ -1,6 +1,5 @@
 #include "realvm/RealRuntime.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace tests {
@@ -20,12 +19,7 @@ const WideText& RuntimePath() {
 
 CDynamicJavaRuntime Runtime(jint jniVersion) {
   if (!RuntimePath().empty()) return CDynamicJavaRuntime(RuntimePath().c_str(), jniVersion);
-#if defined(_WIN32)
   return CDynamicJavaRuntime(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr, jniVersion);
-#else
-  std::fputs("TORVAN_TEST_LIBJVM must name the library of a Java VM.\n", stderr);
-  std::exit(2);
-#endif
 }
 
 void AddOptionFromEnvironment(COptions& options) {

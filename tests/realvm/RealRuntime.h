@@ -12,7 +12,7 @@ namespace tests {
 // The environment variable TORVAN_TEST_LIBJVM, which names the VM library; empty where the installed runtime is used.
 const WideText& RuntimePath();
 
-// The runtime with that library, or the installed one on Windows. Elsewhere the program ends when none is named.
+// The runtime with that library, or the installed one when none is named.
 torvan::jni::CDynamicJavaRuntime Runtime(jint jniVersion = JNI_VERSION_1_6);
 
 // Adds the option of the environment variable TORVAN_TEST_VM_OPTION if that is set.

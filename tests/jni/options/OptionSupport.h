@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "ThisSystem.h"
 #include "fakes/Text.h"
 
 namespace tests {
@@ -16,11 +17,7 @@ namespace tests {
 using namespace torvan::jni;
 using namespace torvan::jni::options;
 
-#if defined(_WIN32)
-constexpr char ListSeparator[] = ";";
-#else
-constexpr char ListSeparator[] = ":";
-#endif
+constexpr const char* ListSeparator = OnThisSystem(";", ":");
 
 inline std::string Text(const mirel::base::CUnicodeString& text) { return Narrow(text); }
 

@@ -1,12 +1,5 @@
 #include "jvmlauncher/Resources.h"
 
-#if defined(_WIN32)
-#include <windows.h>
-// Behind <windows.h>, which it needs.
-#include <psapi.h>
-
-#include <cstdint>
-#else
 #include <unistd.h>
 
 #include <cctype>
@@ -14,46 +7,20 @@
 #include <fstream>
 #include <iterator>
 #include <string>
-#endif
 
 namespace tests {
-
-#if defined(_WIN32)
-
-namespace {
-
-// Where the system does not count handles (Wine answers 0), the number of a new one tells: the lowest free one is
-// given.
-long CountHandles() {
-  DWORD count = 0;
-  if (GetProcessHandleCount(GetCurrentProcess(), &count) && count != 0) return static_cast<long>(count);
-  const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  CloseHandle(event);
-  return static_cast<long>(reinterpret_cast<std::intptr_t>(event) / 4);
-}
-
-}  // namespace
-
-Resources MeasureResources() {
-  PROCESS_MEMORY_COUNTERS counters{};
-  counters.cb = sizeof(counters);
-  GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
-  return {CountHandles(), 0, static_cast<long>(counters.PagefileUsage / 1024)};
-}
-
-#else
 
 namespace fs = std::filesystem;
 
 namespace {
 
-// The fields of a process's stat file behind its name, which may hold anything.
+// Reads a process's stat file after the process's name, which may hold anything.
 bool IsZombieOfOurs(const fs::path& process) {
   std::ifstream file(process / "stat");
   const std::string stat{std::istreambuf_iterator<char>(file), {}};
-  const std::size_t behindName = stat.rfind(')');
+  const std::size_t afterName = stat.rfind(')');
   const std::string zombie = ") Z " + std::to_string(getpid()) + " ";
-  return behindName != std::string::npos && stat.compare(behindName, zombie.size(), zombie) == 0;
+  return afterName != std::string::npos && stat.compare(afterName, zombie.size(), zombie) == 0;
 }
 
 }  // namespace
@@ -78,6 +45,13 @@ Resources MeasureResources() {
   return resources;
 }
 
-#endif
+bool MakePipe(int (&ends)[2]) { return pipe(ends) == 0; }
+
+void CloseEnd(int end) { close(end); }
+
+bool IsAtItsEnd(int readingEnd) {
+  char byte = 0;
+  return read(readingEnd, &byte, 1) == 0;
+}
 
 }  // namespace tests
