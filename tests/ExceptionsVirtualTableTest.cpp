@@ -59,7 +59,7 @@ constexpr int DestructorSlots = 1;
 constexpr int DestructorSlots = 2;
 #endif
 
-// The slots behind the destructor, counted from 2, in which two objects have different functions.
+// The slots after the destructor, counted from 2, in which two objects have different functions.
 std::vector<int> DifferingSlots(const CException& left, const CException& right) {
   const void* const* tables[2];
   std::memcpy(&tables[0], static_cast<const void*>(&left), sizeof(tables[0]));

@@ -20,7 +20,7 @@ using ::testing::IsEmpty;
 
 constexpr int MostUses = 2147483647;
 
-// A library with so many uses whose foundation writes down what it is called for.
+// A library with a number of uses. Its foundation records each call.
 class LifecycleTest : public ::testing::Test {
  protected:
   LifecycleTest() { s_calls.clear(); }
@@ -41,7 +41,7 @@ class LifecycleTest : public ::testing::Test {
   }
   static int TerminateFoundation() noexcept {
     s_calls.push_back("terminate");
-    return -7;  // nobody looks at it
+    return -7;  // ignored
   }
 };
 

@@ -1,4 +1,4 @@
-// The allocator that tests watch with.
+// The watched allocator of the tests.
 #include "fakes/Allocations.h"
 
 #include <cstdlib>
@@ -13,7 +13,7 @@ Bytes BytesOf(const void* block, std::size_t size) {
   return Bytes(bytes, bytes + size);
 }
 
-// Sees, below the watch, the first five bytes of what is given back.
+// Below the watch: sees the first five bytes of each freed block.
 class AllocationsTest : public ::testing::Test {
  protected:
   ~AllocationsTest() override { RX::ReplaceAllocator(m_inner); }

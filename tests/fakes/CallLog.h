@@ -1,4 +1,4 @@
-// One ordered log of readable calls.
+// A log of calls in order, as readable text.
 #pragma once
 
 #include <string>

@@ -9,7 +9,7 @@
 
 namespace tests {
 
-// Takes what is printed to CSystem::debugOut while it lives.
+// Collects what is printed to CSystem::debugOut while it lives.
 class DebugOut : public mirel::io::CPrintStream {
  public:
   DebugOut() : m_previous(std::exchange(mirel::base::CSystem::debugOut, this)) {}

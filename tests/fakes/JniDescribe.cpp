@@ -10,7 +10,7 @@ std::string DescribeMember(const char* kind, const void* id) {
   return id == nullptr ? "null" : kind + static_cast<const FakeMember*>(id)->name;
 }
 
-// ASCII as it stands, every other unit as \xxxx.
+// ASCII unchanged, every other unit as \xxxx.
 template <typename Unit>
 std::string Quote(const Unit* text) {
   if (text == nullptr) return "null";
@@ -28,7 +28,7 @@ std::string Quote(const Unit* text) {
   return quoted.str();
 }
 
-// Behind the type at `type` in a descriptor.
+// Where the type at `type` in a descriptor ends.
 const char* SkipType(const char* type) {
   while (*type == '[') ++type;
   if (*type == 'L') {

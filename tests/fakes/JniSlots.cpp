@@ -64,7 +64,7 @@ const char* const invocationNames[] = {
     "reserved0",           "reserved1",           "reserved2", "DestroyJavaVM",
     "AttachCurrentThread", "DetachCurrentThread", "GetEnv",    "AttachCurrentThreadAsDaemon"};
 
-// The names must stand where jni.h has the slots.
+// Each name must be at the index of its slot in jni.h.
 #define SLOT(interface, name) (offsetof(interface, name) / sizeof(void*))
 static_assert(SLOT(JNINativeInterface_, FindClass) == 6);
 static_assert(SLOT(JNINativeInterface_, GetObjectRefType) == 232);

@@ -14,7 +14,7 @@ namespace tests {
 std::string SlotName(std::size_t slot, const JNINativeInterface_*);
 std::string SlotName(std::size_t slot, const JNIInvokeInterface_*);
 
-// Where a member stands in its function table.
+// The index of a member in its function table.
 template <typename Interface, typename Function>
 std::size_t SlotIndex(Function Interface::*slot) {
   static const Interface table{};
@@ -44,7 +44,7 @@ template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> =
 std::string Describe(Integer value) {
   return std::to_string(value);
 }
-// Where results go says nothing.
+// Pointers for results are not shown.
 inline std::string Describe(void** place) { return place != nullptr ? "" : "nowhere"; }
 inline std::string Describe(void* arguments) { return arguments != nullptr ? "given" : "null"; }
 inline std::string Describe(jboolean* place) { return place != nullptr ? "given" : "null"; }

@@ -9,7 +9,7 @@ namespace tests {
 
 using WideText = std::basic_string<RX::UniChar>;
 
-// Null gives "(null)", so that a log shows it.
+// Null is "(null)", so that a log shows it.
 std::string Narrow(const RX::UniChar* text);
 WideText Widen(const std::string& text);
 

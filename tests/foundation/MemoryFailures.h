@@ -10,7 +10,7 @@
 namespace tests {
 
 // Runs an operation with its 1st, 2nd ... allocation failing. Each time it has to throw CMemoryException from `file`
-// and to leave no block behind; then `check` looks at what was to stay as it was. Gives the number of failing runs.
+// and to leak nothing; then `check` checks what must be unchanged. Returns the number of failing runs.
 template <typename Operation, typename Check>
 int FailEachAllocationOf(const char* file, Operation&& operation, Check&& check) {
   Failure failure;

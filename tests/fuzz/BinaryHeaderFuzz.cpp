@@ -10,7 +10,7 @@ namespace {
 
 template <typename F>
 void Check(F cpuOf, std::string_view head) {
-  // A copy of just this size: what is read beyond it is seen by the sanitizer.
+  // A copy of exactly this size, so that the sanitizer sees any read past its end.
   const std::string exact(head);
   const auto cpu = cpuOf(exact);
   if (!cpu) return;

@@ -14,7 +14,7 @@ void RequireShowable(const std::string& text) {
     const auto byte = static_cast<unsigned char>(unit);
     Require(byte >= 0x20 && byte != 0x7F, "a text has no control characters");
   }
-  // What is well-formed comes through unchanged, so a second time changes nothing.
+  // Well-formed text is unchanged, so repairing it a second time changes nothing.
   Require(ReadRelease("IMPLEMENTOR=\"" + text + "\"").vendor == text, "a text is well-formed");
 }
 

@@ -17,7 +17,7 @@
 namespace tests {
 namespace {
 
-// What a slot gives, and what it takes last.
+// A slot's result, and its last parameter.
 template <typename Function>
 struct SlotOf;
 template <typename Result, typename... Arguments>
@@ -86,7 +86,7 @@ void ExpectSample(const Target& target, std::size_t sample) {
       [bits = Bits<Value>(FromHost<Value>(target, sample))](auto, auto, auto value) { EXPECT_EQ(Bits(value), bits); });
 }
 
-// The Java method gives back the one argument that it takes.
+// The Java method returns its one argument.
 template <auto Slot>
 void GiveArgument(const Target& target, std::size_t) {
   using Value = Given<Slot>;
@@ -170,7 +170,8 @@ void AddCaller(std::vector<Member>& members, Member member, Use use) {
   members.push_back(std::move(member));
 }
 
-// Adds both overloads of a member of `handle`: its name, the JNI function that must do it, the type of the Java member.
+// Adds both overloads of a member of `handle`: its name, the JNI function that it must call, the type of the Java
+// member.
 // clang-format off
 #define ADD(Kind, handle, name, slot, type)                                                                      \
   const auto use##name = [](const Target& t, auto... all) -> decltype(auto) { return t.handle.name(all...); };   \

@@ -27,7 +27,7 @@ using torvan::jni::CJavaVmException;
 
 class JavaClassTest : public HandleTest {
  protected:
-  // Lets allocation and construction give the object local:2.
+  // Scripts allocation and construction to return the object local:2.
   void AnswerCreation() {
     const jobject made = jvm.NewObject();
     jvm.Return<&Jni::AllocObject>(made);

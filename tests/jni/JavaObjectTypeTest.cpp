@@ -18,7 +18,7 @@ using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaVmException;
 
-// A name that no buffer holds.
+// A name longer than any buffer.
 const RX::UniChar* const wideName = RX_TEXT(
     "gr\u00F6\u00DFe/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa")
     RX_TEXT("aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa");

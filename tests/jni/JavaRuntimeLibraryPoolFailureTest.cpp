@@ -1,4 +1,4 @@
-// What becomes of failures inside the pool.
+// How failures inside the pool reach the caller.
 #include <mirel/base/IllegalArgumentException.h>
 #include <mirel/base/MemoryException.h>
 #include <mirel/base/NullReferenceException.h>
@@ -180,7 +180,7 @@ TEST_F(PoolFailureTest, GivingBackNeedsNoMemory) {
   EXPECT_THAT(system.LoadedModules(), IsEmpty());
 }
 
-// --- Failures of giving back ---
+// --- Failures at the end of a use ---
 
 TEST_F(PoolFailureTest, ReferenceWithoutALibraryIsReportedAndSwallowed) {
   Reference use(new CJavaRuntimeLibraryRef(Pool(), CRef<CJavaRuntimeLibraryImpl>()));
@@ -235,7 +235,7 @@ TEST_F(PoolFailureTest, OtherFailureOfUnloadingIsPrintedAndSwallowedAndLeavesAnE
   EXPECT_THAT(debugOut.Text(), HasSubstr("Inner failure."));
   system.onUnloadModule = nullptr;
 
-  // The pool keeps the path, without the library that it gave up.
+  // The pool keeps the path, but not the library.
   use = Pool()->Get(RX_TEXT("C:\\stubborn.dll"));
   EXPECT_EQ(FailureOf([&] { use->CreateJavaVm(nullptr, nullptr, nullptr); }),
             Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr));

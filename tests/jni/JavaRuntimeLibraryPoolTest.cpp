@@ -16,7 +16,7 @@ using Reference = CRef<CJavaRuntimeLibraryRef>;
 constexpr VmVendor Sun = CDynamicJavaRuntime::Sun;
 constexpr VmType Default = CDynamicJavaRuntime::Default;
 
-// Every test gives back what it took, so the pool of the process is empty in between.
+// Every test ends its uses, so the pool of the process is empty in between.
 class RuntimeLibraryPoolTest : public LibraryTest {
  protected:
   RuntimeLibraryPoolTest() {

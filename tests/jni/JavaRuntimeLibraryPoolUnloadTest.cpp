@@ -1,4 +1,4 @@
-// The life of the process's pool, each in a process of its own in which nobody asked for it yet.
+// The life of the process's pool. Each test has a process of its own, in which the pool has not been used yet.
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -52,7 +52,7 @@ TEST_F(RuntimeLibraryPoolDeathTest, UseThatOutlivesThePoolOnlyDropsItsLibrary) {
   EXPECT_EXIT(EndWithAUseInAStaticObject(), ::testing::ExitedWithCode(AsExpected), "blocks left: 0\\.");
 }
 
-// Says how many buckets the pool's table takes, and for how many libraries.
+// Prints how many buckets the pool's table has, and for how many libraries.
 [[noreturn]] void FillThePool() {
   FakeSystem system;
   const torvan::platform::SystemScope scope(system);

@@ -190,7 +190,7 @@ TEST_F(JavaStringTest, ANullStringBecomesANullTextWithoutAskingTheVm) {
 
 TEST_F(JavaStringTest, TheTextIsCopiedAndItsCharactersGivenBack) {
   const CJavaString string = NewString(RX_TEXT("\u00E9\U0001D11E"));
-  // What is pending is not looked for.
+  // A pending exception is not checked for.
   const jthrowable pending = jvm.Throw({"java.lang.Error", "bad", {}});
 
   const CUnicodeString text = string;

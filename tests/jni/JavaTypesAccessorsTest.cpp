@@ -132,7 +132,7 @@ TEST_P(AccessorMatrixTest, TakesItsStepsInOrderAndPassesEveryValueOn) {
 
     std::vector<std::string> steps = StepsToCheck(sample, 4 + static_cast<int>(sample));
     if (member.givesObject && sample == 0) {
-      // The result is held by a global reference of its own, which goes with it.
+      // The result has a global reference of its own, which is deleted with it.
       steps.insert(steps.end(), {attach, "NewGlobalRef(local:3)", attach, "DeleteGlobalRef(global:3)"});
     }
     EXPECT_THAT(jvm.Calls(), ElementsAreArray(steps));

@@ -22,7 +22,7 @@ using mirel::base::CNull;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The classes, objects and strings that a VM gives, asked for with narrow and with wide names.
+// The classes, objects and strings that a VM returns, for narrow and for wide names.
 template <typename Unit>
 class JavaVmObjectsTest : public JvmTest {
  protected:

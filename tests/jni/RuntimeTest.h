@@ -1,4 +1,4 @@
-// The start of a test on a runtime behind a fake library.
+// The start of a test on a runtime with a fake library.
 #pragma once
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// Arguments behind the signature, more than registers hold and of every kind.
+// Arguments after the signature: of every kind, and more than registers hold.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -13,7 +13,7 @@ using Render = mirel::base::CUnicodeString (Class::*)() const;
 template <typename Class>
 using List = unsigned int (Class::*)(CArgumentList&) const;
 
-// An explicit instantiation may name a private member; the function that it defines hands the member out.
+// An explicit instantiation may name a private member. The function that it defines returns that member.
 Render<CArgumentList> Renderer(const CArgumentList&);
 Render<CJavaVmOption> Renderer(const CJavaVmOption&);
 Render<CJavaVmOptions> Renderer(const CJavaVmOptions&);

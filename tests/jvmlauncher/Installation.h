@@ -11,7 +11,7 @@ namespace tests {
 constexpr const char* Source64 = "Software\\JavaSoft\\Java Runtime Environment";
 constexpr const char* Source32 = "Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment";
 
-// What a runtime with this home folder has: its library, its programs.
+// The files of a runtime with this home folder: its library and programs.
 inline std::string LibraryIn(const std::string& home) { return home + OnThisSystem("\\jvm.dll", "/libjvm.so"); }
 inline std::string ConsoleProgramIn(const std::string& home) {
   return home + OnThisSystem("\\bin\\java.exe", "/bin/java");

@@ -29,7 +29,7 @@ class InstalledJavaVmTest : public testing::Test {
   std::vector<std::string> Enumerate() { return Listed(&EnumerateInstalledJavaVms); }
   std::vector<std::string> GetSorted() { return Listed(&GetInstalledJavaVms); }
 
-  // The same behind what the list holds already, a runtime of version 1.5 at /before.
+  // The same for a list that already holds a runtime, version 1.5 at /before.
   std::vector<std::string> EnumerateBehind() { return Listed(&EnumerateInstalledJavaVms, ListWithOne()); }
   std::vector<std::string> GetSortedBehind() { return Listed(&GetInstalledJavaVms, ListWithOne()); }
 
@@ -150,7 +150,7 @@ class InstalledJavaVmValues : public InstalledJavaVmTest, public testing::WithPa
 TEST_P(InstalledJavaVmValues, DecideWhetherTheSubkeyIsListed) {
   Install(m_system, Source64, "1.6", Home());
   GetParam().script(m_system, KeyOf(Source64, "1.6"));
-  // A neighbour shows that only the one subkey is passed over.
+  // A second subkey shows that only the first is skipped.
   Install(m_system, Source64, "1.7", "/next");
   std::vector<std::string> expected;
   if (GetParam().listed) expected.push_back("1.6 at /jre");

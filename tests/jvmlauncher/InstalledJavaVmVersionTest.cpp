@@ -97,7 +97,7 @@ TEST(VersionTest, AgreesWithASlowReferenceOnRandomTexts) {
   int outcomes[3] = {};
   for (int i = 0; i < 200000; ++i) {
     const std::string a = make();
-    // Half of the pairs share a beginning, or most would differ in the first number.
+    // Half of the pairs share a prefix; otherwise most would differ in the first number.
     const std::string b = random() % 2 != 0 ? make() : a.substr(0, random() % (a.size() + 1)) + make();
     const int expected = SlowCompare(a, b);
     ASSERT_EQ(Compare(a, b), expected) << "\"" << a << "\" and \"" << b << "\"";

@@ -12,7 +12,7 @@ class JavaSystemTest : public testing::Test {
   void SetUp() override {
     std::filesystem::remove_all(m_folder);
     std::filesystem::create_directories(m_folder);
-    Set("LAUNCH_PROBE_REPORT", TORVAN_LAUNCH_REPORTS "/report");  // read by Java, which wants no backslash
+    Set("LAUNCH_PROBE_REPORT", TORVAN_LAUNCH_REPORTS "/report");  // read by Java, which takes no backslash there
   }
   void TearDown() override {
     std::filesystem::remove_all(m_folder);

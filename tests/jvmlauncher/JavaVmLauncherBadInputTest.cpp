@@ -1,5 +1,5 @@
-// What a host can do wrong, under the real operating system: each is refused by name, leaks nothing, and what
-// it was done to can be used afterwards.
+// What a host can do wrong, on the real operating system. Each mistake is refused with its own message and leaks
+// nothing, and the object can be used afterwards.
 
 #include <mirel/base/IllegalArgumentException.h>
 #include <torvan/JavaVmLauncherException.h>
@@ -38,7 +38,7 @@ void LaunchNothing(CJavaVmLauncher& launcher, const RX::UniChar* mainClass) {
 
 class BadInput : public LaunchSystemTest, public testing::WithParamInterface<Row> {
  protected:
-  // Does what is wrong while the runtime is as the row has it.
+  // Makes the row's mistake, with the runtime in the row's state.
   Failure Provoke(CJavaVmLauncher& launcher, CJavaVmProcess& running) {
     const fs::path program = s_runtime->Program();
     const fs::path hidden = program.string() + ".hidden";
@@ -53,7 +53,7 @@ TEST_P(BadInput, IsRefusedLeavesNothingAndSpoilsNothing) {
   SetProbe(60000, 5);
   CJavaVmLauncher launcher(RX_TEXT("99"));
   const Process running = launcher.Launch({}, RX_TEXT("Main"), {});
-  // The first time lets the system make what it keeps.
+  // The first time, the system may allocate what it then keeps.
   EXPECT_EQ(Provoke(launcher, *running), GetParam().failure);
   const Resources before = MeasureResources();
   {

@@ -27,9 +27,9 @@ using torvan::platform::SystemScope;
 
 namespace {
 
-// The Microsoft ABI gives each of several empty bases room of its own.
+// In the Microsoft ABI each of several empty bases takes room.
 #if defined(_MSC_VER)
-static_assert(sizeof(CJavaVmLauncher) == 2 * sizeof(void*), "a launcher is one pointer behind two empty bases");
+static_assert(sizeof(CJavaVmLauncher) == 2 * sizeof(void*), "a launcher is two empty bases and one pointer");
 #else
 static_assert(sizeof(CJavaVmLauncher) == sizeof(void*), "a launcher is one pointer");
 #endif
@@ -51,7 +51,7 @@ class JavaVmLauncherTest : public testing::Test {
     return line.substr(0, line.rfind(" Main "));
   }
 
-  // The command line that a launch hands to the system.
+  // The command line that a launch passes to the system.
   std::string LineOf(CJavaVmLauncher& launcher, const CJavaVmOptions& options, const RX::UniChar* mainClass,
                      const CArgumentList& arguments) {
     m_system.AddProcess();
@@ -179,7 +179,7 @@ struct LineRow {
   std::vector<Option> options;
   const RX::UniChar* mainClass;
   std::vector<std::string> arguments;
-  std::string rest;  // behind the program and one space
+  std::string rest;  // after the program and one space
 };
 
 class JavaVmLauncherLine : public JavaVmLauncherTest, public testing::WithParamInterface<LineRow> {};

@@ -108,7 +108,7 @@ TEST(JavaVmOptionsTest, AnOptionOfTheSetCanBeGivenForRemoval) {
   EXPECT_EQ(LineOf(options), "-a ");
 }
 
-// Equal to every option, until a comparison is to fail.
+// Equal to every option; throws at a comparison of the test's choice.
 class CBrittleOption : public CDirectOption {
  public:
   using CDirectOption::CDirectOption;

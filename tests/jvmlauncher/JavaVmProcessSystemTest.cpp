@@ -1,4 +1,4 @@
-// Launched processes under the real operating system: waiting, ending, handles.
+// Launched processes on the real operating system: waiting, ending, handles.
 
 #include <mirel/base/IllegalArgumentException.h>
 #include <torvan/JavaVmLauncherException.h>
@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-constexpr int LongMilliseconds = 60000;  // of a program that is ended before
+constexpr int LongMilliseconds = 60000;  // for a program that is ended earlier
 
 TEST_F(LaunchSystemTest, TheExitCodeIsTheProgramsOwn) {
   for (const int exitCode : {0, 1, 7, 255}) {
@@ -138,7 +138,7 @@ TEST_F(LaunchSystemTest, ManyLaunchesLeaveNothingBehind) {
     process->Wait();
     ASSERT_EQ(process->GetExitCode(), 0);
   };
-  // The first ones let the system make what it keeps.
+  // In the first ones, the system may allocate what it then keeps.
   for (int i = 0; i < 10; ++i) launch();
   const Resources before = MeasureResources();
   for (int i = 0; i < launches; ++i) launch();

@@ -10,7 +10,7 @@ namespace tests {
 void SetEnvironment(const char* name, const std::string& value);
 void UnsetEnvironment(const char* name);
 
-// Lets this process see one Java runtime more, and on Windows no other, while the object lives.
+// Adds a Java runtime to those that this process sees, while the object lives. On Windows it is the only one.
 // On Windows a key of this test takes the place of HKEY_LOCAL_MACHINE, so that nothing installed is read or changed;
 // elsewhere JAVA_HOME names the runtime.
 class ProbeRuntime {
@@ -39,7 +39,7 @@ class ProbeRuntime {
   static std::vector<const char*> Programs();
   static std::filesystem::path ProbeProgram();
   static std::string ProcessName();
-  // Lets this process see the runtime, and no more.
+  // Registers the runtime for this process, and removes it again.
   void Install();
   void Uninstall();
   void Register(const wchar_t* source, const char* version);

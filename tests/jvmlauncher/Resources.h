@@ -1,4 +1,4 @@
-// What this process holds.
+// The handles, children and memory of this process.
 #pragma once
 
 namespace tests {

@@ -1,4 +1,4 @@
-// What a host sees across the border of the shared libraries: it has the public headers and nothing else.
+// What a host sees of the shared libraries through the public headers alone.
 #include <fakes/Failure.h>
 #include <torvan/Torvan.h>
 

@@ -22,7 +22,7 @@ class ArgumentsTest : public RealVmTest {
     return Utf8(CJavaString(object.GetObjectField("constructedBy", "Ljava/lang/String;")));
   }
 
-  // Hands the arguments that `whatArrived` tells to an operation, behind what comes first.
+  // Calls an operation with what comes first, followed by the arguments that `whatArrived` describes.
   template <typename Operation, typename... First>
   auto WithArguments(Operation operation, First... first) {
     return operation(first..., jboolean{JNI_TRUE}, jbyte{-2}, jchar{0x20AC}, jshort{-3000}, jint{2147483647},
@@ -76,7 +76,7 @@ TEST_F(ArgumentsTest, TheConstructorIsChosenByItsSignature) {
   EXPECT_EQ(Read(vm.NewObject("fixture/Arguments", "()V")), "nothing");
 }
 
-// Fields keep Java's zero values, not those that the class gives them.
+// Fields keep Java's zero values, not those that the class assigns.
 TEST_F(ArgumentsTest, AllocObjectRunsNoConstructor) {
   for (const CJavaObject& object :
        {vm.AllocObject("fixture/Arguments"), vm.AllocObject(RX_TEXT("fixture/Arguments")), arguments.AllocObject()}) {

@@ -1,4 +1,4 @@
-// The end of a VM, which is the host's to bring about.
+// The end of a VM, which only the host can cause.
 #include <atomic>
 #include <chrono>
 #include <cstdlib>

@@ -21,7 +21,7 @@ class ObjectTest : public RealVmTest {
   const CJavaObject child = vm.NewObject("fixture/Kinds$Child", "()V");
 };
 
-// All three forms of the question give the same answer.
+// All three forms of the question return the same.
 TEST_F(ObjectTest, IsInstanceOfItsClassItsParentsAndItsInterfaces) {
   const struct {
     const char* className;
@@ -47,7 +47,7 @@ TEST_F(ObjectTest, AnUnknownClassIsReportedAndStaysPending) {
   EXPECT_EQ(TakePending(env), "java.lang.NoClassDefFoundError");
 }
 
-// Nothing is an instance of no class, not even of one that does not exist.
+// A null object is of no class, and a class that does not exist is not even looked up.
 TEST_F(ObjectTest, ANullObjectIsOfNoClass) {
   const CJavaObject nothing = Nothing();
   ASSERT_TRUE(nothing == CNull());
@@ -56,7 +56,7 @@ TEST_F(ObjectTest, ANullObjectIsOfNoClass) {
   EXPECT_FALSE(nothing.IsInstanceOf(vm.FindClass("java/lang/Object")));
 }
 
-// No class is null by itself, but one can be given a null object's reference.
+// A class handle is null only when it is assigned a null object's reference.
 TEST_F(ObjectTest, ANullClassMakesAndKnowsNoObjects) {
   CJavaClass noClass = vm.FindClass("java/lang/Object");
   static_cast<CJavaObject&>(noClass) = Nothing();

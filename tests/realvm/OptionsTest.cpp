@@ -105,7 +105,7 @@ TEST(OptionsTest, ACustomOptionReachesTheVm) {
   });
 }
 
-// Today's VMs know each of the reports alone, and let a list of them pass without a report.
+// Current VMs know each report by itself, and accept a list of them without any report.
 TEST(OptionsTest, VerboseVmsReport) {
   const struct {
     unsigned int flags;

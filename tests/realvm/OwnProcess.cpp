@@ -15,7 +15,7 @@ namespace {
 
 constexpr int ExitFailed = 99;
 
-// In a child process GoogleTest keeps failures to itself.
+// In a child process GoogleTest prints no failures.
 void PrintFailures() {
   const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
   for (int i = 0; i < result.total_part_count(); ++i) {
@@ -24,7 +24,7 @@ void PrintFailures() {
   }
 }
 
-// A VM library that is unloaded leaves memory behind whose owner a leak checker can no longer name: it stays.
+// An unloaded VM library would leave memory whose owner a leak checker cannot name, so it stays loaded.
 void KeepRuntimeMapped() {
 #if defined(__SANITIZE_ADDRESS__)
   EXPECT_NE(dlopen(Narrow(RuntimePath().c_str()).c_str(), RTLD_LAZY | RTLD_NODELETE), nullptr);

@@ -1,4 +1,4 @@
-// Tests that each need a VM of their own kind: a process has one VM, and only once.
+// Tests that need a VM of their own: a process can create one VM, once.
 #pragma once
 
 #include <gmock/gmock.h>

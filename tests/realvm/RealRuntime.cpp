@@ -49,7 +49,7 @@ std::string Property(const CJavaVm& vm, const RX::UniChar* name) {
 
 namespace {
 
-// The result of a method without arguments that gives a text, read by JNI alone.
+// The text that a method without arguments returns, read by JNI alone.
 std::string CallForText(JNIEnv* env, jobject object, const char* className, const char* method) {
   jmethodID id = env->GetMethodID(env->FindClass(className), method, "()Ljava/lang/String;");
   const auto text = static_cast<jstring>(env->CallObjectMethod(object, id));

@@ -21,14 +21,14 @@ void AddOptionFromEnvironment(torvan::jni::options::COptions& options);
 // That option and the folder of the fixtures as class path.
 torvan::jni::options::COptions FixtureOptions();
 
-// UTF-8; a null text gives "(null)".
+// UTF-8; null is "(null)".
 std::string Utf8(const mirel::base::CUnicodeString& text);
 
 // A Java system property; "(null)" when there is none.
 std::string Property(const torvan::jni::CJavaVm& vm, const RX::UniChar* name);
 
-// Clears the pending Java exception and gives its class, for example "java.lang.NoSuchFieldError"; "" when none was
-// pending. With `message` it is told, too: "java.lang.IllegalStateException: bad".
+// Clears the pending Java exception and returns its class, for example "java.lang.NoSuchFieldError"; "" when none was
+// pending. With `message` the result includes it: "java.lang.IllegalStateException: bad".
 std::string TakePending(JNIEnv* env, bool message = false);
 
 }  // namespace tests

@@ -28,7 +28,7 @@ class ReferencesTest : public RealVmTest {
   }
   CJavaObject Fresh() { return watch.CallStaticObjectMethod("fresh", "()Ljava/lang/Object;"); }
 
-  // Runs an operation and ends the local references that it leaves in this thread.
+  // Runs an operation and deletes the local references that it leaves in this thread.
   template <typename Operation>
   auto InFrame(Operation operation) {
     env->PushLocalFrame(4096);

@@ -1,4 +1,4 @@
-// What threads that are started with std::async leave behind.
+// The results of threads that are started with std::async.
 #include <future>
 
 _LIBCPP_BEGIN_NAMESPACE_STD

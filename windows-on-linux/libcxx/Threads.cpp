@@ -62,7 +62,7 @@ int __libcpp_tls_create(__libcpp_tls_key* key, void(__stdcall* atThreadExit)(voi
 void* __libcpp_tls_get(__libcpp_tls_key key) { return FlsGetValue(static_cast<DWORD>(key)); }
 int __libcpp_tls_set(__libcpp_tls_key key, void* value) { return FlsSetValue(static_cast<DWORD>(key), value) ? 0 : 1; }
 
-// Every thread has one, for what it does at its end; nobody here asks for anything.
+// Every thread has one, for work at its end; there is none here.
 __thread_struct::__thread_struct() : __p_(nullptr) {}
 __thread_struct::~__thread_struct() = default;
 __thread_specific_ptr<__thread_struct>& __thread_local_data() {

@@ -22,7 +22,7 @@ int __cdecl _register_onexit_function(_onexit_table_t* table, Initializer proced
 int __cdecl _execute_onexit_table(_onexit_table_t* table);
 int __cdecl _crt_atexit(Procedure procedure);
 
-// Tells the linker that the module uses floating-point numbers; the value is looked at by nobody.
+// Tells the linker that the module uses floating-point numbers; the value is not read.
 extern const int _fltused = 0x9875;
 }
 

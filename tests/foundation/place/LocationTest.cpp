@@ -11,7 +11,7 @@ namespace {
 
 using WideText = std::basic_string<RX::UniChar>;
 
-// What ToPath makes of a text that was there before; a null text shows as "(null)".
+// What ToPath leaves in a text that held something else; a null text shows as "(null)".
 struct Answer {
   int status;
   WideText path;

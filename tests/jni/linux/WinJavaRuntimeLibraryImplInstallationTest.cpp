@@ -32,7 +32,8 @@ TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineIsALibraryThatExists) {
 }
 
 TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineLoadsAndHasNoVmYet) {
-  // The runtime keeps memory of its own until the process ends. It stays mapped, so that a leak checker sees its owner.
+  // The runtime keeps some memory until the process ends. It stays mapped, so that a leak checker sees that memory's
+  // owner.
   const CWinJavaRuntimeLibraryImpl library(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr);
   ASSERT_NE(dlopen(Narrow(library.GetPath()).c_str(), RTLD_LAZY | RTLD_NODELETE), nullptr);
 

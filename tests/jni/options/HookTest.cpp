@@ -28,7 +28,7 @@ class CNamedHook : public CHook {
   void* GetExtraInfo() const override { return nullptr; }
 };
 
-// Gives a hook another hook's name and leaves its function.
+// Writes another hook's name into a hook and leaves its function.
 void Rename(CHook& hook, const CHook& other) { hook = other; }
 
 TEST(HookTest, NamesAreThoseThatJniKnows) {

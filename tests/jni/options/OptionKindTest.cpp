@@ -1,4 +1,4 @@
-// What holds for every kind of option, and how the kinds differ.
+// What all kinds of options have in common, and how they differ.
 #include <mirel/base/MemoryException.h>
 #include <torvan/jni/options/AbortHook.h>
 #include <torvan/jni/options/ClassPath.h>
@@ -29,7 +29,7 @@ void OnAbort() {}
 void OnExit(int) {}
 int OnPrint(FILE*, const char*, va_list) { return 0; }
 
-// One function under the types of all hooks, so that only the class tells them apart.
+// One function cast to the types of all hooks, so that only the class distinguishes them.
 void* const Shared = reinterpret_cast<void*>(OnAbort);
 const auto SharedExit = reinterpret_cast<void (*)(int)>(Shared);
 const auto SharedPrint = reinterpret_cast<int (*)(FILE*, const char*, va_list)>(Shared);
@@ -152,7 +152,7 @@ TEST_P(OptionKindTest, EqualsNeitherNullNorAnObjectThatIsNoOption) {
   EXPECT_FALSE(m_option->Equals(&stranger));
 }
 
-// Runs an operation with each of its allocations failing; it must throw CMemoryException and leave nothing behind.
+// Runs an operation with each of its allocations failing; it must throw CMemoryException and leak nothing.
 template <typename Operation>
 int ExpectMemoryExceptions(Operation operation) {
   bool hasThrown = false;

@@ -21,14 +21,14 @@ constexpr const char* ListSeparator = OnThisSystem(";", ":");
 
 inline std::string Text(const mirel::base::CUnicodeString& text) { return Narrow(text); }
 
-// What a scripted option and all its clones answer; the test owns it.
+// What a scripted option and all its clones return. The test owns it.
 struct Script {
   std::string name;
   std::vector<std::string>* log = nullptr;
-  // The text for the 1st, 2nd ... time it is asked for; made without the root allocator until it is returned.
+  // The text for the 1st, 2nd ... call. It is made without the root allocator, and copied by it when it is returned.
   std::function<std::string(int)> text = [](int) { return std::string("text"); };
   std::function<void*()> extraInfo = [] { return nullptr; };
-  // What a comparison answers or throws, for the 1st, 2nd ... one.
+  // What the 1st, 2nd ... comparison returns or throws.
   std::function<bool(int)> equals = [](int) { return true; };
   int texts = 0;
   int comparisons = 0;
@@ -58,7 +58,7 @@ class CScriptedOption : public COption {
   Script& m_script;
 };
 
-// A copy equals its original and is independent of it; an assignment gives its left operand.
+// A copy equals its original and is independent of it. An assignment returns its left operand.
 template <typename T>
 void ExpectCopiesAsAValue(const T& first, const T& second) {
   T copy(first);

@@ -27,7 +27,7 @@ std::vector<unsigned char> BytesOf(const void* block, std::size_t size) {
   return {bytes, bytes + size};
 }
 
-// The array as an option sees it that is asked for its text for the first time.
+// The array at the moment when an option's text is first asked for.
 class FirstRecordTest : public ::testing::TestWithParam<unsigned int> {};
 
 TEST_P(FirstRecordTest, IsTheLowByteOfTheCountUntilItIsFilledAndTheOthersAreNull) {
@@ -133,7 +133,7 @@ TEST(JniOptionsFailureTest, WithoutMemoryForATextItReleasesTheArrayAndReturnsIts
   options.DestroyJniOptions(array);
 }
 
-// Where the option in the making throws: at its first or second rendering, or at its extra information.
+// Where the option throws: at its first or second rendering, or at its extra information.
 struct Place {
   const char* name;
   int rendering;

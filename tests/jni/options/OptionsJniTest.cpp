@@ -99,7 +99,7 @@ TEST(JniOptionsTest, ArrayAndTextsAreBlocksOfTheRootAllocatorOfTheirExactSizes) 
   EXPECT_EQ(allocations.Live(), 3u);
   EXPECT_EQ(allocations.Taken()[0].address, array);
   EXPECT_EQ(allocations.Taken()[0].size, 2 * 16u);
-  // What was given back before may have had the address of a text: the last block there is the text.
+  // A block freed earlier may have had a text's address, so the last block at that address is the text.
   std::map<const void*, std::size_t> sizes;
   for (const Allocations::Block& block : allocations.Taken()) sizes[block.address] = block.size;
   EXPECT_EQ(sizes[array[0].optionString], sizeof("text"));

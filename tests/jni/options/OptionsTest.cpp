@@ -109,7 +109,7 @@ TEST(OptionsTest, RemovingWhatIsNotHeldDoesNothing) {
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-// The first comparison looks whether the option is there, the second one finds it for removal.
+// The first comparison checks whether the option is there, the second finds it for removal.
 class RemovalFailureTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(RemovalFailureTest, IsPrintedAndGoesNoFurther) {

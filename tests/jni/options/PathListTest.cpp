@@ -151,7 +151,7 @@ TEST(PathListTest, ClassPathAndLibraryPathAreNeverEqual) {
   EXPECT_FALSE(libraryPath.Equals(&classPath));
 }
 
-// Gives a list the name and value of a property and leaves its paths.
+// Writes the name and value of a property into a list and leaves its paths.
 void Rename(CSystemProperty& list, const CSystemProperty& property) { list = property; }
 
 TEST(PathListTest, ComparesNamesButNotTheUnusedValue) {
@@ -215,7 +215,7 @@ TEST_P(FailedAddTest, LeavesTheListAsItWas) {
         EXPECT_TRUE(hasThrown);
         EXPECT_EQ(list.GetPathCount(), count);
         EXPECT_EQ(Text(list.GetPathAt(count - 1)), "a");
-        // A list that was full may have grown all the same.
+        // A list that was full may have grown nevertheless.
         EXPECT_LE(allocations.Live(), count == 10 ? 1u : 0u);
       });
   EXPECT_GE(failures, count == 10 ? 2 : 1);

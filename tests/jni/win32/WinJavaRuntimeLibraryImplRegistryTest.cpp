@@ -1,5 +1,5 @@
-// The real registry. This process sees a key of its own in the place of HKEY_LOCAL_MACHINE, so that nothing that is
-// installed on the machine is read or changed.
+// The real registry. In this process a key of its own replaces HKEY_LOCAL_MACHINE, so that nothing that is installed on
+// the machine is read or changed.
 #include <gtest/gtest.h>
 #include <torvan/JavaRuntimeException.h>
 #include <windows.h>

@@ -1,4 +1,4 @@
-// Launches of an installed Java, as Linux has them.
+// Launches of an installed Java on Linux.
 #include <fstream>
 
 #include "jvmlauncher/JavaSystemTest.h"

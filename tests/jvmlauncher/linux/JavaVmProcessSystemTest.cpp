@@ -1,4 +1,4 @@
-// Launched processes, as Linux has them: signals, and a host that reaps or forks.
+// Launched processes on Linux: signals, and hosts that reap or fork.
 
 #include <mirel/base/IllegalArgumentException.h>
 #include <sys/wait.h>
@@ -19,7 +19,7 @@ using mirel::base::CIllegalArgumentException;
 namespace {
 
 constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-constexpr int LongMilliseconds = 60000;  // of a program that is ended before
+constexpr int LongMilliseconds = 60000;  // for a program that is ended earlier
 
 TEST_F(LaunchSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNothing) {
   const Resources before = MeasureResources();

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Reads a process's stat file after the process's name, which may hold anything.
+// Whether the process is a zombie of ours. Its stat file is read from after the name on, which may contain anything.
 bool IsZombieOfOurs(const fs::path& process) {
   std::ifstream file(process / "stat");
   const std::string stat{std::istreambuf_iterator<char>(file), {}};
@@ -36,7 +36,7 @@ Resources MeasureResources() {
     if (isProcess && IsZombieOfOurs(entry.path())) ++resources.zombies;
   }
 #if !defined(__SANITIZE_ADDRESS__)
-  // The address sanitizer keeps what was freed, and finds leaks by itself.
+  // The address sanitizer does not reuse freed memory at once, and finds leaks by itself.
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
     if (line.compare(0, 7, "VmData:") == 0) resources.memory = std::stol(line.substr(7));

@@ -1,4 +1,4 @@
-// What the launcher makes of a location's status and of its path, each by itself.
+// How the launcher uses a location's status and its path, one independent of the other.
 
 #include <gtest/gtest.h>
 #include <mirel/base/IllegalArgumentException.h>
@@ -19,7 +19,7 @@ using Place::Location;
 
 namespace {
 
-// The file-location library of this program answers as its locations are written: "status:path".
+// In this program's file-location library a location is written as its answer: "status:path".
 struct Row {
   const char* name;
   const RX::UniChar* location;

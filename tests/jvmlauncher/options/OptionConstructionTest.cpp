@@ -1,4 +1,4 @@
-// What the options accept, in which order they check it, and what they hold then.
+// What the options accept, in which order they check it, and what they contain then.
 
 #include <mirel/base/IllegalArgumentException.h>
 #include <mirel/util/NoSuchElementException.h>

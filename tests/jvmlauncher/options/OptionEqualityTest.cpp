@@ -28,7 +28,7 @@ static_assert(sizeof(CNonStandardOption) == sizeof(CJarOption) && sizeof(CDirect
               "one text");
 static_assert(sizeof(CSystemPropertyOption) == sizeof(void*) + 2 * sizeof(mirel::base::CUnicodeString), "two texts");
 
-// A class of its own below an option, with its own record.
+// A class derived from an option, with a record of its own.
 class CSpecialDirectOption : public CDirectOption {
  public:
   using CDirectOption::CDirectOption;

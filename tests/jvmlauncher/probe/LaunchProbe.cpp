@@ -1,8 +1,8 @@
-// A program that stands in for Java: it writes down how it was started, waits and ends as its environment says.
+// A program in the place of Java. It reports how it was started, then waits and ends as its environment says.
 //
 // LAUNCH_PROBE_REPORT        the file to write: on Windows the raw command line, then every argument after the
 //                            program's name, each UTF-8 and ended by a zero
-// LAUNCH_PROBE_MILLISECONDS  how long to wait after that; then an empty file named after it, with ".done", follows
+// LAUNCH_PROBE_MILLISECONDS  how long to wait after that; then it makes an empty file, the report's name with ".done"
 // LAUNCH_PROBE_SIGNAL        the signal to raise then, if there is one
 // LAUNCH_PROBE_EXIT          the exit code
 
@@ -29,7 +29,7 @@ long Number(const char* name) {
 int main(int count, char** arguments) {
   const char* const report = std::getenv("LAUNCH_PROBE_REPORT");
   if (report != nullptr) {
-    // Under another name first: whoever sees the report sees all of it.
+    // Under another name first, so that the report is complete when it appears.
     const std::string unfinished = std::string(report) + ".unfinished";
     std::ofstream file(unfinished, std::ios::binary);
     for (const std::string& fact : Facts(count, arguments)) file << fact << '\0';

@@ -23,7 +23,7 @@ TEST_F(NothingInstalledTest, IsRefusedAndLeaksNothing) {
   };
   const Failure refused = Throws<CJavaVmLauncherException>("jvmlauncher/JavaVmLauncherImplWin", 204,
                                                            "There is no installed Java VM on the current system.");
-  // The first time lets the system make what it keeps.
+  // The first time, the system may allocate what it then keeps.
   EXPECT_EQ(provoke(), refused);
   const Resources before = MeasureResources();
   {

@@ -1,4 +1,4 @@
-// Launches of an installed Java, as Windows has them.
+// Launches of an installed Java on Windows.
 #include "jvmlauncher/JavaSystemTest.h"
 
 namespace tests {

@@ -1,4 +1,4 @@
-// Launched processes, as Windows has them.
+// Launched processes on Windows: 32-bit exit codes, and the registry's view for 32-bit programs.
 
 #include <torvan/JavaVmLauncherException.h>
 

@@ -12,8 +12,8 @@ namespace tests {
 
 namespace {
 
-// Where the system does not count handles (Wine answers 0), the number of a new one tells: the lowest free one is
-// used.
+// Where the system does not count handles (it answers 0), the number of a new handle is the count: the lowest free one
+// is used.
 long CountHandles() {
   DWORD count = 0;
   if (GetProcessHandleCount(GetCurrentProcess(), &count) && count != 0) return static_cast<long>(count);

@@ -31,7 +31,7 @@ class ChildTest : public testing::Test {
     return started;
   }
 
-  // Waits for the end, gives the exit code and releases the handle.
+  // Waits for the end, releases the handle and returns the exit code.
   unsigned int Finish(const torvan::platform::StartedProcess& started) {
     EXPECT_EQ(0u, system.WaitFor(started.process, 0xFFFFFFFF));
     unsigned int code = 0xFFFFFFFF;
@@ -44,7 +44,7 @@ class ChildTest : public testing::Test {
     return Finish(Start(arguments, inheritHandles));
   }
 
-  // Starts a child that nobody holds any more while it still runs; ends it later.
+  // Starts a child and releases its handle while it runs; ends the child later.
   unsigned int StartAndRelease() {
     const torvan::platform::StartedProcess started = Start("run");
     system.ReleaseHandle(started.process);

@@ -9,7 +9,7 @@
 
 namespace tests {
 
-// A fixture that stands beside the test program.
+// A fixture beside the test program.
 inline std::string FixturePath(const std::string& name) {
   return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / name).string();
 }

@@ -204,7 +204,7 @@ TEST_F(JavaRuntimesTest, AHostWithoutADebugStreamIsToldNothing) {
   EXPECT_EQ("", debugOut.Text());
 }
 
-// The registry of Windows has no longer names, and whoever enumerates has no room for them.
+// The registry of Windows has no longer names, and callers that enumerate have no room for them.
 TEST_F(JavaRuntimesTest, AVersionThatIsTooLongForTheNameOfAKeyHidesNoOther) {
   AddRuntime(folder, "long", "1." + std::string(253, '0'), false);
   AddRuntime(folder, "longer", "1." + std::string(254, '0'), false);

@@ -53,7 +53,7 @@ void PrintTo(const Registration& registration, std::ostream* stream) { *stream <
 
 class HostEpollTest : public HostDescriptorsTest, public testing::WithParamInterface<Registration> {};
 
-// Whatever descriptor the library might remember, it is one of the host's sets now.
+// Any descriptor number that the library might have kept is now one of the host's epoll sets.
 TEST_P(HostEpollTest, IsNeitherReadNorClosed) {
   struct Set {
     int epoll;

@@ -161,7 +161,7 @@ pid_t ForkAs(unsigned int id) {
 TEST_F(HostProcessesTest, HasAChildOfItsOwnUnderTheNumberOfOneThatItReaped) {
   const StartedProcess started = Start("exit 5");
   EXPECT_EQ(static_cast<pid_t>(started.processId), waitpid(static_cast<pid_t>(started.processId), nullptr, 0));
-  usleep(50000);  // start times are told in steps of 10 milliseconds
+  usleep(50000);  // start times have a resolution of 10 milliseconds
   const pid_t own = ForkAs(started.processId);
   if (own == 0) {
     pause();

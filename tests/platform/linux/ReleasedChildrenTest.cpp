@@ -1,4 +1,4 @@
-// What becomes of children that nobody holds.
+// How children are reaped whose handles were released.
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>

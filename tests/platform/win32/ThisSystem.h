@@ -1,12 +1,11 @@
-// What differs between the systems where tests differ by nothing else. The build has the folder of one system on the
-// include path.
+// Constants that differ between systems. The build has the folder of one system on the include path.
 #pragma once
 
 namespace tests {
 
 constexpr bool OnWindows = true;
 
-// Of two values the one for this system; the first is the value on Windows.
+// Returns the one of two values that is for this system; the first is for Windows.
 template <typename T>
 constexpr T OnThisSystem(T windows, T) {
   return windows;

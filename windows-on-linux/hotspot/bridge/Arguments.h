@@ -7,13 +7,13 @@
 
 namespace hotspot {
 
-// The types of a descriptor's parameters, a letter each: "(I[JLjava/lang/String;)V" gives "ILL".
+// The types of a descriptor's parameters, a letter each: "ILL" for "(I[JLjava/lang/String;)V".
 std::vector<char> ParameterTypes(const char* descriptor);
 
 // Keeps what GetMethodID was asked for; calls name the method by its ID alone.
 void RememberMethod(jmethodID method, const char* descriptor);
 
-// The arguments behind a list of Windows, which holds each in 8 bytes. Ends the process when the method's ID did not
+// The arguments in a va_list of Windows, which has 8 bytes for each. Ends the process when the method's ID did not
 // come from this bridge.
 class Arguments {
  public:

@@ -22,7 +22,7 @@ struct Same<Member> {
   }
 };
 
-// Hands a call of a Java method on to its form with an array, which is the member. Before the method's ID stands its
+// Forwards a call of a Java method to its form with an array, which is the member. Before the method's ID is its
 // object or class, or both.
 template <auto Member>
 struct Variable;

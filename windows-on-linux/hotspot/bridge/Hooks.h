@@ -1,4 +1,4 @@
-// The hooks that a host gives in the VM's start options.
+// The hooks among the VM's start options.
 #pragma once
 
 #include <jni.h>

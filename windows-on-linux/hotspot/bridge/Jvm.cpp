@@ -1,4 +1,4 @@
-// The functions that jvm.dll exports. The VM behind them is that of the JDK whose home folder the environment variable
+// The functions that jvm.dll exports. Their VM is that of the JDK whose home folder the environment variable
 // HOTSPOT_HOME names; without it, of the JDK that the tests were built with.
 #include <dlfcn.h>
 #include <jni.h>

@@ -20,7 +20,7 @@ using namespace mirel::base;
 using mirel::base::win::CWinSystemErrorException;
 using mirel::util::CNoSuchElementException;
 
-// An object whose class is what the test says.
+// An object of the class that the test chooses.
 class Thing : public CObject {
  public:
   explicit Thing(const CClass* type) : m_type(type) {}

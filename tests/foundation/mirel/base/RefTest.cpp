@@ -129,7 +129,7 @@ TEST_F(RefTest, AssignmentOfAnEmptyReferenceDropsTheObject) {
   EXPECT_TRUE(ref == CNull());
 }
 
-// Looks, while it is deleted, at the reference that is being assigned.
+// Reads, in its destructor, the reference that is being assigned.
 struct Witness : CBase {
   explicit Witness(const void*& seen) : m_seen(seen) {}
   ~Witness() {
@@ -212,7 +212,7 @@ TEST_F(RefTest, DeletesThroughTheVirtualDestructorWhereThereIsOne) {
   EXPECT_THAT(Counted::tally.destroyed, ElementsAre(7));
 }
 
-// A class of a host that takes its memory from elsewhere.
+// A class of a host, with an allocator of its own.
 struct HostsOwn {
   static inline int live = 0;
   static void* operator new(std::size_t size) {
@@ -240,7 +240,7 @@ TEST_F(RefTest, AVirtualDestructorBringsItsOwnDeleteAlong) {
   EXPECT_EQ(HostsOwn::live, 0);
 }
 
-// A class with virtual functions whose destructor is none of them, as that of a started program.
+// A class with virtual functions but no virtual destructor, as CJavaVmProcess is.
 struct Plain : CBase {
   virtual int Value() const { return counted.Value(); }
   Counted counted{9};

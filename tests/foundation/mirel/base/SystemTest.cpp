@@ -14,7 +14,7 @@ namespace {
 
 using mirel::base::CSystem;
 
-// Asked before main, while static objects are made; Flush fails hard on a stream that is not there yet.
+// Runs before main, while static objects are made; Flush crashes if the stream does not exist yet.
 mirel::io::CPrintStream* const s_streamBeforeMain = [] {
   CSystem::debugOut->Flush();
   return CSystem::debugOut;

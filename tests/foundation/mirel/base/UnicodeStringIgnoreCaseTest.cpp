@@ -11,7 +11,7 @@ namespace {
 
 using mirel::base::CUnicodeString;
 
-// Each capital letter stands at the place of its small one.
+// Each capital letter has the index of its small one.
 const struct {
   const char* name;
   WideText capitals;

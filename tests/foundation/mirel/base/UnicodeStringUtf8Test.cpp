@@ -55,7 +55,7 @@ const Row s_rows[] = {
     {"a zero inside", TextOf({'a', 0, 'b'}), std::string("a\0b", 3)},
 };
 
-// The longest beginning of `utf8` in whole characters that leaves room for a zero.
+// The longest prefix of `utf8` in whole characters that leaves room for a zero.
 std::string CutTo(const std::string& utf8, std::size_t size) {
   std::size_t length = utf8.size() < size ? utf8.size() : size - 1;
   while (length < utf8.size() && (utf8[length] & 0xC0) == 0x80) --length;

@@ -1,4 +1,4 @@
-// What every container test watches.
+// What every container test checks.
 #pragma once
 
 #include "foundation/mirel/util/Counted.h"
@@ -17,7 +17,7 @@ namespace tests {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Counts blocks and elements; when a test ends, every block is given back and every element destroyed.
+// Counts blocks and elements. At the end of a test every block must be freed and every element destroyed.
 class ContainerTest : public ::testing::Test {
  protected:
   ContainerTest() { Counted::tally = {}; }

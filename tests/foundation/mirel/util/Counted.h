@@ -6,7 +6,7 @@
 
 namespace tests {
 
-// What has been done with all elements since the last Reset; whom to throw for.
+// What happened to all elements since the last Reset, and which of them throws.
 struct Tally {
   int constructed = 0;
   int copied = 0;

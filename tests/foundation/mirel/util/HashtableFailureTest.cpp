@@ -26,7 +26,7 @@ TEST_F(HashtableFailureTest, EveryPutThatFailsLeavesTheContents) {
     unsigned int line;
     unsigned int buckets;
   };
-  // The 76th key: first the new buckets are taken, then the entry.
+  // The 76th key: first the new buckets are allocated, then the entry.
   for (const Failing& failing : {Failing{1, "mirel/util/Hashtable", 649, 101}, Failing{2, nullptr, 0, 203}}) {
     SCOPED_TRACE(failing.allocation);
     Table table(HashOfKey, 101, 0.75f);
@@ -66,7 +66,7 @@ TEST_F(HashtableFailureTest, ATableThatNoNumberOfBucketsGivesRoomDoesNotGrow) {
   for (const float loadFactor : {1e-10f, std::numeric_limits<float>::denorm_min()}) {
     SCOPED_TRACE(loadFactor);
     Table table(HashOfKey, 101, loadFactor);
-    allocations.Fail(5);  // should it grow in spite of that
+    allocations.Fail(5);  // if it grew nevertheless
     EXPECT_EQ(FailureOf([&] { Fill(table, 1, 1); }), Throws<CMemoryException>("mirel/util/Hashtable", 649, nullptr));
     EXPECT_EQ(allocations.Made(), 0);
     EXPECT_EQ(FieldsOf<TableFields>(table).bucketCount, 101u);
@@ -75,7 +75,7 @@ TEST_F(HashtableFailureTest, ATableThatNoNumberOfBucketsGivesRoomDoesNotGrow) {
 }
 
 TEST_F(HashtableFailureTest, ABucketCountThatWouldWrapAroundThrows) {
-  // No machine of today has so many buckets; the fields are written instead, and only the first bucket is used.
+  // No machine has room for so many buckets, so the fields are written instead, and only the first bucket is used.
   Table table(HashOfKey, 1, 1);
   Fill(table, 0, 1);
   const auto real = FieldsOf<TableFields>(table);

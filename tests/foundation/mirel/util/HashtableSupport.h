@@ -1,4 +1,4 @@
-// Hash tables of counted values under keys whose hash is seen and counted.
+// Hash tables of counted values; each call of a key's hash is counted.
 #pragma once
 
 #include "foundation/mirel/util/ContainerTest.h"
@@ -8,7 +8,7 @@
 
 namespace tests {
 
-// A key that is told its hash: keys with the same number are equal.
+// A key with a hash of the test's choice. Keys with the same number are equal.
 struct Key {
   int number;
   int hash;

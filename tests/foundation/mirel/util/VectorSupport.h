@@ -17,7 +17,7 @@ struct VectorFields {
   unsigned int increment;
 };
 
-// Makes a vector with no room to spare but to the next increment; the tally then knows of the elements only.
+// Makes a vector whose capacity is its size rounded up to the increment. The counts start with its elements.
 inline CVector<Counted> VectorOf(const std::vector<int>& values, unsigned int increment) {
   CVector<Counted> vector(0, increment);
   for (int value : values) vector.Add(value);
@@ -25,7 +25,7 @@ inline CVector<Counted> VectorOf(const std::vector<int>& values, unsigned int in
   return vector;
 }
 
-// A vector of a size that no machine of today fills: its fields are written, and there are no elements.
+// A vector of a size that no machine can fill: only its fields are written, there are no elements.
 class FullVector {
  public:
   FullVector(unsigned int size, unsigned int increment) : m_empty(FieldsOf<VectorFields>(m_vector)) {
