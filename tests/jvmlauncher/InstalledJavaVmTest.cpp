@@ -65,27 +65,28 @@ TEST_F(InstalledJavaVmTest, AsksBothSourcesInOrderAndClosesWhatItOpened) {
 
   const std::string first = "Software\\JavaSoft\\Java Runtime Environment";
   const std::string second = "Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment";
-  EXPECT_THAT(m_system.Log(),
-              ElementsAre("OpenKey(HKLM, " + first + ", 0x20019)",                                       //
-                          "EnumerateKey(" + first + ", 0, 256)",                                         //
-                          "OpenKey(" + first + ", 1.6, 0x20019)",                                        //
-                          "QueryValue(" + first + "\\1.6, JavaHome, 1024)",                              //
-                          "QueryValue(" + first + "\\1.6, RuntimeLib, 1024)",                            //
-                          "FileAttributes(" + OnThisSystem("C:\\jre64\\jvm.dll)", "/jre64/libjvm.so)"),  //
-                          "FileAttributes(" + OnThisSystem("C:\\jre64\\bin\\java.exe)", "/jre64/bin/java)"),
-                          "CloseKey(" + first + "\\1.6)",                     //
-                          "EnumerateKey(" + first + ", 1, 256)",              //
-                          "CloseKey(" + first + ")",                          //
-                          "OpenKey(HKLM, " + second + ", 0x20019)",           //
-                          "EnumerateKey(" + second + ", 0, 256)",             //
-                          "OpenKey(" + second + ", 1.5, 0x20019)",            //
-                          "QueryValue(" + second + "\\1.5, JavaHome, 1024)",  //
-                          "QueryValue(" + second + "\\1.5, RuntimeLib, 1024)",
-                          "FileAttributes(" + OnThisSystem("C:\\jre32\\jvm.dll)", "/jre32/libjvm.so)"),
-                          "FileAttributes(" + OnThisSystem("C:\\jre32\\bin\\java.exe)", "/jre32/bin/java)"),
-                          "CloseKey(" + second + "\\1.5)",         //
-                          "EnumerateKey(" + second + ", 1, 256)",  //
-                          "CloseKey(" + second + ")"));
+  EXPECT_THAT(
+      m_system.Log(),
+      ElementsAre("OpenKey(HKLM, " + first + ", 0x20019)",                                                    //
+                  "EnumerateKey(" + first + ", 0, 256)",                                                      //
+                  "OpenKey(" + first + ", 1.6, 0x20019)",                                                     //
+                  "QueryValue(" + first + "\\1.6, JavaHome, 1024)",                                           //
+                  "QueryValue(" + first + "\\1.6, RuntimeLib, 1024)",                                         //
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre64\\jvm.dll)", "/jre64/libjvm.so)"),  //
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre64\\bin\\java.exe)", "/jre64/bin/java)"),
+                  "CloseKey(" + first + "\\1.6)",                     //
+                  "EnumerateKey(" + first + ", 1, 256)",              //
+                  "CloseKey(" + first + ")",                          //
+                  "OpenKey(HKLM, " + second + ", 0x20019)",           //
+                  "EnumerateKey(" + second + ", 0, 256)",             //
+                  "OpenKey(" + second + ", 1.5, 0x20019)",            //
+                  "QueryValue(" + second + "\\1.5, JavaHome, 1024)",  //
+                  "QueryValue(" + second + "\\1.5, RuntimeLib, 1024)",
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre32\\jvm.dll)", "/jre32/libjvm.so)"),
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre32\\bin\\java.exe)", "/jre32/bin/java)"),
+                  "CloseKey(" + second + "\\1.5)",         //
+                  "EnumerateKey(" + second + ", 1, 256)",  //
+                  "CloseKey(" + second + ")"));
 }
 
 TEST_F(InstalledJavaVmTest, ASourceThatCannotBeOpenedIsPassedOver) {

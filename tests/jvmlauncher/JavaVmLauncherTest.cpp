@@ -154,8 +154,8 @@ TEST_F(JavaVmLauncherTest, TheListHasRoomForTenRuntimesAndGrowsByFive) {
 TEST_F(JavaVmLauncherTest, TheWindowedProgramIsStartedUnseen) {
   InstallOne();
   const CJavaVmLauncher launcher(RX_TEXT("1.6"));
-  EXPECT_THAT(m_system.Log(),
-              testing::Contains("FileAttributes(" + OnThisSystem("/jre\\bin\\java.exe", "/jre/bin/java") + ")"));
+  EXPECT_THAT(m_system.Log(), testing::Contains(std::string("FileAttributes(") +
+                                                OnThisSystem("/jre\\bin\\java.exe", "/jre/bin/java") + ")"));
   EXPECT_THAT(m_system.Log(), testing::Not(testing::Contains(testing::HasSubstr("javaw"))));
   EXPECT_EQ(ChosenFor("1.6"), OnThisSystem("/jre\\bin\\javaw.exe", "/jre/bin/java"));
 }

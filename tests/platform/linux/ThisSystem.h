@@ -5,10 +5,7 @@ namespace tests {
 
 constexpr bool OnWindows = false;
 
-// Returns the one of two values that is for this system; the first is for Windows.
-template <typename T>
-constexpr T OnThisSystem(T, T other) {
-  return other;
-}
+// Returns the one of two texts that is for this system; the first is for Windows.
+constexpr const char* OnThisSystem(const char*, const char* other) { return other; }
 
 }  // namespace tests

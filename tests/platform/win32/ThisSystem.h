@@ -5,10 +5,7 @@ namespace tests {
 
 constexpr bool OnWindows = true;
 
-// Returns the one of two values that is for this system; the first is for Windows.
-template <typename T>
-constexpr T OnThisSystem(T windows, T) {
-  return windows;
-}
+// Returns the one of two texts that is for this system; the first is for Windows.
+constexpr const char* OnThisSystem(const char* windows, const char*) { return windows; }
 
 }  // namespace tests
