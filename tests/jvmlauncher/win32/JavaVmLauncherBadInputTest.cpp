@@ -1,9 +1,9 @@
 // A launcher without any registered Java.
-#include "jvmlauncher/JavaVmLauncherBadInputTest.h"
-
 #include <torvan/JavaVmLauncherException.h>
 
 #include "fakes/Allocations.h"
+#include "fakes/Failure.h"
+#include "jvmlauncher/LaunchSystemTest.h"
 #include "jvmlauncher/Resources.h"
 
 namespace tests {
