@@ -89,7 +89,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
 }
 #pragma GCC visibility pop
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -194,4 +194,4 @@ TEST(FailingSystemTest, KillingEndsTheProgramWhateverFails) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests
