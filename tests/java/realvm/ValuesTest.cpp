@@ -118,6 +118,16 @@ TEST_F(ValuesTest, IntegersGoByWidthAndSign) {
   }
 }
 
+TEST_F(ValuesTest, AByteIsItsBits) {
+  static constexpr StaticMethod<jlong(jlong)> SameLong{"fixture/Values", "same"};
+  for (const int bits : {0, 1, 0x7F, 0x80, 0xFF}) {
+    const auto byte = static_cast<std::byte>(bits);
+    EXPECT_EQ(Back(byte), byte);
+    EXPECT_EQ(SeenAs(byte), "byte " + std::to_string(bits < 0x80 ? bits : bits - 0x100));
+  }
+  EXPECT_EQ(SameLong(std::byte{0xFF}), -1);  // what Java makes of it
+}
+
 TEST_F(ValuesTest, BooleansAreOneBitOfAByte) {
   for (const bool value : {false, true}) {
     EXPECT_EQ(Back(value), value);
