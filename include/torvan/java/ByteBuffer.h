@@ -9,8 +9,8 @@
 
 namespace torvan::java {
 
-// The order in which numbers are read from bytes. What Java makes is big-endian until it is told otherwise, also on
-// machines that are not.
+// The order in which numbers are read from bytes. A buffer is big-endian until its order is set, also on machines
+// that are not.
 enum class ByteOrder { BigEndian, LittleEndian };
 
 // The order of this machine, in which C++ writes its numbers.

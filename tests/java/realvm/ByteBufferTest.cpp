@@ -28,6 +28,7 @@ constexpr StaticMethod<void(Ref<Buffer>, jbyte)> Fill{Fixture, "fill"};
 constexpr StaticMethod<jint(Ref<ByteBuffer>, jint)> GetInt{Fixture, "getInt"};
 constexpr StaticMethod<void(Ref<ByteBuffer>, jint, double)> PutDouble{Fixture, "putDouble"};
 constexpr StaticMethod<Local<ByteBuffer>(jint, bool)> Direct{Fixture, "direct"};
+constexpr StaticMethod<Local<ByteBuffer>(jint)> Passing{Fixture, "passing"};
 constexpr StaticMethod<Local<ByteBuffer>(jint)> Heap{Fixture, "heap"};
 constexpr StaticMethod<Local<ByteBuffer>(Ref<ByteBuffer>, jint)> Slice{Fixture, "slice"};
 constexpr StaticMethod<void(Ref<ByteBuffer>)> Keep{Fixture, "keep"};
@@ -76,12 +77,25 @@ TEST_F(ByteBufferTest, MemoryGoesToJavaAndBackWithoutACopy) {
   Keep(nullptr);
 }
 
-TEST_F(ByteBufferTest, AViewKeepsTheBufferAndMayBeUsedElsewhere) {
-  std::optional<BufferView<std::byte>> view;
-  view.emplace(Direct(1 << 20, false));
-  CollectGarbage();
-  std::thread([view] { view->At(5) = std::byte{77}; }).join();
-  EXPECT_EQ(view->At(5), std::byte{77});
+TEST_F(ByteBufferTest, AViewKeepsTheBuffer) {
+  java::Weak<ByteBuffer> weak;
+  {
+    const BufferView view = ViewOf([&] {
+      Local<ByteBuffer> buffer = Passing(1 << 20);
+      weak = java::Weak<ByteBuffer>(buffer);
+      return buffer;
+    }());
+    CollectGarbage();
+    EXPECT_TRUE(weak.Lock());
+  }
+  for (int i = 0; i < 20 && weak.Lock(); ++i) CollectGarbage();
+  EXPECT_FALSE(weak.Lock());
+}
+
+TEST_F(ByteBufferTest, AViewMayBeUsedElsewhere) {
+  const BufferView view = ViewOf(Direct(100, false));
+  std::thread([view] { view.At(5) = std::byte{77}; }).join();
+  EXPECT_EQ(view.At(5), std::byte{77});
 }
 
 TEST_F(ByteBufferTest, NumbersHaveTheOrderThatIsSaid) {

@@ -30,14 +30,14 @@ class TORVAN_JAVA_VISIBLE NullElement : public Misuse {
 // Lengths as JNI counts. Throws Misuse for one that no Java array has.
 jsize ArraySize(std::size_t size);
 
-// A new array as JNI gives it, tested. Throws Error and std::bad_alloc.
+// Returns the new array that JNI has made. Throws Error and std::bad_alloc where it has made none.
 jobject NewArrayOf(JNIEnv* env, jobject made);
 jobject NewObjects(JNIEnv* env, std::size_t size, jclass type);
 
 // Sets an element. Throws Error where the array takes no such object.
 void SetElement(JNIEnv* env, jobject array, jsize index, jobject element);
 
-// Gives the elements of an array one by one as owned local references. Throws NullElement unless null is allowed.
+// An element of an array, as a new local reference. Throws NullElement unless null is allowed.
 jobject GetElement(JNIEnv* env, jobject array, jsize index, bool hasNull);
 
 template <typename T>

@@ -1,4 +1,4 @@
-// What Java's iterators give, as C++ values.
+// What Java's iterators return, as C++ values.
 #pragma once
 
 #include <torvan/java/Method.h>
@@ -28,7 +28,7 @@ struct ObjectValue {
   using Taken = std::conditional_t<isNumber, std::optional<Value>, Value>;
   static constexpr bool isGood = Row<Value>::Letter != 0 && Row<Value>::IsResult;
 
-  // Calls a method without arguments that gives it.
+  // Calls a method without arguments that returns it.
   template <typename Owner>
   static Value Of(const Method<Owner, Taken()>& method, const Ref<Owner>& object, const char* name) {
     Taken taken = method(object);
