@@ -103,7 +103,7 @@ void CheckAgents(const std::vector<std::string>& options, const fs::path& home) 
 }
 
 void CheckHeap(const std::vector<std::string>& options) {
-  constexpr unsigned long long Least = 2 * 1024 * 1024;
+  constexpr unsigned long long Least = 2ULL * 1024 * 1024;
   const HeapSize initial = LastSize(options, {"-Xms", "-XX:InitialHeapSize="});
   const HeapSize maximum = LastSize(options, {"-Xmx", "-XX:MaxHeapSize="});
   if (maximum.option != nullptr) {

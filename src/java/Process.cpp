@@ -13,13 +13,19 @@ using detail::Running;
 
 namespace {
 
+// Never destroys what it holds.
+union Kept {
+  std::shared_ptr<Running> running;
+  ~Kept() {}
+};
+
 // A process that is forked has only the memory of what it would let go of.
 void LetGo(std::shared_ptr<Running> running) noexcept {
   if (!running) return;
   if (running->IsOwn()) {
     running->Abandon();
   } else {
-    new std::shared_ptr<Running>(std::move(running));
+    const Kept kept{std::move(running)};
   }
 }
 

@@ -84,7 +84,7 @@ VmOptions::VmOptions(const VmSettings& settings, const fs::path& library)
     if (name.empty() || name.find('=') != std::string::npos) {
       throw StartFailure("java/VmOptions", __LINE__, "\"" + name + "\" is no name of a system property");
     }
-    m_texts.push_back("-D" + name + "=" + value);
+    m_texts.emplace_back("-D").append(name).append("=").append(value);
   }
   AddAgents(settings);
   for (const std::string& what : settings.m_verbose) m_texts.push_back("-verbose:" + what);
@@ -105,15 +105,17 @@ void VmOptions::AddAgents(const VmSettings& settings) {
   for (const auto& [agent, options] : settings.m_agents) {
     const bool isArchive = agent.extension() == ".jar";
     const char* const kind = isArchive ? "-javaagent:" : agent.has_parent_path() ? "-agentpath:" : "-agentlib:";
-    m_texts.push_back(kind + ToText(agent) + (options.empty() ? "" : "=" + options));
+    std::string& text = m_texts.emplace_back(kind + ToText(agent));
+    if (!options.empty()) text.append("=").append(options);
   }
 }
 
 void VmOptions::Check() const {
   for (const std::string& text : m_texts) {
     if (text.empty() || text.find('\0') != std::string::npos) {
-      throw StartFailure("java/VmOptions", __LINE__,
-                         "An option of the Java VM is empty or has a NUL in it: \"" + std::string(text.c_str()) + "\"");
+      throw StartFailure(
+          "java/VmOptions", __LINE__,
+          "An option of the Java VM is empty or has a NUL in it: \"" + text.substr(0, text.find('\0')) + "\"");
     }
   }
   detail::CheckAgents(m_texts, m_home);

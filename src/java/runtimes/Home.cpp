@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* ReleaseName = "release";
-constexpr std::size_t MostOfRelease = 256 * 1024;  // real ones have up to 15 KB
+constexpr std::size_t MostOfRelease = std::size_t{256} * 1024;  // real ones have up to 15 KB
 constexpr const char* VmKinds[] = {"server", "client", "j9vm", "zero", "minimal"};
 
 // Empty when there is none.
@@ -21,7 +21,7 @@ fs::path FindLibrary(const Machine& machine, const fs::path& home) {
   const Layout& layout = UsualLayout();
   for (const char* folder : layout.libraryFolders) {
     for (const char* kind : VmKinds) {
-      const fs::path library = home / folder / kind / layout.libraryName;
+      fs::path library = home / folder / kind / layout.libraryName;
       if (machine.IsFile(library)) return library;
     }
   }

@@ -12,7 +12,7 @@ struct Jni;
   template <>                                                                                                        \
   struct Jni<letter> {                                                                                               \
     using Type = type;                                                                                               \
-    static type& In(jvalue& value) { return value.member; }                                                          \
+    static Type& In(jvalue& value) { return value.member; }                                                          \
     static type Call(JNIEnv* env, jobject object, jmethodID id, const jvalue* values) {                              \
       return env->Call##Name##MethodA(object, id, values);                                                           \
     }                                                                                                                \

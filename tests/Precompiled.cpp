@@ -1,0 +1,1 @@
+// A program without tests: the headers that all test programs share are compiled with it.
