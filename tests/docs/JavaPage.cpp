@@ -10,6 +10,9 @@ struct Collection { static constexpr char JavaName[] = "java/util/Collection"; }
 struct List { static constexpr char JavaName[] = "java/util/List"; using Super = Collection; };
 struct ArrayList { static constexpr char JavaName[] = "java/util/ArrayList"; using Super = List; };
 struct Point { static constexpr char JavaName[] = "java/awt/Point"; };
+struct Comparator { static constexpr char JavaName[] = "java/util/Comparator"; };
+struct Iterator { static constexpr char JavaName[] = "java/util/Iterator"; };
+struct Consumer { static constexpr char JavaName[] = "java/util/function/Consumer"; };
 
 constexpr java::StaticMethod<jint(jint, jint)> Max{"java/lang/Math", "max"};
 constexpr java::StaticMethod<jint(std::string_view)> ParseInt{"java/lang/Integer", "parseInt"};
@@ -19,6 +22,8 @@ constexpr java::Method<Collection, jint()> Size{"size"};
 constexpr java::Method<List, bool(java::Ref<java::Object>)> Add{"add"};
 constexpr java::Method<List, std::string(jint)> GetText{"get", "(I)Ljava/lang/Object;"};
 constexpr java::StaticField<jint> Largest{"java/lang/Integer", "MAX_VALUE"};
+constexpr java::Method<List, void(java::Ref<Comparator>)> Sort{"sort"};
+constexpr java::Method<Iterator, void(java::Ref<Consumer>)> ForEachRemaining{"forEachRemaining"};
 
 // A type of the host's own, by one specialisation.
 struct Money { jlong cents; };
@@ -36,6 +41,24 @@ namespace {
 void ConvertValues() {
   const Money sum = AddMoney(Money{40}, Money{2});
   std::printf("%d %s\n", static_cast<int>(sum.cents), GetProperty("no.such").value_or("none").c_str());
+}
+
+void SortByAFunction() {
+  const auto list = NewList(4);
+  for (const char* const word : {"pear", "fig", "apple"}) Add(list, word);
+  Sort(list, [](std::string_view left, std::string_view right) { return left.compare(right); });
+  std::printf("%s\n", GetText(list, 0).c_str());
+}
+
+void ImplementAnInterface() {
+  int next = 0;
+  const auto numbers = java::Implement<Iterator>()
+                           .On("hasNext", [&] { return next < 3; })
+                           .On("next", [&] { return std::optional<jint>(++next); })
+                           .New();
+  jint sum = 0;
+  ForEachRemaining(numbers, [&](jint number) { sum += number; });  // a default method of Java's
+  std::printf("%d\n", static_cast<int>(sum));
 }
 
 void CallAStaticMethod(const CJavaVm& vm) {
@@ -123,6 +146,8 @@ int main() {
   const java::Vm owner = java::StartVm(java::VmSettings());
   const CJavaVm vm = owner.Handle();
   ConvertValues();
+  SortByAFunction();
+  ImplementAnInterface();
   CallAStaticMethod(vm);
   MakeAnObject(vm);
   ReadAText(vm);

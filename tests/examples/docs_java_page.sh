@@ -5,6 +5,8 @@
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 
 expect 'Java' 0 '42 none
+apple
+6
 4 4
 1 1
 the same

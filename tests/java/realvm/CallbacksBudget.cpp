@@ -6,7 +6,7 @@
 
 #include "java/HandlerBytes.h"
 #include "java/realvm/Fixtures.h"
-#include "java/realvm/Measuring.h"
+#include "java/realvm/Measure.h"
 
 namespace javatest {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "java/realvm/Fixtures.h"
-#include "java/realvm/Measuring.h"
+#include "java/realvm/Measure.h"
 
 namespace javatest {
 namespace {
@@ -25,10 +25,6 @@ constexpr Method<Budget, jint(jint)> Inc{"inc"};
 constexpr Field<Budget, jint> TheField{"field"};
 constexpr Method<Budget, Local<Object>()> Self{"self"};
 constexpr Method<Budget, jint(std::string_view)> Length{"length"};
-
-void Check(JNIEnv* env) {
-  if (env->ExceptionCheck() != JNI_FALSE) std::abort();
-}
 
 void Run(int rounds) {
   const java::Vm vm = java::StartVm(FixtureSettings());

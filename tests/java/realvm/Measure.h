@@ -1,4 +1,4 @@
-// How budgets are measured: interleaved rounds of several ways, medians of the ratios of a round.
+// Several ways to do one thing, measured against each other.
 #pragma once
 
 #include <torvan/jni/JniTypes.h>
@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
 
 namespace javatest {
 
-// Where results go, so that they are made.
 inline volatile jint sink;
 
 struct Way {
@@ -55,6 +55,10 @@ std::function<void(int)> Loop(Step step) {
   return [step](int times) {
     for (int i = 0; i < times; ++i) step(i);
   };
+}
+
+inline void Check(JNIEnv* env) {
+  if (env->ExceptionCheck() != JNI_FALSE) std::abort();
 }
 
 }  // namespace javatest
