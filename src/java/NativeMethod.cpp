@@ -59,6 +59,7 @@ class TestedFunction final : public Callback {
 // A function that is bound, as long as the class that it is bound in.
 struct NativeBinding final : OwnedByJava {
   ~NativeBinding() override {
+    if (slot == nullptr) return;  // there was none for it
     const std::lock_guard<std::mutex> guard(SlotsLock());
     if (slot->binding.load(std::memory_order_relaxed) == this) slot->binding.store(nullptr, std::memory_order_relaxed);
   }

@@ -1,7 +1,9 @@
 // Tags and members of what calls C++ in the tests.
 #pragma once
 
-#include "java/realvm/OneVm.h"
+#include <string>
+
+#include "java/realvm/Fixtures.h"
 
 namespace javatest {
 

@@ -7,7 +7,8 @@
 #include <string>
 #include <thread>
 
-#include "java/realvm/CallbackTags.h"
+#include "java/realvm/Counted.h"
+#include "java/realvm/OneVm.h"
 
 namespace javatest {
 namespace {
@@ -33,21 +34,6 @@ std::size_t ResidentKibibytes() {
     if (line.rfind("VmRSS:", 0) == 0) return std::stoul(line.substr(6));
   }
   return 0;
-}
-
-// Counts the functions that hold one.
-struct Counted {
-  explicit Counted(std::atomic<int>& counter) : count(&counter) { ++counter; }
-  Counted(const Counted& other) : count(other.count) { ++*count; }
-  Counted& operator=(const Counted&) = delete;
-  ~Counted() { --*count; }
-  std::atomic<int>* count;
-};
-
-// Whether the count comes down to it, while Java collects.
-bool ComesDownTo(const std::atomic<int>& count, int wanted) {
-  for (int i = 0; i < 500 && count > wanted; ++i) Collect();
-  return count == wanted;
 }
 
 TEST_F(CallbackThreadsTest, EightThreadsOfJavasMakeAMillionCalls) {

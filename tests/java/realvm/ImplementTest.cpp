@@ -4,6 +4,7 @@
 #include <string>
 
 #include "java/realvm/CallbackTags.h"
+#include "java/realvm/OneVm.h"
 
 namespace javatest {
 namespace {

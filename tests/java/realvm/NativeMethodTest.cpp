@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "java/realvm/CallbackTags.h"
+#include "java/realvm/OneVm.h"
 
 namespace javatest {
 namespace {
