@@ -1,4 +1,4 @@
-// Counts the references that the calling thread's JNI makes and deletes, on a real VM.
+// Counts the references that the calling thread's JNI makes and deletes, on a real VM, and lets what makes one fail.
 #pragma once
 
 #include <torvan/jni/JniTypes.h>
@@ -15,11 +15,15 @@ class CountedReferences {
   explicit CountedReferences(JNIEnv* env) : m_env(env) {
     s_real = env->functions;
     s_locals = s_globals = 0;
+    s_untilFailure = 0;
     m_table = *s_real;
     // clang-format off
-    Wrap<&Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectArray, &Jni::NewLocalRef,
+    Wrap<true, &Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectArray, &Jni::NewLocalRef,
+         &Jni::NewBooleanArray, &Jni::NewByteArray, &Jni::NewCharArray, &Jni::NewShortArray, &Jni::NewIntArray,
+         &Jni::NewLongArray, &Jni::NewFloatArray, &Jni::NewDoubleArray, &Jni::NewDirectByteBuffer,
          &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
-         &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectArrayElement, &Jni::GetObjectClass,
+         &Jni::GetObjectArrayElement, &Jni::GetIntArrayElements, &Jni::GetPrimitiveArrayCritical>();
+    Wrap<false, &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectClass,
          &Jni::GetSuperclass, &Jni::FindClass, &Jni::ExceptionOccurred, &Jni::GetMethodID, &Jni::GetStaticMethodID,
          &Jni::GetFieldID, &Jni::GetStaticFieldID,
          &Jni::CallVoidMethodA, &Jni::CallBooleanMethodA, &Jni::CallIntMethodA, &Jni::CallLongMethodA,
@@ -60,6 +64,11 @@ class CountedReferences {
   CountedReferences& operator=(const CountedReferences&) = delete;
   ~CountedReferences() { m_env->functions = s_real; }
 
+  // Lets the n-th call from now, counted from 1, that needs memory of Java's throw an OutOfMemoryError.
+  static void FailAt(int call) { s_untilFailure = call; }
+  // Whether that call has come.
+  static bool HasFailed() { return s_untilFailure == 0; }
+
   // How many more there are than at the start.
   int Locals() const { return s_locals; }
   int Globals() const { return s_globals; }
@@ -68,15 +77,21 @@ class CountedReferences {
   using Jni = JNINativeInterface_;
 
   // While the VM runs Java, the JDK's own native methods use the same table, and theirs end with them.
-  template <auto Slot, typename Function>
+  template <bool MayFail, auto Slot, typename Function>
   struct Wrapper;
-  template <auto Slot, typename R, typename... A>
-  struct Wrapper<Slot, R (JNICALL* Jni::*)(JNIEnv*, A...)> {
+  template <bool MayFail, auto Slot, typename R, typename... A>
+  struct Wrapper<MayFail, Slot, R (JNICALL* Jni::*)(JNIEnv*, A...)> {
     static R JNICALL Call(JNIEnv* env, A... arguments) {
       const Inside inside;
-      if constexpr (std::is_convertible_v<R, jobject>) {
+      if constexpr (std::is_pointer_v<R>) {
+        if (MayFail && s_depth == 1 && s_untilFailure != 0 && --s_untilFailure == 0) {
+          jclass const type = s_real->FindClass(env, "java/lang/OutOfMemoryError");
+          s_real->ThrowNew(env, type, "as the test wants");
+          s_real->DeleteLocalRef(env, type);
+          return nullptr;
+        }
         const R made = (s_real->*Slot)(env, arguments...);
-        if (made != nullptr && s_depth == 1) ++s_locals;
+        if (std::is_convertible_v<R, jobject> && made != nullptr && s_depth == 1) ++s_locals;
         return made;
       } else {
         return (s_real->*Slot)(env, arguments...);
@@ -87,15 +102,16 @@ class CountedReferences {
     Inside() { ++s_depth; }
     ~Inside() { --s_depth; }
   };
-  template <auto... Slot>
+  template <bool MayFail, auto... Slot>
   void Wrap() {
-    ((m_table.*Slot = &Wrapper<Slot, decltype(Slot)>::Call), ...);
+    ((m_table.*Slot = &Wrapper<MayFail, Slot, decltype(Slot)>::Call), ...);
   }
 
   static inline const Jni* s_real = nullptr;
   static inline int s_depth = 0;
   static inline int s_locals = 0;
   static inline int s_globals = 0;
+  static inline int s_untilFailure = 0;
   static inline std::vector<int> s_frames;
 
   JNIEnv* m_env;

@@ -1,9 +1,8 @@
 // Calls leave no reference, whatever comes of them.
-#include <functional>
 #include <string>
 
-#include "java/realvm/CountedReferences.h"
 #include "java/realvm/MembersTags.h"
+#include "java/realvm/NothingLeft.h"
 
 namespace javatest {
 namespace {
@@ -21,39 +20,7 @@ struct Values {
   static constexpr char JavaName[] = "fixture/Values";
 };
 
-class NothingIsLeftTest : public RealVmTest {
- protected:
-#ifdef _WIN32
-  void SetUp() override {
-    const CountedReferences counted(java::detail::Env());
-    const Local<java::String> text = java::NewString("text");
-    if (counted.Locals() != 1) GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
-  }
-#endif
-
-  // Classes and IDs that are found on the way are kept, so that the first time does not count.
-  static void ExpectNothing(const std::function<void()>& operation, int rounds = 3) {
-    operation();
-    const CountedReferences counted(java::detail::Env());
-    for (int i = 0; i < rounds; ++i) operation();
-    EXPECT_EQ(counted.Locals(), 0);
-    EXPECT_EQ(counted.Globals(), 0);
-  }
-
-  // The same of one that has to throw.
-  template <typename Operation>
-  static void ExpectNothingOfThrowing(Operation operation) {
-    ExpectNothing([&] {
-      bool thrown = false;
-      try {
-        operation();
-      } catch (const java::Failure&) {
-        thrown = true;
-      }
-      EXPECT_TRUE(thrown);
-    });
-  }
-};
+class NothingIsLeftTest : public NothingLeftTest {};
 
 constexpr StaticMethod<std::string(std::string_view)> Same{"fixture/Values", "same"};
 constexpr StaticMethod<Local<Object>(Ref<Object>)> SameObject{"fixture/Values", "same"};

@@ -1,0 +1,68 @@
+// Tests that an operation leaves no reference, whatever comes of it.
+#pragma once
+
+#include <functional>
+
+#include "java/realvm/CountedReferences.h"
+#include "java/realvm/OneVm.h"
+
+namespace javatest {
+
+class NothingLeftTest : public RealVmTest {
+ protected:
+#ifdef _WIN32
+  void SetUp() override {
+    const CountedReferences counted(java::detail::Env());
+    const java::Local<java::String> text = java::NewString("text");
+    if (counted.Locals() != 1) GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
+  }
+#endif
+
+  // Classes and IDs that are found on the way are kept, so that the first time does not count.
+  static void ExpectNothing(const std::function<void()>& operation, int rounds = 3) {
+    operation();
+    const CountedReferences counted(java::detail::Env());
+    for (int i = 0; i < rounds; ++i) operation();
+    EXPECT_EQ(counted.Locals(), 0);
+    EXPECT_EQ(counted.Globals(), 0);
+  }
+
+  // The same of one, each of whose steps fails in turn: once the first, then the second, until it succeeds.
+  template <typename Operation>
+  static void ExpectNothingWhereverItFails(Operation operation, int atLeast) {
+    operation();
+    int failures = 0;
+    for (bool hasFailed = true; hasFailed; ++failures) {
+      const CountedReferences counted(java::detail::Env());
+      CountedReferences::FailAt(failures + 1);
+      bool thrown = false;
+      try {
+        operation();
+      } catch (const java::Error& error) {
+        thrown = true;
+        EXPECT_STREQ(error.what(), "java.lang.OutOfMemoryError: as the test wants");
+      }
+      hasFailed = CountedReferences::HasFailed();
+      EXPECT_EQ(thrown, hasFailed) << "step " << failures;
+      EXPECT_EQ(counted.Locals(), 0) << "step " << failures;
+      EXPECT_EQ(java::detail::Env()->ExceptionCheck(), JNI_FALSE) << "step " << failures;
+    }
+    EXPECT_GT(failures, atLeast);
+  }
+
+  // The same of one that has to throw.
+  template <typename Operation>
+  static void ExpectNothingOfThrowing(Operation operation) {
+    ExpectNothing([&] {
+      bool thrown = false;
+      try {
+        operation();
+      } catch (const java::Failure&) {
+        thrown = true;
+      }
+      EXPECT_TRUE(thrown);
+    });
+  }
+};
+
+}  // namespace javatest
