@@ -66,31 +66,30 @@ TEST_F(CallbackThreadsTest, AFunctionOnAThreadOfJavasCallsJava) {
 
 // Goes down to zero through Java and back.
 struct Nested {
-  jint operator()(jint depth) const { return depth == 0 ? 0 : Nest(*self, depth - 1) + 1; }
-  std::shared_ptr<Global<IntOperator>> self = std::make_shared<Global<IntOperator>>();
+  jint operator()(jint depth) const { return depth == 0 ? 0 : Nest(self->Lock(), depth - 1) + 1; }
+  std::shared_ptr<java::Weak<IntOperator>> self = std::make_shared<java::Weak<IntOperator>>();
 };
 
-std::shared_ptr<Global<IntOperator>> NewNested() {
+Global<IntOperator> NewNested() {
   const Nested nested;
-  *nested.self = Global<IntOperator>(Implement<IntOperator>().On("applyAsInt", nested).New());
-  return nested.self;
+  const Global<IntOperator> made(Implement<IntOperator>().On("applyAsInt", nested).New());
+  *nested.self = java::Weak<IntOperator>(made);
+  return made;
 }
 
 TEST_F(CallbackThreadsTest, AThousandCallsDeepOnAThreadWithTheStackForIt) {
-  const auto nested = NewNested();
-  std::thread([&] { EXPECT_EQ(Nest(*nested, 1000), 1000); }).join();
-  EXPECT_EQ(NestInThread(*nested, 1000, 64 << 20), "1000");
-  nested->Reset();
+  const Global<IntOperator> nested = NewNested();
+  std::thread([&] { EXPECT_EQ(Nest(nested, 1000), 1000); }).join();
+  EXPECT_EQ(NestInThread(nested, 1000, 64 << 20), "1000");
 }
 
 TEST_F(CallbackThreadsTest, StackThatRunsOutIsJavasError) {
-  const auto nested = NewNested();
-  EXPECT_EQ(NestInThread(*nested, 1000000, 1 << 20), "java.lang.StackOverflowError");
+  const Global<IntOperator> nested = NewNested();
+  EXPECT_EQ(NestInThread(nested, 1000000, 1 << 20), "java.lang.StackOverflowError");
   std::thread([&] {
-    EXPECT_EQ(WhatOf<Error>([&] { Nest(*nested, 1000000); }), "java.lang.StackOverflowError");
-    EXPECT_EQ(Nest(*nested, 10), 10);
+    EXPECT_EQ(WhatOf<Error>([&] { Nest(nested, 1000000); }), "java.lang.StackOverflowError");
+    EXPECT_EQ(Nest(nested, 10), 10);
   }).join();
-  nested->Reset();
 }
 
 TEST_F(CallbackThreadsTest, AFunctionGoesWithItsObject) {
