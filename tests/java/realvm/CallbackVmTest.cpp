@@ -4,6 +4,10 @@
 #include <fstream>
 #include <thread>
 
+#ifndef _WIN32
+#include <dlfcn.h>
+#endif
+
 #include "java/realvm/Counted.h"
 #include "java/realvm/OwnProcess.h"
 
@@ -87,6 +91,25 @@ TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
     }
     for (int i = 0; i < 10; ++i) Collect();
     EXPECT_EQ(count, 100);
+  });
+#endif
+}
+
+// As a library of the host's has one, and another library another one.
+TEST(CallbackVmTest, TwoCopiesOfTheLayerInOneVm) {
+#ifdef _WIN32
+  GTEST_SKIP() << "left to Linux, where the library is that joins the VM of a program of Java's own";
+#else
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
+    void* const library = dlopen(TORVAN_TEST_JOINED, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    const auto join = reinterpret_cast<jstring (*)(JNIEnv*, jclass, jint)>(dlsym(library, "Java_fixture_Joined_join"));
+    const Local<java::Class> type = java::FindClass("fixture/Joined");
+    const auto text = java::Adopt<java::String>(join(java::detail::Env(), static_cast<jclass>(type.Get()), 7));
+    EXPECT_EQ(java::ToText(text), "7 by a call, Z\xC3\xBCrich, ends: no");
+    EXPECT_EQ(Nest([](jint x) { return 3 * x; }, 14), 42);
   });
 #endif
 }

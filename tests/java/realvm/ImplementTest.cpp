@@ -77,10 +77,20 @@ TEST_F(ImplementTest, MixedManyAndNoArguments) {
               })
           .On("sum", [](jlong a, jint b, jshort c, jbyte d, char16_t e) { return a + b + c + d + e; })
           .On("made", [](jint number) { return NewInteger(number); })
+          .On("all",
+              [](Ref<Object> a, Ref<Object> b, Ref<Object> c, Ref<Object> d, Ref<Object> e, Ref<Object> f,
+                 Ref<Object> g, Ref<Object> h, Ref<Object> i, Ref<Object> j, Ref<Object> k, Ref<Object> l,
+                 Ref<Object> m, Ref<Object> n, Ref<Object> o, Ref<Object> p, Ref<Object> q, Ref<Object> r,
+                 Ref<Object> s, Ref<Object> t, jlong u, double v) {
+                std::string text;
+                for (const auto& each : {a, b, c, d, e, f, g, h, i, j, k, l, m, n, o, p, q, r, s, t})
+                  text += ToString(each);
+                return text + std::to_string(u) + std::to_string(v).substr(0, 3);
+              })
           .On("count", [](Ref<Objects> values) {
             return java::detail::Env()->GetArrayLength(static_cast<jarray>(values.Get()));
           });
-  EXPECT_EQ(CallMany(implementation), "5five0.5[1, 2]1099511627776 1099511627905 3 3");
+  EXPECT_EQ(CallMany(implementation), "5five0.5[1, 2]1099511627776 1099511627905 3 3 tsrqponmlkjihgfedcba50.5");
   EXPECT_EQ(nothings, 1);
 }
 
@@ -139,6 +149,30 @@ TEST_F(ImplementTest, NumbersAsObjectsOfGenericInterfaces) {
 TEST_F(ImplementTest, MethodsThatAGenericInterfaceAndItsOverridingOneHave) {
   EXPECT_EQ(Generic([](std::string_view value) { return std::string(value) + "!"; }, [] { return "name"; }),
             "a!b!namename");
+  const Local<Shout> shout = Implement<Shout>().On("apply", [](std::string value) { return value; }).New();
+  EXPECT_THAT(ThrownByFunction(java::Cast<Function>(shout), NewInteger(1)),
+              testing::StartsWith(
+                  "java.lang.ClassCastException: class java.lang.Integer cannot be cast to class java.lang.String"));
+}
+
+struct Both {
+  static constexpr char JavaName[] = "fixture/Callbacks$Both";
+  using Super = Function;
+};
+
+TEST_F(ImplementTest, MethodsThatTwoInterfacesHaveAndNoBridge) {
+  constexpr StaticMethod<std::string(Ref<Both>, Ref<Object>)> applied{
+      Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+  EXPECT_EQ(applied([](std::string value) { return value + "!"; }, "a"), "a!");
+  const Local<Both> both =
+      Implement<Both>()
+          .On(
+              "apply", [](std::string_view) { return "called"; }, "(Ljava/lang/String;)Ljava/lang/String;")
+          .New();
+  EXPECT_EQ(Applied(both, "a"), "called");
+  EXPECT_EQ(java::Call<std::string>(both, "apply", "a"), "called");
+  EXPECT_EQ(ThrownByFunction(both, NewInteger(1)),
+            "java.lang.ClassCastException: Cannot cast java.lang.Integer to java.lang.String");
 }
 
 TEST_F(ImplementTest, DefaultsRunUnlessAFunctionIsGiven) {
