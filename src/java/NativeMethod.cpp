@@ -44,6 +44,7 @@ class TestedFunction final : public Callback {
   jlong Call(JNIEnv* env, const FromJava& given, const char* name) override {
     for (const auto& [index, type] : m_tests) {
       const Local<Class> wanted = type.Lock();
+      CheckPending(env);
       jobject const object = ObjectOf(given.At(index, m_count));
       if (object != nullptr && wanted) RequireInstance(env, object, static_cast<jclass>(wanted.Get()));
     }
@@ -81,7 +82,10 @@ std::pair<std::size_t, const void*> TakeSlot(JNIEnv* env, NativeBinding& binding
     const auto* const other = static_cast<const NativeBinding*>(slots.slots[i].binding.load(std::memory_order_relaxed));
     if (other == nullptr) {
       if (taken == slots.count) taken = i;
-    } else if (other->member == binding.member && env->IsSameObject(other->type.Lock().Get(), type) != JNI_FALSE) {
+    } else if (other->member == binding.member) {
+      const Local<Class> its = other->type.Lock();
+      CheckPending(env);
+      if (env->IsSameObject(its.Get(), type) == JNI_FALSE) continue;
       taken = i;
       break;
     }

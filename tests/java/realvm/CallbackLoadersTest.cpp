@@ -82,10 +82,10 @@ TEST_F(CallbackLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
 
 TEST_F(CallbackLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
-  std::vector<Local<java::Class>> types;
+  std::vector<java::Global<java::Class>> types;
   const auto bindAll = [&] {
     for (int i = 0; i < 65; ++i) {
-      types.push_back(CopyOf("fixture.Natives"));
+      types.emplace_back(CopyOf("fixture.Natives"));
       native.In(types.back()).Bind([](jint, jlong, double) { return 0; });
     }
   };

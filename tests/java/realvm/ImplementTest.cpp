@@ -113,7 +113,7 @@ TEST_F(ImplementTest, AFunctionGoesWhereAFunctionalInterfaceIsWanted) {
     return a.compare(b);
   };
   EXPECT_EQ(ToString(Sorted(function, texts)), "[c, b, a]");
-  jint (*const pointer)(Ref<Object>, Ref<Object>) = [](Ref<Object> a, Ref<Object> b) {
+  jint (*const pointer)(Ref<Object>, Ref<Object>) = [](Ref<Object> a, Ref<Object> b) -> jint {
     return ToString(a) < ToString(b) ? -1 : 1;
   };
   EXPECT_EQ(ToString(Sorted(pointer, texts)), "[c, b, a]");
@@ -160,10 +160,18 @@ struct Both {
   using Super = Function;
 };
 
+struct BothOtherwise {
+  static constexpr char JavaName[] = "fixture/Callbacks$BothOtherwise";
+  using Super = Function;
+};
+
 TEST_F(ImplementTest, MethodsThatTwoInterfacesHaveAndNoBridge) {
   constexpr StaticMethod<std::string(Ref<Both>, Ref<Object>)> applied{
       Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
   EXPECT_EQ(applied([](std::string value) { return value + "!"; }, "a"), "a!");
+  constexpr StaticMethod<std::string(Ref<BothOtherwise>, Ref<Object>)> otherwise{
+      Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+  EXPECT_EQ(otherwise([](Ref<Object> value) { return ToString(value) + "!"; }, "a"), "a!");
   const Local<Both> both =
       Implement<Both>()
           .On(
