@@ -37,7 +37,7 @@ build=build/$preset
 scripts/setup.sh "$preset"
 
 log=$(mktemp)
-trap 'rm -f "$log"; cmake/wine-run --stop "$build/wine-java"' EXIT
+trap 'rm -f "$log"; windows-on-linux/wine-run --stop "$build/wine-java"' EXIT
 echo "demo: configuring"
 cmake --preset "$preset" >"$log" 2>&1 || { cat "$log"; fail "the build cannot be configured"; }
 echo "demo: building the library and the examples"
@@ -47,13 +47,13 @@ run() { # run PROGRAM [ARGUMENT]...
   if [ "$system" = linux ]; then
     "$@"
   else
-    cmake/wine-run "$build/wine-java" "$@" | tr -d '\r'
+    windows-on-linux/wine-run "$build/wine-java" "$@" | tr -d '\r'
   fi
 }
 
 if [ "$system" = windows ]; then
   echo "demo: installing a Java runtime under Wine"
-  tests/windows/hotspot/install-java cmake/wine-run "$build/wine-java" "$build/tests/windows/hotspot/java" >"$log" 2>&1 ||
+  windows-on-linux/hotspot/install-java windows-on-linux/wine-run "$build/wine-java" "$build/windows-on-linux/hotspot/java" >"$log" 2>&1 ||
     { cat "$log"; fail "the Java runtime cannot be installed"; }
   echo "demo: what the registry says of it"
   run reg query 'HKLM\Software\JavaSoft\Java Runtime Environment' /v CurrentVersion | sed '/^$/d'

@@ -28,7 +28,7 @@ folder=$(mktemp -d)
 cleanup() {
   rm -rf "$folder"
   for target in "${targets[@]}"; do
-    [[ $target != windows-* ]] || cmake/wine-run --stop "build/$target/wine"
+    [[ $target != windows-* ]] || windows-on-linux/wine-run --stop "build/$target/wine"
   done
 }
 trap cleanup EXIT

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what building and testing needs and is not there yet: setup.sh
-# [linux|linux-clang|linux-asan|linux-tsan|linux-fuzz|windows-mingw|windows-msvc-abi]...
+# [linux|linux-asan|linux-tsan|linux-fuzz|windows-mingw|windows-msvc-abi]...
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -39,11 +39,11 @@ need googletest test -f /usr/src/googletest/CMakeLists.txt
 for target in "${targets[@]}"; do
   case $target in
     linux) need clang-format-14 command -v clang-format-14 ;;
-    linux-clang)
+    linux-asan)
       need clang command -v clang++
       need clang-tidy command -v clang-tidy
       ;;
-    linux-asan | linux-tsan) ;;
+    linux-tsan) ;;
     linux-fuzz)
       need clang-14 test -x /usr/lib/llvm-14/bin/clang
       need libclang-rt-14-dev fuzzer_library_found
@@ -63,7 +63,7 @@ for target in "${targets[@]}"; do
       need_wine
       ;;
     *)
-      echo "setup.sh: unknown target '$target'; known are linux, linux-clang, linux-asan, linux-tsan, linux-fuzz," \
+      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, linux-tsan, linux-fuzz," \
         "windows-mingw and windows-msvc-abi" >&2
       exit 2
       ;;

@@ -23,7 +23,7 @@ log=$(mktemp)
 cleanup() {
   rm -f "$log"
   for target in "${targets[@]}"; do
-    for prefix in wine wine-java; do cmake/wine-run --stop "build/$target/$prefix"; done
+    for prefix in wine wine-java; do windows-on-linux/wine-run --stop "build/$target/$prefix"; done
   done
 }
 trap cleanup EXIT

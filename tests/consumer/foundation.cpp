@@ -1,4 +1,4 @@
-// Uses the base libraries alone. Exit code 0: all is as it should be.
+// Uses the base libraries alone. The exit code is 0 when everything works.
 #include <mirel/Mirel.h>
 #include <mirel/base/UnicodeString.h>
 #include <place/Location.h>

@@ -1,5 +1,5 @@
-// Uses the installed torvan::java as a host does. Where a runtime is found, a VM is started. Exit code 0 when all is
-// well.
+// Uses the installed torvan::java as a host does. Starts a VM when it finds a runtime. The exit code is 0 when
+// everything works.
 #include <torvan/Java.h>
 
 #include <cstdio>

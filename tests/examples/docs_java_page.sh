@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Runs the programs of the page on torvan::java and compares what they print: docs_java_page.sh PROGRAM [WINE-RUN PREFIX
-# JAVA-PREFIX]
+# Runs the programs of the page on torvan::java and compares what they print: docs_java_page.sh PROGRAM [RUNNERS]
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 

@@ -1,17 +1,23 @@
 # shellcheck shell=bash
-# What the scripts that run an example share, to be sourced: expect.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
-# A Windows program is run in one Wine prefix or the other; there is Java in JAVA-PREFIX only. Leaves `folder`, which
-# goes with the script, and `windows`, whether the program is one of Windows.
+# What the scripts that run an example share, to be sourced:
+#   expect.sh PROGRAM [-- RUNNER... -- RUNNER-WITHOUT-JAVA...]
+# RUNNER runs a program of another system than this one, where it finds Java; the second, where it finds none. Leaves
+# `folder`, which goes with the script, and `windows`, whether the program is one of Windows.
 set -uo pipefail
 
 program=$1
 windows=false
 runner=()
+runner_without_java=()
+# shellcheck disable=SC2034
+[[ $program != *.exe ]] || windows=true
 if [ $# -gt 1 ]; then
-  # shellcheck disable=SC2034
-  windows=true
-  runner=("$2" "$4")
-  runner_without_java=("$2" "$3")
+  shift 2
+  while [ "$1" != -- ]; do
+    runner+=("$1")
+    shift
+  done
+  runner_without_java=("${@:2}")
 fi
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT

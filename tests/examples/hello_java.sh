@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the README's first example and compares what it prints: hello_java.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
+# Runs the README's first example and compares what it prints: hello_java.sh PROGRAM [RUNNERS]
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Runs the example that hosts Java and compares what it prints: host_java.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
+# Runs the example that hosts Java and compares what it prints: host_java.sh PROGRAM [RUNNERS]
+# TORVAN_TEST_LIBJVM is the library of a Java VM.
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 
@@ -18,12 +19,6 @@ expect 'missing library' 2 'host_java: Java Runtime library not found\. .*nowher
   --runtime "$folder/nowhere" "$folder/text.txt"
 expect 'library that is none' 2 'host_java: Java Runtime library not found\. .* should be the VM library .*' \
   --runtime "$folder/no-library" "$folder/text.txt"
-
-if $windows; then
-  library='C:\Program Files\Java\jre\bin\client\jvm.dll'
-else
-  library="$(dirname "$(dirname "$(readlink -f "$(command -v java)")")")/lib/server/libjvm.so"
-fi
 
 java='Java       [0-9.]+.*, .* VM\nFound in   /.*'
 # The error and what was printed before it reach a file in either order.
@@ -48,7 +43,7 @@ Caught     torvan::jni::CJavaVmException: Failed to get the method id of the get
 Cleared    java\.lang\.NoSuchMethodError: .*getClass.*
 Reason     the text has 18 words, fewer than 1000000000' --language de-DE "$folder/text.txt"
 expect 'an empty text' 0 "$any\nWords      0\n$any" "$folder/empty.txt"
-expect 'a given library' 0 "$any\nWords      18\n$any" --runtime "$library" "$folder/text.txt"
+expect 'a given library' 0 "$any\nWords      18\n$any" --runtime "$TORVAN_TEST_LIBJVM" "$folder/text.txt"
 expect 'the default text' 0 "$any\nWords      [0-9,]+\n$any"
 if hide_java; then
   expect 'no Java' 2 'host_java: There is not any Sun JRE installed in the current system\. Install a Java runtime.*' \

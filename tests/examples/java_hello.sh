@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the README's first host and compares what it prints: java_hello.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
+# Runs the README's first host and compares what it prints: java_hello.sh PROGRAM [RUNNERS]
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the example on an SQL database twice and compares what it prints, the count of its runs kept in a file:
-# java_sql.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]. TORVAN_H2 is the database's jar, TORVAN_DRIVE the machine's drive.
+# java_sql.sh PROGRAM [RUNNERS]. TORVAN_H2 is the database's jar, TORVAN_DRIVE the machine's drive.
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the example that launches Java and compares what it prints: launch_java.sh PROGRAM CLASS-FOLDER [WINE-RUN PREFIX JAVA-PREFIX]
+# Runs the example that launches Java and compares what it prints: launch_java.sh PROGRAM CLASS-FOLDER [RUNNERS]
 # The class folder holds LaunchProbe.
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$1" "${@:3}"

@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
-# Runs the example that lists runtimes, on folders made up here: list_runtimes.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
+# Runs the example that lists runtimes, on folders made up here: list_runtimes.sh PROGRAM [RUNNERS]
+# TORVAN_DRIVE is the machine's drive.
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 
 if $windows; then
-  drive=Z: library=bin/server/jvm.dll java=bin/java.exe compiler=bin/javac.exe
+  library=bin/server/jvm.dll java=bin/java.exe compiler=bin/javac.exe
   header=MZ$(printf '\\0%.0s' {1..58})'\x40\0\0\0PE\0\0'
   own=$header'\x64\x86' foreign=$header'\x64\xAA'
 else
-  drive='' library=lib/server/libjvm.so java=bin/java compiler=bin/javac
+  library=lib/server/libjvm.so java=bin/java compiler=bin/javac
   header='\x7FELF\x02\x01\0\0\0\0\0\0\0\0\0\0\x03\0'
   own=$header'\x3E\0' foreign=$header'\xB7\0'
 fi
@@ -23,14 +24,14 @@ home() {
 
 # shown PATH: what is printed for a path of this machine, as a regular expression.
 shown() {
-  local path=$drive$1
+  local path=$TORVAN_DRIVE$1
   $windows && path=${path//\//\\}
   printf '\\Q%s\\E' "$path"
 }
 
 mkdir "$folder/java"
 all=$(shown "$folder/java")
-expect 'an empty folder' 1 'No Java runtime was found\.' "$drive$folder/java"
+expect 'an empty folder' 1 'No Java runtime was found\.' "$TORVAN_DRIVE$folder/java"
 home old 1.8.0_391 '' "$own"
 home new 17.0.9 'Maker Söhne' "$own"
 touch "$folder/java/new/$compiler"
@@ -42,14 +43,14 @@ expect 'a table' 0 "  VERSION    KIND  CPU     VENDOR       HOME +FOUND IN
 
 Refused:
   $other
-    its VM library is for aarch64, and this program for x86_64 \\($all\\)" "$drive$folder/java"
+    its VM library is for aarch64, and this program for x86_64 \\($all\\)" "$TORVAN_DRIVE$folder/java"
 expect 'a wrong command line' 2 'usage: list_runtimes \[FOLDER\]' --all
 expect 'too many folders' 2 'usage: list_runtimes \[FOLDER\]' a b
 expect 'a folder that is not there' 1 "No Java runtime was found\\.
 
 Refused:
-  \\Q$drive$folder/nowhere\\E
-    [^\\n]+ \\(\\Q$drive$folder/nowhere\\E\\)" "$drive$folder/nowhere"
+  \\Q$TORVAN_DRIVE$folder/nowhere\\E
+    [^\\n]+ \\(\\Q$TORVAN_DRIVE$folder/nowhere\\E\\)" "$TORVAN_DRIVE$folder/nowhere"
 
 if $windows; then
   expect 'the machine' 1 "No Java runtime was found\\.$any"

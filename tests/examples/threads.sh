@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the example with threads and compares what it prints: threads.sh PROGRAM [WINE-RUN PREFIX JAVA-PREFIX]
+# Runs the example with threads and compares what it prints: threads.sh PROGRAM [RUNNERS]
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 

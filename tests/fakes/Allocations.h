@@ -9,11 +9,11 @@
 #include <map>
 #include <vector>
 
-namespace fakes {
+namespace tests {
 
-// Stands in for the root allocator while it lives. One at a time.
-// A block is full of one byte when it is taken and of another when it is given back, so that what is read too early or
-// too late is neither zero nor what was right before.
+// Replaces the root allocator while it lives. One at a time.
+// A new block is filled with one byte and a freed one with another, so that a read too early or too late finds neither
+// zeros nor the right contents.
 class Allocations {
  public:
   static constexpr unsigned char Fresh = 0xCD;
@@ -33,21 +33,21 @@ class Allocations {
   Allocations(const Allocations&) = delete;
   Allocations& operator=(const Allocations&) = delete;
 
-  // Lets the n-th allocation from now fail, 1 being the next; 0 lets none fail.
+  // Makes the n-th allocation from now fail, 1 being the next; with 0 none fails.
   void Fail(int n) {
     s_made = 0;
     s_failing = n;
     s_taken.clear();
   }
-  // Tells whether the allocation that was to fail was asked for.
+  // Whether the allocation that was to fail has been requested.
   bool HasFailed() const { return s_failing != 0 && s_made >= s_failing; }
 
-  // How many blocks taken since this was made are not given back.
+  // How many blocks allocated since this was made are not freed.
   std::size_t Live() const { return s_live.size(); }
   int Made() const { return s_made; }
-  // The bytes that were last asked for.
+  // The size of the last request, in bytes.
   std::size_t LastSize() const { return s_size; }
-  // The blocks taken since this was made or the last Fail(), in order, those given back since included.
+  // The blocks allocated since this was made or since the last Fail(), in order, including freed ones.
   const std::vector<Block>& Taken() const { return s_taken; }
 
  private:
@@ -78,8 +78,8 @@ class Allocations {
 };
 
 // Runs `operation` with its 1st, 2nd, 3rd ... allocation failing until one run needs no more; calls `afterFailure`
-// after each that failed, with the number of the allocation and the watch. The operation itself catches and judges what
-// it throws. Gives the number of failing runs.
+// after each that failed, with the number of the allocation and the watch. The operation itself catches and checks what
+// it throws. Returns the number of failing runs.
 template <typename Operation, typename AfterFailure>
 int FailEachAllocation(Operation&& operation, AfterFailure&& afterFailure) {
   Allocations allocations;
@@ -94,4 +94,4 @@ int FailEachAllocation(Operation&& operation, AfterFailure&& afterFailure) {
   }
 }
 
-}  // namespace fakes
+}  // namespace tests

@@ -1,6 +1,6 @@
 #include "fakes/CallLog.h"
 
-namespace fakes {
+namespace tests {
 
 void NoteCall(CallLog& log, const char* name, const std::vector<std::string>& arguments) {
   std::string text = std::string(name) + "(";
@@ -8,4 +8,4 @@ void NoteCall(CallLog& log, const char* name, const std::vector<std::string>& ar
   log.push_back(text + ")");
 }
 
-}  // namespace fakes
+}  // namespace tests

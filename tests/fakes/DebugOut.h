@@ -7,9 +7,9 @@
 #include <string>
 #include <utility>
 
-namespace fakes {
+namespace tests {
 
-// Takes what is printed to CSystem::debugOut while it lives.
+// Collects what is printed to CSystem::debugOut while it lives.
 class DebugOut : public mirel::io::CPrintStream {
  public:
   DebugOut() : m_previous(std::exchange(mirel::base::CSystem::debugOut, this)) {}
@@ -26,4 +26,4 @@ class DebugOut : public mirel::io::CPrintStream {
   std::string m_text;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -1,4 +1,4 @@
-// What an operation throws, to be compared as a whole.
+// What an operation throws, as a value that tests compare.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,11 +10,11 @@
 #include <typeinfo>
 #include <utility>
 
-namespace fakes {
+namespace tests {
 
-constexpr unsigned int AnyLine = 0xFFFFFFFF;  // for a failure whose line is not published; it has one, though
+constexpr unsigned int AnyLine = 0xFFFFFFFF;  // for a failure whose line is not published; any line but 0 matches
 
-// The exact class, source file, line and message; a text that is not there shows as "(null)".
+// The exact class, source file, line and message; a null text shows as "(null)".
 struct Failure {
   std::type_index type = typeid(void);  // void: nothing was thrown
   std::string file;
@@ -42,7 +42,7 @@ Failure Throws(const char* file, unsigned int line, const char* message) {
   return {typeid(Exception), detail::Shown(file), line, detail::Shown(message)};
 }
 
-// Runs an operation and gives what it threw; what is no CException passes. Use:
+// Runs an operation and returns what it threw. Anything that is no CException passes through. Use:
 //   EXPECT_EQ(FailureOf([&] { vm.Detach(); }), Throws<CJavaVmException>("jni/JavaVm", 60, "..."));
 template <typename Operation>
 Failure FailureOf(Operation&& operation) {
@@ -56,4 +56,4 @@ Failure FailureOf(Operation&& operation) {
   }
 }
 
-}  // namespace fakes
+}  // namespace tests

@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace fakes {
-
+namespace tests {
 namespace {
 
 // Locals and globals of one object share its index.
@@ -95,7 +94,7 @@ void FakeJvm::AnswerStrings() {
     return static_cast<jstring>(string);
   });
   On<&Jni::GetStringChars>([this](jstring string, jboolean*) {
-    // HotSpot, too, puts a zero behind the units.
+    // HotSpot, too, appends a zero to the units.
     const std::u16string& text = At(string).text;
     std::unique_ptr<jchar[]> chars(new jchar[text.size() + 1]);
     std::copy(text.c_str(), text.c_str() + text.size() + 1, chars.get());
@@ -167,4 +166,4 @@ jthrowable FakeJvm::Throw(const FakeException& exception) {
   return m_pending;
 }
 
-}  // namespace fakes
+}  // namespace tests

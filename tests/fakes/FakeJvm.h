@@ -15,12 +15,12 @@
 
 #include "fakes/JniSlots.h"
 
-namespace fakes {
+namespace tests {
 
 using Jni = JNINativeInterface_;
 using Invocation = JNIInvokeInterface_;
 
-// A Java object as far as tests need one. Every part may be changed.
+// A Java object, with the parts that tests need. Each may be changed.
 struct FakeObject {
   std::u16string text;                     // of a string
   std::vector<jobject> elements;           // of an array
@@ -40,7 +40,7 @@ struct FakeException {
 //   FakeJvm jvm;
 //   jvm.AnswerAll();                                       // or the groups below, one by one
 //   jvm.On<&Jni::GetIntField>([](jobject, jfieldID) { return 7; });
-//   jvm.AnswerNull("GetFieldID(local:1, \"x\", \"I\")");  // this very call answers null instead
+//   jvm.AnswerNull("GetFieldID(local:1, \"x\", \"I\")");  // this call alone returns null instead
 //   EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "GetObjectClass(global:1)", ...));
 //
 // Locals count from local:1 in the order in which they are made; the global of local:5 is global:5. Scripts may throw.
@@ -53,7 +53,7 @@ class FakeJvm {
   JavaVM* Vm() { return &m_vm; }
   JNIEnv* Env() { return &m_environment; }
 
-  // Scripts a slot; the script takes the slot's arguments behind the environment and gives its result.
+  // Scripts a slot. The script takes the slot's arguments after the environment and returns its result.
   template <auto Slot, typename Script>
   void On(Script script);
   template <auto Slot, typename Result>
@@ -61,7 +61,7 @@ class FakeJvm {
     On<Slot>([result](auto...) { return result; });
   }
 
-  // Scripts groups of slots with what a sound VM answers.
+  // Scripts groups of slots as a working VM would answer.
   void AnswerAttachment();  // AttachCurrentThread, DetachCurrentThread
   void AnswerLookups();     // FindClass, GetObjectClass and the four lookups of IDs
   void AnswerGlobals();     // NewGlobalRef, DeleteGlobalRef
@@ -70,7 +70,7 @@ class FakeJvm {
   void AnswerReads();       // CallObjectMethodV, GetArrayLength, GetObjectArrayElement, from the objects' parts
   void AnswerAll();
 
-  // The call that reads so in the log answers null, zero or false without running its script: the first such call, the
+  // The call with this text in the log returns null, zero or false without running its script: the first such call, the
   // second, and so on.
   void AnswerNull(const std::string& call, unsigned int occurrence = 1);
 
@@ -112,7 +112,7 @@ class FakeJvm {
   Jni& TableOf(const Jni*) { return m_environmentTable; }
   Invocation& TableOf(const Invocation*) { return m_invocationTable; }
 
-  // Logs a call and tells whether it is to answer null.
+  // Logs a call; true if it is to return null.
   bool Enter(const std::string& call);
 
   // Adds an argument to a call's text; a variable argument list is read by the descriptor of the call's method.
@@ -148,7 +148,7 @@ class FakeJvm {
 #pragma GCC diagnostic ignored "-Wignored-attributes"
 #endif
 
-// The function that stands in a scripted slot.
+// The function in a scripted slot.
 template <auto Slot, typename Interface, typename Result, typename Self, typename... Arguments>
 struct FakeJvm::Thunk<Slot, Result (JNICALL* Interface::*)(Self*, Arguments...)> {
   using Script = std::function<Result(Arguments...)>;
@@ -184,4 +184,4 @@ void FakeJvm::On(Script script) {
 #pragma GCC diagnostic pop
 #endif
 
-}  // namespace fakes
+}  // namespace tests

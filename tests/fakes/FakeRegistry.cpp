@@ -8,7 +8,7 @@
 #include <cstring>
 #include <map>
 
-namespace fakes {
+namespace tests {
 
 using namespace torvan::platform;
 
@@ -121,7 +121,7 @@ Status FakeRegistry::Query(RegistryKey key, const std::string& name, void* buffe
   const auto found = opened->values.find(name);
   if (found == opened->values.end()) return StatusFileNotFound;
   if (found->second.failure != StatusOk) {
-    // What stands in the buffer now is nobody's text.
+    // A failed query leaves no text in the buffer.
     if (buffer != nullptr) std::memset(buffer, '*', *size);
     return found->second.failure;
   }
@@ -158,4 +158,4 @@ Status FakeRegistry::Close(RegistryKey key) {
   return StatusOk;
 }
 
-}  // namespace fakes
+}  // namespace tests

@@ -9,11 +9,11 @@
 #include "fakes/Text.h"
 #include "platform/System.h"
 
-namespace fakes {
+namespace tests {
 
 using torvan::platform::Status;
 
-// Keys below HKEY_LOCAL_MACHINE, and which of them are open. What each member does is said in FakeSystem.
+// Keys below HKEY_LOCAL_MACHINE, and which of them are open. FakeSystem says what each member does.
 class FakeRegistry {
  public:
   explicit FakeRegistry(CallLog& log);
@@ -37,10 +37,10 @@ class FakeRegistry {
   struct Key;
   struct OpenedKey;
 
-  // The key at a path below another, null when the script names none; `make` adds what is missing.
+  // The key at a path below another, or null when the script has none; `make` adds what is missing.
   Key* FindKey(Key& from, const std::string& path, bool make);
   Key& MakeKey(const std::string& path) { return *FindKey(*m_localMachine, path, true); }
-  // The scripted key that an open key stands for; a key that is not open fails the test and gives null.
+  // The scripted key of an open handle. A handle that is not open fails the test and returns null.
   Key* KeyOf(torvan::platform::RegistryKey key) const;
 
   CallLog& m_log;
@@ -48,4 +48,4 @@ class FakeRegistry {
   std::vector<std::unique_ptr<OpenedKey>> m_openKeys;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -10,9 +10,9 @@
 
 #include "fakes/FakeSystem.h"
 
-namespace fakes {
+namespace tests {
 
-// What a JNI_CreateJavaVM was given.
+// The arguments of one JNI_CreateJavaVM.
 struct InitArguments {
   jint version = 0;
   jboolean ignoreUnrecognized = JNI_FALSE;
@@ -21,7 +21,7 @@ struct InitArguments {
   std::vector<void*> extraInfos;
 };
 
-// A module of a fake system whose two entry points are scripts. One at a time; it lives as long as anybody may call it.
+// A module of a fake system whose two entry points are scripts. One at a time; it must outlive its callers.
 class FakeRuntimeLibrary {
  public:
   FakeRuntimeLibrary(FakeSystem& system, const std::string& path) {
@@ -37,10 +37,10 @@ class FakeRuntimeLibrary {
   std::function<jint(JavaVM**, void**)> create;
   std::function<jint(JavaVM**, jsize, jsize*)> list;
 
-  // What create was given, call by call.
+  // The arguments of each creation, in order.
   const std::vector<InitArguments>& Created() const { return m_created; }
 
-  // Scripts both for one VM that can be made or is there.
+  // Scripts both for one VM, which can be created or exists already.
   void Serve(JavaVM* vm, JNIEnv* env) {
     create = [=](JavaVM** vmPlace, void** envPlace) {
       *vmPlace = vm;
@@ -82,4 +82,4 @@ class FakeRuntimeLibrary {
   std::vector<InitArguments> m_created;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace fakes {
+namespace tests {
 
 using namespace torvan::platform;
 
@@ -197,4 +197,4 @@ void FakeSystem::ReleaseHandle(ProcessHandle handle) {
                   m_handles.end());
 }
 
-}  // namespace fakes
+}  // namespace tests

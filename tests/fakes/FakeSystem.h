@@ -1,4 +1,4 @@
-// An operating system that exists in the test only.
+// A scripted operating system for tests.
 #pragma once
 
 #include <map>
@@ -11,24 +11,25 @@
 #include "fakes/FakeRegistry.h"
 #include "platform/System.h"
 
-namespace fakes {
+namespace tests {
 
-// What becomes of a process that is started.
+// How a process that is started runs and ends.
 struct FakeProcess {
   static constexpr int Never = -1;
 
-  unsigned int exitCode = 0;    // the code it ends with when nobody kills it
-  int timeouts = 0;             // so many waits with a time-out it outlives; Never: only an endless wait sees its end
+  unsigned int exitCode = 0;    // its exit code unless it is killed
+  int timeouts = 0;             // how many waits with a time-out it outlives; Never: only an endless wait sees its end
   unsigned int waitResult = 0;  // other than WaitEnded: the answer to every wait
   bool exitCodeFails = false;   // asking for the exit code fails
-  bool hasThreadHandle = true;  // starting it gives a handle of its first thread
+  bool hasThreadHandle = true;  // starting it returns a handle of its first thread
   unsigned int processId = 0;   // 0: 1001, 1002 ... in the order of starting
 };
 
 // A scripted System that remembers what it was asked.
-// What no script names is not there, as on a real system: keys and values answer StatusFileNotFound, modules and
-// symbols null, files NoFileAttributes, processes do not start. A handle that is not open fails the test. Script and
-// log are UTF-8. Key and value names compare without regard to case; keys are enumerated in the order of the script.
+// Whatever the script does not name does not exist, as on a real system: keys and values answer StatusFileNotFound,
+// modules and symbols null, files NoFileAttributes, processes do not start. A handle that is not open fails the test.
+// Script and log are UTF-8. Key and value names compare without regard to case; keys are enumerated in the order of the
+// script.
 class FakeSystem : public torvan::platform::System {
  public:
   FakeSystem();
@@ -62,10 +63,11 @@ class FakeSystem : public torvan::platform::System {
   void AddDirectory(const std::string& path);
   void FailAttributes(const std::string& path, Status status);
 
-  // The processes that the next starts give, in this order.
+  // The processes that the next starts return, in this order.
   void AddProcess(const FakeProcess& process = {});
 
-  // Every call in order, with its arguments; handles show what they are of. LocalMachine() is a constant, not a call:
+  // Every call in order, with its arguments. A handle shows as the thing that it belongs to. LocalMachine() is a
+  // constant, not a call:
   //   OpenKey(HKLM, Software\JavaSoft, 0x20019)     QueryValue(Software\JavaSoft, JavaHome, 2080)
   //   EnumerateKey(Software\JavaSoft, 0, 256)       CloseKey(Software\JavaSoft)
   //   LoadModule(C:\jvm.dll)  FindSymbol(C:\jvm.dll, JNI_CreateJavaVM)  UnloadModule(C:\jvm.dll)
@@ -106,7 +108,7 @@ class FakeSystem : public torvan::platform::System {
   struct RunningProcess;
   struct Handle;
 
-  // What a handle given out stands for; one that is not open fails the test and gives null.
+  // The thing that an open handle belongs to. A handle that is not open fails the test and returns null.
   FakeModule* ModuleOf(torvan::platform::Module module) const;
   Handle* HandleOf(torvan::platform::ProcessHandle handle) const;
 
@@ -120,4 +122,4 @@ class FakeSystem : public torvan::platform::System {
   Status m_lastError = torvan::platform::StatusOk;
 };
 
-}  // namespace fakes
+}  // namespace tests

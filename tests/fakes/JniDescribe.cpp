@@ -3,15 +3,14 @@
 #include <cstdint>
 #include <sstream>
 
-namespace fakes {
-
+namespace tests {
 namespace {
 
 std::string DescribeMember(const char* kind, const void* id) {
   return id == nullptr ? "null" : kind + static_cast<const FakeMember*>(id)->name;
 }
 
-// ASCII as it stands, every other unit as \xxxx.
+// ASCII unchanged, every other unit as \xxxx.
 template <typename Unit>
 std::string Quote(const Unit* text) {
   if (text == nullptr) return "null";
@@ -29,7 +28,7 @@ std::string Quote(const Unit* text) {
   return quoted.str();
 }
 
-// Behind the type at `type` in a descriptor.
+// Where the type at `type` in a descriptor ends.
 const char* SkipType(const char* type) {
   while (*type == '[') ++type;
   if (*type == 'L') {
@@ -90,4 +89,4 @@ std::string DescribeArguments(const std::string& descriptor, va_list arguments) 
   return text;
 }
 
-}  // namespace fakes
+}  // namespace tests

@@ -2,8 +2,7 @@
 
 #include <iterator>
 
-namespace fakes {
-
+namespace tests {
 namespace {
 
 // The function tables of JNI in their published order; later versions append.
@@ -65,7 +64,7 @@ const char* const invocationNames[] = {
     "reserved0",           "reserved1",           "reserved2", "DestroyJavaVM",
     "AttachCurrentThread", "DetachCurrentThread", "GetEnv",    "AttachCurrentThreadAsDaemon"};
 
-// The names must stand where jni.h has the slots.
+// Each name must be at the index of its slot in jni.h.
 #define SLOT(interface, name) (offsetof(interface, name) / sizeof(void*))
 static_assert(SLOT(JNINativeInterface_, FindClass) == 6);
 static_assert(SLOT(JNINativeInterface_, GetObjectRefType) == 232);
@@ -83,4 +82,4 @@ std::string NameIn(const char* const (&names)[Count], std::size_t slot) {
 std::string SlotName(std::size_t slot, const JNINativeInterface_*) { return NameIn(environmentNames, slot); }
 std::string SlotName(std::size_t slot, const JNIInvokeInterface_*) { return NameIn(invocationNames, slot); }
 
-}  // namespace fakes
+}  // namespace tests

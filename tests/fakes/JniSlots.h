@@ -8,13 +8,13 @@
 #include <string>
 #include <type_traits>
 
-namespace fakes {
+namespace tests {
 
 // The name of the slot at an index of a function table.
 std::string SlotName(std::size_t slot, const JNINativeInterface_*);
 std::string SlotName(std::size_t slot, const JNIInvokeInterface_*);
 
-// Where a member stands in its function table.
+// The index of a member in its function table.
 template <typename Interface, typename Function>
 std::size_t SlotIndex(Function Interface::*slot) {
   static const Interface table{};
@@ -44,7 +44,7 @@ template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> =
 std::string Describe(Integer value) {
   return std::to_string(value);
 }
-// Where results go says nothing.
+// Pointers for results are not shown.
 inline std::string Describe(void** place) { return place != nullptr ? "" : "nowhere"; }
 inline std::string Describe(void* arguments) { return arguments != nullptr ? "given" : "null"; }
 inline std::string Describe(jboolean* place) { return place != nullptr ? "given" : "null"; }
@@ -53,4 +53,4 @@ inline std::string Describe(const jvalue*) { return "array"; }
 // The arguments that a Java method of this descriptor finds in a variable argument list, for example "7, local:2".
 std::string DescribeArguments(const std::string& descriptor, va_list arguments);
 
-}  // namespace fakes
+}  // namespace tests

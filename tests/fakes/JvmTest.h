@@ -7,9 +7,9 @@
 #include "fakes/FakeJvm.h"
 #include "jni/JavaRuntimeImpl.h"
 
-namespace fakes {
+namespace tests {
 
-// A runtime that is only there for VM handles to hold on to.
+// A runtime for VM handles to refer to; it does nothing.
 class FakeRuntimeImpl : public torvan::jni::CJavaRuntimeImpl {
  public:
   FakeRuntimeImpl() : CJavaRuntimeImpl(JNI_VERSION_1_6) {}
@@ -38,7 +38,7 @@ class FakeRuntime : public torvan::jni::CJavaRuntime {
 // A new handle of a fake VM, with a runtime of its own.
 inline torvan::jni::CJavaVm HandleOf(FakeJvm& jvm) { return FakeRuntimeImpl::Wrap(FakeRuntime(), jvm.Vm()); }
 
-// A fake VM without any script, and a check that nothing of it is kept when the test is over.
+// A fake VM without any script. After the test nothing of it may be referenced.
 class JvmTest : public testing::Test {
  protected:
   torvan::jni::CJavaVm Vm() { return HandleOf(jvm); }
@@ -51,4 +51,4 @@ class JvmTest : public testing::Test {
   FakeJvm jvm;
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -1,4 +1,4 @@
-// The root allocator, which forgets nothing.
+// A root allocator that keeps every block.
 #pragma once
 
 #include <rx/Memory.h>
@@ -7,13 +7,13 @@
 #include <cstddef>
 #include <vector>
 
-namespace fakes {
+namespace tests {
 
-// Stands in for the root allocator and keeps every block until it goes, for what is lost or given back twice on
-// purpose.
+// Replaces the root allocator and keeps every block until its own end, for tests in which a block is lost or freed
+// twice on purpose.
 class KeptBlocks {
  public:
-  // Lets the n-th allocation fail; 0 lets none fail.
+  // Makes the n-th allocation fail; with 0 none fails.
   explicit KeptBlocks(int failing = 0) {
     s_failing = failing;
     s_inner = RX::ReplaceAllocator({Take, GiveBack});
@@ -64,4 +64,4 @@ class KeptBlocks {
   static inline RX::Allocator s_inner{};
 };
 
-}  // namespace fakes
+}  // namespace tests

@@ -1,6 +1,6 @@
 #include "fakes/Text.h"
 
-namespace fakes {
+namespace tests {
 namespace {
 
 void AppendUtf8(std::string& out, char32_t point) {
@@ -52,4 +52,4 @@ WideText Widen(const std::string& text) {
   return out;
 }
 
-}  // namespace fakes
+}  // namespace tests

@@ -5,12 +5,12 @@
 
 #include <string>
 
-namespace fakes {
+namespace tests {
 
 using WideText = std::basic_string<RX::UniChar>;
 
-// Null gives "(null)", so that a log shows it.
+// Null is "(null)", so that a log shows it.
 std::string Narrow(const RX::UniChar* text);
 WideText Widen(const std::string& text);
 
-}  // namespace fakes
+}  // namespace tests

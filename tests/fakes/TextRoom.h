@@ -1,4 +1,4 @@
-// The room that texts under construction start with.
+// The capacity that text buffers start with.
 #pragma once
 
 #include <mirel/base/UnicodeStringBuffer.h>
@@ -7,16 +7,16 @@
 
 #include "fakes/Allocations.h"
 
-namespace fakes {
+namespace tests {
 
-// The bytes that a text buffer made for so many units asks for.
+// The bytes that a text buffer for this many units allocates.
 inline std::size_t RoomForUnits(unsigned int units) {
   const Allocations allocations;
   const mirel::base::CUnicodeStringBuffer buffer(units);
   return allocations.LastSize();
 }
 
-// The bytes that an operation asks for first.
+// The size of an operation's first allocation.
 template <typename Operation>
 std::size_t FirstRoomOf(Operation&& operation) {
   const Allocations allocations;
@@ -24,4 +24,4 @@ std::size_t FirstRoomOf(Operation&& operation) {
   return allocations.Taken().at(0).size;
 }
 
-}  // namespace fakes
+}  // namespace tests

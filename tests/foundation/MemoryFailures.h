@@ -7,27 +7,26 @@
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
 
-namespace foundation_tests {
+namespace tests {
 
 // Runs an operation with its 1st, 2nd ... allocation failing. Each time it has to throw CMemoryException from `file`
-// and to leave no block behind; then `check` looks at what was to stay as it was. Gives the number of failing runs.
+// and to leak nothing; then `check` checks what must be unchanged. Returns the number of failing runs.
 template <typename Operation, typename Check>
 int FailEachAllocationOf(const char* file, Operation&& operation, Check&& check) {
-  fakes::Failure failure;
-  return fakes::FailEachAllocation(
-      [&] { failure = fakes::FailureOf(operation); },
-      [&](int, const fakes::Allocations& allocations) {
-        EXPECT_EQ(failure, fakes::Throws<mirel::base::CMemoryException>(file, fakes::AnyLine, nullptr));
-        EXPECT_EQ(allocations.Live(), 0u);
-        check();
-      });
+  Failure failure;
+  return FailEachAllocation([&] { failure = FailureOf(operation); },
+                            [&](int, const Allocations& allocations) {
+                              EXPECT_EQ(failure, Throws<mirel::base::CMemoryException>(file, AnyLine, nullptr));
+                              EXPECT_EQ(allocations.Live(), 0u);
+                              check();
+                            });
 }
 
 // The same for what throws the root library's exception.
 template <typename Operation, typename Check>
 int FailEachRootAllocationOf(Operation&& operation, Check&& check) {
   bool caught = false;
-  return fakes::FailEachAllocation(
+  return FailEachAllocation(
       [&] {
         caught = false;
         try {
@@ -36,11 +35,11 @@ int FailEachRootAllocationOf(Operation&& operation, Check&& check) {
           caught = true;
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_TRUE(caught);
         EXPECT_EQ(allocations.Live(), 0u);
         check();
       });
 }
 
-}  // namespace foundation_tests
+}  // namespace tests

@@ -7,7 +7,7 @@
 #include "java/processes/ArgumentFileReader.h"
 #include "java/processes/Quoting.h"
 
-using fuzz::Require;
+using tests::Require;
 
 namespace {
 
@@ -51,7 +51,7 @@ std::vector<std::string> SplitLine(const std::string& line) {
 
 int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   std::vector<std::string> arguments(1);
-  for (const char byte : fuzz::Input(data, size)) {
+  for (const char byte : tests::Input(data, size)) {
     if (byte == '\0') {
       arguments.emplace_back();
     } else {
@@ -64,7 +64,7 @@ int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     torvan::java::detail::AppendToArgumentFile(file, argument);
     torvan::java::detail::AppendQuoted(line, argument);
   }
-  Require(java_tests::ReadArgumentFile(file) == arguments, "an argument file gives back what was written");
+  Require(tests::ReadArgumentFile(file) == arguments, "an argument file gives back what was written");
   Require(SplitLine(line) == arguments, "a command line gives back what was quoted");
   return 0;
 }

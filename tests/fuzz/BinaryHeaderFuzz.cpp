@@ -2,7 +2,7 @@
 #include "fuzz/Fuzz.h"
 #include "java/runtimes/BinaryHeader.h"
 
-using fuzz::Require;
+using tests::Require;
 using torvan::java::detail::CpuOfElf;
 using torvan::java::detail::CpuOfPe;
 
@@ -10,7 +10,7 @@ namespace {
 
 template <typename F>
 void Check(F cpuOf, std::string_view head) {
-  // A copy of just this size: what is read beyond it is seen by the sanitizer.
+  // A copy of exactly this size, so that the sanitizer sees any read past its end.
   const std::string exact(head);
   const auto cpu = cpuOf(exact);
   if (!cpu) return;
@@ -21,7 +21,7 @@ void Check(F cpuOf, std::string_view head) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  const std::string_view head = fuzz::Input(data, size);
+  const std::string_view head = tests::Input(data, size);
   Check(CpuOfElf, head);
   Check(CpuOfPe, head);
   Require(!CpuOfElf(head) || !CpuOfPe(head), "a file has one format");

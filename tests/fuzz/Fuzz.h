@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-namespace fuzz {
+namespace tests {
 
 // Ends the process, which makes the fuzzer keep the input.
 inline void Require(bool holds, const char* what) {
@@ -18,7 +18,7 @@ inline std::string_view Input(const unsigned char* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-}  // namespace fuzz
+}  // namespace tests
 
 // The entry point that libFuzzer calls with each input.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size);

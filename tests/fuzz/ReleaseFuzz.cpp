@@ -2,7 +2,7 @@
 #include "fuzz/Fuzz.h"
 #include "java/runtimes/ReleaseFile.h"
 
-using fuzz::Require;
+using tests::Require;
 using torvan::java::detail::ReadRelease;
 using torvan::java::detail::Release;
 
@@ -14,14 +14,14 @@ void RequireShowable(const std::string& text) {
     const auto byte = static_cast<unsigned char>(unit);
     Require(byte >= 0x20 && byte != 0x7F, "a text has no control characters");
   }
-  // What is well-formed comes through unchanged, so a second time changes nothing.
+  // Well-formed text is unchanged, so repairing it a second time changes nothing.
   Require(ReadRelease("IMPLEMENTOR=\"" + text + "\"").vendor == text, "a text is well-formed");
 }
 
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  const std::string_view file = fuzz::Input(data, size);
+  const std::string_view file = tests::Input(data, size);
   const Release release = ReadRelease(file);
   RequireShowable(release.vendor);
   RequireShowable(release.versionText);

@@ -4,7 +4,7 @@
 
 #include "fuzz/Fuzz.h"
 
-using fuzz::Require;
+using tests::Require;
 using torvan::java::Misuse;
 using torvan::java::Version;
 
@@ -30,7 +30,7 @@ void RequireSense(const Version& version, std::string_view text) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  const std::string_view input = fuzz::Input(data, size);
+  const std::string_view input = tests::Input(data, size);
   const std::size_t end = std::min(input.find('\n'), input.size());
   const std::string_view first = input.substr(0, end);
   const std::string_view second = input.substr(std::min(end + 1, input.size()));

@@ -16,8 +16,8 @@ namespace javatest {
 class CountedVmTest : public testing::Test {
  protected:
   CountedVmTest() {
-    using fakes::Invocation;
-    using fakes::Jni;
+    using tests::Invocation;
+    using tests::Jni;
     jvm.On<&Invocation::GetEnv>([this](void** env, jint) {
       *env = isAttached ? jvm.Env() : nullptr;
       return isAttached ? JNI_OK : JNI_EDETACHED;
@@ -56,7 +56,7 @@ class CountedVmTest : public testing::Test {
     return count;
   }
 
-  fakes::FakeJvm jvm;
+  tests::FakeJvm jvm;
   int locals = 0;
   int weaks = 0;
   static inline thread_local bool isAttached = true;

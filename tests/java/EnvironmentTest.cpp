@@ -23,14 +23,14 @@ using torvan::java::detail::UseVm;
 class EnvironmentTest : public CountedVmTest {
  protected:
   EnvironmentTest() {
-    jvm.On<&fakes::Invocation::AttachCurrentThreadAsDaemon>([this](void** env, void* arguments) {
+    jvm.On<&tests::Invocation::AttachCurrentThreadAsDaemon>([this](void** env, void* arguments) {
       const auto& given = *static_cast<const JavaVMAttachArgs*>(arguments);
       name = given.name != nullptr ? given.name : "(none)";
       *env = jvm.Env();
       isAttached = status == JNI_OK;
       return status;
     });
-    jvm.On<&fakes::Invocation::DetachCurrentThread>([] {
+    jvm.On<&tests::Invocation::DetachCurrentThread>([] {
       isAttached = false;
       return JNI_OK;
     });

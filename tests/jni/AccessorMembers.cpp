@@ -14,13 +14,10 @@
 #pragma GCC diagnostic ignored "-Wignored-attributes"
 #endif
 
-namespace accessors {
-
+namespace tests {
 namespace {
 
-using fakes::Jni;
-
-// What a slot gives, and what it takes last.
+// A slot's result, and its last parameter.
 template <typename Function>
 struct SlotOf;
 template <typename Result, typename... Arguments>
@@ -45,14 +42,14 @@ auto Spell(const std::string& text) {
   if constexpr (std::is_same_v<Unit, char>) {
     return text;
   } else {
-    return fakes::Widen(text);
+    return Widen(text);
   }
 }
 
 template <typename Host, typename Value>
 void ExpectArrived(const Host& host, Value value) {
   if constexpr (std::is_same_v<Value, jobject>) {
-    EXPECT_EQ(fakes::Describe(static_cast<jobject>(host)), value == nullptr ? "null" : "global:3");
+    EXPECT_EQ(Describe(static_cast<jobject>(host)), value == nullptr ? "null" : "global:3");
   } else {
     EXPECT_EQ(Bits(host), Bits(static_cast<Host>(value)));
   }
@@ -89,7 +86,7 @@ void ExpectSample(const Target& target, std::size_t sample) {
       [bits = Bits<Value>(FromHost<Value>(target, sample))](auto, auto, auto value) { EXPECT_EQ(Bits(value), bits); });
 }
 
-// The Java method gives back the one argument that it takes.
+// The Java method returns its one argument.
 template <auto Slot>
 void GiveArgument(const Target& target, std::size_t) {
   using Value = Given<Slot>;
@@ -173,7 +170,8 @@ void AddCaller(std::vector<Member>& members, Member member, Use use) {
   members.push_back(std::move(member));
 }
 
-// Adds both overloads of a member of `handle`: its name, the JNI function that must do it, the type of the Java member.
+// Adds both overloads of a member of `handle`: its name, the JNI function that it must call, the type of the Java
+// member.
 // clang-format off
 #define ADD(Kind, handle, name, slot, type)                                                                      \
   const auto use##name = [](const Target& t, auto... all) -> decltype(auto) { return t.handle.name(all...); };   \
@@ -272,4 +270,4 @@ const std::vector<Member>& AllMembers() {
   return members;
 }
 
-}  // namespace accessors
+}  // namespace tests

@@ -11,16 +11,16 @@
 
 #include "fakes/FakeJvm.h"
 
-namespace accessors {
+namespace tests {
 
-// What a member is used on, in a VM of its own.
+// The objects that a member is used on, in a VM of their own.
 struct Target {
-  fakes::FakeJvm& jvm;
+  FakeJvm& jvm;
   torvan::jni::CJavaObject object;    // global:1
   torvan::jni::CJavaClass javaClass;  // global:2
-  torvan::jni::CJavaObject value;     // global:3, handed to setters
-  torvan::jni::CJavaObject nothing;   // null, handed to setters
-  jobject local;                      // local:3, handed to callers and given by Java
+  torvan::jni::CJavaObject value;     // global:3, passed to setters
+  torvan::jni::CJavaObject nothing;   // null, passed to setters
+  jobject local;                      // local:3, passed to callers and returned by Java
 };
 
 // One overload of one member.
@@ -30,13 +30,13 @@ struct Member {
   std::string slot;       // the JNI function that does it
   std::string signature;  // of the Java member that it is tried with
   bool givesObject;
-  std::vector<std::string> given;  // for each sample of its type, how the log shows what is handed over
+  std::vector<std::string> given;  // for each sample of its type, how the log shows what is passed
 
   bool IsStatic() const { return name.find("Static") != std::string::npos; }
   bool IsNonvirtual() const { return name.find("Nonvirtual") != std::string::npos; }
   bool IsMethod() const { return name.find("Call") == 0; }
 
-  // Lets the slot take or give the sample of this number, and check it.
+  // Scripts the slot to return the sample with this number, or to take and check it.
   std::function<void(const Target& target, std::size_t sample)> script;
   // Uses the member with the sample and checks its result. The name is UTF-8, whatever the overload takes.
   std::function<void(const Target& target, const std::string& javaName, std::size_t sample)> use;
@@ -48,4 +48,4 @@ inline std::ostream& operator<<(std::ostream& out, const Member& member) {
 
 const std::vector<Member>& AllMembers();
 
-}  // namespace accessors
+}  // namespace tests

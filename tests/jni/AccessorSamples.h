@@ -1,4 +1,4 @@
-// Values that go to Java and come back.
+// Values to pass to Java and to get back.
 #pragma once
 
 #include <torvan/jni/JniTypes.h>
@@ -11,7 +11,7 @@
 
 #include "jni/AccessorMembers.h"
 
-namespace accessors {
+namespace tests {
 
 // A value, and how the log shows it.
 template <typename Value>
@@ -20,7 +20,7 @@ struct Sample {
   const char* shown;
 };
 
-// The ends of each type's range, and what a wrong width or sign would change.
+// The limits of each type, and values that a wrong width or sign would change.
 template <typename Value>
 const std::vector<Sample<Value>> samples;
 
@@ -50,14 +50,14 @@ template <> inline const std::vector<Sample<jdouble>> samples<jdouble> = {
 template <> inline const std::vector<Sample<jobject>> samples<jobject> = {{nullptr, "local:3"}, {nullptr, "null"}};
 // clang-format on
 
-// What Java gives, and callers hand over: a local reference of an object.
+// What Java returns and callers pass: a local reference to an object.
 template <typename Value>
 Value FromJava(const Target& target, std::size_t sample) {
   if constexpr (std::is_same_v<Value, jobject>) return sample == 0 ? target.local : nullptr;
   return samples<Value>[sample].value;
 }
 
-// What a host hands to a setter: a handle of an object.
+// What a host passes to a setter: a handle of an object.
 template <typename Value>
 decltype(auto) FromHost(const Target& target, std::size_t sample) {
   if constexpr (std::is_same_v<Value, jobject>) {
@@ -75,4 +75,4 @@ std::string Bits(Value value) {
   return bits;
 }
 
-}  // namespace accessors
+}  // namespace tests

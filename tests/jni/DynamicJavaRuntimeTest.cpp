@@ -11,12 +11,12 @@
 #include "jni/JavaRuntimeImpl.h"
 #include "jni/RuntimeTest.h"
 
-namespace torvan::jni {
+namespace tests {
+
+using namespace torvan::jni;
 
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CMemoryException;
 using mirel::base::CNullReferenceException;
 using testing::ElementsAre;
@@ -61,18 +61,18 @@ TEST_F(DynamicJavaRuntimeTest, FailuresOfFindingAndLoadingPassUnchanged) {
 }
 
 TEST_F(DynamicJavaRuntimeTest, RunningOutOfMemoryForAHandleLeavesTheLibraryUnloaded) {
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
-        const fakes::Failure failure = FailureOf([] { Runtime(); });
+        const Failure failure = FailureOf([] { Runtime(); });
         EXPECT_TRUE(failure.type == typeid(void) || failure.type == typeid(CMemoryException)) << failure;
       },
-      [&](int, const fakes::Allocations&) { EXPECT_FALSE(IsLoaded()); });
+      [&](int, const Allocations&) { EXPECT_FALSE(IsLoaded()); });
   EXPECT_GE(failures, 2) << "at least the object and its count";
 }
 
 TEST_F(DynamicJavaRuntimeTest, AHandleMadeWithNewLivesInTheRootAllocatorAndCanBeCounted) {
   Runtime();  // makes the pool
-  const fakes::Allocations allocations;
+  const Allocations allocations;
   {
     const mirel::base::CRef<CDynamicJavaRuntime> runtime(new CDynamicJavaRuntime(RX_TEXT("C:\\jvm.dll"), 3));
     EXPECT_EQ(runtime->GetJniVersion(), 3);
@@ -166,4 +166,4 @@ TEST_F(RuntimeLifetimeTest, AssignmentSharesTheOtherRuntimeAndDropsTheOwn) {
 
 }  // namespace
 
-}  // namespace torvan::jni
+}  // namespace tests

@@ -6,7 +6,7 @@
 
 #include "fakes/JvmTest.h"
 
-namespace handles {
+namespace tests {
 
 // A handle made as the library's own operations make it, or of a global reference that it adopts.
 class Object : public torvan::jni::CJavaObject {
@@ -15,21 +15,21 @@ class Object : public torvan::jni::CJavaObject {
       : CJavaObject(vm, object, makeGlobal) {}
 };
 
-// How the log shows that the thread is attached, with no wishes about how.
+// How the log shows an attached thread: without attach arguments.
 constexpr const char* attach = "AttachCurrentThread(null)";
 
-// No class is null by itself, but one can be given a null object's reference.
+// A class handle is null only when it is assigned a null object's reference.
 inline void MakeNull(torvan::jni::CJavaClass& javaClass, const torvan::jni::CJavaVm& vm) {
   static_cast<torvan::jni::CJavaObject&>(javaClass) = Object(vm, nullptr);
 }
 
-// A sound VM with one handle of it.
-class HandleTest : public fakes::JvmTest {
+// A working VM with one handle of it.
+class HandleTest : public JvmTest {
  protected:
   HandleTest() { jvm.AnswerAll(); }
   ~HandleTest() noexcept override {}
 
-  // A handle of the next object, its calls forgotten.
+  // A handle of the next object. The calls that make it are removed from the log.
   Object NewObject() {
     Object object(vm, jvm.NewObject());
     jvm.TakeCalls();
@@ -44,4 +44,4 @@ class HandleTest : public fakes::JvmTest {
   const torvan::jni::CJavaVm vm = Vm();
 };
 
-}  // namespace handles
+}  // namespace tests

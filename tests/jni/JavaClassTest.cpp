@@ -13,14 +13,9 @@
 #include "fakes/Text.h"
 #include "jni/HandleTest.h"
 
+namespace tests {
 namespace {
 
-using fakes::Allocations;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Jni;
-using fakes::Throws;
-using handles::attach;
 using mirel::base::CMemoryException;
 using mirel::base::CNullReferenceException;
 using testing::ElementsAre;
@@ -30,9 +25,9 @@ using torvan::jni::CJavaException;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaVmException;
 
-class JavaClassTest : public handles::HandleTest {
+class JavaClassTest : public HandleTest {
  protected:
-  // Lets allocation and construction give the object local:2.
+  // Scripts allocation and construction to return the object local:2.
   void AnswerCreation() {
     const jobject made = jvm.NewObject();
     jvm.Return<&Jni::AllocObject>(made);
@@ -47,8 +42,8 @@ TEST_F(JavaClassTest, CopiesShareOneGlobalReference) {
     copy = javaClass;
     const CJavaObject object = copy;
 
-    EXPECT_EQ(fakes::Describe(static_cast<jclass>(copy)), "global:1");
-    EXPECT_EQ(fakes::Describe(static_cast<jobject>(object)), "global:1");
+    EXPECT_EQ(Describe(static_cast<jclass>(copy)), "global:1");
+    EXPECT_EQ(Describe(static_cast<jobject>(object)), "global:1");
     EXPECT_THAT(jvm.Calls(), IsEmpty());
   }
   EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
@@ -67,7 +62,7 @@ TEST_F(JavaClassTest, AllocObjectGivesAHandleOfTheNewObject) {
   AnswerCreation();
   {
     const CJavaObject object = javaClass.AllocObject();
-    EXPECT_EQ(fakes::Describe(static_cast<jobject>(object)), "global:2");
+    EXPECT_EQ(Describe(static_cast<jobject>(object)), "global:2");
     EXPECT_THAT(jvm.TakeCalls(),
                 ElementsAre(attach, "AllocObject(global:1)", "ExceptionOccurred", attach, "NewGlobalRef(local:2)"));
   }
@@ -80,13 +75,13 @@ TEST_F(JavaClassTest, NewObjectRunsTheConstructorOfTheSignature) {
   jobject argument = jvm.NewObject();
 
   const CJavaObject narrow = javaClass.NewObject("(ILjava/lang/Object;D)V", 7, argument, 0.5);
-  EXPECT_EQ(fakes::Describe(static_cast<jobject>(narrow)), "global:2");
+  EXPECT_EQ(Describe(static_cast<jobject>(narrow)), "global:2");
   EXPECT_THAT(jvm.TakeCalls(), ElementsAre(attach, "GetMethodID(global:1, \"<init>\", \"(ILjava/lang/Object;D)V\")",
                                            "NewObjectV(global:1, method:<init>, 7, local:3, 0.5)", "ExceptionOccurred",
                                            attach, "NewGlobalRef(local:2)"));
 
   const CJavaObject wide = javaClass.NewObject(RX_TEXT("(ILjava/lang/Object;D)V"), 7, argument, 0.5);
-  EXPECT_EQ(fakes::Describe(static_cast<jobject>(wide)), "global:2");
+  EXPECT_EQ(Describe(static_cast<jobject>(wide)), "global:2");
   EXPECT_THAT(jvm.TakeCalls(), ElementsAre(attach, "GetMethodID(global:1, \"<init>\", \"(ILjava/lang/Object;D)V\")",
                                            "NewObjectV(global:1, method:<init>, 7, local:3, 0.5)", "ExceptionOccurred",
                                            attach, "NewGlobalRef(local:2)"));
@@ -94,7 +89,7 @@ TEST_F(JavaClassTest, NewObjectRunsTheConstructorOfTheSignature) {
 
 TEST_F(JavaClassTest, AWideSignatureIsConvertedInTheAttachedThread) {
   const CJavaClass javaClass = NewClass();
-  const fakes::WideText signature = fakes::Widen("(L" + std::string(300, 'x') + ";)V");
+  const WideText signature = Widen("(L" + std::string(300, 'x') + ";)V");
   Allocations allocations;
   allocations.Fail(1);
 
@@ -145,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(JavaClassCreationTest, RefusesANullClassWithoutAskingTheVm) {
   CJavaClass javaClass = NewClass();
-  handles::MakeNull(javaClass, vm);
+  MakeNull(javaClass, vm);
   jvm.TakeCalls();
 
   EXPECT_EQ(FailureOf([&] { Create(javaClass); }), Throws<CNullReferenceException>("jni/JavaClass", AnyLine, nullptr));
@@ -178,7 +173,7 @@ TEST_P(JavaClassCreationTest, TurnsAPendingJavaExceptionIntoOneOfItsOwn) {
 
 TEST_P(JavaClassCreationTest, NeedsAnAttachedThread) {
   const CJavaClass javaClass = NewClass();
-  jvm.Return<&fakes::Invocation::AttachCurrentThread>(JNI_ERR);
+  jvm.Return<&Invocation::AttachCurrentThread>(JNI_ERR);
 
   EXPECT_EQ(FailureOf([&] { Create(javaClass); }),
             Throws<CJavaVmException>("jni/JavaVm", AnyLine,
@@ -191,16 +186,17 @@ TEST_P(JavaClassCreationTest, NeedsAnAttachedThread) {
 TEST_P(JavaClassCreationTest, KeepsNothingWhenMemoryRunsOut) {
   const CJavaClass javaClass = NewClass();
   AnswerCreation();
-  fakes::Failure failure;
+  Failure failure;
 
-  const int runs = fakes::FailEachAllocation([&] { failure = FailureOf([&] { Create(javaClass); }); },
-                                             [&](int, const Allocations& allocations) {
-                                               EXPECT_EQ(failure.type, typeid(CMemoryException));
-                                               EXPECT_EQ(allocations.Live(), 0u);
-                                               EXPECT_EQ(jvm.LiveGlobals(), 1u);
-                                             });
+  const int runs = FailEachAllocation([&] { failure = FailureOf([&] { Create(javaClass); }); },
+                                      [&](int, const Allocations& allocations) {
+                                        EXPECT_EQ(failure.type, typeid(CMemoryException));
+                                        EXPECT_EQ(allocations.Live(), 0u);
+                                        EXPECT_EQ(jvm.LiveGlobals(), 1u);
+                                      });
 
   EXPECT_EQ(runs, 2);
 }
 
 }  // namespace
+}  // namespace tests

@@ -13,16 +13,12 @@
 #include "fakes/JvmTest.h"
 #include "fakes/Text.h"
 
-namespace torvan::jni {
+namespace tests {
+
+using namespace torvan::jni;
 
 namespace {
 
-using fakes::FailureOf;
-using fakes::FakeException;
-using fakes::FakeJvm;
-using fakes::Jni;
-using fakes::Narrow;
-using fakes::Throws;
 using testing::ElementsAre;
 
 // Thrown, its parts are: local:1 itself, local:2 its class and local:3 the name of that, local:4 the stack trace with
@@ -30,7 +26,7 @@ using testing::ElementsAre;
 // follow.
 const FakeException Exception{"java.lang.IllegalStateException", "bad", {"a.B.f(B.java:3)", "a.B.main(B.java:9)"}};
 
-class JavaExceptionHelperTest : public fakes::JvmTest {
+class JavaExceptionHelperTest : public JvmTest {
  protected:
   JavaExceptionHelperTest() {
     jvm.AnswerCheck();
@@ -238,7 +234,7 @@ TEST_F(JavaExceptionHelperForeignTest, OutsideTheElementsPassesUnchanged) {
 
 TEST_F(JavaExceptionHelperTest, RunningOutOfMemoryPassesAndLeavesNothingBehind) {
   const jthrowable throwable = jvm.Throw({"a.E", "bad", std::vector<std::string>(20, "a.B.f(B.java:3)")});
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
         try {
           Check();
@@ -249,7 +245,7 @@ TEST_F(JavaExceptionHelperTest, RunningOutOfMemoryPassesAndLeavesNothingBehind) 
           EXPECT_EQ(Narrow(exception.GetJavaMessage()), "bad");
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_EQ(allocations.Live(), 0u);
         EXPECT_EQ(jvm.HeldStringChars(), 0u);
         EXPECT_EQ(jvm.Pending(), throwable);
@@ -260,4 +256,4 @@ TEST_F(JavaExceptionHelperTest, RunningOutOfMemoryPassesAndLeavesNothingBehind) 
 
 }  // namespace
 
-}  // namespace torvan::jni
+}  // namespace tests

@@ -12,15 +12,9 @@
 #include "fakes/Failure.h"
 #include "jni/HandleTest.h"
 
+namespace tests {
 namespace {
 
-using fakes::Allocations;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::FakeJvm;
-using fakes::Throws;
-using handles::attach;
-using handles::Object;
 using mirel::base::CMemoryException;
 using mirel::base::CNull;
 using testing::ElementsAre;
@@ -28,9 +22,9 @@ using testing::IsEmpty;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaVmException;
 
-std::string Reference(const CJavaObject& object) { return fakes::Describe(static_cast<jobject>(object)); }
+std::string Reference(const CJavaObject& object) { return Describe(static_cast<jobject>(object)); }
 
-class JavaObjectTest : public handles::HandleTest {};
+class JavaObjectTest : public HandleTest {};
 
 TEST_F(JavaObjectTest, HandlesAreLaidOutAsHostsWereCompiled) {
   const CJavaObject object = NewObject();
@@ -131,14 +125,14 @@ TEST_F(JavaObjectTest, AssignmentTakesTheVmToo) {
   other.AnswerAll();
   {
     CJavaObject object = NewObject();
-    const Object stranger(fakes::HandleOf(other), other.NewObject());
+    const Object stranger(HandleOf(other), other.NewObject());
     jvm.TakeCalls();
     other.TakeCalls();
 
     object = stranger;
     EXPECT_THAT(jvm.TakeCalls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
 
-    other.Return<&fakes::Jni::IsInstanceOf>(JNI_TRUE);
+    other.Return<&Jni::IsInstanceOf>(JNI_TRUE);
     EXPECT_TRUE(object.IsInstanceOf("C"));
     EXPECT_THAT(other.Calls(), ElementsAre(attach, "FindClass(\"C\")", "IsInstanceOf(global:1, local:2)"));
     EXPECT_THAT(jvm.Calls(), IsEmpty());
@@ -154,14 +148,14 @@ TEST_F(JavaObjectTest, AnAssignmentIsDoneWhateverTheVmThrowsOfTheOldReference) {
     CJavaObject object = NewObject();
     const jobject old = object;
     otherVm.NewObject();  // so that the references of the two VMs do not look alike
-    const Object other(fakes::HandleOf(otherVm), otherVm.NewObject());
+    const Object other(HandleOf(otherVm), otherVm.NewObject());
     otherVm.TakeCalls();
-    jvm.On<&fakes::Jni::DeleteGlobalRef>([](jobject) { throw Foreign(); });
+    jvm.On<&Jni::DeleteGlobalRef>([](jobject) { throw Foreign(); });
 
     EXPECT_THROW(object = other, Foreign);
 
     EXPECT_EQ(Reference(object), "global:2");
-    otherVm.Return<&fakes::Jni::IsInstanceOf>(JNI_TRUE);
+    otherVm.Return<&Jni::IsInstanceOf>(JNI_TRUE);
     EXPECT_TRUE(object.IsInstanceOf("C"));
     EXPECT_THAT(otherVm.Calls(), ElementsAre(attach, "FindClass(\"C\")", "IsInstanceOf(global:2, local:3)"));
     jvm.AnswerGlobals();
@@ -172,15 +166,15 @@ TEST_F(JavaObjectTest, AnAssignmentIsDoneWhateverTheVmThrowsOfTheOldReference) {
 
 TEST_F(JavaObjectTest, RunningOutOfMemoryLeavesNoReferenceBehind) {
   const jobject local = jvm.NewObject();
-  fakes::Failure failure;
-  std::vector<fakes::Failure> failures;
+  Failure failure;
+  std::vector<Failure> failures;
 
-  const int runs = fakes::FailEachAllocation([&] { failure = FailureOf([&] { Object(vm, local); }); },
-                                             [&](int, const Allocations& allocations) {
-                                               failures.push_back(failure);
-                                               EXPECT_EQ(allocations.Live(), 0u);
-                                               EXPECT_EQ(jvm.LiveGlobals(), 0u);
-                                             });
+  const int runs = FailEachAllocation([&] { failure = FailureOf([&] { Object(vm, local); }); },
+                                      [&](int, const Allocations& allocations) {
+                                        failures.push_back(failure);
+                                        EXPECT_EQ(allocations.Live(), 0u);
+                                        EXPECT_EQ(jvm.LiveGlobals(), 0u);
+                                      });
 
   ASSERT_EQ(runs, 2);
   EXPECT_EQ(failures[0].type, typeid(CMemoryException));
@@ -222,7 +216,7 @@ TEST_F(JavaObjectTest, AHandleEqualsItselfWithoutAskingTheVm) {
 TEST_F(JavaObjectTest, HandlesOfDifferentVmsAreNeverEqual) {
   FakeJvm other;
   const CJavaObject object = NewObject();
-  const Object stranger(fakes::HandleOf(other), nullptr);
+  const Object stranger(HandleOf(other), nullptr);
   const Object null(vm, nullptr);
 
   EXPECT_FALSE(object == stranger);
@@ -251,7 +245,7 @@ TEST_P(JavaObjectEqualityTest, IsWhatTheVmSaysOfTheTwoReferences) {
   const CJavaObject right = NewObject();
   const Object null(vm, nullptr);
   const Object otherNull(vm, nullptr);
-  jvm.Return<&fakes::Jni::IsSameObject>(GetParam().answer);
+  jvm.Return<&Jni::IsSameObject>(GetParam().answer);
 
   EXPECT_EQ(left == right, GetParam().equal);
   EXPECT_EQ(left != right, !GetParam().equal);
@@ -267,7 +261,7 @@ TEST_P(JavaObjectEqualityTest, IsWhatTheVmSaysOfTheTwoReferences) {
 TEST_F(JavaObjectTest, EqualityNeedsAnAttachedThread) {
   const CJavaObject left = NewObject();
   const CJavaObject right = NewObject();
-  jvm.Return<&fakes::Invocation::AttachCurrentThread>(JNI_ERR);
+  jvm.Return<&Invocation::AttachCurrentThread>(JNI_ERR);
 
   EXPECT_EQ(FailureOf([&] { static_cast<void>(left == right); }),
             Throws<CJavaVmException>("jni/JavaVm", AnyLine,
@@ -276,3 +270,4 @@ TEST_F(JavaObjectTest, EqualityNeedsAnAttachedThread) {
 }
 
 }  // namespace
+}  // namespace tests

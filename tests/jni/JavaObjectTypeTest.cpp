@@ -9,27 +9,22 @@
 #include "fakes/Failure.h"
 #include "jni/HandleTest.h"
 
+namespace tests {
 namespace {
 
-using fakes::Allocations;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Throws;
-using handles::attach;
-using handles::Object;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaVmException;
 
-// A name that no buffer holds.
+// A name longer than any buffer.
 const RX::UniChar* const wideName = RX_TEXT(
     "gr\u00F6\u00DFe/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa")
     RX_TEXT("aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa");
 const std::string wideNameInLog = "\"gr\\c3\\b6\\c3\\9fe/" + std::string(193, 'a') + "\"";
 
-class JavaObjectTypeTest : public handles::HandleTest {};
+class JavaObjectTypeTest : public HandleTest {};
 
 struct Answer {
   const char* name;
@@ -47,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(Answers, JavaObjectTypeAnswerTest,
 TEST_P(JavaObjectTypeAnswerTest, IsWhatTheVmSaysAndNoJavaExceptionIsLookedFor) {
   const CJavaObject object = NewObject();   // local:1
   const CJavaClass javaClass = NewClass();  // local:2
-  jvm.Return<&fakes::Jni::IsInstanceOf>(GetParam().answer);
+  jvm.Return<&Jni::IsInstanceOf>(GetParam().answer);
 
   EXPECT_EQ(object.IsInstanceOf("a/B"), GetParam().isInstance);
   EXPECT_EQ(object.IsInstanceOf(RX_TEXT("a/B")), GetParam().isInstance);
@@ -65,7 +60,7 @@ TEST_F(JavaObjectTypeTest, ANullObjectIsOfNoClassAndTheVmIsNotAsked) {
   const Object null(vm, nullptr);
   CJavaClass javaClass = NewClass();
   CJavaClass nullClass = javaClass;
-  handles::MakeNull(nullClass, vm);
+  MakeNull(nullClass, vm);
 
   EXPECT_FALSE(null.IsInstanceOf("a/B"));
   EXPECT_FALSE(null.IsInstanceOf(RX_TEXT("a/B")));
@@ -78,7 +73,7 @@ TEST_F(JavaObjectTypeTest, ANullObjectIsOfNoClassAndTheVmIsNotAsked) {
 TEST_F(JavaObjectTypeTest, ANullClassIsRefusedWithoutAskingTheVm) {
   const CJavaObject object = NewObject();
   CJavaClass nullClass = NewClass();
-  handles::MakeNull(nullClass, vm);
+  MakeNull(nullClass, vm);
   jvm.TakeCalls();
 
   EXPECT_EQ(FailureOf([&] { object.IsInstanceOf(nullClass); }),
@@ -105,7 +100,7 @@ TEST_F(JavaObjectTypeTest, AClassThatIsNotFoundIsReportedWithTheJavaErrorPending
 
 TEST_F(JavaObjectTypeTest, APendingJavaExceptionIsLeftAlone) {
   const CJavaObject object = NewObject();
-  jvm.Return<&fakes::Jni::IsInstanceOf>(JNI_TRUE);
+  jvm.Return<&Jni::IsInstanceOf>(JNI_TRUE);
   const jthrowable pending = jvm.Throw({"java.lang.Error", "bad", {}});
 
   EXPECT_TRUE(object.IsInstanceOf("a/B"));
@@ -125,13 +120,13 @@ TEST_F(JavaObjectTypeTest, AWideNameIsConvertedInTheAttachedThread) {
 }
 
 TEST_F(JavaObjectTypeTest, TheObjectsVmIsAskedAlsoAboutAClassOfAnother) {
-  fakes::FakeJvm other;
+  FakeJvm other;
   other.AnswerAll();
   {
     const CJavaObject object = NewObject();
-    const CJavaClass stranger = fakes::HandleOf(other).FindClass("C");
+    const CJavaClass stranger = HandleOf(other).FindClass("C");
     other.TakeCalls();
-    jvm.Return<&fakes::Jni::IsInstanceOf>(JNI_TRUE);
+    jvm.Return<&Jni::IsInstanceOf>(JNI_TRUE);
 
     EXPECT_TRUE(object.IsInstanceOf(stranger));
 
@@ -142,3 +137,4 @@ TEST_F(JavaObjectTypeTest, TheObjectsVmIsAskedAlsoAboutAClassOfAnother) {
 }
 
 }  // namespace
+}  // namespace tests

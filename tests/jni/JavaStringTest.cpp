@@ -12,15 +12,9 @@
 #include "fakes/Text.h"
 #include "jni/HandleTest.h"
 
+namespace tests {
 namespace {
 
-using fakes::Allocations;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Jni;
-using fakes::Throws;
-using handles::attach;
-using handles::Object;
 using mirel::base::CMemoryException;
 using mirel::base::CNull;
 using mirel::base::CUnicodeString;
@@ -30,9 +24,9 @@ using torvan::jni::CJavaException;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaString;
 
-std::string Reference(const CJavaString& string) { return fakes::Describe(static_cast<jstring>(string)); }
+std::string Reference(const CJavaString& string) { return Describe(static_cast<jstring>(string)); }
 
-class JavaStringTest : public handles::HandleTest {
+class JavaStringTest : public HandleTest {
  protected:
   // A handle of the next object, made of text.
   CJavaString NewString(const RX::UniChar* text = RX_TEXT("old")) {
@@ -87,7 +81,7 @@ TEST_F(JavaStringTest, AssignedTextIsWorkedWithByItsLocalReference) {
     EXPECT_THAT(jvm.TakeCalls(), ElementsAre(attach, "NewString(\"new\", 3)", "ExceptionOccurred", attach,
                                              "NewGlobalRef(local:2)", attach, "DeleteGlobalRef(global:1)"));
 
-    EXPECT_EQ(fakes::Narrow(CUnicodeString(string)), "new");
+    EXPECT_EQ(Narrow(CUnicodeString(string)), "new");
     EXPECT_EQ(jvm.TakeCalls()[1], "GetStringChars(local:2, null)");
   }
   EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:2)"));
@@ -158,14 +152,14 @@ TEST_F(JavaStringTest, AFailedAssignmentKeepsTheString) {
   EXPECT_EQ(Reference(string), "global:1");
   jvm.ClearPending();
 
-  fakes::Failure failure;
-  const int runs = fakes::FailEachAllocation([&] { failure = FailureOf(assign); },
-                                             [&](int, const Allocations& allocations) {
-                                               EXPECT_EQ(failure.type, typeid(CMemoryException));
-                                               EXPECT_EQ(allocations.Live(), 0u);
-                                               EXPECT_EQ(Reference(string), "global:1");
-                                               EXPECT_EQ(jvm.LiveGlobals(), 1u);
-                                             });
+  Failure failure;
+  const int runs = FailEachAllocation([&] { failure = FailureOf(assign); },
+                                      [&](int, const Allocations& allocations) {
+                                        EXPECT_EQ(failure.type, typeid(CMemoryException));
+                                        EXPECT_EQ(allocations.Live(), 0u);
+                                        EXPECT_EQ(Reference(string), "global:1");
+                                        EXPECT_EQ(jvm.LiveGlobals(), 1u);
+                                      });
   EXPECT_EQ(runs, 2);
   EXPECT_EQ(Reference(string), "local:2");
 }
@@ -196,12 +190,12 @@ TEST_F(JavaStringTest, ANullStringBecomesANullTextWithoutAskingTheVm) {
 
 TEST_F(JavaStringTest, TheTextIsCopiedAndItsCharactersGivenBack) {
   const CJavaString string = NewString(RX_TEXT("\u00E9\U0001D11E"));
-  // What is pending is not looked for.
+  // A pending exception is not checked for.
   const jthrowable pending = jvm.Throw({"java.lang.Error", "bad", {}});
 
   const CUnicodeString text = string;
 
-  EXPECT_EQ(fakes::Narrow(text), "\xC3\xA9\xF0\x9D\x84\x9E");
+  EXPECT_EQ(Narrow(text), "\xC3\xA9\xF0\x9D\x84\x9E");
   EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "GetStringChars(global:1, null)",
                                        "ReleaseStringChars(global:1, \"\\e9\\d834\\dd1e\")"));
   EXPECT_EQ(jvm.Pending(), pending);
@@ -211,7 +205,7 @@ TEST_F(JavaStringTest, TheTextEndsAtItsFirstZeroUnit) {
   const CJavaString string = NewString();
   jvm.At(string).text = std::u16string(u"ab\0cd", 5);
 
-  EXPECT_EQ(fakes::Narrow(CUnicodeString(string)), "ab");
+  EXPECT_EQ(Narrow(CUnicodeString(string)), "ab");
 }
 
 TEST_F(JavaStringTest, AnEmptyJavaStringIsAnEmptyText) {
@@ -246,3 +240,4 @@ TEST_F(JavaStringTest, CharactersThatCouldNotBeHadAreNotToldFromOthers) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -11,22 +11,20 @@
 #include "fakes/Failure.h"
 #include "fakes/JvmTest.h"
 
-namespace torvan::jni {
+namespace tests {
+
+using namespace torvan::jni;
 
 namespace {
 
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Jni;
-using fakes::Throws;
 using mirel::base::CMemoryException;
 using mirel::base::CNull;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The classes, objects and strings that a VM gives, asked for with narrow and with wide names.
+// The classes, objects and strings that a VM returns, for narrow and for wide names.
 template <typename Unit>
-class JavaVmObjectsTest : public fakes::JvmTest {
+class JavaVmObjectsTest : public JvmTest {
  protected:
   JavaVmObjectsTest() {
     jvm.AnswerAttachment();
@@ -66,7 +64,7 @@ TYPED_TEST_SUITE(JavaVmObjectsTest, Units, UnitNames);
 TYPED_TEST(JavaVmObjectsTest, FindClassTakesAGlobalReferenceThatTheHandleGivesBack) {
   {
     const CJavaClass javaClass = this->vm.FindClass(this->name.c_str());
-    EXPECT_EQ(fakes::Describe(static_cast<jclass>(javaClass)), "global:1");
+    EXPECT_EQ(Describe(static_cast<jclass>(javaClass)), "global:1");
     EXPECT_THAT(this->jvm.TakeCalls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")",  //
                                                    "AttachCurrentThread(null)", "NewGlobalRef(local:1)"));
   }
@@ -89,7 +87,7 @@ TYPED_TEST(JavaVmObjectsTest, NullNamesReachJniAsNull) {
 
 TYPED_TEST(JavaVmObjectsTest, AllocObjectWrapsOnlyAfterTheCheck) {
   const CJavaObject object = this->vm.AllocObject(this->name.c_str());
-  EXPECT_EQ(fakes::Describe(static_cast<jobject>(object)), "global:2");
+  EXPECT_EQ(Describe(static_cast<jobject>(object)), "global:2");
   EXPECT_THAT(this->jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")", "AllocObject(local:1)",
                                              "ExceptionOccurred",  //
                                              "AttachCurrentThread(null)", "NewGlobalRef(local:2)"));
@@ -98,7 +96,7 @@ TYPED_TEST(JavaVmObjectsTest, AllocObjectWrapsOnlyAfterTheCheck) {
 TYPED_TEST(JavaVmObjectsTest, NewObjectHandsOnItsArguments) {
   const CJavaObject object =
       this->vm.NewObject(this->name.c_str(), this->signature.c_str(), jint{-7}, 2.5, this->jvm.NewObject());
-  EXPECT_EQ(fakes::Describe(static_cast<jobject>(object)), "global:3");
+  EXPECT_EQ(Describe(static_cast<jobject>(object)), "global:3");
   EXPECT_THAT(
       this->jvm.Calls(),
       ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")", "GetMethodID(local:2, \"<init>\", \"(IDLa/B;)V\")",
@@ -163,7 +161,7 @@ TYPED_TEST(JavaVmObjectsTest, AGlobalReferenceThatIsRefusedIsAMemoryFailure) {
 }
 
 TYPED_TEST(JavaVmObjectsTest, AThreadThatCannotBeAttachedMakesNoOtherCall) {
-  this->jvm.template Return<&fakes::Invocation::AttachCurrentThread>(JNI_ERR);
+  this->jvm.template Return<&Invocation::AttachCurrentThread>(JNI_ERR);
   const auto notAttached =
       Throws<CJavaVmException>("jni/JavaVm", AnyLine, "Failed ot attach the current thread to the underlying Java VM.");
   EXPECT_EQ(FailureOf([&] { this->vm.FindClass(this->name.c_str()); }), notAttached);
@@ -176,7 +174,7 @@ TYPED_TEST(JavaVmObjectsTest, AThreadThatCannotBeAttachedMakesNoOtherCall) {
 
 TYPED_TEST(JavaVmObjectsTest, ShortAsciiNamesNeedNoMemory) {
   this->jvm.template Return<&Jni::GetMethodID>(nullptr);
-  const fakes::Allocations allocations;
+  const Allocations allocations;
   EXPECT_THROW(this->vm.NewObject(this->name.c_str(), this->noArguments.c_str()), CJavaVmException);
   EXPECT_EQ(allocations.Made(), 0);
 }
@@ -186,7 +184,7 @@ class JavaVmConversionTest : public JavaVmObjectsTest<RX::UniChar> {
  protected:
   template <typename Operation>
   void ExpectNoMemory(Operation operation) {
-    fakes::Allocations allocations;
+    Allocations allocations;
     allocations.Fail(1);
     EXPECT_THROW(operation(), CMemoryException);
     EXPECT_EQ(allocations.Live(), 0u);
@@ -216,7 +214,7 @@ TEST_F(JavaVmConversionTest, NamesReachJniAsUtf8) {
   EXPECT_EQ(jvm.Calls().at(2), "GetMethodID(local:1, \"<init>\", \"(La/\\e2\\82\\ac;)V\")");
 }
 
-class JavaVmStringTest : public fakes::JvmTest {
+class JavaVmStringTest : public JvmTest {
  protected:
   JavaVmStringTest() { jvm.AnswerAll(); }
 };
@@ -229,7 +227,7 @@ TEST_F(JavaVmStringTest, NullAndEmptyTextGiveANullStringWithoutAnyCall) {
 
 TEST_F(JavaVmStringTest, TextReachesJniAsItIs) {
   const CJavaString string = Vm().NewString(RX_TEXT("a\u20AC\U0001D11E"));
-  EXPECT_EQ(fakes::Describe(static_cast<jstring>(string)), "global:1");
+  EXPECT_EQ(Describe(static_cast<jstring>(string)), "global:1");
   EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "NewString(\"a\\20ac\\d834\\dd1e\", 4)",
                                        "ExceptionOccurred", "AttachCurrentThread(null)", "NewGlobalRef(local:1)"));
 }
@@ -250,4 +248,4 @@ TEST_F(JavaVmStringTest, ANullStringWithoutAJavaExceptionIsANullHandle) {
 
 }  // namespace
 
-}  // namespace torvan::jni
+}  // namespace tests

@@ -10,20 +10,17 @@
 #include "fakes/Failure.h"
 #include "fakes/JvmTest.h"
 
-namespace torvan::jni {
+namespace tests {
+
+using namespace torvan::jni;
 
 namespace {
 
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::FakeJvm;
-using fakes::Invocation;
-using fakes::Throws;
 using mirel::base::CMemoryException;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using JavaVmTest = fakes::JvmTest;
+using JavaVmTest = JvmTest;
 
 TEST_F(JavaVmTest, AttachGivesTheThreadsEnvironmentEveryTime) {
   jvm.AnswerAttachment();
@@ -35,7 +32,7 @@ TEST_F(JavaVmTest, AttachGivesTheThreadsEnvironmentEveryTime) {
               ElementsAre("AttachCurrentThread(null)", "AttachCurrentThread(null)", "DetachCurrentThread"));
 }
 
-class JavaVmStatusTest : public fakes::JvmTest, public testing::WithParamInterface<jint> {};
+class JavaVmStatusTest : public JvmTest, public testing::WithParamInterface<jint> {};
 
 TEST_P(JavaVmStatusTest, AttachReportsEveryStatusButSuccess) {
   jvm.Return<&Invocation::AttachCurrentThread>(GetParam());
@@ -57,7 +54,7 @@ TEST_F(JavaVmTest, HandlesAreEqualWhenTheirVmIs) {
   FakeJvm other;
   const CJavaVm one = Vm();
   const CJavaVm same = Vm();
-  const CJavaVm different = fakes::HandleOf(other);
+  const CJavaVm different = HandleOf(other);
   EXPECT_TRUE(one == same);
   EXPECT_FALSE(one != same);
   EXPECT_FALSE(one == different);
@@ -66,7 +63,7 @@ TEST_F(JavaVmTest, HandlesAreEqualWhenTheirVmIs) {
 
 TEST_F(JavaVmTest, CopiesShareTheVmWithoutMemoryAndWithoutJni) {
   const CJavaVm vm = Vm();
-  const fakes::Allocations allocations;
+  const Allocations allocations;
   const CJavaVm copy(vm);
   EXPECT_TRUE(copy == vm);
   EXPECT_EQ(allocations.Made(), 0);
@@ -77,7 +74,7 @@ TEST_F(JavaVmTest, AssignmentTakesTheOtherVm) {
   FakeJvm other;
   other.AnswerAttachment();
   CJavaVm vm = Vm();
-  const CJavaVm source = fakes::HandleOf(other);
+  const CJavaVm source = HandleOf(other);
   EXPECT_EQ(&(vm = source), &vm);
   EXPECT_TRUE(vm == source);
   EXPECT_EQ(vm.Attach(), other.Env());
@@ -92,7 +89,7 @@ TEST_F(JavaVmTest, AssignmentToItselfChangesNothing) {
 }
 
 // A runtime that tells when it goes.
-class WatchedRuntimeImpl : public fakes::FakeRuntimeImpl {
+class WatchedRuntimeImpl : public FakeRuntimeImpl {
  public:
   explicit WatchedRuntimeImpl(bool& alive) : m_alive(alive) { m_alive = true; }
   ~WatchedRuntimeImpl() noexcept(false) override { m_alive = false; }
@@ -107,13 +104,13 @@ class WatchedRuntime : public CJavaRuntime {
       : CJavaRuntime(mirel::base::CRef<CJavaRuntimeImpl>(new WatchedRuntimeImpl(alive))) {}
 };
 
-class JavaVmLifetimeTest : public fakes::JvmTest {
+class JavaVmLifetimeTest : public JvmTest {
  protected:
-  CJavaVm WatchedVm(bool& alive) { return fakes::FakeRuntimeImpl::Wrap(WatchedRuntime(alive), jvm.Vm()); }
+  CJavaVm WatchedVm(bool& alive) { return FakeRuntimeImpl::Wrap(WatchedRuntime(alive), jvm.Vm()); }
 };
 
 TEST_F(JavaVmLifetimeTest, TheRuntimeLivesAsLongAsAHandleOfItsVm) {
-  const fakes::Allocations allocations;
+  const Allocations allocations;
   bool alive = false;
   std::optional<CJavaVm> first(WatchedVm(alive));
   std::optional<CJavaVm> second(*first);
@@ -134,7 +131,7 @@ TEST_F(JavaVmLifetimeTest, AssignmentDropsTheOwnVm) {
 }
 
 // A runtime whose end fails.
-class ThrowingRuntimeImpl : public fakes::FakeRuntimeImpl {
+class ThrowingRuntimeImpl : public FakeRuntimeImpl {
  public:
   ~ThrowingRuntimeImpl() noexcept(false) override { throw 42; }
 };
@@ -146,10 +143,10 @@ class ThrowingRuntime : public CJavaRuntime {
 
 TEST_F(JavaVmLifetimeTest, AForeignExceptionOfTheOwnVmsEndPassesAndTheAssignmentIsComplete) {
   FakeJvm other;
-  const fakes::Allocations allocations;
+  const Allocations allocations;
   {
-    CJavaVm vm = fakes::FakeRuntimeImpl::Wrap(ThrowingRuntime(), jvm.Vm());
-    const CJavaVm source = fakes::HandleOf(other);
+    CJavaVm vm = FakeRuntimeImpl::Wrap(ThrowingRuntime(), jvm.Vm());
+    const CJavaVm source = HandleOf(other);
     EXPECT_THROW(vm = source, int);
     EXPECT_TRUE(vm == source);
   }
@@ -158,12 +155,12 @@ TEST_F(JavaVmLifetimeTest, AForeignExceptionOfTheOwnVmsEndPassesAndTheAssignment
 
 TEST_F(JavaVmLifetimeTest, RunningOutOfMemoryForAHandleKeepsNothing) {
   bool alive = false;
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
-        const fakes::Failure failure = FailureOf([&] { WatchedVm(alive); });
+        const Failure failure = FailureOf([&] { WatchedVm(alive); });
         EXPECT_TRUE(failure.type == typeid(void) || failure.type == typeid(CMemoryException)) << failure;
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_FALSE(alive);
         EXPECT_EQ(allocations.Live(), 0u);
       });
@@ -172,4 +169,4 @@ TEST_F(JavaVmLifetimeTest, RunningOutOfMemoryForAHandleKeepsNothing) {
 
 }  // namespace
 
-}  // namespace torvan::jni
+}  // namespace tests

@@ -9,14 +9,16 @@
 #include "fakes/Failure.h"
 #include "fakes/Text.h"
 
-namespace torvan::jni {
+namespace tests {
+
+using namespace torvan::jni;
 
 namespace {
 
 using mirel::base::CMemoryException;
 
 TEST(JniTextTest, NarrowTextPassesThrough) {
-  const fakes::Allocations allocations;
+  const Allocations allocations;
   const char* const text = "java/lang/String";
   EXPECT_EQ(static_cast<const char*>(CJniText(text)), text);
   EXPECT_EQ(static_cast<const char*>(CJniText(static_cast<const char*>(nullptr))), nullptr);
@@ -36,8 +38,8 @@ struct WideRow {
 class JniTextWideTest : public testing::TestWithParam<WideRow> {};
 
 TEST_P(JniTextWideTest, WideTextBecomesUtf8) {
-  const fakes::WideText wide = fakes::Widen(GetParam().text);
-  const fakes::Allocations allocations;
+  const WideText wide = Widen(GetParam().text);
+  const Allocations allocations;
   {
     const CJniText text(wide.c_str());
     EXPECT_STREQ(text, GetParam().text.c_str());
@@ -58,8 +60,8 @@ INSTANTIATE_TEST_SUITE_P(Texts, JniTextWideTest,
                          [](const auto& row) { return row.param.name; });
 
 TEST(JniTextTest, WideTextThatDoesNotFitNeedsMemory) {
-  const fakes::WideText wide(200, RX_TEXT('x'));
-  const int failures = fakes::FailEachAllocation(
+  const WideText wide(200, RX_TEXT('x'));
+  const int failures = FailEachAllocation(
       [&] {
         try {
           const CJniText text(wide.c_str());
@@ -68,10 +70,10 @@ TEST(JniTextTest, WideTextThatDoesNotFitNeedsMemory) {
           EXPECT_EQ(exception.GetMessageText(), nullptr);
         }
       },
-      [](int, const fakes::Allocations& allocations) { EXPECT_EQ(allocations.Live(), 0u); });
+      [](int, const Allocations& allocations) { EXPECT_EQ(allocations.Live(), 0u); });
   EXPECT_GE(failures, 1);
 }
 
 }  // namespace
 
-}  // namespace torvan::jni
+}  // namespace tests

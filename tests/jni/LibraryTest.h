@@ -14,12 +14,8 @@
 #include "fakes/Failure.h"
 #include "fakes/FakeSystem.h"
 
-namespace runtime_tests {
+namespace tests {
 
-using fakes::FailureOf;
-using fakes::Narrow;
-using fakes::Throws;
-using fakes::Widen;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -54,26 +50,26 @@ struct EntryPoints {
   static inline jsize* lastCount = nullptr;
 };
 
-inline fakes::FakeSystem::Symbols AllSymbols() {
+inline FakeSystem::Symbols AllSymbols() {
   return {{"JNI_CreateJavaVM", reinterpret_cast<void*>(&EntryPoints::CreateJavaVm)},
           {"JNI_GetCreatedJavaVMs", reinterpret_cast<void*>(&EntryPoints::GetCreatedJavaVms)}};
 }
 
-inline fakes::FakeSystem::Symbols SymbolsWithout(const std::string& name) {
-  fakes::FakeSystem::Symbols symbols = AllSymbols();
+inline FakeSystem::Symbols SymbolsWithout(const std::string& name) {
+  FakeSystem::Symbols symbols = AllSymbols();
   symbols.erase(name);
   return symbols;
 }
 
 // A fake system in which one kind of question can throw.
-class ThrowingSystem : public fakes::FakeSystem {
+class ThrowingSystem : public FakeSystem {
  public:
   void (*onOpenKey)() = nullptr;
   void (*onLoadModule)() = nullptr;
   void (*onUnloadModule)() = nullptr;
 
-  fakes::Status OpenKey(torvan::platform::RegistryKey root, const RX::UniChar* subKey, unsigned int access,
-                        torvan::platform::RegistryKey* key) override {
+  Status OpenKey(torvan::platform::RegistryKey root, const RX::UniChar* subKey, unsigned int access,
+                 torvan::platform::RegistryKey* key) override {
     if (onOpenKey != nullptr) onOpenKey();
     return FakeSystem::OpenKey(root, subKey, access, key);
   }
@@ -91,7 +87,7 @@ class LibraryTest : public ::testing::Test {
  protected:
   ThrowingSystem system;
   torvan::platform::SystemScope scope{system};
-  fakes::DebugOut debugOut;
+  DebugOut debugOut;
 };
 
-}  // namespace runtime_tests
+}  // namespace tests

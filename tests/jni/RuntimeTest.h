@@ -1,4 +1,4 @@
-// The start of a test on a runtime behind a fake library.
+// The start of a test on a runtime with a fake library.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -12,7 +12,9 @@
 #include "fakes/FakeSystem.h"
 #include "platform/System.h"
 
-namespace torvan::jni {
+namespace tests {
+
+using namespace torvan::jni;
 
 // A system with one runtime library; it must be unloaded when the test is over.
 class RuntimeTest : public testing::Test {
@@ -31,12 +33,12 @@ class RuntimeTest : public testing::Test {
 
   bool IsLoaded() const { return !system.LoadedModules().empty(); }
 
-  fakes::FakeSystem system;
-  fakes::FakeRuntimeLibrary library;
-  fakes::FakeJvm jvm;
+  FakeSystem system;
+  FakeRuntimeLibrary library;
+  FakeJvm jvm;
 
  private:
-  platform::SystemScope m_scope;
+  torvan::platform::SystemScope m_scope;
 };
 
-}  // namespace torvan::jni
+}  // namespace tests

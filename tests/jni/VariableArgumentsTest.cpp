@@ -1,4 +1,4 @@
-// Arguments behind the signature, more than registers hold and of every kind.
+// Arguments after the signature: of every kind, and more than registers hold.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,16 +8,16 @@
 
 #include "jni/HandleTest.h"
 
+namespace tests {
 namespace {
 
-using fakes::Jni;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
 
 constexpr const char* signature = "(ZBCSIJFDLjava/lang/Object;[IDDDDDDDDJJJJJJ)I";
 const RX::UniChar* const wideSignature = RX_TEXT("(ZBCSIJFDLjava/lang/Object;[IDDDDDDDDJJJJJJ)I");
 
-class VariableArgumentsTest : public handles::HandleTest {
+class VariableArgumentsTest : public HandleTest {
  protected:
   // Calls with the arguments that the log shows as `shown`.
   template <typename Call>
@@ -35,7 +35,7 @@ class VariableArgumentsTest : public handles::HandleTest {
 };
 
 TEST_F(VariableArgumentsTest, ReachInstanceMethods) {
-  const handles::Object object(vm, receiver);
+  const Object object(vm, receiver);
   jvm.Return<&Jni::CallIntMethodV>(1);
   for (const int wide : {0, 1}) {
     With([&](auto... all) {
@@ -47,7 +47,7 @@ TEST_F(VariableArgumentsTest, ReachInstanceMethods) {
 }
 
 TEST_F(VariableArgumentsTest, ReachNonvirtualMethods) {
-  const handles::Object object(vm, receiver);
+  const Object object(vm, receiver);
   jvm.Return<&Jni::CallNonvirtualIntMethodV>(1);
   for (const int wide : {0, 1}) {
     With([&](auto... all) {
@@ -91,7 +91,7 @@ static_assert(torvan::jni::AreScalars<jint CJavaObject::*, void (CJavaObject::*)
 static_assert(!torvan::jni::AreScalars<CJavaObject> && !torvan::jni::AreScalars<jint, Bits, jint>);
 
 TEST_F(VariableArgumentsTest, EveryKindOfScalarMayPass) {
-  const handles::Object object(vm, receiver);
+  const Object object(vm, receiver);
   jvm.Return<&Jni::CallIntMethodV>(1);
   const volatile short six = 6;
   const Bits bits = {5};
@@ -103,7 +103,7 @@ TEST_F(VariableArgumentsTest, EveryKindOfScalarMayPass) {
 }
 
 TEST_F(VariableArgumentsTest, NamesMayBeTextObjects) {
-  const handles::Object object(vm, receiver);
+  const Object object(vm, receiver);
   const CJavaClass javaClass = vm.FindClass("C");
   jvm.Return<&Jni::CallIntMethodV>(1);
   jvm.Return<&Jni::NewObjectV>(receiver);
@@ -118,7 +118,7 @@ TEST_F(VariableArgumentsTest, NamesMayBeTextObjects) {
 TEST_F(VariableArgumentsTest, TheAddressOfAnOperationIsTakenByItsType) {
   using Narrow = jint (CJavaObject::*)(const char*, const char*, ...) const;
   using Wide = jint (CJavaObject::*)(const RX::UniChar*, const RX::UniChar*, ...) const;
-  const handles::Object object(vm, receiver);
+  const Object object(vm, receiver);
   jvm.Return<&Jni::CallIntMethodV>(1);
   Narrow narrow = &CJavaObject::CallIntMethod;
   (object.*narrow)("m", "(I)I", jint{1});
@@ -127,10 +127,10 @@ TEST_F(VariableArgumentsTest, TheAddressOfAnOperationIsTakenByItsType) {
 }
 
 // A host's handle that takes texts itself.
-class Friendly : public handles::Object {
+class Friendly : public Object {
  public:
   using CJavaObject::CallIntMethod;
-  using handles::Object::Object;
+  using Object::Object;
   jint CallIntMethod(const char* name, const char* descriptor, const std::string& text) const {
     return CallIntMethod(name, descriptor, static_cast<jint>(text.size()));
   }
@@ -146,3 +146,4 @@ TEST_F(VariableArgumentsTest, ADerivedClassMayTakeWhatTheBaseRefuses) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -13,7 +13,7 @@ using Render = mirel::base::CUnicodeString (Class::*)() const;
 template <typename Class>
 using List = unsigned int (Class::*)(CArgumentList&) const;
 
-// An explicit instantiation may name a private member; the function that it defines hands the member out.
+// An explicit instantiation may name a private member. The function that it defines returns that member.
 Render<CArgumentList> Renderer(const CArgumentList&);
 Render<CJavaVmOption> Renderer(const CJavaVmOption&);
 Render<CJavaVmOptions> Renderer(const CJavaVmOptions&);
@@ -37,7 +37,7 @@ template struct OpenLister<CJavaVmOptions, &CJavaVmOptions::ToArgumentList>;
 
 template <typename Class>
 std::string Line(const Class& object) {
-  return fakes::Narrow((object.*Renderer(object))());
+  return tests::Narrow((object.*Renderer(object))());
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ unsigned int AppendTo(CArgumentList& list, const CJavaVmOptions& options) { retu
 
 std::vector<std::string> ArgumentsOf(const CArgumentList& list) {
   std::vector<std::string> texts;
-  for (unsigned int i = 0; i < list.GetArgumentCount(); ++i) texts.push_back(fakes::Narrow(list.GetArgumentAt(i)));
+  for (unsigned int i = 0; i < list.GetArgumentCount(); ++i) texts.push_back(Narrow(list.GetArgumentAt(i)));
   return texts;
 }
 

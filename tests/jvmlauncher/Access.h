@@ -1,4 +1,4 @@
-// Reaches the launcher's members that hosts do not see.
+// Access to the launcher's private members.
 #pragma once
 
 #include <torvan/jvmlauncher/ArgumentList.h>
@@ -7,21 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "ThisSystem.h"
+
 namespace tests {
 
-// The text for this system: the first on Windows, the second elsewhere.
-#if defined(_WIN32)
-inline std::string OnThisSystem(const char* windows, const char*) { return windows; }
-#else
-inline std::string OnThisSystem(const char*, const char* other) { return other; }
-#endif
-
-// What each renders on a command line; a null text shows as "(null)".
+// The text of each on a command line; null is "(null)".
 std::string LineOf(const torvan::jvmlauncher::CJavaVmOption& option);
 std::string LineOf(const torvan::jvmlauncher::CJavaVmOptions& options);
 std::string LineOf(const torvan::jvmlauncher::CArgumentList& arguments);
 
-// Append what each is as separate arguments, and return the count that they report.
+// Append each as separate arguments, and return the count that it reports.
 unsigned int AppendTo(torvan::jvmlauncher::CArgumentList& list, const torvan::jvmlauncher::CJavaVmOption& option);
 unsigned int AppendTo(torvan::jvmlauncher::CArgumentList& list, const torvan::jvmlauncher::CJavaVmOptions& options);
 

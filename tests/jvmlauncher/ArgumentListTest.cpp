@@ -9,14 +9,11 @@
 #include "fakes/Text.h"
 #include "jvmlauncher/Access.h"
 
-using fakes::FailureOf;
-using fakes::Throws;
-using fakes::Widen;
+namespace tests {
+
 using mirel::base::CMemoryException;
 using mirel::util::CNoSuchElementException;
 using testing::ElementsAre;
-using tests::ArgumentsOf;
-using tests::LineOf;
 using torvan::jvmlauncher::CArgumentList;
 
 namespace {
@@ -73,7 +70,7 @@ TEST(ArgumentListTest, TextsAreKeptInOrderAndUnchecked) {
 }
 
 TEST(ArgumentListTest, AnArgumentIsACopy) {
-  fakes::WideText text = Widen("before");
+  WideText text = Widen("before");
   CArgumentList list;
   list.Append(text.c_str());
   text[0] = RX_TEXT('X');
@@ -128,7 +125,7 @@ TEST(ArgumentListTest, AnAppendThatRunsOutOfMemoryLeavesTheListAsItWas) {
   // The 11th argument makes the vector grow.
   const CArgumentList ten = ListOf({"1", "2", "3", "4", "5", "6", "7", "8", "9", "10"});
   int failedAppends = 0;
-  fakes::FailEachAllocation(
+  FailEachAllocation(
       [&] {
         try {
           CArgumentList list(ten);
@@ -143,8 +140,9 @@ TEST(ArgumentListTest, AnAppendThatRunsOutOfMemoryLeavesTheListAsItWas) {
         } catch (const CMemoryException&) {
         }
       },
-      [&](int, const fakes::Allocations& allocations) { EXPECT_EQ(allocations.Live(), 0u); });
+      [&](int, const Allocations& allocations) { EXPECT_EQ(allocations.Live(), 0u); });
   EXPECT_GE(failedAppends, 2);  // the text and the array
 }
 
 }  // namespace
+}  // namespace tests

@@ -11,7 +11,7 @@ namespace tests {
 constexpr const char* Source64 = "Software\\JavaSoft\\Java Runtime Environment";
 constexpr const char* Source32 = "Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment";
 
-// What a runtime with this home folder has: its library, its programs.
+// The files of a runtime with this home folder: its library and programs.
 inline std::string LibraryIn(const std::string& home) { return home + OnThisSystem("\\jvm.dll", "/libjvm.so"); }
 inline std::string ConsoleProgramIn(const std::string& home) {
   return home + OnThisSystem("\\bin\\java.exe", "/bin/java");
@@ -20,15 +20,13 @@ inline std::string ProgramIn(const std::string& home) { return home + OnThisSyst
 
 inline std::string KeyOf(const char* source, const std::string& version) { return source + ("\\" + version); }
 
-inline void Register(fakes::FakeSystem& system, const char* source, const std::string& version,
-                     const std::string& home) {
+inline void Register(FakeSystem& system, const char* source, const std::string& version, const std::string& home) {
   system.SetValue(KeyOf(source, version), "JavaHome", home);
   system.SetValue(KeyOf(source, version), "RuntimeLib", LibraryIn(home));
 }
 
 // Registers a runtime whose files are there.
-inline void Install(fakes::FakeSystem& system, const char* source, const std::string& version,
-                    const std::string& home) {
+inline void Install(FakeSystem& system, const char* source, const std::string& version, const std::string& home) {
   Register(system, source, version, home);
   system.AddFile(LibraryIn(home));
   system.AddFile(ConsoleProgramIn(home));

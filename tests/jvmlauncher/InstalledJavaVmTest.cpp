@@ -10,8 +10,8 @@
 #include "jvmlauncher/Installation.h"
 #include "platform/System.h"
 
-using fakes::FakeSystem;
-using fakes::Narrow;
+namespace tests {
+
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -20,7 +20,6 @@ using torvan::jvmlauncher::GetInstalledJavaVms;
 using torvan::jvmlauncher::InstalledJavaVm;
 using torvan::jvmlauncher::InstalledJavaVms;
 using torvan::platform::SystemScope;
-using namespace tests;
 
 namespace {
 
@@ -30,7 +29,7 @@ class InstalledJavaVmTest : public testing::Test {
   std::vector<std::string> Enumerate() { return Listed(&EnumerateInstalledJavaVms); }
   std::vector<std::string> GetSorted() { return Listed(&GetInstalledJavaVms); }
 
-  // The same behind what the list holds already, a runtime of version 1.5 at /before.
+  // The same for a list that already holds a runtime, version 1.5 at /before.
   std::vector<std::string> EnumerateBehind() { return Listed(&EnumerateInstalledJavaVms, ListWithOne()); }
   std::vector<std::string> GetSortedBehind() { return Listed(&GetInstalledJavaVms, ListWithOne()); }
 
@@ -66,27 +65,28 @@ TEST_F(InstalledJavaVmTest, AsksBothSourcesInOrderAndClosesWhatItOpened) {
 
   const std::string first = "Software\\JavaSoft\\Java Runtime Environment";
   const std::string second = "Software\\Wow6432Node\\JavaSoft\\Java Runtime Environment";
-  EXPECT_THAT(m_system.Log(),
-              ElementsAre("OpenKey(HKLM, " + first + ", 0x20019)",                                       //
-                          "EnumerateKey(" + first + ", 0, 256)",                                         //
-                          "OpenKey(" + first + ", 1.6, 0x20019)",                                        //
-                          "QueryValue(" + first + "\\1.6, JavaHome, 1024)",                              //
-                          "QueryValue(" + first + "\\1.6, RuntimeLib, 1024)",                            //
-                          "FileAttributes(" + OnThisSystem("C:\\jre64\\jvm.dll)", "/jre64/libjvm.so)"),  //
-                          "FileAttributes(" + OnThisSystem("C:\\jre64\\bin\\java.exe)", "/jre64/bin/java)"),
-                          "CloseKey(" + first + "\\1.6)",                     //
-                          "EnumerateKey(" + first + ", 1, 256)",              //
-                          "CloseKey(" + first + ")",                          //
-                          "OpenKey(HKLM, " + second + ", 0x20019)",           //
-                          "EnumerateKey(" + second + ", 0, 256)",             //
-                          "OpenKey(" + second + ", 1.5, 0x20019)",            //
-                          "QueryValue(" + second + "\\1.5, JavaHome, 1024)",  //
-                          "QueryValue(" + second + "\\1.5, RuntimeLib, 1024)",
-                          "FileAttributes(" + OnThisSystem("C:\\jre32\\jvm.dll)", "/jre32/libjvm.so)"),
-                          "FileAttributes(" + OnThisSystem("C:\\jre32\\bin\\java.exe)", "/jre32/bin/java)"),
-                          "CloseKey(" + second + "\\1.5)",         //
-                          "EnumerateKey(" + second + ", 1, 256)",  //
-                          "CloseKey(" + second + ")"));
+  EXPECT_THAT(
+      m_system.Log(),
+      ElementsAre("OpenKey(HKLM, " + first + ", 0x20019)",                                                    //
+                  "EnumerateKey(" + first + ", 0, 256)",                                                      //
+                  "OpenKey(" + first + ", 1.6, 0x20019)",                                                     //
+                  "QueryValue(" + first + "\\1.6, JavaHome, 1024)",                                           //
+                  "QueryValue(" + first + "\\1.6, RuntimeLib, 1024)",                                         //
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre64\\jvm.dll)", "/jre64/libjvm.so)"),  //
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre64\\bin\\java.exe)", "/jre64/bin/java)"),
+                  "CloseKey(" + first + "\\1.6)",                     //
+                  "EnumerateKey(" + first + ", 1, 256)",              //
+                  "CloseKey(" + first + ")",                          //
+                  "OpenKey(HKLM, " + second + ", 0x20019)",           //
+                  "EnumerateKey(" + second + ", 0, 256)",             //
+                  "OpenKey(" + second + ", 1.5, 0x20019)",            //
+                  "QueryValue(" + second + "\\1.5, JavaHome, 1024)",  //
+                  "QueryValue(" + second + "\\1.5, RuntimeLib, 1024)",
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre32\\jvm.dll)", "/jre32/libjvm.so)"),
+                  std::string("FileAttributes(") + OnThisSystem("C:\\jre32\\bin\\java.exe)", "/jre32/bin/java)"),
+                  "CloseKey(" + second + "\\1.5)",         //
+                  "EnumerateKey(" + second + ", 1, 256)",  //
+                  "CloseKey(" + second + ")"));
 }
 
 TEST_F(InstalledJavaVmTest, ASourceThatCannotBeOpenedIsPassedOver) {
@@ -142,7 +142,7 @@ std::string Home() { return "/jre"; }
 
 // A text as the registry stores it, without a final zero.
 std::string BytesOf(const std::string& text) {
-  const fakes::WideText units = fakes::Widen(text);
+  const WideText units = Widen(text);
   return {reinterpret_cast<const char*>(units.data()), units.size() * sizeof(RX::UniChar)};
 }
 
@@ -151,7 +151,7 @@ class InstalledJavaVmValues : public InstalledJavaVmTest, public testing::WithPa
 TEST_P(InstalledJavaVmValues, DecideWhetherTheSubkeyIsListed) {
   Install(m_system, Source64, "1.6", Home());
   GetParam().script(m_system, KeyOf(Source64, "1.6"));
-  // A neighbour shows that only the one subkey is passed over.
+  // A second subkey shows that only the first is skipped.
   Install(m_system, Source64, "1.7", "/next");
   std::vector<std::string> expected;
   if (GetParam().listed) expected.push_back("1.6 at /jre");
@@ -170,8 +170,7 @@ const ValueRow ValueRows[] = {
     {"HomeWithoutAByte", [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", {}); },
      false},
     {"HomeWithoutFinalZero",
-     [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", fakes::Widen("/jre")); },
-     true},
+     [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", Widen("/jre")); }, true},
     {"HomeWithHalfAUnitBehindIt",
      [](FakeSystem& system, const std::string& key) { system.SetBytes(key, "JavaHome", BytesOf("/jre") + "x"); }, true},
     {"LibraryWithHalfAUnitBehindIt",
@@ -216,7 +215,7 @@ TEST_F(InstalledJavaVmTest, AValueMayHave1024BytesAndNoMore) {
   EXPECT_THAT(Enumerate(), ElementsAre("1.6 at " + longest));
   // 512 units that fill the buffer without a final zero.
   Install(m_system, Source64, "1.6", longest + "h");
-  m_system.SetRawValue(KeyOf(Source64, "1.6"), "JavaHome", fakes::Widen(longest + "h"));
+  m_system.SetRawValue(KeyOf(Source64, "1.6"), "JavaHome", Widen(longest + "h"));
   m_system.SetValue(KeyOf(Source64, "1.6"), "RuntimeLib", "/lib");
   EXPECT_THAT(Enumerate(), ElementsAre("1.6 at " + longest + "h"));
   m_system.SetValue(KeyOf(Source64, "1.6"), "JavaHome", longest + "h");
@@ -321,7 +320,7 @@ TEST_F(InstalledJavaVmTest, MoreRuntimesThanTheListWasMadeForAreListed) {
 TEST_F(InstalledJavaVmTest, WhenMemoryRunsOutEveryKeyIsClosed) {
   Install(m_system, Source64, "1.6", "/b");
   Install(m_system, Source32, "1.5", "/a");
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
         try {
           InstalledJavaVms vms(1, 1);
@@ -329,7 +328,7 @@ TEST_F(InstalledJavaVmTest, WhenMemoryRunsOutEveryKeyIsClosed) {
         } catch (const mirel::base::CMemoryException&) {
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_THAT(m_system.OpenKeys(), IsEmpty());
         EXPECT_EQ(allocations.Live(), 0u);
       });
@@ -337,3 +336,4 @@ TEST_F(InstalledJavaVmTest, WhenMemoryRunsOutEveryKeyIsClosed) {
 }
 
 }  // namespace
+}  // namespace tests

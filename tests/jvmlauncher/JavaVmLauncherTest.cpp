@@ -13,16 +13,12 @@
 #include "fakes/TextRoom.h"
 #include "jvmlauncher/Installation.h"
 #include "jvmlauncher/InstalledJavaVm.h"
-#include "jvmlauncher/Options.h"
+#include "jvmlauncher/options/Options.h"
+
+namespace tests {
 
 using namespace torvan::jvmlauncher;
 using namespace torvan::jvmlauncher::options;
-using namespace tests;
-using fakes::FailureOf;
-using fakes::FakeProcess;
-using fakes::FakeSystem;
-using fakes::Throws;
-using fakes::Widen;
 using mirel::base::CIllegalArgumentException;
 using mirel::base::CRef;
 using testing::ElementsAre;
@@ -31,9 +27,9 @@ using torvan::platform::SystemScope;
 
 namespace {
 
-// The Microsoft ABI gives each of several empty bases room of its own.
+// In the Microsoft ABI each of several empty bases takes room.
 #if defined(_MSC_VER)
-static_assert(sizeof(CJavaVmLauncher) == 2 * sizeof(void*), "a launcher is one pointer behind two empty bases");
+static_assert(sizeof(CJavaVmLauncher) == 2 * sizeof(void*), "a launcher is two empty bases and one pointer");
 #else
 static_assert(sizeof(CJavaVmLauncher) == sizeof(void*), "a launcher is one pointer");
 #endif
@@ -55,7 +51,7 @@ class JavaVmLauncherTest : public testing::Test {
     return line.substr(0, line.rfind(" Main "));
   }
 
-  // The command line that a launch hands to the system.
+  // The command line that a launch passes to the system.
   std::string LineOf(CJavaVmLauncher& launcher, const CJavaVmOptions& options, const RX::UniChar* mainClass,
                      const CArgumentList& arguments) {
     m_system.AddProcess();
@@ -134,7 +130,7 @@ TEST_F(JavaVmLauncherTest, OfEqualVersionsTheLastInTheSortedListIsChosen) {
   }
   InstalledJavaVms vms(10, 5);
   ASSERT_EQ(GetInstalledJavaVms(vms), 30);
-  EXPECT_EQ(ChosenFor("1.6"), ProgramIn(fakes::Narrow(vms[29].home)));
+  EXPECT_EQ(ChosenFor("1.6"), ProgramIn(Narrow(vms[29].home)));
 }
 
 TEST_F(JavaVmLauncherTest, TheListHasRoomForTenRuntimesAndGrowsByFive) {
@@ -142,10 +138,10 @@ TEST_F(JavaVmLauncherTest, TheListHasRoomForTenRuntimesAndGrowsByFive) {
     for (int i = 0; i < runtimes; ++i) {
       Install(m_system, Source64, "1." + std::to_string(i), "/jre" + std::to_string(i));
     }
-    const fakes::Allocations allocations;
+    const Allocations allocations;
     const CJavaVmLauncher launcher(RX_TEXT("1.0"));
     std::vector<std::size_t> capacities;
-    for (const fakes::Allocations::Block& block : allocations.Taken()) {
+    for (const Allocations::Block& block : allocations.Taken()) {
       // Texts are shorter than that.
       if (block.size >= 4 * sizeof(InstalledJavaVm)) capacities.push_back(block.size / sizeof(InstalledJavaVm));
     }
@@ -158,8 +154,8 @@ TEST_F(JavaVmLauncherTest, TheListHasRoomForTenRuntimesAndGrowsByFive) {
 TEST_F(JavaVmLauncherTest, TheWindowedProgramIsStartedUnseen) {
   InstallOne();
   const CJavaVmLauncher launcher(RX_TEXT("1.6"));
-  EXPECT_THAT(m_system.Log(),
-              testing::Contains("FileAttributes(" + OnThisSystem("/jre\\bin\\java.exe", "/jre/bin/java") + ")"));
+  EXPECT_THAT(m_system.Log(), testing::Contains(std::string("FileAttributes(") +
+                                                OnThisSystem("/jre\\bin\\java.exe", "/jre/bin/java") + ")"));
   EXPECT_THAT(m_system.Log(), testing::Not(testing::Contains(testing::HasSubstr("javaw"))));
   EXPECT_EQ(ChosenFor("1.6"), OnThisSystem("/jre\\bin\\javaw.exe", "/jre/bin/java"));
 }
@@ -183,7 +179,7 @@ struct LineRow {
   std::vector<Option> options;
   const RX::UniChar* mainClass;
   std::vector<std::string> arguments;
-  std::string rest;  // behind the program and one space
+  std::string rest;  // after the program and one space
 };
 
 class JavaVmLauncherLine : public JavaVmLauncherTest, public testing::WithParamInterface<LineRow> {};
@@ -241,8 +237,8 @@ class CSpecialJarOption : public CJarOption {
  private:
   static mirel::base::CClass s_class;
 };
-mirel::base::CClass CSpecialJarOption::s_class("tests::CSpecialJarOption", "torvan::jvmlauncher::options::CJarOption",
-                                               nullptr, nullptr, sizeof(CSpecialJarOption), nullptr);
+mirel::base::CClass CSpecialJarOption::s_class("CSpecialJarOption", "torvan::jvmlauncher::options::CJarOption", nullptr,
+                                               nullptr, sizeof(CSpecialJarOption), nullptr);
 
 TEST_F(JavaVmLauncherTest, AnOptionDerivedFromTheJarOptionCountsAsOne) {
   InstallOne();
@@ -340,14 +336,14 @@ TEST_F(JavaVmLauncherTest, ALaunchThatRunsOutOfMemoryHasStartedNothing) {
   m_system.AddProcess();
   m_system.ClearLog();
   bool started = false;
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
         IgnoringMemoryFailures([&] {
           const auto process = launcher.Launch(options, nullptr, arguments);
           started = true;
         });
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_THAT(m_system.Log(), IsEmpty());
         EXPECT_EQ(allocations.Live(), 0u);
       });
@@ -362,20 +358,20 @@ TEST_F(JavaVmLauncherTest, TheCommandLineStartsWithRoomFor32Units) {
   m_system.AddProcess();
   const CJavaVmOptions options;
   const CArgumentList arguments;
-  EXPECT_EQ(fakes::FirstRoomOf([&] { launcher.Launch(options, RX_TEXT("Main"), arguments); }), fakes::RoomForUnits(32));
+  EXPECT_EQ(FirstRoomOf([&] { launcher.Launch(options, RX_TEXT("Main"), arguments); }), RoomForUnits(32));
 }
 
 TEST_F(JavaVmLauncherTest, AConstructionThatRunsOutOfMemoryLeavesNothingOpen) {
   Install(m_system, Source64, "1.6.0", "/a jre");
   bool constructed = false;
-  fakes::FailEachAllocation(
+  FailEachAllocation(
       [&] {
         IgnoringMemoryFailures([&] {
           const CJavaVmLauncher launcher(RX_TEXT("1.6"));
           constructed = true;
         });
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_THAT(m_system.OpenKeys(), IsEmpty());
         EXPECT_EQ(allocations.Live(), 0u);
       });
@@ -383,3 +379,4 @@ TEST_F(JavaVmLauncherTest, AConstructionThatRunsOutOfMemoryLeavesNothingOpen) {
 }
 
 }  // namespace
+}  // namespace tests

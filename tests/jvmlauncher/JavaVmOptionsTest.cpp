@@ -14,18 +14,14 @@
 #include "fakes/Failure.h"
 #include "jvmlauncher/Access.h"
 
+namespace tests {
+
 using namespace torvan::jvmlauncher;
 using namespace torvan::jvmlauncher::options;
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CIllegalArgumentException;
 using mirel::base::CObject;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using tests::AppendTo;
-using tests::ArgumentsOf;
-using tests::LineOf;
-using tests::OnThisSystem;
 
 namespace {
 
@@ -100,7 +96,7 @@ TEST(JavaVmOptionsTest, RemovingFollowsTheOptionsOwnEquality) {
 
 TEST(JavaVmOptionsTest, RemovingWhatIsNotThereDoesNothing) {
   CJavaVmOptions options = SetOf({RX_TEXT("-ea")});
-  const fakes::DebugOut debugOut;
+  const DebugOut debugOut;
   options.RemoveOption(Direct(RX_TEXT("-EA")));
   EXPECT_EQ(LineOf(options), "-ea ");
   EXPECT_EQ(debugOut.Text(), "");
@@ -112,7 +108,7 @@ TEST(JavaVmOptionsTest, AnOptionOfTheSetCanBeGivenForRemoval) {
   EXPECT_EQ(LineOf(options), "-a ");
 }
 
-// Equal to every option, until a comparison is to fail.
+// Equal to every option; throws at a comparison of the test's choice.
 class CBrittleOption : public CDirectOption {
  public:
   using CDirectOption::CDirectOption;
@@ -131,7 +127,7 @@ TEST(JavaVmOptionsTest, AFailureOfRemovingIsPrintedAndGoesNoFurther) {
     CJavaVmOptions options;
     const CBrittleOption brittle(RX_TEXT("-brittle"));
     options.AddOption(brittle);
-    const fakes::DebugOut debugOut;
+    const DebugOut debugOut;
     CBrittleOption::s_comparisonsLeft = comparisons;
     options.RemoveOption(brittle);
     EXPECT_EQ(CBrittleOption::s_comparisonsLeft, -1);
@@ -174,7 +170,7 @@ TEST(JavaVmOptionsTest, AnIndexBehindTheEndIsTheVectorsFailure) {
 
 TEST(JavaVmOptionsTest, TheSetHasRoomForTwoOptionsAndGrowsByTwo) {
   const CDirectOption option(RX_TEXT("-a"));
-  fakes::Allocations allocations;
+  Allocations allocations;
   CJavaVmOptions options;
   EXPECT_EQ(allocations.LastSize(), 2 * sizeof(CObject*));
   std::vector<int> made;
@@ -190,7 +186,7 @@ TEST(JavaVmOptionsTest, TheSetHasRoomForTwoOptionsAndGrowsByTwo) {
 TEST(JavaVmOptionsTest, WhenMemoryRunsOutTheSetHoldsWhatItHeld) {
   const CDirectOption third(RX_TEXT("-c"));
   int failedAdds = 0;
-  fakes::FailEachAllocation(
+  FailEachAllocation(
       [&] {
         try {
           CJavaVmOptions options = SetOf({RX_TEXT("-a"), RX_TEXT("-b")});
@@ -206,8 +202,9 @@ TEST(JavaVmOptionsTest, WhenMemoryRunsOutTheSetHoldsWhatItHeld) {
         } catch (const mirel::base::CMemoryException&) {
         }
       },
-      [&](int, const fakes::Allocations& allocations) { EXPECT_EQ(allocations.Live(), 0u); });
+      [&](int, const Allocations& allocations) { EXPECT_EQ(allocations.Live(), 0u); });
   EXPECT_GE(failedAdds, 3);  // the clone, its text, the array
 }
 
 }  // namespace
+}  // namespace tests

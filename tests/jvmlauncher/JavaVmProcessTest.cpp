@@ -12,12 +12,9 @@
 #include "jvmlauncher/Installation.h"
 #include "platform/System.h"
 
+namespace tests {
+
 using namespace torvan::jvmlauncher;
-using fakes::Failure;
-using fakes::FailureOf;
-using fakes::FakeProcess;
-using fakes::FakeSystem;
-using fakes::Throws;
 using mirel::base::CIllegalArgumentException;
 using mirel::base::CRef;
 using testing::ElementsAre;
@@ -55,7 +52,7 @@ TEST(JavaVmProcessLayoutTest, TheSlotsAreWaitWithTimeWaitKillStop) {
 class JavaVmProcessTest : public testing::Test {
  protected:
   CRef<CJavaVmProcess> Launch(const FakeProcess& script) {
-    tests::Install(m_system, tests::Source64, "1.6", "/jre");
+    Install(m_system, Source64, "1.6", "/jre");
     m_system.AddProcess(script);
     CRef<CJavaVmProcess> process =
         CJavaVmLauncher(RX_TEXT("1.6")).Launch(CJavaVmOptions(), RX_TEXT("Main"), CArgumentList());
@@ -204,3 +201,4 @@ TEST_F(JavaVmProcessTest, TheLastReferenceLeavesARunningProcessRunning) {
 }
 
 }  // namespace
+}  // namespace tests

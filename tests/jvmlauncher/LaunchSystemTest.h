@@ -49,7 +49,7 @@ class LaunchSystemTest : public testing::Test {
   }
   static Process LaunchMain() { return Launch({}, RX_TEXT("Main"), {}); }
 
-  // Launches the probe and gives the arguments that it received; on Windows also compares its raw command line.
+  // Launches the probe and returns the arguments that it received; on Windows also compares its raw command line.
   static std::vector<std::string> Received(const torvan::jvmlauncher::CJavaVmOptions& options,
                                            const RX::UniChar* mainClass,
                                            const torvan::jvmlauncher::CArgumentList& arguments) {
@@ -57,19 +57,18 @@ class LaunchSystemTest : public testing::Test {
     const Process process = Launch(options, mainClass, arguments);
     EXPECT_TRUE(process->Wait(60000));
     std::vector<std::string> facts = ReadReport(report);
-#if defined(_WIN32)
-    const std::string main = mainClass != nullptr ? fakes::Narrow(mainClass) + " " : "";
+    if (!OnWindows) return facts;
+    const std::string main = mainClass != nullptr ? Narrow(mainClass) + " " : "";
     const std::string line = "\"" + s_runtime->Program().string() + "\" " + LineOf(options) + main + LineOf(arguments);
     if (facts.empty()) return facts;
     EXPECT_EQ(facts.front(), line);
     facts.erase(facts.begin());
-#endif
     return facts;
   }
 
   static torvan::jvmlauncher::CArgumentList ListOf(const std::vector<std::string>& texts) {
     torvan::jvmlauncher::CArgumentList list;
-    for (const std::string& text : texts) list.Append(fakes::Widen(text).c_str());
+    for (const std::string& text : texts) list.Append(Widen(text).c_str());
     return list;
   }
 

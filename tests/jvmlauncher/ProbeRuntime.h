@@ -10,9 +10,9 @@ namespace tests {
 void SetEnvironment(const char* name, const std::string& value);
 void UnsetEnvironment(const char* name);
 
-// Lets this process see one Java runtime more, and on Windows no other, while the object lives.
-// On Windows a key of this test stands in the place of HKEY_LOCAL_MACHINE, so that nothing installed is read or
-// changed; elsewhere JAVA_HOME names the runtime.
+// Adds a Java runtime to those that this process sees, while the object lives. On Windows it is the only one.
+// On Windows a key of this test takes the place of HKEY_LOCAL_MACHINE, so that nothing installed is read or changed;
+// elsewhere JAVA_HOME names the runtime.
 class ProbeRuntime {
  public:
   // The home folder has a space in its path.
@@ -35,6 +35,13 @@ class ProbeRuntime {
   void RegisterAgain();
 
  private:
+  // The names of the programs in the runtime's bin folder; a launch starts the last one.
+  static std::vector<const char*> Programs();
+  static std::filesystem::path ProbeProgram();
+  static std::string ProcessName();
+  // Registers the runtime for this process, and removes it again.
+  void Install();
+  void Uninstall();
   void Register(const wchar_t* source, const char* version);
 
   std::filesystem::path m_folder;

@@ -5,10 +5,10 @@
 
 #include "jvmlauncher/LaunchSystemTest.h"
 
+namespace tests {
+
 using namespace torvan::jvmlauncher;
 using testing::ElementsAreArray;
-using tests::LaunchSystemTest;
-using tests::LineOf;
 
 namespace {
 
@@ -50,3 +50,4 @@ TEST_F(LaunchSystemTest, TheTableOfTheDocumentationIsTrue) {
 }
 
 }  // namespace
+}  // namespace tests

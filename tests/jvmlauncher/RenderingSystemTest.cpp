@@ -7,13 +7,12 @@
 
 #include "SafeArgument.h"
 #include "jvmlauncher/LaunchSystemTest.h"
-#include "jvmlauncher/Options.h"
+#include "jvmlauncher/options/Options.h"
+
+namespace tests {
 
 using namespace torvan::jvmlauncher;
 using namespace torvan::jvmlauncher::options;
-using namespace tests;
-using fakes::Narrow;
-using fakes::Widen;
 using testing::ElementsAreArray;
 
 namespace {
@@ -33,7 +32,7 @@ class ReceivedArguments : public LaunchSystemTest, public testing::WithParamInte
 TEST_P(ReceivedArguments, AreWhatTheRenderingStandsFor) {
   CJavaVmOptions options;
   for (const Option& option : GetParam().options) options.AddOption(*option);
-  const fakes::WideText mainClass = GetParam().mainClass != nullptr ? Widen(GetParam().mainClass) : fakes::WideText();
+  const WideText mainClass = GetParam().mainClass != nullptr ? Widen(GetParam().mainClass) : WideText();
   const RX::UniChar* const main = GetParam().mainClass != nullptr ? mainClass.c_str() : nullptr;
   EXPECT_THAT(Received(options, main, ListOf(GetParam().arguments)), ElementsAreArray(GetParam().received));
 }
@@ -114,18 +113,18 @@ INSTANTIATE_TEST_SUITE_P(Launches, ReceivedArguments, testing::ValuesIn(Rows),
 
 TEST_F(LaunchSystemTest, ASafeArgumentArrivesAsItIsWhateverItHolds) {
   std::mt19937 random(42);
-  const fakes::WideText units = RX_TEXT("ab  \"\"\\\\\t\n*?'=\u00e4\u4e2d");
+  const WideText units = RX_TEXT("ab  \"\"\\\\\t\n*?'=\u00e4\u4e2d");
   for (int launch = 0; launch < 10; ++launch) {
     Texts texts;
     CArgumentList list;
     CJavaVmOptions options;
     for (int i = 0; i < 30; ++i) {
-      fakes::WideText text(random() % 7, RX_TEXT('x'));
+      WideText text(random() % 7, RX_TEXT('x'));
       for (RX::UniChar& unit : text) unit = units[random() % units.size()];
       texts.push_back(Narrow(text.c_str()));
       list.Append(SafeArgument(text).c_str());
     }
-    const fakes::WideText value = Widen(texts[0] + "x");
+    const WideText value = Widen(texts[0] + "x");
     options.AddOption(CSystemPropertyOption(RX_TEXT("n"), SafeArgument(value).c_str()));
     texts.insert(texts.begin(), {"-Dn=" + Narrow(value.c_str()), "Main"});
     EXPECT_THAT(Received(options, RX_TEXT("Main"), list), ElementsAreArray(texts));
@@ -143,7 +142,7 @@ TEST_F(LaunchSystemTest, ASafePathIsTheFileWhateverItsNameBeginsWith) {
       {"- x\\", "./- x\\"},
   };
   for (const PathRow& row : rows) {
-    const fakes::WideText path = Widen(row.path);
+    const WideText path = Widen(row.path);
     CJavaVmOptions options;
     options.AddOption(CJarOption(SafeJarPath(path).c_str()));
     EXPECT_THAT(Received(options, nullptr, {}), ElementsAreArray({"-jar", row.received}));
@@ -153,3 +152,4 @@ TEST_F(LaunchSystemTest, ASafePathIsTheFileWhateverItsNameBeginsWith) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -1,4 +1,4 @@
-// What this process holds.
+// The handles, children and memory of this process.
 #pragma once
 
 namespace tests {
@@ -10,5 +10,11 @@ struct Resources {
 };
 
 Resources MeasureResources();
+
+// A pipe whose ends a child may inherit: the reading end, then the writing one.
+bool MakePipe(int (&ends)[2]);
+void CloseEnd(int end);
+// Waits for the next byte; true when there is none because all writing ends are closed.
+bool IsAtItsEnd(int readingEnd);
 
 }  // namespace tests

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "ThisSystem.h"
 #include "fakes/Text.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
-using fakes::Narrow;
 using namespace torvan::platform;
 
 struct Convention {
@@ -37,11 +37,7 @@ TEST(ConventionsTest, EachSystemHasItsOwnPaths) {
   };
   // clang-format on
   for (const Convention& convention : conventions) {
-#ifdef _WIN32
-    EXPECT_EQ(convention.windows, Narrow(convention.text)) << convention.name;
-#else
-    EXPECT_EQ(convention.others, Narrow(convention.text)) << convention.name;
-#endif
+    EXPECT_EQ(OnThisSystem(convention.windows, convention.others), Narrow(convention.text)) << convention.name;
   }
 }
 
@@ -51,4 +47,4 @@ TEST(ConventionsTest, TheConstantsAreThereForTheFirstInitialiser) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

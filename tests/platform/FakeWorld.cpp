@@ -3,7 +3,7 @@
 #include "fakes/FakeSystem.h"
 #include "platform/World.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
 int FortyTwo() { return 42; }
@@ -31,15 +31,15 @@ class FakeWorld : public World {
   torvan::platform::System& GetSystem() override { return m_system; }
 
   std::string ProcessThatExits(int code) override {
-    fakes::FakeProcess process;
+    FakeProcess process;
     process.exitCode = static_cast<unsigned int>(code);
     m_system.AddProcess(process);
     return "process.exe exit";
   }
 
   std::string ProcessThatRuns() override {
-    fakes::FakeProcess process;
-    process.timeouts = fakes::FakeProcess::Never;
+    FakeProcess process;
+    process.timeouts = FakeProcess::Never;
     m_system.AddProcess(process);
     return "process.exe run";
   }
@@ -51,11 +51,11 @@ class FakeWorld : public World {
   }
 
  private:
-  fakes::FakeSystem m_system;
+  FakeSystem m_system;
 };
 
 }  // namespace
 
 std::unique_ptr<World> MakeWorld() { return std::make_unique<FakeWorld>(); }
 
-}  // namespace platform_tests
+}  // namespace tests

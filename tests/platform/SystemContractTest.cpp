@@ -1,15 +1,12 @@
-// What every system answers alike, whether it is real or a fake.
+// What every System must answer, real or fake.
 #include <gmock/gmock.h>
 
 #include "fakes/Text.h"
 #include "platform/World.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
-using fakes::Narrow;
-using fakes::Widen;
-using fakes::WideText;
 using testing::Contains;
 using namespace torvan::platform;
 
@@ -223,7 +220,7 @@ TEST_F(SystemContractTest, AnEndedProcessKeepsTheExitCodeItWasEndedWith) {
     unsigned int seen = 1;
     EXPECT_TRUE(system.ExitCodeOf(started.process, &seen));
     EXPECT_EQ(code, seen);
-    system.EndProcess(started.process, 5);  // Windows calls it a failure, Wine a success
+    system.EndProcess(started.process, 5);  // a failure on Windows, but not on every stand-in for it
     EXPECT_TRUE(system.ExitCodeOf(started.process, &seen));
     EXPECT_EQ(code, seen);
     system.ReleaseHandle(started.process);
@@ -242,4 +239,4 @@ TEST_F(SystemContractTest, ProcessesThatRunTogetherHaveDifferentIds) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

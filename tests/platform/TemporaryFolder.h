@@ -7,9 +7,9 @@
 #include <fstream>
 #include <string>
 
-namespace platform_tests {
+namespace tests {
 
-// An empty folder that goes, with what is in it, at the end.
+// An empty folder, deleted with its contents by the destructor.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -29,7 +29,7 @@ class TemporaryFolder {
     return (name.empty() ? m_path : m_path / std::filesystem::u8path(name)).u8string();
   }
 
-  // Makes a file, and the folders it stands in.
+  // Makes a file, and the folders on its path.
   std::string AddFile(const std::string& name, const std::string& text = {}) const {
     const auto path = m_path / std::filesystem::u8path(name);
     std::filesystem::create_directories(path.parent_path());
@@ -41,4 +41,4 @@ class TemporaryFolder {
   std::filesystem::path m_path;
 };
 
-}  // namespace platform_tests
+}  // namespace tests

@@ -1,4 +1,4 @@
-// What the contract of a system is tried on.
+// The files, keys and processes that the contract of System is tested with.
 #pragma once
 
 #include <memory>
@@ -7,9 +7,9 @@
 
 #include "platform/System.h"
 
-namespace platform_tests {
+namespace tests {
 
-// A system, and the names of things that are there and that are not. Texts are UTF-8.
+// A system, and names of things that exist and that do not. Texts are UTF-8.
 class World {
  public:
   virtual ~World() = default;
@@ -28,7 +28,7 @@ class World {
   std::string value;
 
   std::string module;
-  std::string function;  // of the module; takes nothing and gives 42
+  std::string function;  // of the module; no parameters, returns 42
 
   std::string file;
   std::string directory;
@@ -38,4 +38,4 @@ class World {
 // Each test program has one.
 std::unique_ptr<World> MakeWorld();
 
-}  // namespace platform_tests
+}  // namespace tests

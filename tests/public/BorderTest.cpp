@@ -1,4 +1,4 @@
-// What a host sees across the border of the shared libraries: it has the public headers and nothing else.
+// What a host sees of the shared libraries through the public headers alone.
 #include <fakes/Failure.h>
 #include <torvan/Torvan.h>
 
@@ -6,10 +6,9 @@
 
 #include <string>
 
+namespace tests {
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CClass;
 using mirel::base::CException;
 using mirel::base::CIllegalArgumentException;
@@ -142,3 +141,4 @@ TEST(BorderTest, StartsUpAndShutsDown) {
 }
 
 }  // namespace
+}  // namespace tests

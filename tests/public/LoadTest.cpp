@@ -1,4 +1,4 @@
-// What a process sees of the library's being loaded and unloaded: nothing.
+// Loading and unloading the library changes nothing in the process.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,9 +10,10 @@
 #include <string>
 #include <vector>
 
+namespace tests {
 namespace {
 
-// The descriptors that are open, the threads, and what becomes of each signal.
+// The open descriptors, the threads, and how each signal is handled.
 struct Traces {
   std::vector<int> descriptors;
   std::size_t threads = 0;
@@ -36,7 +37,7 @@ Traces TracesOfThisProcess() {
   return traces;
 }
 
-// Tells in a process of its own whether loading changes anything; exit code 0 says that it does not.
+// Checks in a process of its own whether loading changes anything; the exit code is 0 if it does not.
 int Load(bool hasStandardDescriptors) {
   const pid_t child = fork();
   if (child == 0) {
@@ -58,3 +59,4 @@ TEST(LoadTest, OpensNoDescriptorStartsNothingAndTakesNoSignal) { EXPECT_EQ(0, Lo
 TEST(LoadTest, TakesNoStandardDescriptorThatIsFree) { EXPECT_EQ(0, Load(false)); }
 
 }  // namespace
+}  // namespace tests

@@ -7,9 +7,10 @@
 #include <cstring>
 #include <string>
 
+namespace tests {
 namespace {
 
-// The version resource of a loaded DLL as it stands in memory: UTF-16 texts between numbers.
+// The version resource of a loaded DLL, as bytes in memory: UTF-16 texts between numbers.
 std::wstring VersionResourceOf(const wchar_t* dll) {
   const HMODULE module = GetModuleHandleW(dll);
   const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16));
@@ -20,7 +21,7 @@ std::wstring VersionResourceOf(const wchar_t* dll) {
   return words;
 }
 
-// The text behind a name; zeros fill the space between them.
+// The text after a name; zeros fill the space between them.
 std::wstring ValueOf(const std::wstring& resource, const std::wstring& name) {
   const std::size_t found = resource.find(name + L'\0');
   if (found == std::wstring::npos) return L"nothing of that name";
@@ -55,3 +56,4 @@ INSTANTIATE_TEST_SUITE_P(EachDll, VersionResourceTest,
                          ::testing::Values(L"torvan.dll", L"mirel.dll", L"RXRoot.dll", L"PlaceLib.dll"));
 
 }  // namespace
+}  // namespace tests

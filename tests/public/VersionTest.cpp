@@ -5,6 +5,7 @@
 
 #include <string>
 
+namespace tests {
 namespace {
 
 TEST(VersionTest, TheTextIsMajorMinorPatch) {
@@ -23,3 +24,4 @@ TEST(VersionTest, TheNumberGrowsWithTheVersionAndServesThePreprocessor) {
 }
 
 }  // namespace
+}  // namespace tests

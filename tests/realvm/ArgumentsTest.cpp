@@ -2,12 +2,9 @@
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CMemoryException;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
@@ -25,7 +22,7 @@ class ArgumentsTest : public RealVmTest {
     return Utf8(CJavaString(object.GetObjectField("constructedBy", "Ljava/lang/String;")));
   }
 
-  // Hands the arguments that `whatArrived` tells to an operation, behind what comes first.
+  // Calls an operation with what comes first, followed by the arguments that `whatArrived` describes.
   template <typename Operation, typename... First>
   auto WithArguments(Operation operation, First... first) {
     return operation(first..., jboolean{JNI_TRUE}, jbyte{-2}, jchar{0x20AC}, jshort{-3000}, jint{2147483647},
@@ -52,7 +49,7 @@ TEST_F(ArgumentsTest, AStaticMethodGetsArgumentsOfEveryType) {
   const char* const signature = "(ZBCSIJFDLjava/lang/String;[I)Ljava/lang/String;";
   const auto call = [this](auto... all) { return arguments.CallStaticObjectMethod(all...); };
   EXPECT_EQ(Utf8(CJavaString(WithArguments(call, "all", signature))), whatArrived);
-  EXPECT_EQ(Utf8(CJavaString(WithArguments(call, RX_TEXT("all"), fakes::Widen(signature).c_str()))), whatArrived);
+  EXPECT_EQ(Utf8(CJavaString(WithArguments(call, RX_TEXT("all"), Widen(signature).c_str()))), whatArrived);
 }
 
 TEST_F(ArgumentsTest, MoreArgumentsThanRegistersArriveInOrder) {
@@ -68,10 +65,9 @@ TEST_F(ArgumentsTest, MoreArgumentsThanRegistersArriveInOrder) {
     return Utf8(text);
   };
   EXPECT_EQ(arrived([&](auto... all) { return object.CallObjectMethod("many", signature, all...); }), expected);
-  EXPECT_EQ(arrived([&](auto... all) {
-              return object.CallObjectMethod(RX_TEXT("many"), fakes::Widen(signature).c_str(), all...);
-            }),
-            expected);
+  EXPECT_EQ(
+      arrived([&](auto... all) { return object.CallObjectMethod(RX_TEXT("many"), Widen(signature).c_str(), all...); }),
+      expected);
   EXPECT_EQ(arrived([&](auto... all) { return object.CallNonvirtualObjectMethod("many", signature, all...); }),
             expected);
 }
@@ -80,7 +76,7 @@ TEST_F(ArgumentsTest, TheConstructorIsChosenByItsSignature) {
   EXPECT_EQ(Read(vm.NewObject("fixture/Arguments", "()V")), "nothing");
 }
 
-// Fields keep Java's zero values, not those that the class gives them.
+// Fields keep Java's zero values, not those that the class assigns.
 TEST_F(ArgumentsTest, AllocObjectRunsNoConstructor) {
   for (const CJavaObject& object :
        {vm.AllocObject("fixture/Arguments"), vm.AllocObject(RX_TEXT("fixture/Arguments")), arguments.AllocObject()}) {
@@ -104,3 +100,4 @@ TEST_F(ArgumentsTest, AnAbstractClassGivesNoObject) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -1,15 +1,12 @@
-// VMs that are created, refused and collected.
+// VMs that are created, refused and listed.
 #include <cstdlib>
 
 #include "fakes/Failure.h"
 #include "realvm/OwnProcess.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::Failure;
-using fakes::FailureOf;
-using fakes::Throws;
 using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaRuntimeException;
 using torvan::jni::CJavaString;
@@ -114,8 +111,7 @@ TEST(CreationTest, AnObjectOutlivesTheHandlesThatMadeIt) {
   });
 }
 
-// The double that is static is read as a char, which the VM does not let pass when it checks; its abort ends in the
-// hook.
+// A static double is read as a char. A checking VM (-Xcheck:jni) aborts at that; the abort is seen in the hook.
 TEST(CreationTest, ReadingAStaticDoubleAbortsAVmThatChecks) {
   constexpr int ExitWithReport = 40;
   InProcessOfItsOwn(
@@ -133,3 +129,4 @@ TEST(CreationTest, ReadingAStaticDoubleAbortsAVmThatChecks) {
 }
 
 }  // namespace
+}  // namespace tests

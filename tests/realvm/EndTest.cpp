@@ -1,4 +1,4 @@
-// The end of a VM, which is the host's to bring about.
+// The end of a VM, which only the host can cause.
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -8,12 +8,9 @@
 #include "fakes/Failure.h"
 #include "realvm/OwnProcess.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Throws;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaVm;
@@ -64,7 +61,7 @@ TEST(EndTest, TheHostEndsTheVmAndTheShutdownHooksRun) {
 TEST(EndTest, HandlesThatAreLeftOnlyPrintThatTheyCannotAttach) {
   InProcessOfItsOwn([] {
     const CJavaVm vm = VmWithShutdownHook();
-    const fakes::DebugOut debugOut;
+    const DebugOut debugOut;
     {
       const CJavaClass work = vm.FindClass("fixture/Work");
       const CJavaObject object = work.NewObject("()V");
@@ -108,3 +105,4 @@ TEST(EndTest, TheEndWaitsForThreadsThatAreAttached) {
 }
 
 }  // namespace
+}  // namespace tests

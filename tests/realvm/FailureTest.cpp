@@ -1,16 +1,12 @@
-// What failures become on a real VM, and what they leave pending.
+// How failures are reported on a real VM, and what they leave pending.
 #include <functional>
 
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::Failure;
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CMemoryException;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
@@ -24,7 +20,7 @@ class FailureTest : public RealVmTest {
   const CJavaObject object = failures.NewObject("()V");
 };
 
-// The VM has no method getClass that gives a string, so that no Java exception is read to its end.
+// The VM has no method getClass that returns a string, so no Java exception is translated completely.
 const Failure unreadable = Throws<CJavaVmException>(
     "jni/JavaExceptionHelper", 57, "Failed to get the method id of the getClass () method of the exception occured.");
 
@@ -127,7 +123,7 @@ TEST_F(FailureTest, WhatIsNotFoundIsReportedAndTheVmsErrorStaysPending) {
   }
 }
 
-// Nothing clears the error of a lookup: the next check for a Java exception finds it, though its own call did well.
+// Nothing clears the error of a lookup: the next check for a Java exception finds it, though its own call succeeded.
 TEST_F(FailureTest, AnErrorLeftPendingIsReportedByTheNextAccess) {
   EXPECT_EQ(FailureOf([&] { object.GetIntField("none", "I"); }),
             Throws<CJavaVmException>("jni/JavaObject", AnyLine, "The specified field was not found."));
@@ -170,3 +166,4 @@ TEST_F(FailureTest, AFailureIsCaughtByItsClassAndByEveryBase) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -3,9 +3,9 @@
 
 #include "realvm/OwnProcess.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
 using testing::HasSubstr;
 using torvan::jni::CJavaVm;
 using namespace torvan::jni::options;
@@ -48,7 +48,7 @@ TEST(HooksTest, WithoutAnExitHookSystemExitEndsTheProcess) {
   InProcessOfItsOwn([] { CallSystemExit(Runtime().CreateJavaVm(FixtureOptions(), false), 44); }, 44);
 }
 
-// A heap that starts larger than it may grow ends the VM and the process with it; the hook has the last word.
+// A heap that starts larger than its limit ends the VM and the process; the hook runs last.
 TEST(HooksTest, TheAbortHookIsCalledForAHeapThatCannotBe) {
   InProcessOfItsOwn(
       [] {
@@ -99,3 +99,4 @@ TEST(HooksTest, AllThreeHooksGoTogether) {
 }
 
 }  // namespace
+}  // namespace tests

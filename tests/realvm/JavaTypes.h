@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-namespace realvm {
+namespace tests {
 
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
@@ -55,4 +55,4 @@ template <> inline const std::vector<jdouble>  samples<Double>  = {
     std::numeric_limits<jdouble>::max(), std::numeric_limits<jdouble>::denorm_min()};
 // clang-format on
 
-}  // namespace realvm
+}  // namespace tests

@@ -4,9 +4,8 @@
 #include "realvm/JavaTypes.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
-
-using namespace realvm;
 
 template <typename JavaType, typename NameUnit>
 struct Case {
@@ -14,7 +13,7 @@ struct Case {
   using Unit = NameUnit;
 };
 
-// A cell of the type. What it holds is put in and checked by Java, called through JNI alone.
+// A cell of the type. Java, called through JNI alone, sets and checks its contents.
 template <typename Case>
 class MembersTest : public RealVmTest {
  protected:
@@ -95,7 +94,7 @@ class MembersTest : public RealVmTest {
   }
 };
 
-// The double that is static is read otherwise; its own tests stand below.
+// A static double is read in another way; it has its own tests below.
 template <typename Case>
 class StaticGetterTest : public MembersTest<Case> {};
 template <typename Case>
@@ -189,7 +188,7 @@ TYPED_TEST(StaticGetterTest, AStaticFieldIsReadAsJavaWroteIt) {
   }
 }
 
-// What the VM gives for the field read as a char: the low 16 of its 64 bits.
+// What the VM returns for the field read as a char: the low 16 of its 64 bits.
 TYPED_TEST(StaticDoubleGetterTest, AStaticFieldIsReadAsAChar) {
   const jdouble lowBits[] = {0.0, 0x999A, 0.0, 0.0, 0xFFFF, 1.0};
   ASSERT_EQ(std::size(lowBits), samples<Double>.size());
@@ -234,3 +233,4 @@ TEST_F(VoidMethodTest, AStaticMethodIsCalled) {
 }
 
 }  // namespace
+}  // namespace tests

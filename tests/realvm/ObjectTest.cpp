@@ -2,12 +2,9 @@
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CNull;
 using mirel::base::CNullReferenceException;
 using torvan::jni::CJavaClass;
@@ -24,7 +21,7 @@ class ObjectTest : public RealVmTest {
   const CJavaObject child = vm.NewObject("fixture/Kinds$Child", "()V");
 };
 
-// All three forms of the question give the same answer.
+// All three forms of the question return the same.
 TEST_F(ObjectTest, IsInstanceOfItsClassItsParentsAndItsInterfaces) {
   const struct {
     const char* className;
@@ -36,7 +33,7 @@ TEST_F(ObjectTest, IsInstanceOfItsClassItsParentsAndItsInterfaces) {
   };
   for (const auto& row : rows) {
     EXPECT_EQ(child.IsInstanceOf(row.className), row.expected) << row.className;
-    EXPECT_EQ(child.IsInstanceOf(fakes::Widen(row.className).c_str()), row.expected) << row.className;
+    EXPECT_EQ(child.IsInstanceOf(Widen(row.className).c_str()), row.expected) << row.className;
     EXPECT_EQ(child.IsInstanceOf(vm.FindClass(row.className)), row.expected) << row.className;
   }
   EXPECT_FALSE(vm.NewObject("fixture/Kinds$Parent", "()V").IsInstanceOf("fixture/Kinds$Child"));
@@ -50,7 +47,7 @@ TEST_F(ObjectTest, AnUnknownClassIsReportedAndStaysPending) {
   EXPECT_EQ(TakePending(env), "java.lang.NoClassDefFoundError");
 }
 
-// Nothing is an instance of no class, not even of one that does not exist.
+// A null object is of no class, and a class that does not exist is not even looked up.
 TEST_F(ObjectTest, ANullObjectIsOfNoClass) {
   const CJavaObject nothing = Nothing();
   ASSERT_TRUE(nothing == CNull());
@@ -59,7 +56,7 @@ TEST_F(ObjectTest, ANullObjectIsOfNoClass) {
   EXPECT_FALSE(nothing.IsInstanceOf(vm.FindClass("java/lang/Object")));
 }
 
-// No class is null by itself, but one can be given a null object's reference.
+// A class handle is null only when it is assigned a null object's reference.
 TEST_F(ObjectTest, ANullClassMakesAndKnowsNoObjects) {
   CJavaClass noClass = vm.FindClass("java/lang/Object");
   static_cast<CJavaObject&>(noClass) = Nothing();
@@ -131,3 +128,4 @@ TEST_F(ObjectTest, AClassIsAnObjectItself) {
 }
 
 }  // namespace
+}  // namespace tests

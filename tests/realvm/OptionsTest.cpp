@@ -2,9 +2,9 @@
 #include "fakes/Failure.h"
 #include "realvm/OwnProcess.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaVm;
 using namespace torvan::jni::options;
@@ -105,7 +105,7 @@ TEST(OptionsTest, ACustomOptionReachesTheVm) {
   });
 }
 
-// Today's VMs know each of the reports alone, and let a list of them pass without a report.
+// Current VMs know each report by itself, and accept a list of them without any report.
 TEST(OptionsTest, VerboseVmsReport) {
   const struct {
     unsigned int flags;
@@ -126,3 +126,4 @@ TEST(OptionsTest, VerboseVmsReport) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -10,13 +10,12 @@
 #include <dlfcn.h>
 #endif
 
-namespace realvm {
-
+namespace tests {
 namespace {
 
 constexpr int ExitFailed = 99;
 
-// In a child process GoogleTest keeps failures to itself.
+// In a child process GoogleTest prints no failures.
 void PrintFailures() {
   const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
   for (int i = 0; i < result.total_part_count(); ++i) {
@@ -25,10 +24,10 @@ void PrintFailures() {
   }
 }
 
-// A VM library that is unloaded leaves memory behind whose owner a leak checker can no longer name: it stays.
+// An unloaded VM library would leave memory whose owner a leak checker cannot name, so it stays loaded.
 void KeepRuntimeMapped() {
 #if defined(__SANITIZE_ADDRESS__)
-  EXPECT_NE(dlopen(fakes::Narrow(RuntimePath().c_str()).c_str(), RTLD_LAZY | RTLD_NODELETE), nullptr);
+  EXPECT_NE(dlopen(Narrow(RuntimePath().c_str()).c_str(), RTLD_LAZY | RTLD_NODELETE), nullptr);
 #endif
 }
 
@@ -74,4 +73,4 @@ std::string VmText() {
   return vmText;
 }
 
-}  // namespace realvm
+}  // namespace tests

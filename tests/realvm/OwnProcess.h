@@ -1,4 +1,4 @@
-// Tests that each need a VM of their own kind: a process has one VM, and only once.
+// Tests that need a VM of their own: a process can create one VM, once.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -8,7 +8,7 @@
 
 #include "realvm/RealRuntime.h"
 
-namespace realvm {
+namespace tests {
 
 // Runs the body in a process of its own, which must end with the exit code. A body that returns ends its process with
 // 0, or else, when one of its expectations failed or it threw, with another code; what failed is printed.
@@ -18,4 +18,4 @@ void InProcessOfItsOwn(const std::function<void()>& body, int exitCode = 0);
 int TakeVmText(FILE* stream, const char* format, va_list arguments);
 std::string VmText();
 
-}  // namespace realvm
+}  // namespace tests

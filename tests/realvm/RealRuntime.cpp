@@ -1,37 +1,31 @@
 #include "realvm/RealRuntime.h"
 
-#include <cstdio>
 #include <cstdlib>
 
-namespace realvm {
+namespace tests {
 
 using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaString;
 using torvan::jni::CJavaVm;
 using torvan::jni::options::COptions;
 
-const fakes::WideText& RuntimePath() {
-  static const fakes::WideText path = [] {
+const WideText& RuntimePath() {
+  static const WideText path = [] {
     const char* value = std::getenv("TORVAN_TEST_LIBJVM");
-    return fakes::Widen(value != nullptr ? value : "");
+    return Widen(value != nullptr ? value : "");
   }();
   return path;
 }
 
 CDynamicJavaRuntime Runtime(jint jniVersion) {
   if (!RuntimePath().empty()) return CDynamicJavaRuntime(RuntimePath().c_str(), jniVersion);
-#if defined(_WIN32)
   return CDynamicJavaRuntime(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr, jniVersion);
-#else
-  std::fputs("TORVAN_TEST_LIBJVM must name the library of a Java VM.\n", stderr);
-  std::exit(2);
-#endif
 }
 
 void AddOptionFromEnvironment(COptions& options) {
   const char* option = std::getenv("TORVAN_TEST_VM_OPTION");
   if (option == nullptr || *option == '\0') return;
-  options.AddOption(torvan::jni::options::CCustomOption(fakes::Widen(option).c_str()));
+  options.AddOption(torvan::jni::options::CCustomOption(Widen(option).c_str()));
 }
 
 COptions FixtureOptions() {
@@ -43,7 +37,7 @@ COptions FixtureOptions() {
   return options;
 }
 
-std::string Utf8(const mirel::base::CUnicodeString& text) { return fakes::Narrow(text); }
+std::string Utf8(const mirel::base::CUnicodeString& text) { return Narrow(text); }
 
 std::string Property(const CJavaVm& vm, const RX::UniChar* name) {
   const CJavaString key = vm.NewString(name);
@@ -55,7 +49,7 @@ std::string Property(const CJavaVm& vm, const RX::UniChar* name) {
 
 namespace {
 
-// The result of a method without arguments that gives a text, read by JNI alone.
+// The text that a method without arguments returns, read by JNI alone.
 std::string CallForText(JNIEnv* env, jobject object, const char* className, const char* method) {
   jmethodID id = env->GetMethodID(env->FindClass(className), method, "()Ljava/lang/String;");
   const auto text = static_cast<jstring>(env->CallObjectMethod(object, id));
@@ -80,4 +74,4 @@ std::string TakePending(JNIEnv* env, bool message) {
   return text;
 }
 
-}  // namespace realvm
+}  // namespace tests

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-namespace realvm {
+namespace tests {
 
 using torvan::jni::CJavaVm;
 
@@ -38,4 +38,4 @@ RealVmTest::~RealVmTest() noexcept {
   env->PopLocalFrame(nullptr);
 }
 
-}  // namespace realvm
+}  // namespace tests

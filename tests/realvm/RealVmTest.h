@@ -6,7 +6,7 @@
 
 #include "realvm/RealRuntime.h"
 
-namespace realvm {
+namespace tests {
 
 // The VM, created before the first test. The runtime handle that created it is gone by then.
 const torvan::jni::CJavaVm& Vm();
@@ -28,4 +28,4 @@ std::basic_string<Unit> Spell(const char* text) {
   return std::basic_string<Unit>(text, text + std::char_traits<char>::length(text));
 }
 
-}  // namespace realvm
+}  // namespace tests

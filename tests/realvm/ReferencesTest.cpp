@@ -5,9 +5,9 @@
 
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
 using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
@@ -28,7 +28,7 @@ class ReferencesTest : public RealVmTest {
   }
   CJavaObject Fresh() { return watch.CallStaticObjectMethod("fresh", "()Ljava/lang/Object;"); }
 
-  // Runs an operation and ends the local references that it leaves in this thread.
+  // Runs an operation and deletes the local references that it leaves in this thread.
   template <typename Operation>
   auto InFrame(Operation operation) {
     env->PushLocalFrame(4096);
@@ -162,3 +162,4 @@ TEST_F(ReferencesTest, CreatedVmsAreAppendedAndEqual) {
 }
 
 }  // namespace
+}  // namespace tests

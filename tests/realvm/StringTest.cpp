@@ -1,10 +1,9 @@
 // Text on its way to Java and back.
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::WideText;
 using mirel::base::CNull;
 using mirel::base::CUnicodeString;
 using torvan::jni::CJavaClass;
@@ -20,7 +19,7 @@ class StringTest : public RealVmTest {
 
   CJavaString Field(const char* name) { return texts.GetStaticObjectField(name, "Ljava/lang/String;"); }
 
-  // What java.lang.String.hashCode gives for the units.
+  // What java.lang.String.hashCode returns for the units.
   static jint Hash(const WideText& text) {
     unsigned hash = 0;
     for (const RX::UniChar unit : text) hash = 31 * hash + static_cast<unsigned>(unit);
@@ -41,7 +40,7 @@ TEST_F(StringTest, EveryUnitArrivesAndComesBack) {
       {"one letter", RX_TEXT("x"), 1},
       {"emoji", RX_TEXT("caf\u00E9 \U0001F600 \u6F22"), 8},
       {"half a pair", {RX_TEXT('x'), static_cast<RX::UniChar>(0xD83D), RX_TEXT('y')}, 3},
-      // Halves in order of their numbers meet once as a pair: the last high one and the first low one.
+      // In numerical order, halves form one pair: the last high one and the first low one.
       {"64 Ki units", everyUnit + everyUnit[0], 0x10000 - 1},
   };
   for (const auto& row : rows) {
@@ -95,7 +94,7 @@ TEST_F(StringTest, AnAssignedTextReplacesTheOld) {
 }
 
 // The made string is kept by a global reference, and used by it; an assigned one is kept likewise, but used by the
-// local reference that the VM gave.
+// local reference that the VM returned.
 TEST_F(StringTest, AnAssignedTextIsUsedByItsLocalReference) {
   CJavaString string = vm.NewString(RX_TEXT("made"));
   EXPECT_EQ(env->GetObjectRefType(string), JNIGlobalRefType);
@@ -124,3 +123,4 @@ TEST_F(StringTest, AStringIsMadeFromAnyObjectUntested) {
 }
 
 }  // namespace
+}  // namespace tests

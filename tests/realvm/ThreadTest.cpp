@@ -5,13 +5,9 @@
 #include "fakes/Failure.h"
 #include "realvm/RealVmTest.h"
 
+namespace tests {
 namespace {
 
-using namespace realvm;
-using fakes::AnyLine;
-using fakes::Failure;
-using fakes::FailureOf;
-using fakes::Throws;
 using torvan::jni::CJavaClass;
 using torvan::jni::CJavaObject;
 using torvan::jni::CJavaString;
@@ -20,7 +16,7 @@ using torvan::jni::CJavaVmException;
 
 class ThreadTest : public RealVmTest {
  protected:
-  // Whether the calling thread is attached, asked of the VM itself.
+  // Whether the calling thread is attached; the VM itself is asked.
   bool IsAttached() {
     void* found = nullptr;
     return m_javaVm->GetEnv(&found, JNI_VERSION_1_6) == JNI_OK;
@@ -57,7 +53,7 @@ TEST_F(ThreadTest, EveryOperationAttachesItsThreadAndNoneDetachesIt) {
   }).join();
 }
 
-// To this VM a thread that was never attached, or no longer is, needs no detaching and that is no failure.
+// For this VM it is no failure to detach a thread that is not attached.
 TEST_F(ThreadTest, DetachingAThreadThatIsNotAttachedDoesNothing) {
   std::thread([this] {
     EXPECT_EQ(FailureOf([this] { vm.Detach(); }), Failure());
@@ -79,8 +75,8 @@ TEST_F(ThreadTest, AThreadThatIsAttachedAgainIsANewOneToJava) {
   }).join();
 }
 
-// Each thread has VM handles of its own, because the counts of a shared one are not made for several threads; the
-// object, which nobody copies, is shared.
+// Each thread has VM handles of its own, because the reference counts of a shared one are not atomic. The
+// object is shared, because no thread copies it.
 TEST_F(ThreadTest, EightThreadsAttachCallAndDetachAtTheSameTime) {
   constexpr int threadCount = 8;
   constexpr int rounds = 50;
@@ -149,7 +145,7 @@ jint JNICALL DetachInCallBack(JNIEnv*, jclass, jint number) {
   return number + 1;
 }
 
-// A thread that Java has called from cannot leave before it has returned there.
+// A thread cannot detach while it is in a call from Java.
 TEST_F(ThreadTest, AThreadInsideJavaCannotBeDetached) {
   const CJavaClass work = vm.FindClass("fixture/Work");
   char name[] = "callBack";
@@ -164,3 +160,4 @@ TEST_F(ThreadTest, AThreadInsideJavaCannotBeDetached) {
 }
 
 }  // namespace
+}  // namespace tests

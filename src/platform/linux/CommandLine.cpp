@@ -57,7 +57,7 @@ void CopyArgument(Cursor& cursor) {
 
 CommandLine::CommandLine(const char* text) {
   const std::size_t length = std::strlen(text);
-  // Every argument behind the program takes at least one byte and a separator; the null pointer ends them.
+  // Every argument after the program takes at least one byte and a separator; the null pointer ends them.
   const std::size_t pointers = length / 2 + 2;
   m_arguments = static_cast<char**>(RX_malloc(pointers * sizeof(char*) + length + 1));
   if (m_arguments == nullptr) mirel::base::CBase::_ThrowMemoryException("platform/linux/CommandLine", __LINE__);

@@ -1,4 +1,4 @@
-// The arguments that a command line stands for.
+// Splits a command line into its arguments.
 #pragma once
 
 namespace torvan::platform {
@@ -7,9 +7,9 @@ namespace torvan::platform {
 //
 // Blanks and tabs outside double quotes separate arguments. In the first argument, the program, a double quote begins
 // or ends a quoted stretch and a backslash is a backslash. In the others backslashes before a double quote are counted:
-// each two give one backslash, and an odd one left over makes the quote a character of the argument. A quote that is
-// not one begins or ends a quoted stretch, and two of them within a stretch give one quote. Quotes around nothing give
-// an empty argument; a quoted stretch may end with the line.
+// each two become one backslash, and an odd one left over makes the quote a character of the argument. Any other quote
+// begins or ends a quoted stretch, and two of them within a stretch become one quote. Quotes around nothing are an
+// empty argument; a quoted stretch may end with the line.
 class CommandLine {
  public:
   // Throws CMemoryException.
@@ -18,11 +18,11 @@ class CommandLine {
   CommandLine(const CommandLine&) = delete;
   CommandLine& operator=(const CommandLine&) = delete;
 
-  // The arguments, the program first, and a null pointer behind the last; they live as long as this object.
+  // The arguments, the program first, and a null pointer after the last; they live as long as this object.
   char* const* GetArguments() const { return m_arguments; }
 
  private:
-  char** m_arguments;  // one block: the pointers, and behind them the texts
+  char** m_arguments;  // one block: the pointers, then the texts
 };
 
 }  // namespace torvan::platform

@@ -7,7 +7,7 @@
 namespace torvan::platform {
 namespace {
 
-// One row for each length of a sequence: how its first byte looks, and the least character it may stand for.
+// One row for each length of a sequence: the bits of its first byte, and the smallest character that it may encode.
 struct Sequence {
   unsigned char mask;
   unsigned char lead;
@@ -25,7 +25,7 @@ constexpr Sequence Sequences[] = {
 
 constexpr char32_t Malformed = 0xFFFFFFFF;
 
-// Reads the character at `text` and moves behind it.
+// Reads the character at `text` and advances past it.
 char32_t ReadCharacter(const char*& text) {
   const auto first = static_cast<unsigned char>(*text++);
   int followers = 0;

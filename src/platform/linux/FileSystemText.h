@@ -5,7 +5,7 @@
 
 namespace torvan::platform {
 
-// Gives UTF-8 as UTF-16; null for null and for bytes that are not UTF-8. Throws CMemoryException.
+// Converts UTF-8 to UTF-16; null for null and for bytes that are not UTF-8. Throws CMemoryException.
 mirel::base::CUnicodeString FromUtf8(const char* text);
 
 }  // namespace torvan::platform

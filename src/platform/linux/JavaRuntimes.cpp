@@ -33,7 +33,8 @@ constexpr const char* Libraries[] = {
     "lib/amd64/server/libjvm.so", "lib/aarch64/server/libjvm.so",
 };
 
-// The units that the name of a key may have in the Windows registry; whoever enumerates names has no room for more.
+// The units that the name of a key may have in the Windows registry; callers that enumerate names have no room for
+// more.
 constexpr unsigned int LongestName = 255;
 
 // The path of a file in a folder. One that is too long is empty, and so names no file.
@@ -59,7 +60,7 @@ char* ValueOf(const char* key, char* line) {
   return value;
 }
 
-// Null when the folder has no release file or that file tells no version.
+// Null when the folder has no release file or that file has no version.
 CUnicodeString ReadVersion(const char* home) {
   struct Release {
     std::FILE* file;
@@ -94,7 +95,7 @@ bool Contains(const JavaRuntimes& runtimes, const CUnicodeString& version) {
   return false;
 }
 
-// Adds the runtime in a folder, unless one of its version is there. Gives what keeps the folder from being a runtime,
+// Adds the runtime in a folder, unless one of its version is there. Returns why the folder is no runtime,
 // or null.
 const char* AddRuntimeAt(const char* path, JavaRuntimes& runtimes) {
   char home[PATH_MAX];
@@ -109,7 +110,7 @@ const char* AddRuntimeAt(const char* path, JavaRuntimes& runtimes) {
   return nullptr;
 }
 
-// A host that set JAVA_HOME would otherwise wonder why another Java is taken.
+// Otherwise a host that set JAVA_HOME would not learn why another Java is used.
 void Report(const char* javaHome, const char* reason) {
   mirel::io::CPrintStream* const debugOut = mirel::base::CSystem::debugOut;
   if (debugOut == nullptr) return;
@@ -148,7 +149,7 @@ const JavaRuntime* ChooseCurrent(const JavaRuntimes& runtimes, bool firstIsPrefe
 
 bool IsDigit(RX::UniChar unit) { return unit >= u'0' && unit <= u'9'; }
 
-// Reads the next number and moves behind it; -1 when there is none.
+// Reads the next number and advances past it; -1 when there is none.
 long long ReadNumber(const RX::UniChar*& text) {
   while (*text != 0 && !IsDigit(*text)) ++text;
   if (*text == 0) return -1;

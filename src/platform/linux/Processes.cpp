@@ -28,7 +28,7 @@ struct Identity {
 
 struct Child : mirel::base::CBase {
   pid_t parent = getpid();
-  Identity identity;          // nobody's when the host reaped the child before it could be looked at
+  Identity identity;          // unknown when the host reaped the child before it could be read
   bool killed = false;        // EndChild was called
   unsigned int exitCode = 0;  // of EndChild
 };

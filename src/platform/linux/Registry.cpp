@@ -17,7 +17,7 @@ bool IsWithin(const CUnicodeString& path, const CUnicodeString& key) {
   return path.GetLength() >= key.GetLength() && AreEqual(path.Mid(0, key.GetLength()), key);
 }
 
-// The component of a path that comes behind the key it leads into; empty when it leads to the key itself.
+// The component of a path after the key that it is below; empty when it leads to the key itself.
 CUnicodeString ComponentBehind(const CUnicodeString& path, const CUnicodeString& key) {
   const int end = path.Find(Separator, key.GetLength());
   return end < 0 ? CUnicodeString() : path.Mid(key.GetLength(), static_cast<unsigned int>(end) - key.GetLength());
@@ -47,7 +47,7 @@ const CUnicodeString* Registry::FindValue(const CUnicodeString& key, const RX::U
 CUnicodeString Registry::GetSubKeyName(const CUnicodeString& key, unsigned int index) const {
   CUnicodeString name;
   for (unsigned int count = 0; count <= index; ++count) {
-    CUnicodeString next;  // the smallest of the names behind `name`
+    CUnicodeString next;  // the smallest of the names after `name`
     for (unsigned int i = 0; i < m_values.GetSize(); ++i) {
       if (!IsWithin(m_values[i].key, key)) continue;
       const CUnicodeString candidate = ComponentBehind(m_values[i].key, key);

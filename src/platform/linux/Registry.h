@@ -10,8 +10,8 @@
 
 namespace torvan::platform {
 
-// Values by key and name. The path of a key ends with a backslash; the path of the root is empty. A key exists when a
-// value stands in it or below it. Keys and names compare without regard to case.
+// Values by key and name. The path of a key ends with a backslash; the path of the root is empty. A key exists when
+// there is a value in it or below it. Keys and names compare without regard to case.
 class Registry : public mirel::base::CBase {
  public:
   Registry() : m_values(8, 8) {}
@@ -24,7 +24,7 @@ class Registry : public mirel::base::CBase {
   bool HasKey(const mirel::base::CUnicodeString& key) const;
   // Null when there is no such value.
   const mirel::base::CUnicodeString* FindValue(const mirel::base::CUnicodeString& key, const RX::UniChar* name) const;
-  // The name of the subkey at an index, in the order of the names; null text behind the last.
+  // The name of the subkey at an index, in the order of the names; null text after the last.
   mirel::base::CUnicodeString GetSubKeyName(const mirel::base::CUnicodeString& key, unsigned int index) const;
 
  private:
@@ -44,7 +44,7 @@ class OpenedKey : public mirel::base::CBase {
   OpenedKey(const mirel::base::CRef<Registry>& registry, const mirel::base::CUnicodeString& path)
       : m_registry(registry), m_path(path) {}
 
-  // Gives a new open key, which the caller deletes.
+  // Returns a new open key, which the caller deletes.
   Status Open(const RX::UniChar* subKey, RegistryKey* key) const;
   Status Query(const RX::UniChar* name, void* buffer, unsigned int* size) const;
   Status Enumerate(unsigned int index, RX::UniChar* name, unsigned int* length) const;

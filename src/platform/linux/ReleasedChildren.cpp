@@ -26,7 +26,7 @@ bool ReapIfReleased(pid_t id) {
   return prlimit(id, RLIMIT_LOCKS, nullptr, &limit) == 0 && limit.rlim_cur == Mark() && Reap(id);
 }
 
-// A thread has its own file of the children that it started: numbers, with a blank behind each.
+// A thread has its own file of the children that it started: numbers, with a blank after each.
 void ReapReleasedOf(const char* thread) {
   char path[64];
   std::snprintf(path, sizeof(path), "/proc/self/task/%.20s/children", thread);
@@ -63,8 +63,8 @@ void ReapOnceEnded(pid_t id) {
 }
 
 void ReapReleased() {
-  // The kernel names the first child that has ended. All are looked at only if that one is somebody else's: the host's,
-  // or a handle's.
+  // The kernel names the first child that has ended. All are checked only if that one is not ours to reap: the host's,
+  // or one with a handle.
   for (;;) {
     siginfo_t end{};
     if (waitid(P_ALL, 0, &end, WEXITED | WNOHANG | WNOWAIT) != 0 || end.si_pid == 0) return;

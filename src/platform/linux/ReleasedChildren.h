@@ -1,4 +1,4 @@
-// Children whose handles were released: somebody has to reap them when they have ended.
+// Reaps children whose handles were released, once they have ended.
 #pragma once
 
 #include <sys/types.h>
@@ -14,8 +14,8 @@ namespace torvan::platform {
 // inherit this process's own limit, and a marked child's own children are compared with that child's: neither pass for
 // marked. (Only a process that adopts orphans, as init does, also reaps those that a marked child leaves.)
 
-// Reaps a child of this process: now when it has ended, otherwise by the first ReapReleased after its end. One that the
-// system lets nobody mark, because it runs as another user, then stays unreaped until this process ends.
+// Reaps a child of this process: now when it has ended, otherwise by the first ReapReleased after its end. One that
+// cannot be marked, because it runs as another user, stays unreaped until this process ends.
 void ReapOnceEnded(pid_t id);
 
 // Reaps the children on the list that have ended.

@@ -25,7 +25,7 @@ class SpawnSettings {
       if (fcntl(standard, F_GETFD) >= 0) continue;
       m_good &= posix_spawn_file_actions_addopen(&actions, standard, "/dev/null", O_RDWR, 0) == 0;
     }
-    // A host's libraries open descriptors that are not closed on execution; only we can keep them from the child.
+    // A host's libraries open descriptors that are not closed on execution; closing them in the child is up to us.
     if (!inheritDescriptors) m_good &= posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1) == 0;
   }
   ~SpawnSettings() {

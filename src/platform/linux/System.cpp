@@ -42,7 +42,7 @@ Status StatusOf(int error) {
   }
 }
 
-// The answer of a question, or the one given for memory that runs out.
+// The result of a question, or `outOfMemory` when memory runs out.
 template <typename Answer, typename Question>
 Answer AnswerOr(Answer outOfMemory, Question question) {
   try {
@@ -59,8 +59,8 @@ class NativeSystem final : public System {
 
   RegistryKey LocalMachine() override { return &s_localMachine; }
 
-  // Every key opened below the root looks at the disk anew, so that a runtime installed meanwhile is seen. In the view
-  // of 32-bit programs there is none.
+  // Every key opened below the root reads the disk again, so that a newly installed runtime is found. The view of
+  // 32-bit programs is empty.
   Status OpenKey(RegistryKey root, const RX::UniChar* subKey, unsigned int access, RegistryKey* key) override {
     if ((access & ~KeyRead) != 0) return StatusAccessDenied;
     return AnswerOr(StatusNotEnoughMemory, [=]() -> Status {

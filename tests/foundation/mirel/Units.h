@@ -5,11 +5,11 @@
 
 #include <string>
 
-namespace foundation_tests {
+namespace tests {
 
 using WideText = std::basic_string<RX::UniChar>;
 
-// All units, zeros included, up to the length; the terminating zero has to stand behind them. Null gives "(null)".
+// All units, zeros included, up to the length; a terminating zero has to follow them. Null is "(null)".
 inline WideText UnitsOf(const mirel::base::CUnicodeString& text) {
   const RX::UniChar* const units = text;
   if (units == nullptr) return text.GetLength() == 0 ? RX_TEXT("(null)") : RX_TEXT("(null with a length)");
@@ -19,4 +19,4 @@ inline WideText UnitsOf(const mirel::base::CUnicodeString& text) {
 
 inline WideText Wide(const RX::UniChar* text) { return text; }
 
-}  // namespace foundation_tests
+}  // namespace tests

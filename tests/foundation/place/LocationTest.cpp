@@ -6,11 +6,12 @@
 
 #include "foundation/MemoryFailures.h"
 
+namespace tests {
 namespace {
 
 using WideText = std::basic_string<RX::UniChar>;
 
-// What ToPath makes of a text that was there before; a null text shows as "(null)".
+// What ToPath leaves in a text that held something else; a null text shows as "(null)".
 struct Answer {
   int status;
   WideText path;
@@ -67,7 +68,6 @@ TEST(LocationTest, ExhaustionThrowsAndChangesNothing) {
     EXPECT_EQ(location.ToPath(now), 0);
     EXPECT_EQ(WideText(now), WideText(RX_TEXT("/a")));
   };
-  using foundation_tests::FailEachRootAllocationOf;
   EXPECT_EQ(FailEachRootAllocationOf([&] { Place::Location made(RX_TEXT("/x")); }, unchanged), 1);
   EXPECT_EQ(FailEachRootAllocationOf([&] { Place::Location made(other); }, unchanged), 1);
   EXPECT_EQ(FailEachRootAllocationOf([&] { location.ToPath(path); }, unchanged), 1);
@@ -76,3 +76,4 @@ TEST(LocationTest, ExhaustionThrowsAndChangesNothing) {
 }
 
 }  // namespace
+}  // namespace tests

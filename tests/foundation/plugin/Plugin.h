@@ -13,7 +13,7 @@
 
 namespace plugin {
 
-// Its registered parent stands in the foundation library.
+// Its registered parent is in the foundation library.
 class PLUGIN_API CPluginException : public mirel::base::CException {
  public:
   CPluginException(const char* file, unsigned int line, const char* message);
@@ -25,10 +25,10 @@ class PLUGIN_API CPluginException : public mirel::base::CException {
 
 PLUGIN_API void Throw();
 
-// Makes a text in the root library and tells whether this library caught what that threw.
+// Makes a text in the root library and returns whether this library caught what that threw.
 PLUGIN_API bool CatchesOutOfMemoryOfRootLibrary();
 
-// Asks the foundation library for a block and tells whether this library caught what that threw.
+// Asks the foundation library for a block and returns whether this library caught what that threw.
 PLUGIN_API bool CatchesMemoryExceptionOfFoundation();
 
 }  // namespace plugin

@@ -10,6 +10,7 @@
 
 #include "foundation/plugin/Plugin.h"
 
+namespace tests {
 namespace {
 
 std::vector<std::size_t> s_sizes;
@@ -111,3 +112,4 @@ TEST_F(MemoryTest, TheRootLibrarysExceptionHasNoBaseInTheFoundation) {
 }
 
 }  // namespace
+}  // namespace tests

@@ -3,6 +3,7 @@
 
 #include <climits>
 
+namespace tests {
 namespace {
 
 constexpr int Untouched = -12345;
@@ -123,3 +124,4 @@ TEST(ScanTest, SeveralValuesAreStoredInOrderUntilOneDoesNotMatch) {
 }
 
 }  // namespace
+}  // namespace tests

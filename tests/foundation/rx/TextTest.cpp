@@ -9,6 +9,7 @@
 
 #include "foundation/MemoryFailures.h"
 
+namespace tests {
 namespace {
 
 using WideText = std::basic_string<RX::UniChar>;
@@ -73,7 +74,7 @@ TEST(UniStringTest, AssignmentToItselfKeepsTheText) {
 }
 
 TEST(UniStringTest, EveryTextGivesItsBlockBack) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   {
     const RX::UniString text(RX_TEXT("abc"));
     const RX::UniString copy(text);
@@ -88,7 +89,6 @@ TEST(UniStringTest, ExhaustionThrowsAndKeepsWhatAnAssignmentWasToReplace) {
   const RX::UniString other(RX_TEXT("other"));
   RX::UniString text(RX_TEXT("abc"));
   const auto unchanged = [&] { EXPECT_EQ(WideText(text), WideText(RX_TEXT("abc"))); };
-  using foundation_tests::FailEachRootAllocationOf;
   EXPECT_EQ(FailEachRootAllocationOf([&] { RX::UniString made(RX_TEXT("x")); }, unchanged), 1);
   EXPECT_EQ(FailEachRootAllocationOf([&] { RX::UniString made(other); }, unchanged), 1);
   EXPECT_EQ(FailEachRootAllocationOf([&] { text = other; }, unchanged), 1);
@@ -96,3 +96,4 @@ TEST(UniStringTest, ExhaustionThrowsAndKeepsWhatAnAssignmentWasToReplace) {
 }
 
 }  // namespace
+}  // namespace tests

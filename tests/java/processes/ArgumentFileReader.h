@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace java_tests {
+namespace tests {
 
 // Blanks separate arguments; quotes keep blanks; a backslash between quotes escapes; "#" begins a comment; a line's end
 // ends an argument, between quotes too.
@@ -46,4 +46,4 @@ inline std::vector<std::string> ReadArgumentFile(std::string_view file) {
   return arguments;
 }
 
-}  // namespace java_tests
+}  // namespace tests

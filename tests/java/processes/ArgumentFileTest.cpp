@@ -7,7 +7,7 @@
 #include "java/processes/Quoting.h"
 #include "java/processes/RandomArguments.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 std::string Written(const std::vector<std::string>& arguments) {
@@ -50,4 +50,4 @@ TEST(QuotingTest, ACommandLineHasEachArgumentBetweenQuotes) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

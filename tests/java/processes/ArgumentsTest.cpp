@@ -8,7 +8,7 @@
 #include <windows.h>
 #endif
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 void ExpectToArrive(const std::vector<std::string>& arguments) {
@@ -57,4 +57,4 @@ TEST(ArgumentsTest, WhatTheCodePageLacksIsRefused) {
 #endif
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

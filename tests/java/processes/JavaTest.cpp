@@ -7,7 +7,7 @@
 #include "java/processes/Probe.h"
 #include "java/processes/RandomArguments.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -138,4 +138,4 @@ TEST(JavaTest, TenMegabytesGoThroughJava) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-namespace java_tests {
+namespace tests {
 
 // Of this process, now. Descriptors are handles on Windows.
 struct Held {
@@ -19,4 +19,4 @@ std::size_t MemoryNow();
 // Tells whether a process runs; one that has ended and waits to be reaped does not.
 bool Runs(unsigned long id);
 
-}  // namespace java_tests
+}  // namespace tests

@@ -4,7 +4,7 @@
 #include "java/processes/Left.h"
 #include "java/processes/Probe.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -126,4 +126,4 @@ TEST(LeftBehindTest, ADetachedProgramOutlivesItsStartAndLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

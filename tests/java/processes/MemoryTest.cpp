@@ -29,7 +29,7 @@ void* operator new(std::size_t size) { return Allocate(size); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 #if defined(_WIN32)
@@ -106,4 +106,4 @@ TEST(MemoryTest, DroppingNeedsNoMemory) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

@@ -10,7 +10,7 @@
 #include <unistd.h>
 #endif
 
-namespace java_tests {
+namespace tests {
 
 namespace fs = std::filesystem;
 
@@ -73,4 +73,4 @@ std::string ReadFile(const fs::path& path) {
   return text;
 }
 
-}  // namespace java_tests
+}  // namespace tests

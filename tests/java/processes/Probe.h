@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-namespace java_tests {
+namespace tests {
 
 namespace java = torvan::java;
 using namespace std::chrono_literals;
@@ -52,4 +52,4 @@ bool Eventually(const Condition& condition) {
   return true;
 }
 
-}  // namespace java_tests
+}  // namespace tests

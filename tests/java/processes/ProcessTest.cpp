@@ -4,7 +4,7 @@
 
 #include "java/processes/Probe.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -227,4 +227,4 @@ TEST_F(ProcessTest, SixtyFourRunAtATime) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

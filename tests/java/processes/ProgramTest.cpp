@@ -3,7 +3,7 @@
 
 #include "java/processes/Probe.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Program;
@@ -184,4 +184,4 @@ TEST(ProgramTest, ARefusedSettingChangesNothing) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

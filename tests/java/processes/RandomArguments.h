@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace java_tests {
+namespace tests {
 
 // The table of arguments that have once been lost or split somewhere.
 inline const std::vector<std::string>& KnownArguments() {
@@ -113,4 +113,4 @@ inline std::size_t RandomArgumentCount(std::size_t few) {
   return count != nullptr ? std::strtoul(count, nullptr, 10) : few;
 }
 
-}  // namespace java_tests
+}  // namespace tests

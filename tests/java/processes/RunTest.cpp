@@ -4,7 +4,7 @@
 
 #include "java/processes/Probe.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -170,4 +170,4 @@ TEST(RunTest, AnInputThatIsKeptOpenNeedsAProcess) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

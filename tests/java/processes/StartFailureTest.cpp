@@ -9,7 +9,7 @@
 #include <sys/resource.h>
 #endif
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Program;
@@ -148,4 +148,4 @@ TEST(StartFailureTest, TooManyOpenFiles) {
 #endif
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

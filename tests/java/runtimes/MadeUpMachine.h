@@ -73,7 +73,7 @@ class MadeUpMachine : public Machine {
 
  private:
   const Machine& m_real = ThisMachine();
-  platform_tests::TemporaryFolder m_folder;
+  tests::TemporaryFolder m_folder;
   std::map<std::string, std::string> m_variables;
 };
 

@@ -1,15 +1,17 @@
 #include <mirel/base/IllegalArgumentException.h>
 #include <torvan/jni/options/CustomOption.h>
 
-#include "OptionSupport.h"
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CIllegalArgumentException;
 
 TEST(CustomOptionTest, KeepsItsTextUnchanged) {
@@ -34,7 +36,7 @@ TEST(CustomOptionTest, NeedsAText) {
 }
 
 TEST(CustomOptionTest, NeedsNoMemoryToRefuseAnEmptyText) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   EXPECT_THROW(CCustomOption(RX_TEXT("")), CIllegalArgumentException);
   EXPECT_EQ(allocations.Made(), 0);
 }
@@ -75,4 +77,4 @@ TEST(CustomOptionTest, CopiesAsAValue) {
 }
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

@@ -3,14 +3,16 @@
 #include <torvan/jni/options/ExitHook.h>
 #include <torvan/jni/options/VfprintfHook.h>
 
-#include "OptionSupport.h"
 #include "fakes/Failure.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CIllegalArgumentException;
 
 void OnAbort() {}
@@ -26,13 +28,13 @@ class CNamedHook : public CHook {
   void* GetExtraInfo() const override { return nullptr; }
 };
 
-// Gives a hook another hook's name and leaves its function.
+// Writes another hook's name into a hook and leaves its function.
 void Rename(CHook& hook, const CHook& other) { hook = other; }
 
 TEST(HookTest, NamesAreThoseThatJniKnows) {
-  EXPECT_EQ(fakes::Narrow(CAbortHook::HookName), "abort");
-  EXPECT_EQ(fakes::Narrow(CExitHook::HookName), "exit");
-  EXPECT_EQ(fakes::Narrow(CVfprintfHook::HookName), "vfprintf");
+  EXPECT_EQ(Narrow(CAbortHook::HookName), "abort");
+  EXPECT_EQ(Narrow(CExitHook::HookName), "exit");
+  EXPECT_EQ(Narrow(CVfprintfHook::HookName), "vfprintf");
 }
 
 TEST(HookTest, NeedsAName) {
@@ -138,4 +140,4 @@ TEST(HookTest, AssignmentBringsTheNameToo) {
 }
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

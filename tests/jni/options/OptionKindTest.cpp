@@ -1,4 +1,4 @@
-// What holds for every kind of option, and how the kinds differ.
+// What all kinds of options have in common, and how they differ.
 #include <mirel/base/MemoryException.h>
 #include <torvan/jni/options/AbortHook.h>
 #include <torvan/jni/options/ClassPath.h>
@@ -12,10 +12,14 @@
 #include <ostream>
 #include <typeinfo>
 
-#include "OptionSupport.h"
 #include "fakes/Allocations.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
 using mirel::base::CClass;
@@ -25,7 +29,7 @@ void OnAbort() {}
 void OnExit(int) {}
 int OnPrint(FILE*, const char*, va_list) { return 0; }
 
-// One function under the types of all hooks, so that only the class tells them apart.
+// One function cast to the types of all hooks, so that only the class distinguishes them.
 void* const Shared = reinterpret_cast<void*>(OnAbort);
 const auto SharedExit = reinterpret_cast<void (*)(int)>(Shared);
 const auto SharedPrint = reinterpret_cast<int (*)(FILE*, const char*, va_list)>(Shared);
@@ -106,7 +110,7 @@ TEST_P(OptionKindTest, HasItsRecordTextAndExtraInformation) {
 }
 
 TEST_P(OptionKindTest, RecordTellsTheSizeOfTheObject) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   const std::unique_ptr<CObject> clone(m_option->Clone());
   EXPECT_EQ(allocations.Taken()[0].address, clone.get());
   EXPECT_EQ(allocations.Taken()[0].size, m_option->GetClass()->GetInstanceSize());
@@ -148,11 +152,11 @@ TEST_P(OptionKindTest, EqualsNeitherNullNorAnObjectThatIsNoOption) {
   EXPECT_FALSE(m_option->Equals(&stranger));
 }
 
-// Runs an operation with each of its allocations failing; it must throw CMemoryException and leave nothing behind.
+// Runs an operation with each of its allocations failing; it must throw CMemoryException and leak nothing.
 template <typename Operation>
 int ExpectMemoryExceptions(Operation operation) {
   bool hasThrown = false;
-  return fakes::FailEachAllocation(
+  return FailEachAllocation(
       [&] {
         hasThrown = false;
         try {
@@ -161,7 +165,7 @@ int ExpectMemoryExceptions(Operation operation) {
           hasThrown = true;
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_TRUE(hasThrown);
         EXPECT_EQ(allocations.Live(), 0u);
       });
@@ -183,4 +187,4 @@ INSTANTIATE_TEST_SUITE_P(Kinds, OptionKindTest, ::testing::ValuesIn(Kinds),
                          [](const auto& row) { return row.param.name; });
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

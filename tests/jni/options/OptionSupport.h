@@ -9,26 +9,26 @@
 #include <string>
 #include <vector>
 
+#include "ThisSystem.h"
 #include "fakes/Text.h"
 
-namespace torvan::jni::options {
+namespace tests {
 
-#if defined(_WIN32)
-constexpr char ListSeparator[] = ";";
-#else
-constexpr char ListSeparator[] = ":";
-#endif
+using namespace torvan::jni;
+using namespace torvan::jni::options;
 
-inline std::string Text(const mirel::base::CUnicodeString& text) { return fakes::Narrow(text); }
+constexpr const char* ListSeparator = OnThisSystem(";", ":");
 
-// What a scripted option and all its clones answer; the test owns it.
+inline std::string Text(const mirel::base::CUnicodeString& text) { return Narrow(text); }
+
+// What a scripted option and all its clones return. The test owns it.
 struct Script {
   std::string name;
   std::vector<std::string>* log = nullptr;
-  // The text for the 1st, 2nd ... time it is asked for; made without the root allocator until it is returned.
+  // The text for the 1st, 2nd ... call. It is made without the root allocator, and copied by it when it is returned.
   std::function<std::string(int)> text = [](int) { return std::string("text"); };
   std::function<void*()> extraInfo = [] { return nullptr; };
-  // What a comparison answers or throws, for the 1st, 2nd ... one.
+  // What the 1st, 2nd ... comparison returns or throws.
   std::function<bool(int)> equals = [](int) { return true; };
   int texts = 0;
   int comparisons = 0;
@@ -43,7 +43,7 @@ class CScriptedOption : public COption {
   mirel::base::CObject* Clone() const override { return new CScriptedOption(m_script); }
   mirel::base::CUnicodeString GetOptionString() const override {
     Note("GetOptionString");
-    return mirel::base::CUnicodeString(fakes::Widen(m_script.text(++m_script.texts)).c_str());
+    return mirel::base::CUnicodeString(Widen(m_script.text(++m_script.texts)).c_str());
   }
   void* GetExtraInfo() const override {
     Note("GetExtraInfo");
@@ -58,7 +58,7 @@ class CScriptedOption : public COption {
   Script& m_script;
 };
 
-// A copy equals its original and is independent of it; an assignment gives its left operand.
+// A copy equals its original and is independent of it. An assignment returns its left operand.
 template <typename T>
 void ExpectCopiesAsAValue(const T& first, const T& second) {
   T copy(first);
@@ -78,4 +78,4 @@ void ExpectCopiesAsAValue(const T& first, const T& second) {
   EXPECT_TRUE(copy.Equals(&second));
 }
 
-}  // namespace torvan::jni::options
+}  // namespace tests

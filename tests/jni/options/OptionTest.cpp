@@ -5,9 +5,13 @@
 #include <cstring>
 #include <type_traits>
 
-#include "OptionSupport.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
 class CPlainOption : public COption {
@@ -62,4 +66,4 @@ TEST(OptionTest, VirtualOperationsHaveTheirPublishedSlots) {
 #endif
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

@@ -10,16 +10,18 @@
 #include <ostream>
 #include <type_traits>
 
-#include "OptionSupport.h"
 #include "fakes/Allocations.h"
 #include "fakes/DebugOut.h"
 #include "fakes/Failure.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CIllegalArgumentException;
 
 std::vector<std::string> TextsOf(const COptions& options) {
@@ -40,7 +42,7 @@ TEST(OptionsTest, IsAVectorOfObjectsWithoutVirtualOperations) {
 
 TEST(OptionsTest, StartsWithRoomForFiveOptionsAndGrowsByFive) {
   const CVerbose option(1);
-  fakes::Allocations allocations;
+  Allocations allocations;
   COptions options;
   EXPECT_EQ(allocations.Taken().back().size, 5 * sizeof(void*));
   allocations.Fail(0);
@@ -87,7 +89,7 @@ TEST(OptionsTest, SameOptionAddedTwiceIsHeldTwiceAndRemovedOnce) {
 }
 
 TEST(OptionsTest, RemovesByEqualityAndGivesTheMemoryBack) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   COptions options;
   const std::size_t empty = allocations.Live();
   options.AddOption(CCustomOption(RX_TEXT("-Xint")));
@@ -97,7 +99,7 @@ TEST(OptionsTest, RemovesByEqualityAndGivesTheMemoryBack) {
 }
 
 TEST(OptionsTest, RemovingWhatIsNotHeldDoesNothing) {
-  fakes::DebugOut debugOut;
+  DebugOut debugOut;
   COptions options;
   options.RemoveOption(CVerbose(1));
   options.AddOption(CVerbose(1));
@@ -107,7 +109,7 @@ TEST(OptionsTest, RemovingWhatIsNotHeldDoesNothing) {
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-// The first comparison looks whether the option is there, the second one finds it for removal.
+// The first comparison checks whether the option is there, the second finds it for removal.
 class RemovalFailureTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(RemovalFailureTest, IsPrintedAndGoesNoFurther) {
@@ -121,7 +123,7 @@ TEST_P(RemovalFailureTest, IsPrintedAndGoesNoFurther) {
   options.AddOption(option);
   options.AddOption(CVerbose(1));
 
-  fakes::DebugOut debugOut;
+  DebugOut debugOut;
   EXPECT_NO_THROW(options.RemoveOption(option));
   EXPECT_EQ(script.comparisons, GetParam());
   EXPECT_EQ(TextsOf(options), (Texts{"text", "-verbose:class"}));
@@ -145,7 +147,7 @@ TEST(OptionsTest, OptionThatCannotBeClonedIsRefused) {
   };
   COptions options;
   EXPECT_EQ(FailureOf([&] { options.AddOption(COnce()); }),
-            Throws<CIllegalArgumentException>("mirel/util/ObjectVector", fakes::AnyLine, "Invalid object."));
+            Throws<CIllegalArgumentException>("mirel/util/ObjectVector", AnyLine, "Invalid object."));
   EXPECT_EQ(options.GetOptionCount(), 0u);
 }
 
@@ -170,7 +172,7 @@ TEST(OptionsTest, AssignmentReplacesTheOptions) {
 }
 
 TEST(OptionsTest, DestructionReleasesTheClones) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   {
     COptions options;
     options.AddOption(CCustomOption(RX_TEXT("-Xint")));
@@ -184,7 +186,7 @@ TEST(OptionsTest, FailedAddLeavesTheSetAsItWas) {
   COptions options;
   for (int i = 0; i < 5; ++i) options.AddOption(CVerbose(1));
   bool hasThrown = false;
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
         hasThrown = false;
         try {
@@ -193,7 +195,7 @@ TEST(OptionsTest, FailedAddLeavesTheSetAsItWas) {
           hasThrown = true;
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_TRUE(hasThrown);
         EXPECT_EQ(TextsOf(options), Texts(5, "-verbose:class"));
         EXPECT_EQ(allocations.Live(), 0u);
@@ -203,4 +205,4 @@ TEST(OptionsTest, FailedAddLeavesTheSetAsItWas) {
 }
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

@@ -6,16 +6,18 @@
 
 #include <memory>
 
-#include "OptionSupport.h"
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
 #include "fakes/TextRoom.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CIllegalArgumentException;
 
 class CNamedList : public CPathList {
@@ -93,18 +95,18 @@ TEST(PathListTest, ListOfOneEmptyPathIsNotEmpty) {
 TEST(PathListTest, RendersPathsOfAnyLength) {
   const std::string path(1000, 'p');
   CClassPath list;
-  list.AddPath(fakes::Widen(path).c_str());
+  list.AddPath(Widen(path).c_str());
   EXPECT_EQ(Text(list.GetOptionString()), "-Djava.class.path=" + path + ListSeparator);
 }
 
 TEST(PathListTest, RenderingStartsWithRoomFor256UnitsAPath) {
   CClassPath list;
   for (int i = 0; i < 3; ++i) list.AddPath(RX_TEXT("x"));
-  EXPECT_EQ(fakes::FirstRoomOf([&] { list.GetOptionString(); }), fakes::RoomForUnits(3 * 256));
+  EXPECT_EQ(FirstRoomOf([&] { list.GetOptionString(); }), RoomForUnits(3 * 256));
 }
 
 TEST(PathListTest, StartsWithRoomForTenPathsAndGrowsByFive) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   CClassPath list;
   const std::size_t path = sizeof(mirel::base::CUnicodeString);
   EXPECT_EQ(allocations.Taken().back().size, 10 * path);
@@ -149,7 +151,7 @@ TEST(PathListTest, ClassPathAndLibraryPathAreNeverEqual) {
   EXPECT_FALSE(libraryPath.Equals(&classPath));
 }
 
-// Gives a list the name and value of a property and leaves its paths.
+// Writes the name and value of a property into a list and leaves its paths.
 void Rename(CSystemProperty& list, const CSystemProperty& property) { list = property; }
 
 TEST(PathListTest, ComparesNamesButNotTheUnusedValue) {
@@ -200,7 +202,7 @@ TEST_P(FailedAddTest, LeavesTheListAsItWas) {
   CClassPath list;
   for (unsigned int i = 0; i < count; ++i) list.AddPath(RX_TEXT("a"));
   bool hasThrown = false;
-  const int failures = fakes::FailEachAllocation(
+  const int failures = FailEachAllocation(
       [&] {
         hasThrown = false;
         try {
@@ -209,11 +211,11 @@ TEST_P(FailedAddTest, LeavesTheListAsItWas) {
           hasThrown = true;
         }
       },
-      [&](int, const fakes::Allocations& allocations) {
+      [&](int, const Allocations& allocations) {
         EXPECT_TRUE(hasThrown);
         EXPECT_EQ(list.GetPathCount(), count);
         EXPECT_EQ(Text(list.GetPathAt(count - 1)), "a");
-        // A list that was full may have grown all the same.
+        // A list that was full may have grown nevertheless.
         EXPECT_LE(allocations.Live(), count == 10 ? 1u : 0u);
       });
   EXPECT_GE(failures, count == 10 ? 2 : 1);
@@ -223,4 +225,4 @@ TEST_P(FailedAddTest, LeavesTheListAsItWas) {
 INSTANTIATE_TEST_SUITE_P(Paths, FailedAddTest, ::testing::Values(9u, 10u));
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

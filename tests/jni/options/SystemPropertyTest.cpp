@@ -3,15 +3,17 @@
 
 #include <ostream>
 
-#include "OptionSupport.h"
 #include "fakes/Failure.h"
 #include "fakes/TextRoom.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
-using fakes::FailureOf;
-using fakes::Throws;
 using mirel::base::CIllegalArgumentException;
 
 struct WellKnownName {
@@ -57,7 +59,7 @@ const WellKnownName WellKnownNames[] = {
 class WellKnownNameTest : public ::testing::TestWithParam<WellKnownName> {};
 
 // The table above is filled at start-up, so it also shows that the names are there before any start-up code runs.
-TEST_P(WellKnownNameTest, HasItsText) { EXPECT_EQ(fakes::Narrow(GetParam().actual), GetParam().expected); }
+TEST_P(WellKnownNameTest, HasItsText) { EXPECT_EQ(Narrow(GetParam().actual), GetParam().expected); }
 
 INSTANTIATE_TEST_SUITE_P(Names, WellKnownNameTest, ::testing::ValuesIn(WellKnownNames),
                          [](const auto& row) { return row.param.member; });
@@ -72,13 +74,13 @@ TEST(SystemPropertyTest, RendersNameAndValue) {
 
 TEST(SystemPropertyTest, NeitherQuotesNorCutsWhatItRenders) {
   const std::string value(300, 'x');
-  const CSystemProperty property(RX_TEXT("a=b c"), fakes::Widen("\"" + value + ";").c_str());
+  const CSystemProperty property(RX_TEXT("a=b c"), Widen("\"" + value + ";").c_str());
   EXPECT_EQ(Text(property.GetOptionString()), "-Da=b c=\"" + value + ";");
 }
 
 TEST(SystemPropertyTest, RenderingStartsWithRoomFor32Units) {
   const CSystemProperty property(RX_TEXT("a"), RX_TEXT("b"));
-  EXPECT_EQ(fakes::FirstRoomOf([&] { property.GetOptionString(); }), fakes::RoomForUnits(32));
+  EXPECT_EQ(FirstRoomOf([&] { property.GetOptionString(); }), RoomForUnits(32));
 }
 
 TEST(SystemPropertyTest, NeedsANameBeforeAValue) {
@@ -120,4 +122,4 @@ TEST(SystemPropertyTest, CopiesAsAValue) {
 }
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

@@ -3,11 +3,15 @@
 
 #include <ostream>
 
-#include "OptionSupport.h"
 #include "fakes/Failure.h"
 #include "fakes/TextRoom.h"
+#include "jni/options/OptionSupport.h"
 
-namespace torvan::jni::options {
+namespace tests {
+
+using namespace torvan::jni;
+using namespace torvan::jni::options;
+
 namespace {
 
 struct Flags {
@@ -40,8 +44,8 @@ INSTANTIATE_TEST_SUITE_P(Flags, VerboseTextTest,
 class VerboseFlagsTest : public ::testing::TestWithParam<unsigned int> {};
 
 TEST_P(VerboseFlagsTest, NeedOneOfTheTwoLowest) {
-  EXPECT_EQ(fakes::FailureOf([] { CVerbose option(GetParam()); }),
-            fakes::Throws<mirel::base::CIllegalArgumentException>("jni/options/Verbose", 41, "Invalid verbose flags."));
+  EXPECT_EQ(FailureOf([] { CVerbose option(GetParam()); }),
+            Throws<mirel::base::CIllegalArgumentException>("jni/options/Verbose", 41, "Invalid verbose flags."));
 }
 
 INSTANTIATE_TEST_SUITE_P(Without, VerboseFlagsTest, ::testing::Values(0u, 4u, 8u, 0x80000000u, 0xFFFFFFFCu));
@@ -62,10 +66,10 @@ TEST(VerboseTest, ComparesFlagsWithoutMeaningToo) {
 
 TEST(VerboseTest, RenderingStartsWithRoomFor32Units) {
   const CVerbose option(1);
-  EXPECT_EQ(fakes::FirstRoomOf([&] { option.GetOptionString(); }), fakes::RoomForUnits(32));
+  EXPECT_EQ(FirstRoomOf([&] { option.GetOptionString(); }), RoomForUnits(32));
 }
 
 TEST(VerboseTest, CopiesAsAValue) { ExpectCopiesAsAValue(CVerbose(1), CVerbose(2)); }
 
 }  // namespace
-}  // namespace torvan::jni::options
+}  // namespace tests

@@ -12,7 +12,7 @@
 #include "platform/System.h"
 #include "platform/linux/Fixtures.h"
 
-namespace platform_tests {
+namespace tests {
 
 class ChildTest : public testing::Test {
  protected:
@@ -24,14 +24,14 @@ class ChildTest : public testing::Test {
   }
 
   torvan::platform::StartedProcess Start(const std::string& arguments, bool inheritHandles = false) {
-    auto line = fakes::Widen(ProcessFixture(arguments));
+    auto line = Widen(ProcessFixture(arguments));
     torvan::platform::StartedProcess started{};
     EXPECT_TRUE(system.StartProcess(line.data(), inheritHandles, 0, &started)) << arguments;
     EXPECT_EQ(nullptr, started.thread);
     return started;
   }
 
-  // Waits for the end, gives the exit code and releases the handle.
+  // Waits for the end, releases the handle and returns the exit code.
   unsigned int Finish(const torvan::platform::StartedProcess& started) {
     EXPECT_EQ(0u, system.WaitFor(started.process, 0xFFFFFFFF));
     unsigned int code = 0xFFFFFFFF;
@@ -44,7 +44,7 @@ class ChildTest : public testing::Test {
     return Finish(Start(arguments, inheritHandles));
   }
 
-  // Starts a child that nobody holds any more while it still runs; ends it later.
+  // Starts a child and releases its handle while it runs; ends the child later.
   unsigned int StartAndRelease() {
     const torvan::platform::StartedProcess started = Start("run");
     system.ReleaseHandle(started.process);
@@ -71,4 +71,4 @@ class ChildTest : public testing::Test {
   const int m_descriptors = CountDescriptors();
 };
 
-}  // namespace platform_tests
+}  // namespace tests

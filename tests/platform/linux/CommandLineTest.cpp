@@ -8,7 +8,7 @@
 
 #include "fakes/Allocations.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
 using torvan::platform::CommandLine;
@@ -65,18 +65,18 @@ INSTANTIATE_TEST_SUITE_P(Rules, CommandLineTest, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(CommandLineMemoryTest, RunningOutOfMemoryIsAMemoryException) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   allocations.Fail(1);
   EXPECT_THROW(CommandLine("java x"), mirel::base::CMemoryException);
   EXPECT_EQ(0u, allocations.Live());
 }
 
 TEST(CommandLineMemoryTest, TheArgumentsAreGivenBack) {
-  fakes::Allocations allocations;
+  Allocations allocations;
   { const CommandLine commandLine("java x"); }
   EXPECT_EQ(1, allocations.Made());
   EXPECT_EQ(0u, allocations.Live());
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

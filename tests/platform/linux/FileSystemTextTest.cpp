@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
 using torvan::platform::FromUtf8;
@@ -23,12 +23,12 @@ TEST(TextTest, NullAndWhatIsNotUtf8IsNull) {
       "\xC3(",             // no follower
       "\xE2\x82",          // cut
       "\xF0\x90\x80",      // cut
-      "\xC0\xAF",          // too long for what it stands for
+      "\xC0\xAF",          // longer than its character needs
       "\xE0\x9F\xBF",      // too long
       "\xF0\x8F\xBF\xBF",  // too long
       "\xED\xA0\x80",      // a surrogate
       "\xED\xBF\xBF",      // a surrogate
-      "\xF4\x90\x80\x80",  // behind the last character
+      "\xF4\x90\x80\x80",  // past the last character
       "\xF8\x88\x80\x80\x80",
       "\xFF",
   };
@@ -38,4 +38,4 @@ TEST(TextTest, NullAndWhatIsNotUtf8IsNull) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

@@ -7,9 +7,9 @@
 
 #include "platform/TemporaryFolder.h"
 
-namespace platform_tests {
+namespace tests {
 
-// A fixture that stands beside the test program.
+// A fixture beside the test program.
 inline std::string FixturePath(const std::string& name) {
   return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / name).string();
 }
@@ -30,4 +30,4 @@ inline void AddRuntime(const TemporaryFolder& folder, const std::string& name, c
   if (isKit) folder.AddFile(name + "/bin/javac");
 }
 
-}  // namespace platform_tests
+}  // namespace tests

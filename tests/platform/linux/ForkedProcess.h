@@ -1,4 +1,4 @@
-// Tests in a process that is forked from the test program's own.
+// Tests in a process forked from the test program.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,11 +13,11 @@
 #include <cstddef>
 #include <iterator>
 
-namespace platform_tests {
+namespace tests {
 
 constexpr unsigned int ForkedSeconds = 30;
 
-// Starts the body in a process forked from this one, which ends when the body returns; one that hangs is ended.
+// Runs the body in a process forked from this one, which ends when the body returns. One that hangs is killed.
 template <typename Body>
 pid_t Fork(Body body) {
   const pid_t id = fork();
@@ -27,7 +27,7 @@ pid_t Fork(Body body) {
   _exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
-// Waits for the end of a forked process. Its failed expectations are printed by itself, and fail this test, too.
+// Waits for the end of a forked process. It prints its failed expectations itself; they fail this test, too.
 inline void Join(pid_t id) {
   int status = 0;
   while (waitpid(id, &status, 0) < 0 && errno == EINTR) {
@@ -41,8 +41,8 @@ void InForkedProcess(Body body) {
   Join(Fork(body));
 }
 
-// Refuses a system call with an error from now on, save for `allowed` as its first argument; whoever kills by number
-// is ended. Lasts as long as this process.
+// Makes a system call fail with an error from now on, except with `allowed` as its first argument. kill() by number
+// ends the process. Lasts as long as this process.
 inline void Refuse(unsigned int call, int error, pid_t allowed = -1) {
   const auto argument = static_cast<unsigned int>(offsetof(seccomp_data, args[0]));
   sock_filter filter[] = {
@@ -60,4 +60,4 @@ inline void Refuse(unsigned int call, int error, pid_t allowed = -1) {
   ASSERT_EQ(0, prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program));
 }
 
-}  // namespace platform_tests
+}  // namespace tests

@@ -9,11 +9,9 @@
 #include "fakes/Text.h"
 #include "platform/linux/Fixtures.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
-using fakes::Narrow;
-using fakes::Widen;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace torvan::platform;
@@ -180,7 +178,7 @@ TEST_F(JavaRuntimesTest, AJavaHomeThatIsNoRuntimeIsPassedOverAndTheDebugStreamSa
       {"\xFF not UTF-8", "its path is not UTF-8"},
   };
   for (const auto& [name, reason] : rows) {
-    const fakes::DebugOut debugOut;
+    const DebugOut debugOut;
     registry = Registry();
     Look(folder.Path() + "/" + name);
     EXPECT_EQ("torvan: JAVA_HOME is passed over: " + folder.Path() + "/" + name + ": " + reason + "\n",
@@ -192,7 +190,7 @@ TEST_F(JavaRuntimesTest, AJavaHomeThatIsNoRuntimeIsPassedOverAndTheDebugStreamSa
 TEST_F(JavaRuntimesTest, NothingIsSaidOfAJavaHomeThatIsARuntimeNorOfOtherFolders) {
   AddRuntime(folder, "a", "9.0.4", false);
   folder.AddFile("b/release");
-  const fakes::DebugOut debugOut;
+  const DebugOut debugOut;
   Look(folder.Path("a"));
   Look();
   AddJavaRuntimes("", folder.Path().c_str(), registry);
@@ -200,13 +198,13 @@ TEST_F(JavaRuntimesTest, NothingIsSaidOfAJavaHomeThatIsARuntimeNorOfOtherFolders
 }
 
 TEST_F(JavaRuntimesTest, AHostWithoutADebugStreamIsToldNothing) {
-  const fakes::DebugOut debugOut;
+  const DebugOut debugOut;
   mirel::base::CSystem::debugOut = nullptr;
   Look(folder.Path("missing"));
   EXPECT_EQ("", debugOut.Text());
 }
 
-// The registry of Windows has no longer names, and whoever enumerates has no room for them.
+// The registry of Windows has no longer names, and callers that enumerate have no room for them.
 TEST_F(JavaRuntimesTest, AVersionThatIsTooLongForTheNameOfAKeyHidesNoOther) {
   AddRuntime(folder, "long", "1." + std::string(253, '0'), false);
   AddRuntime(folder, "longer", "1." + std::string(254, '0'), false);
@@ -245,4 +243,4 @@ TEST(CompareNumbersInTurnTest, NumbersAreComparedInTurn) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

@@ -6,7 +6,7 @@
 #include "platform/World.h"
 #include "platform/linux/Fixtures.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
 // The registry shows the machine's own runtimes and, through JAVA_HOME, one made for the test.
@@ -42,4 +42,4 @@ class NativeWorld : public World {
 
 std::unique_ptr<World> MakeWorld() { return std::make_unique<NativeWorld>(); }
 
-}  // namespace platform_tests
+}  // namespace tests

@@ -6,7 +6,7 @@
 
 #include "platform/linux/ChildTest.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
 using namespace torvan::platform;
@@ -124,4 +124,4 @@ TEST_F(ProcessesTest, ANullHandleIsAnsweredWithFailure) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

@@ -4,10 +4,9 @@
 
 #include "fakes/Text.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
-using fakes::Narrow;
 using testing::ElementsAre;
 using namespace torvan::platform;
 
@@ -75,4 +74,4 @@ TEST_F(RegistryTest, AnEmptySubkeyOpensTheKeyItself) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

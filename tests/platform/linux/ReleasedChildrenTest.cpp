@@ -1,4 +1,4 @@
-// What becomes of children that nobody holds.
+// How children are reaped whose handles were released.
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -10,7 +10,7 @@
 #include "platform/linux/ChildTest.h"
 #include "platform/linux/ForkedProcess.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
 using namespace torvan::platform;
@@ -156,4 +156,4 @@ TEST_F(ReleasedChildrenTest, ThreadsStartAndReleaseChildrenTogether) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

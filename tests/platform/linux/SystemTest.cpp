@@ -13,10 +13,9 @@
 #include "fakes/Text.h"
 #include "platform/linux/Fixtures.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
 
-using fakes::Widen;
 using namespace torvan::platform;
 
 class NativeSystemTest : public testing::Test {
@@ -43,13 +42,13 @@ TEST_F(NativeSystemTest, RuntimesAreSeenInTheOwnViewOfTheRegistryOnly) {
   RX::UniChar version[16] = {};
   unsigned int size = sizeof(version);
   EXPECT_EQ(0, system.QueryValue(key, u"CurrentVersion", version, &size));
-  EXPECT_EQ("99.8.7", fakes::Narrow(version));
+  EXPECT_EQ("99.8.7", Narrow(version));
   system.CloseKey(key);
   unsetenv("JAVA_HOME");
 }
 
 TEST_F(NativeSystemTest, RuntimesAreLookedForOnceWhereBothViewsAreOpened) {
-  const fakes::DebugOut debugOut;
+  const DebugOut debugOut;
   setenv("JAVA_HOME", folder.Path("missing").c_str(), 1);
   RegistryKey key = nullptr;
   for (const RX::UniChar* path : {u"Software\\JavaSoft\\Missing", u"SOFTWARE\\WOW6432Node\\JavaSoft\\Missing"}) {
@@ -70,7 +69,7 @@ TEST_F(NativeSystemTest, RunningOutOfMemoryIsAnsweredWithItsStatusAndLosesNothin
   setenv("JAVA_HOME", folder.Path("java").c_str(), 1);
   for (int n = 1;; ++n) {
     ASSERT_LT(n, 10000);
-    fakes::Allocations allocations;
+    Allocations allocations;
     allocations.Fail(n);
     RegistryKey key = nullptr;
     const Status status =
@@ -82,7 +81,7 @@ TEST_F(NativeSystemTest, RunningOutOfMemoryIsAnsweredWithItsStatusAndLosesNothin
   }
   unsetenv("JAVA_HOME");
 
-  fakes::Allocations allocations;
+  Allocations allocations;
   allocations.Fail(1);
   EXPECT_EQ(8, AttributesError(folder.Path()));
   allocations.Fail(1);
@@ -133,4 +132,4 @@ TEST_F(NativeSystemTest, EachThreadHasItsOwnLastError) {
 }
 
 }  // namespace
-}  // namespace platform_tests
+}  // namespace tests

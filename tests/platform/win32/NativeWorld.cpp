@@ -5,11 +5,8 @@
 #include "platform/TemporaryFolder.h"
 #include "platform/World.h"
 
-namespace platform_tests {
+namespace tests {
 namespace {
-
-using fakes::Narrow;
-using fakes::Widen;
 
 constexpr const wchar_t* TestKey = L"Software\\TorvanContractTest";
 
@@ -66,4 +63,4 @@ class NativeWorld : public World {
 
 std::unique_ptr<World> MakeWorld() { return std::make_unique<NativeWorld>(); }
 
-}  // namespace platform_tests
+}  // namespace tests

@@ -1,4 +1,4 @@
-// Every accessor once, narrow and wide: what is stored is read back, what is handed over comes back.
+// Every accessor once, narrow and wide: what is stored is read back, what is passed is returned.
 #include "Check.h"
 
 using namespace torvan::jni;

@@ -29,11 +29,10 @@ inline void Check(bool holds, const char* what, const char* file, int line) {
 inline bool Same(const char* left, const char* right) { return left != nullptr && std::strcmp(left, right) == 0; }
 inline bool Same(const mirel::base::CUnicodeString& left, const wchar_t* right) { return left == right; }
 
-// For failures whose line is not published; they have one, though.
+// For failures whose line is not published; any line but 0 matches.
 constexpr unsigned int AnyLine = 0;
 
-// Tells whether an action throws exactly a T: of that class by its catch and by its record, from that line, with that
-// message.
+// Whether an action throws exactly a T, by the class caught and by its record, from that line and with that message.
 template <class T, class Action>
 bool Throws(Action action, const char* file, unsigned int line, const char* message,
             const mirel::base::CClass& record) {
@@ -49,7 +48,7 @@ bool Throws(Action action, const char* file, unsigned int line, const char* mess
   return false;
 }
 
-// Tells whether what an action throws is caught as a Base.
+// Whether an action throws something that is caught as a Base.
 template <class Base, class Action>
 bool IsCaughtAs(Action action) {
   try {

@@ -52,7 +52,7 @@ void CheckVector() {
   CHECK(vector[0] == 5);
   CHECK(Throws<CNoSuchElementException>([&] { vector[6]; }, "mirel/util/Vector", 167, nullptr,
                                         CNoSuchElementException::m_classCNoSuchElementException));
-  // The C library between the throw and the catch lets it pass.
+  // The exception passes through the C library.
   CHECK(IsCaughtAs<int>([&] { vector.Sort(&Refusing); }));
 }
 

@@ -1,4 +1,4 @@
-// A Java runtime library without Java. Fields hold what was stored last, one value for each type; methods give back
+// A Java runtime library without Java. Fields hold what was stored last, one value for each type; methods return
 // their argument. Members and classes named "missing" are not found; a method named "fail" leaves an exception pending.
 #define _JNI_IMPLEMENTATION_  // the entry points are exported, not imported
 #include <jni.h>
@@ -11,7 +11,7 @@ namespace {
 int s_globals = 0;
 bool s_pending = false;
 
-// What a reference points to; references are otherwise all alike.
+// What a reference points to. All references are of one kind.
 struct Thing {
   const jchar* text;
 };

@@ -66,7 +66,7 @@ void CheckSet() {
   CHECK(copy.GetOptionCount() == 2);
 }
 
-// Counts how many blocks are taken and not given back.
+// Counts the blocks that are allocated and not freed.
 int s_blocks = 0;
 RX::Allocator s_inner;
 void* CountTaken(std::size_t size) {

@@ -1,4 +1,4 @@
-// Every class whose layout hosts rely upon, seen once by the compiler, which is told to print what it makes of them.
+// Every class whose layout hosts rely upon, for a compiler that prints the layouts.
 // Calling a virtual function makes it lay out the class's table.
 #include <mirel/util/Hashtable.h>
 #include <mirel/util/Vector.h>

@@ -32,7 +32,8 @@ bool Fails() {
 
 }  // namespace
 
-// The linker leads the library's calls here (--wrap).
+// The linker leads the library's calls here (--wrap), and those of shared libraries that a sanitizer has changed.
+#pragma GCC visibility push(default)
 extern "C" {
 
 #define WRAPPED(result, name, parameters, arguments) \
@@ -80,15 +81,15 @@ int __wrap___clone(int (*function)(void*), void* stack, int flags, void* argumen
 }
 
 // Threads are made by the C++ library.
-__attribute__((visibility("default"))) int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
-                                                          void* (*function)(void*), void* argument) {
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*function)(void*), void* argument) {
   using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
   static const auto s_create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
   return Fails() ? EAGAIN : s_create(thread, attributes, function, argument);
 }
 }
+#pragma GCC visibility pop
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -193,4 +194,4 @@ TEST(FailingSystemTest, KillingEndsTheProgramWhateverFails) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

@@ -15,7 +15,7 @@
 #include "java/processes/Left.h"
 #include "java/processes/Probe.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Outcome;
@@ -314,4 +314,4 @@ TEST(HostTest, AGrandchildWhoseParentHasEndedIsFoundInTheSession) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <string>
 
-namespace java_tests {
+namespace tests {
 
 namespace fs = std::filesystem;
 
@@ -44,4 +44,4 @@ bool Runs(unsigned long id) {
   return name != std::string::npos && text.str()[name + 2] != 'Z' && text.str()[name + 2] != 'X';
 }
 
-}  // namespace java_tests
+}  // namespace tests

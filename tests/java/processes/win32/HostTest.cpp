@@ -6,7 +6,7 @@
 #include "java/processes/Left.h"
 #include "java/processes/Probe.h"
 
-namespace java_tests {
+namespace tests {
 namespace {
 
 using java::Ended;
@@ -78,4 +78,4 @@ TEST(HostTest, AHostInAJobRunsPrograms) {
 }
 
 }  // namespace
-}  // namespace java_tests
+}  // namespace tests

@@ -5,8 +5,7 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
-namespace java_tests {
-
+namespace tests {
 namespace {
 
 std::size_t Threads() {
@@ -43,4 +42,4 @@ bool Runs(unsigned long id) {
   return runs;
 }
 
-}  // namespace java_tests
+}  // namespace tests

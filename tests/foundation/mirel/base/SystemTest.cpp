@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+#include <mirel/Mirel.h>
+#include <mirel/base/System.h>
+#include <mirel/io/PrintStream.h>
+
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+
+#include "fakes/DebugOut.h"
+
+namespace tests {
+namespace {
+
+using mirel::base::CSystem;
+
+// Runs before main, while static objects are made; Flush crashes if the stream does not exist yet.
+mirel::io::CPrintStream* const s_streamBeforeMain = [] {
+  CSystem::debugOut->Flush();
+  return CSystem::debugOut;
+}();
+
+TEST(SystemTest, TheDebugStreamIsThereBeforeMainAndIsTheSameAfterwards) {
+  EXPECT_NE(s_streamBeforeMain, nullptr);
+  EXPECT_EQ(s_streamBeforeMain, CSystem::debugOut);
+}
+
+TEST(SystemDeathTest, TheDebugStreamIsTheStandardErrorStream) {
+  EXPECT_EXIT(
+      {
+        CSystem::debugOut->Print("as it ");
+        CSystem::debugOut->PrintLine("stands %d");
+        std::_Exit(0);
+      },
+      ::testing::ExitedWithCode(0), "^as it stands %d\n$");
+}
+
+const struct PrintsAtItsEnd {
+  ~PrintsAtItsEnd() {
+    if (prints) CSystem::debugOut->PrintLine("printed at the end");
+  }
+  mutable bool prints = false;
+} s_staticObject;
+
+TEST(SystemDeathTest, TheDebugStreamIsStillThereWhileStaticObjectsEnd) {
+  EXPECT_EXIT(
+      {
+        CSystem::debugOut->Flush();
+        mirel::Initialize();
+        mirel::Terminate();
+        s_staticObject.prints = true;
+        std::exit(0);
+      },
+      ::testing::ExitedWithCode(0), "^printed at the end\n$");
+}
+
+TEST(SystemTest, AHostsStreamTakesWhatIsPrinted) {
+  DebugOut stream;
+  CSystem::debugOut->PrintLine("text");
+  EXPECT_EQ(stream.Text(), "text\n");
+}
+
+class FlushCounter : public DebugOut {
+ public:
+  void Flush() override { ++flushes; }
+
+  int flushes = 0;
+};
+
+TEST(MirelTest, UsesAreCountedAndTheLastOneFlushesTheDebugStream) {
+  FlushCounter stream;
+  EXPECT_EQ(mirel::Terminate(), 0);
+  EXPECT_EQ(mirel::Initialize(), 1);
+  EXPECT_EQ(mirel::Initialize(), 2);
+  EXPECT_EQ(mirel::Terminate(), 1);
+  EXPECT_EQ(stream.flushes, 0);
+  EXPECT_EQ(mirel::Terminate(), 0);
+  EXPECT_EQ(stream.flushes, 1);
+  EXPECT_EQ(mirel::Terminate(), 0);
+  EXPECT_EQ(stream.flushes, 1);
+}
+
+TEST(MirelTest, TerminatingNeedsNoStreamAndBearsAFailingOne) {
+  class BrokenStream : public DebugOut {
+   public:
+    void Flush() override { throw std::runtime_error("broken"); }
+  } broken;
+  EXPECT_EQ(mirel::Initialize(), 1);
+  EXPECT_EQ(mirel::Terminate(), 0);
+  CSystem::debugOut = nullptr;
+  EXPECT_EQ(mirel::Initialize(), 1);
+  EXPECT_EQ(mirel::Terminate(), 0);
+}
+
+TEST(PrintStreamTest, EndingALineIsOnePrintMore) {
+  class Pieces : public mirel::io::CPrintStream {
+   public:
+    void Print(const char* text) override { pieces += std::string("[") + text + "]"; }
+
+    std::string pieces;
+  } stream;
+  stream.PrintLine("a line");
+  stream.Flush();
+  EXPECT_EQ(stream.pieces, "[a line][\n]");
+}
+
+}  // namespace
+}  // namespace tests

@@ -1,0 +1,13 @@
+// What the operating system knows of this program and of the libraries that it loaded.
+#pragma once
+
+#include <string>
+
+#include "fakes/Text.h"
+
+namespace tests {
+
+std::string ProgramPath();
+bool IsLoaded(const WideText& path);
+
+}  // namespace tests
