@@ -23,9 +23,7 @@ constexpr Method<ReflectedMethod, Local<Class>()> GetDeclaringClass{"getDeclarin
 // More than a native method may make without asking.
 constexpr std::size_t FreeReferences = 8;
 
-const HandledFunction& FunctionAt(jlong address) {
-  return *reinterpret_cast<const HandledFunction*>(static_cast<std::intptr_t>(address));
-}
+const HandledFunction& FunctionAt(jlong address) { return *static_cast<const HandledFunction*>(AddressOf(address)); }
 
 jlong JNICALL Numbers(JNIEnv* env, jobject self, jlong function, jlong a, jlong b, jlong c) {
   return CallForJava(env, self, FunctionAt(function), {a, b, c});
@@ -97,7 +95,7 @@ jobject JNICALL Inherited(JNIEnv* env, jobject, jobject proxy, jobject method, j
 }
 
 void JNICALL Drop(JNIEnv*, jobject, jlong address) {
-  OwnedByJava* const owned = reinterpret_cast<OwnedByJava*>(static_cast<std::intptr_t>(address));
+  OwnedByJava* const owned = static_cast<OwnedByJava*>(AddressOf(address));
   Acquired(owned);
   delete owned;
 }

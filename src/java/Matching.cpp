@@ -80,6 +80,7 @@ std::vector<Candidate> CandidatesFor(JNIEnv* env, jclass type, const GivenFuncti
 
 std::string ListOf(const std::vector<const Candidate*>& candidates) {
   std::vector<std::string> texts;
+  texts.reserve(candidates.size());
   for (const Candidate* candidate : candidates) texts.push_back(candidate->spelled);
   return SpellList(std::move(texts));
 }
@@ -131,6 +132,7 @@ const Candidate* OnlyAbstract(JNIEnv* env, const std::vector<const Candidate*>& 
 const Candidate& Choose(JNIEnv* env, jclass type, jobject loader, const GivenFunction& function,
                         const std::vector<Candidate>& candidates) {
   std::vector<const Candidate*> all;
+  all.reserve(candidates.size());
   for (const Candidate& candidate : candidates) all.push_back(&candidate);
   std::vector<const Candidate*> open = all;
   if (function.name.empty()) {

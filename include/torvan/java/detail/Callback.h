@@ -23,7 +23,13 @@ using Declared = std::remove_cv_t<std::remove_reference_t<A>>;
 inline jlong BitsOf(const void* address) noexcept {
   return static_cast<jlong>(reinterpret_cast<std::intptr_t>(address));
 }
-inline jobject ObjectOf(jlong bits) noexcept { return reinterpret_cast<jobject>(static_cast<std::intptr_t>(bits)); }
+inline void* AddressOf(jlong bits) noexcept {
+  const auto raw = static_cast<std::intptr_t>(bits);
+  void* address = nullptr;
+  std::memcpy(&address, &raw, sizeof address);
+  return address;
+}
+inline jobject ObjectOf(jlong bits) noexcept { return static_cast<jobject>(AddressOf(bits)); }
 
 // What Java gives a function: up to three in registers, which callbacks feel; of more the address stands in their
 // place.
@@ -36,7 +42,7 @@ struct FromJava {
   }
 
   jlong At(std::size_t i, std::size_t count) const {
-    if (count > InRegisters) return reinterpret_cast<const jlong*>(static_cast<std::intptr_t>(a))[i];
+    if (count > InRegisters) return static_cast<const jlong*>(AddressOf(a))[i];
     return i == 0 ? a : i == 1 ? b : c;
   }
 
