@@ -17,6 +17,13 @@ using java::StaticMethod;
 
 class CallbackLoadersTest : public RealVmTest {};
 
+class NativeLoadersTest : public RealVmTest {
+#ifdef _WIN32
+ protected:
+  void SetUp() override { GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods"; }
+#endif
+};
+
 constexpr StaticMethod<Local<java::Class>(std::string_view)> CopyOf{"fixture/Strict", "copyOf"};
 constexpr StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "add"};
 constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> CallBoth{
@@ -47,7 +54,7 @@ TEST_F(CallbackLoadersTest, InterfacesOfALoaderThatLetsNobodyIn) {
   EXPECT_TRUE(ComesDownTo(count, 0)) << count;
 }
 
-TEST_F(CallbackLoadersTest, NativeMethodsGoWithTheirClass) {
+TEST_F(NativeLoadersTest, NativeMethodsGoWithTheirClass) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
   std::atomic<int> count{0};
   for (int i = 0; i < 3; ++i) {
@@ -67,7 +74,7 @@ TEST_F(CallbackLoadersTest, NativeMethodsGoWithTheirClass) {
   }
 }
 
-TEST_F(CallbackLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
+TEST_F(NativeLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
   const Local<java::Class> one = CopyOf("fixture.Natives");
   const Local<java::Class> other = CopyOf("fixture.Natives");
@@ -80,7 +87,7 @@ TEST_F(CallbackLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
   EXPECT_EQ(Add.In(other)(0, 0, 0), 2);
 }
 
-TEST_F(CallbackLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
+TEST_F(NativeLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
   std::vector<java::Global<java::Class>> types;
   const auto bindAll = [&] {

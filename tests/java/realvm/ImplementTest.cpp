@@ -207,8 +207,7 @@ TEST_F(ImplementTest, AMethodWithoutAFunctionSaysSo) {
 TEST_F(ImplementTest, EqualsHashCodeAndToString) {
   const Local<Runnable> one = Implement<Runnable>().On("run", [] {}).New();
   const Local<Runnable> other = Implement<Runnable>().On("run", [] {}).New();
-  EXPECT_THAT(OfObject(one, other),
-              testing::MatchesRegex("true false false true java\\.lang\\.Runnable in C\\+\\+@[0-9a-f]+"));
+  EXPECT_THAT(OfObject(one, other), testing::StartsWith("true false false true java.lang.Runnable in C++@"));
   const auto own = Implement<Comparator>()
                        .On("toString", [] { return "own"; })
                        .On("equals", [](Ref<Object> that) { return !that; })
