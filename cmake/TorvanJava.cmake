@@ -38,9 +38,12 @@ function(torvan_jni_folders result windows_jni)
   set(${result} "${TORVAN_JDK}/include" "${machine_headers}" PARENT_SCOPE)
 endfunction()
 
-# Compiles Java SOURCES into the folder CLASSES and gives the target NAME that does it.
+# Compiles Java SOURCES into the folder CLASSES and gives the target NAME that does it. For Java 8 unless RELEASE says more.
 function(torvan_java_classes name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "CLASSES" "SOURCES;OPTIONS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "CLASSES;RELEASE" "SOURCES;OPTIONS")
+  if(NOT arg_RELEASE)
+    set(arg_RELEASE 8)
+  endif()
   list(TRANSFORM arg_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/" REGEX "^[^/]" OUTPUT_VARIABLE sources)
   set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${name}.stamp")
   add_custom_command(
@@ -48,7 +51,7 @@ function(torvan_java_classes name)
     COMMAND "${CMAKE_COMMAND}" -E make_directory "${arg_CLASSES}"
     # The locale, because javac names class files in its encoding.
     COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C.UTF-8
-            "${TORVAN_JDK}/bin/javac${CMAKE_HOST_EXECUTABLE_SUFFIX}" -encoding UTF-8 --release 8 -Xlint:-options -g
+            "${TORVAN_JDK}/bin/javac${CMAKE_HOST_EXECUTABLE_SUFFIX}" -encoding UTF-8 --release ${arg_RELEASE} -Xlint:-options -g
             -d "${arg_CLASSES}" ${arg_OPTIONS} ${sources}
     COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
     DEPENDS ${sources}

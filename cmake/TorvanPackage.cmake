@@ -38,6 +38,7 @@ function(torvan_install_finders)
   # torvan::java is compiled in the host's build, so its sources are what is installed.
   set(source_folder "${CMAKE_INSTALL_DATADIR}/torvan/src")
   install(DIRECTORY src/java DESTINATION "${source_folder}" FILES_MATCHING PATTERN "*.h" PATTERN "*.cpp")
+  install(FILES "${PROJECT_BINARY_DIR}/src/java/generated/java/HandlerBytes.h" DESTINATION "${source_folder}/java")
   get_target_property(java_sources torvan_java TORVAN_PACKAGE_SOURCES)
   list(TRANSFORM java_sources PREPEND "\${torvan_java_folder}/java/")
   list(JOIN java_sources "\n    " java_sources)

@@ -35,6 +35,7 @@ need pkgconf command -v pkg-config
 need openjdk-17-jdk-headless jdk_found
 need libh2-java test -f /usr/share/java/h2.jar
 need liblucene8-java compgen -G '/usr/share/java/lucene-core-8*.jar'
+need libsaxonhe-java test -f /usr/share/java/Saxon-HE.jar
 need googletest test -f /usr/src/googletest/CMakeLists.txt
 for target in "${targets[@]}"; do
   case $target in

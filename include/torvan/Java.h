@@ -16,9 +16,11 @@
 #include <torvan/java/Global.h>
 #include <torvan/java/Guard.h>
 #include <torvan/java/Handle.h>
+#include <torvan/java/Implement.h>
 #include <torvan/java/Local.h>
 #include <torvan/java/LocalFrame.h>
 #include <torvan/java/Method.h>
+#include <torvan/java/NativeMethod.h>
 #include <torvan/java/Overloads.h>
 #include <torvan/java/Process.h>
 #include <torvan/java/Program.h>
@@ -36,6 +38,7 @@
 #include <torvan/java/Weak.h>
 #include <torvan/java/detail/ArrayRow.h>
 #include <torvan/java/detail/Boxes.h>
+#include <torvan/java/detail/Callback.h>
 #include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/Descriptor.h>
 #include <torvan/java/detail/Environment.h>
@@ -48,6 +51,7 @@
 #include <torvan/java/detail/JniArray.h>
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Member.h>
+#include <torvan/java/detail/Native.h>
 #include <torvan/java/detail/Passed.h>
 #include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/ProgramSettings.h>

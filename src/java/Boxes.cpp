@@ -1,5 +1,6 @@
 #include <torvan/java/detail/Boxes.h>
 
+#include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/Member.h>
 
 #include <iterator>
@@ -51,6 +52,27 @@ CallTarget TargetOf(JNIEnv* env, const SharedPlace& place, const MemberName& nam
 }
 
 }  // namespace
+
+jclass BoxClass(JNIEnv* env, char letter) {
+  switch (letter) {
+    case 'Z':
+      return ClassOf<Boxed<'Z'>>(env);
+    case 'B':
+      return ClassOf<Boxed<'B'>>(env);
+    case 'C':
+      return ClassOf<Boxed<'C'>>(env);
+    case 'S':
+      return ClassOf<Boxed<'S'>>(env);
+    case 'I':
+      return ClassOf<Boxed<'I'>>(env);
+    case 'J':
+      return ClassOf<Boxed<'J'>>(env);
+    case 'F':
+      return ClassOf<Boxed<'F'>>(env);
+    default:
+      return ClassOf<Boxed<'D'>>(env);
+  }
+}
 
 jobject Box(JNIEnv* env, char letter, jvalue number) {
   const std::size_t i = IndexOf(letter);

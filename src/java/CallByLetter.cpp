@@ -13,12 +13,16 @@ jvalue CallOne(JNIEnv* env, MemberKind kind, const CallTarget& target, jobject o
   if constexpr (Letter == 'V') {
     if (kind == MemberKind::StaticMethod) {
       Jni<'V'>::CallStatic(env, target.type, id, values);
+    } else if (kind == MemberKind::SuperMethod) {
+      Jni<'V'>::CallSuper(env, object, target.type, id, values);
     } else {
       Jni<'V'>::Call(env, object, id, values);
     }
   } else {
     Jni<Letter>::In(result) = kind == MemberKind::StaticMethod ? Jni<Letter>::CallStatic(env, target.type, id, values)
-                                                               : Jni<Letter>::Call(env, object, id, values);
+                              : kind == MemberKind::SuperMethod
+                                  ? Jni<Letter>::CallSuper(env, object, target.type, id, values)
+                                  : Jni<Letter>::Call(env, object, id, values);
   }
   return result;
 }

@@ -51,7 +51,7 @@ std::string NameOf(JNIEnv* env, jclass type) {
 
 jclass LoadClass(JNIEnv* env, const char* name) { return LoadClass(env, KeptLoader(), name); }
 
-jclass LoadClass(JNIEnv* env, jobject loader, const char* name) {
+jclass LoadClass(JNIEnv* env, jobject loader, const char* name, bool initialises) {
   RequireVm();
   const Bindings* const bindings = Bound();
   std::u16string dotted = ToUtf16(name);
@@ -61,7 +61,7 @@ jclass LoadClass(JNIEnv* env, jobject loader, const char* name) {
   CheckPending(env);
   jvalue arguments[3]{};
   arguments[0].l = text.Get();
-  arguments[1].z = JNI_TRUE;
+  arguments[1].z = initialises ? JNI_TRUE : JNI_FALSE;
   arguments[2].l = loader;
   jobject const found = env->CallStaticObjectMethodA(bindings->classClass, bindings->forName, arguments);
   if (env->ExceptionCheck() != JNI_FALSE) ThrowNotLoaded(env, loader);

@@ -47,8 +47,6 @@ constexpr Method<Reflected, Local<Object>()> GetParameterTypes{"getParameterType
 constexpr Method<ReflectedMethod, Local<Class>()> GetReturnType{"getReturnType"};
 constexpr Method<ReflectedField, Local<Class>()> GetType{"getType"};
 
-constexpr jint StaticModifier = 8;
-
 template <typename T, typename Use>
 void ForEach(JNIEnv* env, const Local<Object>& array, Use use) {
   const auto elements = static_cast<jobjectArray>(array.Get());
@@ -58,7 +56,8 @@ void ForEach(JNIEnv* env, const Local<Object>& array, Use use) {
 
 Candidate Describe(JNIEnv* env, jclass type, MemberKind kind, std::string name, Local<ReflectedMember> member) {
   Candidate candidate{};
-  const bool isStatic = (GetModifiers(member) & StaticModifier) != 0;
+  candidate.modifiers = GetModifiers(member);
+  const bool isStatic = (candidate.modifiers & StaticModifier) != 0;
   if (IsField(kind)) {
     candidate.kind = isStatic ? MemberKind::StaticField : MemberKind::Field;
     candidate.resultClass = GetType(Cast<ReflectedField>(member));
@@ -77,6 +76,7 @@ Candidate Describe(JNIEnv* env, jclass type, MemberKind kind, std::string name, 
   }
   if (candidate.resultClass) candidate.result = GetTypeName(candidate.resultClass);
   candidate.spelled = SpellDeclared(candidate.kind, candidate.result, name, candidate.arguments);
+  candidate.name = std::move(name);
   candidate.reflected = std::move(member);
   return candidate;
 }
@@ -85,10 +85,12 @@ void Collect(JNIEnv* env, jclass type, MemberKind kind, const char* name, const 
              std::vector<Candidate>& candidates) {
   ForEach<ReflectedMember>(env, array, [&](Local<ReflectedMember> member) {
     if (IsSynthetic(member)) return;  // bridges, too
-    if (kind != MemberKind::Constructor && GetName(member) != name) return;
-    Candidate candidate = Describe(env, type, kind, name, std::move(member));
-    const bool isHidden = std::any_of(candidates.begin(), candidates.end(),
-                                      [&](const Candidate& other) { return other.arguments == candidate.arguments; });
+    std::string own = GetName(member);
+    if (kind != MemberKind::Constructor && name != nullptr && own != name) return;
+    Candidate candidate = Describe(env, type, kind, std::move(own), std::move(member));
+    const bool isHidden = std::any_of(candidates.begin(), candidates.end(), [&](const Candidate& other) {
+      return other.name == candidate.name && other.arguments == candidate.arguments;
+    });
     if (!isHidden) candidates.push_back(std::move(candidate));
   });
 }

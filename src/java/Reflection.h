@@ -12,6 +12,8 @@ namespace torvan::java::detail {
 // A member of a class, its own or inherited, public or not.
 struct Candidate {
   MemberKind kind;  // Method, StaticMethod, Constructor, Field or StaticField
+  std::string name;
+  jint modifiers;
   std::string spelled;
   std::vector<std::string> arguments;  // as Java spells them
   std::string result;                  // likewise; of a field its type
@@ -20,8 +22,14 @@ struct Candidate {
   Local<Class> resultClass;  // null of a constructor
 };
 
-// The methods, static or not, or the constructors or fields of that name, what hides or overrides first.
-// Throws Error when the class refuses to tell, as one does whose members' own classes are not there.
+// As java.lang.reflect.Modifier has them.
+constexpr jint PrivateModifier = 0x2;
+constexpr jint StaticModifier = 0x8;
+constexpr jint NativeModifier = 0x100;
+constexpr jint AbstractModifier = 0x400;
+
+// The methods, static or not, or the constructors or fields of that name, what hides or overrides first; null means
+// any. Throws Error when the class refuses to tell, as one does whose members' own classes are not there.
 std::vector<Candidate> CandidatesOf(JNIEnv* env, jclass type, MemberKind kind, const char* name);
 
 // Says what a class has instead of a member that was not found: " (java.lang.Math has no ...)". Throws as above.

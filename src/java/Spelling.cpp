@@ -70,6 +70,13 @@ std::string SpellType(std::string_view descriptor) {
   return SpellLetter(descriptor.front());
 }
 
+char LetterOf(const std::string& spelled) {
+  for (const char letter : {'Z', 'B', 'C', 'S', 'I', 'J', 'F', 'D', 'V'}) {
+    if (spelled == SpellLetter(letter)) return letter;
+  }
+  return 'L';
+}
+
 std::string Spell(const MemberName& name) {
   if (IsField(name.kind)) return name.name;
   const std::string arguments = "(" + Joined(SpellTypes(Split(name.descriptor).arguments)) + ")";

@@ -22,6 +22,9 @@ std::string Dotted(std::string_view name);
 // "[Ljava/lang/String;" as "java.lang.String[]".
 std::string SpellType(std::string_view descriptor);
 
+// The letter of a type as Java spells it; 'L' of every class and array.
+char LetterOf(const std::string& spelled);
+
 // "add(int, java.lang.Object)"; "fixture.Made(int)" for a constructor, which has the class's name; "count" for a field.
 std::string Spell(const MemberName& name);
 

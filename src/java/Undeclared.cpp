@@ -24,14 +24,6 @@ std::string ExactDescriptor(const UndeclaredCall& call) {
   return text + ")" + (call.kind == MemberKind::Constructor ? "V" : call.result);
 }
 
-// The letter of a type as Java spells it.
-char LetterOf(const std::string& spelled) {
-  for (const char letter : {'Z', 'B', 'C', 'S', 'I', 'J', 'F', 'D', 'V'}) {
-    if (spelled == SpellType({&letter, 1})) return letter;
-  }
-  return 'L';
-}
-
 std::string ArgumentName(const GivenArgument& argument) {
   return argument.descriptor != nullptr ? SpellType(argument.descriptor) : "an object";
 }
@@ -46,35 +38,13 @@ bool IsExact(const UndeclaredCall& call, const Candidate& candidate) {
   return true;
 }
 
-// The class of the object that a number becomes.
-jclass BoxOf(JNIEnv* env, char letter) {
-  switch (letter) {
-    case 'Z':
-      return ClassOf<Boxed<'Z'>>(env);
-    case 'B':
-      return ClassOf<Boxed<'B'>>(env);
-    case 'C':
-      return ClassOf<Boxed<'C'>>(env);
-    case 'S':
-      return ClassOf<Boxed<'S'>>(env);
-    case 'I':
-      return ClassOf<Boxed<'I'>>(env);
-    case 'J':
-      return ClassOf<Boxed<'J'>>(env);
-    case 'F':
-      return ClassOf<Boxed<'F'>>(env);
-    default:
-      return ClassOf<Boxed<'D'>>(env);
-  }
-}
-
 bool IsAssignable(JNIEnv* env, const GivenArgument& argument, const std::string& spelled, jclass type, bool boxing) {
   const char letter = LetterOf(spelled);
   if (argument.letter == 'L') {
     return letter == 'L' && (argument.value.l == nullptr || env->IsInstanceOf(argument.value.l, type) != JNI_FALSE);
   }
   if (letter != 'L') return Widens(argument.letter, letter);
-  return boxing && env->IsAssignableFrom(BoxOf(env, argument.letter), type) != JNI_FALSE;
+  return boxing && env->IsAssignableFrom(BoxClass(env, argument.letter), type) != JNI_FALSE;
 }
 
 bool IsApplicable(JNIEnv* env, const UndeclaredCall& call, const Candidate& candidate, bool boxing) {

@@ -22,11 +22,23 @@ bool Says(const char* start, Function function) {
   return false;
 }
 
+struct Operator {
+  static constexpr char JavaName[] = "java/util/function/IntUnaryOperator";
+};
+struct Numbers {
+  static constexpr char JavaName[] = "java/util/stream/IntStream";
+};
+constexpr java::StaticMethod<java::Local<Numbers>(jint, jint)> Range{"java/util/stream/IntStream", "range"};
+constexpr java::Method<Numbers, java::Local<Numbers>(java::Ref<Operator>)> Map{"map"};
+constexpr java::Method<Numbers, jint()> Sum{"sum"};
+
 bool StartsAVm() {
   java::Vm vm = java::StartVm(java::VmSettings().MaximumHeap("64m"));
   const java::Global<java::String> text(java::Adopt<java::String>(java::Thread().Env()->NewStringUTF("text")));
   const bool found = java::IsInstance<java::String>(text) && java::Handle(text).CallIntMethod("length", "()I") == 4;
-  return found &&
+  // The Java class that this needs is in the library.
+  const bool called = Sum(Map(Range(0, 5), [](jint number) { return 10 * number; })) == 100;
+  return found && called &&
          Says<java::Error>("java.lang.NoClassDefFoundError: no/Such",
                            [&] { java::Guard([&] { vm.Handle().FindClass("no/Such"); }); }) &&
          vm.End() == java::VmEnd::Destroyed;

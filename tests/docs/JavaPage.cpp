@@ -11,6 +11,9 @@ struct Collection { static constexpr char JavaName[] = "java/util/Collection"; }
 struct List { static constexpr char JavaName[] = "java/util/List"; using Super = Collection; };
 struct ArrayList { static constexpr char JavaName[] = "java/util/ArrayList"; using Super = List; };
 struct Point { static constexpr char JavaName[] = "java/awt/Point"; };
+struct Comparator { static constexpr char JavaName[] = "java/util/Comparator"; };
+struct Iterator { static constexpr char JavaName[] = "java/util/Iterator"; };
+struct Consumer { static constexpr char JavaName[] = "java/util/function/Consumer"; };
 
 constexpr java::StaticMethod<jint(jint, jint)> Max{"java/lang/Math", "max"};
 constexpr java::StaticMethod<jint(std::string_view)> ParseInt{"java/lang/Integer", "parseInt"};
@@ -21,10 +24,12 @@ constexpr java::Method<List, bool(java::Ref<java::Object>)> Add{"add"};
 constexpr java::Method<List, std::string(jint)> GetText{"get", "(I)Ljava/lang/Object;"};
 constexpr java::StaticField<jint> Largest{"java/lang/Integer", "MAX_VALUE"};
 constexpr java::Method<java::String, std::vector<std::string>(std::string_view)> Split{"split"};
-constexpr java::StaticMethod<void(java::Ref<java::Array<jint>>)> Sort{"java/util/Arrays", "sort"};
+constexpr java::StaticMethod<void(java::Ref<java::Array<jint>>)> SortArray{"java/util/Arrays", "sort"};
 constexpr java::StaticMethod<std::vector<jint>(std::vector<jint>, jint)> CopyOf{"java/util/Arrays", "copyOf"};
 constexpr java::Method<java::ByteBuffer, jint(jint)> GetInt{"getInt"};
 constexpr java::StaticMethod<java::Local<java::ByteBuffer>(jint)> AllocateDirect{"java/nio/ByteBuffer", "allocateDirect"};
+constexpr java::Method<List, void(java::Ref<Comparator>)> Sort{"sort"};
+constexpr java::Method<Iterator, void(java::Ref<Consumer>)> ForEachRemaining{"forEachRemaining"};
 
 // A type of the host's own, by one specialisation.
 struct Money { jlong cents; };
@@ -50,7 +55,7 @@ void UseArrays() {
   std::printf("%s %d\n", words.back().c_str(), static_cast<int>(longer.size()));
 
   const auto numbers = java::NewArray(std::vector<jint>{3, 1, 2});  // kept in Java
-  Sort(numbers);
+  SortArray(numbers);
   for (jint& number : java::Elements<jint>(numbers)) number *= 10;
   std::printf("%d\n", static_cast<int>(java::Elements<const jint>(numbers).At(0)));
 
@@ -86,6 +91,24 @@ void LoadClassesFromElsewhere() {
   const java::Weak<java::Object> watched = loader.WeakReference();  // null once Java has let all of its classes go
   std::printf("%d %s\n", static_cast<int>(Size(list)), watched.Lock() ? "in use" : "collected");
   loader.Close();
+}
+
+void SortByAFunction() {
+  const auto list = NewList(4);
+  for (const char* const word : {"pear", "fig", "apple"}) Add(list, word);
+  Sort(list, [](std::string_view left, std::string_view right) { return left.compare(right); });
+  std::printf("%s\n", GetText(list, 0).c_str());
+}
+
+void ImplementAnInterface() {
+  int next = 0;
+  const auto numbers = java::Implement<Iterator>()
+                           .On("hasNext", [&] { return next < 3; })
+                           .On("next", [&] { return std::optional<jint>(++next); })
+                           .New();
+  jint sum = 0;
+  ForEachRemaining(numbers, [&](jint number) { sum += number; });  // a default method of Java's
+  std::printf("%d\n", static_cast<int>(sum));
 }
 
 void CallAStaticMethod(const CJavaVm& vm) {
@@ -177,6 +200,8 @@ int main() {
   WalkThroughCollections();
   ShareMemory();
   LoadClassesFromElsewhere();
+  SortByAFunction();
+  ImplementAnInterface();
   CallAStaticMethod(vm);
   MakeAnObject(vm);
   ReadAText(vm);

@@ -13,6 +13,8 @@ Java Platform API Specification
 7
 1 2
 0 in use
+apple
+6
 4 4
 1 1
 the same

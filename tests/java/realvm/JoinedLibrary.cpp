@@ -17,14 +17,11 @@ struct Left {
   }
 } s_left;
 
-jint Seven() {
-  JNIEnv* const env = java::detail::Env();
-  const auto type = java::Adopt<java::Class>(java::detail::LoadClass(env, "fixture/Joined"));
-  const auto raw = static_cast<jclass>(type.Get());
-  const jint seven = env->CallStaticIntMethod(raw, env->GetStaticMethodID(raw, "seven", "()I"));
-  java::detail::CheckPending(env);
-  return seven;
-}
+struct Operator {
+  static constexpr char JavaName[] = "java/util/function/IntUnaryOperator";
+};
+constexpr java::StaticMethod<jint()> Seven{"fixture/Joined", "seven"};
+constexpr java::StaticMethod<jint(java::Ref<Operator>, jint)> Nest{"fixture/Callbacks", "nest"};
 
 }  // namespace
 
@@ -33,7 +30,7 @@ extern "C" __attribute__((visibility("default"))) jstring JNICALL Java_fixture_J
   java::Vm vm = java::JoinVm();
   s_left.object = java::Global<>(type);
   jint seven = 0;
-  std::thread([&] { seven = Seven(); }).join();
+  std::thread([&] { seven = Nest([](jint by) { return Seven() + by; }, 0); }).join();
   std::string text = seven == number ? std::to_string(seven) + " by a call, Z\xC3\xBCrich, ends: " : "wrong";
   try {
     vm.End();

@@ -2,6 +2,8 @@
 // for a descriptor the name of the function that cannot be called. wrong-uses compares them with what a compiler says.
 #include <torvan/Java.h>
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -23,6 +25,9 @@ struct List {
 };
 struct Builder {
   static constexpr char JavaName[] = "java/lang/StringBuilder";
+};
+struct Comparator {
+  static constexpr char JavaName[] = "java/util/Comparator";
 };
 struct Money {
   jlong cents;
@@ -47,6 +52,7 @@ constexpr Method<Rows, void(char16_t)> SetChar{"setChar"};
 constexpr Method<Rows, void(Money)> SetMoney{"setMoney"};
 constexpr Method<Rows, void(std::string_view)> SetText{"setText"};
 constexpr Method<Collection, bool(Ref<List>)> ContainsAll{"containsAll", "(Ljava/util/Collection;)Z"};
+constexpr Method<List, void(Ref<Comparator>)> Sort{"sort"};
 constexpr java::StaticMethod<jint(jint, jint)> Max{"java/lang/Math", "max"};
 constexpr java::Constructor<Builder(std::string_view)> NewBuilder;
 constexpr java::Field<Rows, jint> Count{"count"};
@@ -187,6 +193,44 @@ void WrongCollections(const Local<Collection>& collection) {
   // result, or for a map a std::pair of these
 }
 
+void WrongFunctions(const Local<Rows>& rows, const Local<List>& list, std::unique_ptr<int> owned) {
+  SetText(rows, [] {});
+  // torvan::java: a function is given where the Java method takes no object of an interface
+  GetString(rows, [](jint) { return 1; });
+  // torvan::java: a function is given where the Java method takes no object of an interface
+  java::Call<void>(list, "sort", [](jint, jint) { return 1; });
+  // torvan::java: a function is given, but nothing says for which interface: declare the method, or give
+  // Implement<T>().On(name, function)
+  Sort(list, [](char, char) { return 1; });
+  // torvan::java: an argument of this function has a C++ type that does not come from Java; take a number, text, Ref<T>
+  // or Local<T>, or specialise torvan::java::Convert
+  Sort(list, [owned = std::move(owned)](jint, jint) { return *owned; });
+  // torvan::java: Java calls a copy of this function, which cannot be copied; move it into Implement<T>().On(name,
+  // std::move(function))
+  java::Implement<Comparator>().On("compare", [](const char*, Ref<List>) { return 1; });
+  // torvan::java: an argument of this function has a C++ type that does not come from Java; take a number, text, Ref<T>
+  // or Local<T>, or specialise torvan::java::Convert
+  java::Implement<Comparator>().On("compare", [](std::string&, std::string) { return 1; });
+  // torvan::java: this function does not take these arguments or does not return this result
+  java::Implement<Comparator>().On("compare", [](jint, jint) { return std::size_t{1}; });
+  // torvan::java: the result of this function has a C++ type that nothing in Java stands for; specialise
+  // torvan::java::Convert for a type of your own
+  java::Implement<Comparator>().On("compare", [](auto, auto) { return 1; });
+  // torvan::java: this is no function, or one of several types: say which, On<R(A...)>(name, function)
+  java::Implement<Comparator>().On<jint>("compare", [](jint, jint) { return 1; });
+  // torvan::java: the types of a function are given as R(A...), as in On<void(std::string)>
+  java::Implement<Comparator>().On<jint(jint, jint)>("compare", [](std::string, jint) { return 1; });
+  // torvan::java: this function does not take these arguments or does not return this result
+  java::NativeMethod<jint(jint)>("a/B", "f").Bind([](std::string) { return 1; });
+  // torvan::java: this function does not take these arguments or does not return this result
+  java::NativeMethod<jint(jint), Rows>("f").Bind([](jint) { return 1; });
+  // torvan::java: this function does not take these arguments or does not return this result
+  java::NativeMethod<jint(jint)>("f");
+  // torvan::java: a static native method needs the name of its class and its own
+}
+
+constexpr java::NativeMethod<jint(jint)> OtherNative{"a/B", "f", "(J)I"};
+// an_argument_type_in_Cpp_does_not_fit_the_descriptor
 constexpr Method<Rows, jint(std::size_t)> WrongArgument{"f"};
 // torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an unsigned of
 // 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own

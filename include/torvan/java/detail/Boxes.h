@@ -19,6 +19,9 @@ template <> struct Boxed<'F'> { static constexpr char JavaName[] = "java/lang/Fl
 template <> struct Boxed<'D'> { static constexpr char JavaName[] = "java/lang/Double"; };
 // clang-format on
 
+// The class of the object that a number of the letter becomes. Throws Error.
+jclass BoxClass(JNIEnv* env, char letter);
+
 // Makes the object of a number, as Java's valueOf does: a new local reference. Throws Error.
 jobject Box(JNIEnv* env, char letter, jvalue number);
 

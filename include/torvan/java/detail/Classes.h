@@ -10,8 +10,8 @@ namespace torvan::java::detail {
 // Finds and initialises a class: "java/lang/String", "java.lang.String", "[I", "[Ljava/lang/String;". Never FindClass,
 // which looks elsewhere in a callback. Gives a new local reference. Throws Error.
 jclass LoadClass(JNIEnv* env, const char* name);
-// The same through another loader; null is the VM's own.
-jclass LoadClass(JNIEnv* env, jobject loader, const char* name);
+// The same through another loader; null is the VM's own. Without `initialises` the class is only found.
+jclass LoadClass(JNIEnv* env, jobject loader, const char* name, bool initialises = true);
 
 // A global reference to the loader; null before there is a VM.
 jobject KeptLoader() noexcept;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <torvan/java/detail/ArrayRow.h>
+#include <torvan/java/detail/Callback.h>
 
 #include <cstddef>
 #include <type_traits>
@@ -89,6 +90,21 @@ constexpr bool Widens(char from, char to) {
   }
 }
 
+// A C++ function, which goes where an object of an interface is declared.
+template <typename U>
+constexpr bool IsFunction = Row<U>::Letter == 0 && !std::is_void_v<typename SignatureOf<U>::Type>;
+
+template <typename A>
+constexpr bool TakesFunction() {
+  if constexpr (Row<A>::Letter != 'L') {
+    return false;
+  } else {
+    using Tag = typename Row<A>::Tag;
+    return !std::is_same_v<Tag, Object> && !std::is_same_v<Tag, String> && !std::is_same_v<Tag, Class> &&
+           !std::is_same_v<Tag, Throwable>;
+  }
+}
+
 enum class Fit { None, Direct, Boxed };
 
 // Whether the elements of vectors are the host's own type where they are declared so: numbers are no amounts.
@@ -110,6 +126,8 @@ struct Fitting {
     using G = Given<U>;
     if constexpr (IsOwnType<A>) {
       return std::is_convertible_v<const U&, A> ? Fit::Direct : Fit::None;
+    } else if constexpr (IsFunction<U>) {
+      return TakesFunction<A>() ? Fit::Direct : Fit::None;
     } else if constexpr (Row<A>::Letter == 'L' && G::Letter == 'L') {
       if constexpr (IsUnknown<G>) {
         return Fit::Direct;
@@ -126,6 +144,8 @@ struct Fitting<std::optional<E>, U> {
   static constexpr Fit Find() {
     if constexpr (Row<E>::Letter != 'L' && Fitting<E, U>::Find() != Fit::None) {
       return Fit::Boxed;
+    } else if constexpr (IsFunction<U>) {
+      return Fitting<E, U>::Find();
     } else if constexpr (IsOwnType<E>) {
       return std::is_convertible_v<const U&, std::optional<E>> || std::is_null_pointer_v<U> ? Fit::Direct : Fit::None;
     } else if constexpr (IsUnknown<Given<U>> || Given<U>::Letter != 'L') {
@@ -194,13 +214,12 @@ constexpr bool ArgumentFits() {
                 "torvan::java: a bool or uint8_t, Java's boolean, is given where the Java method takes a number");
   static_assert(good || own || !(a != 'L' && u == 'L' && !text),
                 "torvan::java: an object is given where the Java method takes a number or a boolean");
-  static_assert(good || own || u != 0 || wide,
+  static_assert(good || own || !IsFunction<U>,
+                "torvan::java: a function is given where the Java method takes no object of an interface");
+  static_assert(good || own || u != 0 || wide || IsFunction<U>,
                 "torvan::java: no conversion of this C++ type to Java; specialise torvan::java::Convert for it");
   return good;
 }
-
-template <typename A>
-using Declared = std::remove_cv_t<std::remove_reference_t<A>>;
 
 // Looked at when a member is declared; tags may be incomplete.
 template <typename R, typename... A>
@@ -262,6 +281,8 @@ auto Pass(JNIEnv* env, const U& given) {
     return value;
   } else if constexpr (std::is_null_pointer_v<U> || std::is_same_v<U, std::nullopt_t>) {
     return Passed();
+  } else if constexpr (IsFunction<U> && !IsOwnType<A>) {
+    return Passed(env, NewFunctionObject<typename Row<A>::Tag>(env, given));
   } else if constexpr (IsUnknown<Given<U>>) {
     return Passed(Ref<typename Row<A>::Tag>(given).Get());
   } else if constexpr (Fitting<A, U>::Find() == Fit::Boxed) {

@@ -49,7 +49,10 @@ GivenArgument Describe(const jvalue& value) {
 // The type of the table that stands for a value that is given.
 template <typename U>
 constexpr bool MayBeGiven() {
-  static_assert(Given<U>::Letter != 0 && Given<U>::Letter != 'V',
+  static_assert(!IsFunction<U>,
+                "torvan::java: a function is given, but nothing says for which interface: declare the method, or give "
+                "Implement<T>().On(name, function)");
+  static_assert((Given<U>::Letter != 0 && Given<U>::Letter != 'V') || IsFunction<U>,
                 "torvan::java: no conversion of this C++ type to Java; cast it to one that Java has, or specialise "
                 "torvan::java::Convert for it");
   return Given<U>::Letter != 0 && Given<U>::Letter != 'V';

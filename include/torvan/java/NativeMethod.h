@@ -1,0 +1,69 @@
+// C++ functions as the native methods that Java classes declare.
+#pragma once
+
+#include <torvan/java/detail/Native.h>
+
+namespace torvan::java {
+
+// A native method of a Java class, with its C++ signature; with the class's tag as second argument it is one of
+// objects, and the function takes the object as Ref<T> first:
+//
+//   java::NativeMethod<jint(jint)>("plugin/Host", "version").Bind([](jint level) { return level + 1; });
+//   java::NativeMethod<void(std::string_view), Host>("log").Bind([](java::Ref<Host> self, std::string_view text) {});
+//
+// The types, and the descriptor as the last argument where Java declares other classes, are those of a Method; objects
+// of a more special C++ class than Java's are tested, and a wrong one is a Misuse that Java gets. Names are literals.
+//
+// Bind may be called before the class is initialised, and again: the function is replaced. It lives as long as the
+// class, and so does one that was replaced, which may still run; that is for good for classes of the class path, and
+// where Java has no Cleaner (before version 9). Java may call it on any thread, and on several at once. What it throws
+// goes to Java as from a function of Implement. Up to 64 methods can be bound to functions of one and the same C++
+// type, such as function pointers of one signature; each lambda expression is of its own.
+//
+// Bind throws Error when there is no such class or method ("... (plugin.Host has no ...; it has ...)"), Misuse when the
+// method is not native, static where an object's was declared or the other way round, and as Thread() does.
+template <typename F, typename T = void>
+class NativeMethod;
+
+template <typename R, typename... A, typename T>
+class NativeMethod<R(A...), T> {
+  using Binder = detail::NativeBinder<R(A...), T>;
+
+ public:
+  constexpr NativeMethod(const char* type, const char* name, const char* descriptor = nullptr)
+      : m_name{type, name, descriptor, std::is_void_v<T>} {
+    if (descriptor != nullptr) Binder::CheckDescriptor(descriptor);
+  }
+  // Of the class that the tag names.
+  constexpr explicit NativeMethod(const char* name) : m_name{nullptr, name, nullptr, false} {
+    static_assert(!std::is_void_v<T>, "torvan::java: a static native method needs the name of its class and its own");
+  }
+
+  template <typename F>
+  void Bind(F function) const {
+    Binder::Bind(m_name, nullptr, std::move(function));
+  }
+
+  // The same method of a class that another loader has.
+  class Bound {
+   public:
+    template <typename F>
+    void Bind(F function) const {
+      Binder::Bind(m_name, m_type, std::move(function));
+    }
+
+   private:
+    friend class NativeMethod;
+    Bound(const detail::NativeName& name, const Ref<Class>& type) : m_name(name), m_type(type) {}
+
+    detail::NativeName m_name;
+    Global<Class> m_type;
+  };
+  // Throws as Global does. Binding throws Misuse when the class is null.
+  Bound In(const Ref<Class>& type) const { return {m_name, type}; }
+
+ private:
+  detail::NativeName m_name;
+};
+
+}  // namespace torvan::java

@@ -1,0 +1,58 @@
+// The Java class behind every object that C++ implements, and what Java owns of C++.
+#pragma once
+
+#include <torvan/java/detail/Callback.h>
+
+#include "java/Sanitizer.h"
+
+namespace torvan::java::detail {
+
+// The class, found once and kept for good. Classes and objects are global references.
+struct HandlerClass {
+  jclass type;
+  jmethodID newPlan;     // (Class, Method[], String[], Class[][], long)
+  jmethodID newHandler;  // (plan, address of the functions)
+  jmethodID proxy;
+
+  jobject cleaner;         // null where Java has no Cleaner
+  jmethodID registerWith;  // its register(Object, Runnable)
+  jobject noPlan;          // for handlers that do nothing but clean
+
+  jclass runtimeException;
+  jmethodID newRuntimeException;
+};
+
+// Defines the class in the VM at the first call. Throws Error, and Failure when the VM does not take native methods.
+const HandlerClass& TheHandlerClass(JNIEnv* env);
+
+// What is destroyed when a Java object is collected.
+class OwnedByJava {
+ public:
+  OwnedByJava() noexcept;
+  OwnedByJava(const OwnedByJava&) = delete;
+  OwnedByJava& operator=(const OwnedByJava&) = delete;
+  virtual ~OwnedByJava();
+
+ private:
+  // All that there are, so that nothing is taken for lost when the process ends.
+  OwnedByJava* m_previous = nullptr;
+  OwnedByJava* m_next = nullptr;
+};
+
+// Has `owned` destroyed after `object` is collected: it is Java's from then on. Where Java has no Cleaner it stays for
+// good. Throws Error, and nothing has changed then.
+void GiveToJava(JNIEnv* env, jobject object, OwnedByJava* owned);
+
+// Calls a function for Java: what it throws is thrown into Java, and the result is zero then.
+inline jlong CallForJava(JNIEnv* env, jobject self, const HandledFunction& function, const FromJava& given) {
+#ifdef TORVAN_JAVA_THREAD_SANITIZER
+  Acquired(function.owner);
+  const jlong result = function.entry(env, self, &function, given.a, given.b, given.c);
+  Released(function.owner);
+  return result;
+#else
+  return function.entry(env, self, &function, given.a, given.b, given.c);
+#endif
+}
+
+}  // namespace torvan::java::detail

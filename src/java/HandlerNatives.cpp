@@ -1,0 +1,137 @@
+#include "java/HandlerNatives.h"
+
+#include <torvan/java/Cast.h>
+#include <torvan/java/Failure.h>
+#include <torvan/java/Method.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "java/CallByLetter.h"
+#include "java/Handler.h"
+
+namespace torvan::java::detail {
+
+namespace {
+
+struct ReflectedMethod {
+  static constexpr char JavaName[] = "java/lang/reflect/Method";
+};
+constexpr Method<ReflectedMethod, Local<Class>()> GetDeclaringClass{"getDeclaringClass"};
+
+// More than a native method may make without asking.
+constexpr std::size_t FreeReferences = 8;
+
+const HandledFunction& FunctionAt(jlong address) { return *static_cast<const HandledFunction*>(AddressOf(address)); }
+
+jlong JNICALL Numbers(JNIEnv* env, jobject self, jlong function, jlong a, jlong b, jlong c) {
+  return CallForJava(env, self, FunctionAt(function), {a, b, c});
+}
+
+jlong JNICALL ToNumber(JNIEnv* env, jobject self, jlong function, jobject a, jobject b, jobject c) {
+  return CallForJava(env, self, FunctionAt(function), {BitsOf(a), BitsOf(b), BitsOf(c)});
+}
+
+jobject JNICALL References(JNIEnv* env, jobject self, jlong function, jobject a, jobject b, jobject c) {
+  return ObjectOf(ToNumber(env, self, function, a, b, c));
+}
+
+// Numbers and references of any count. `objects` has all, the numbers boxed.
+jlong CallWithAll(JNIEnv* env, jobject self, jlong function, jobjectArray objects, jlongArray numbers) {
+  const auto count = static_cast<std::size_t>(env->GetArrayLength(numbers));
+  std::vector<jlong> bits(std::max(count, FromJava::InRegisters));
+  env->GetLongArrayRegion(numbers, 0, static_cast<jsize>(count), bits.data());
+  if (count > FreeReferences && env->EnsureLocalCapacity(static_cast<jint>(count)) != JNI_OK) return 0;
+  const char* const letters = FunctionAt(function).letters + 1;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (letters[i] == 'L') bits[i] = BitsOf(env->GetObjectArrayElement(objects, static_cast<jsize>(i)));
+  }
+  return CallForJava(env, self, FunctionAt(function), FromJava::Of(bits.data(), count));
+}
+
+jlong JNICALL AnyToNumber(JNIEnv* env, jobject self, jlong function, jobjectArray objects, jlongArray numbers) {
+  try {
+    return CallWithAll(env, self, function, objects, numbers);
+  } catch (...) {
+    ThrowIntoJava(env);
+    return 0;
+  }
+}
+
+jobject JNICALL Any(JNIEnv* env, jobject self, jlong function, jobjectArray objects, jlongArray numbers) {
+  return ObjectOf(AnyToNumber(env, self, function, objects, numbers));
+}
+
+// Runs an interface's own version of a method. `letters` are of the result and the arguments.
+jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jstring letters, jobjectArray objects) {
+  const std::string kinds = ReadUtf8(env, letters);
+  const Local<Class> owner = GetDeclaringClass(Ref<ReflectedMethod>(method));
+  const CallTarget target{env->FromReflectedMethod(method), static_cast<jclass>(owner.Get())};
+  if (kinds.size() > FreeReferences) env->EnsureLocalCapacity(static_cast<jint>(kinds.size()));
+  CheckPending(env);
+  std::vector<jvalue> arguments(kinds.size());
+  for (std::size_t i = 1; i < kinds.size(); ++i) {
+    jobject const object = env->GetObjectArrayElement(objects, static_cast<jsize>(i - 1));
+    if (kinds[i] == 'L') {
+      arguments[i - 1].l = object;
+    } else {
+      const LocalScope boxed(env, object);
+      arguments[i - 1] = Unbox(env, kinds[i], object);
+    }
+  }
+  const jvalue result = CallByLetter(env, MemberKind::SuperMethod, kinds[0], target, proxy, arguments.data());
+  if (kinds[0] == 'V' || env->ExceptionCheck() != JNI_FALSE) return nullptr;
+  return kinds[0] == 'L' ? result.l : Box(env, kinds[0], result);
+}
+
+jobject JNICALL Inherited(JNIEnv* env, jobject, jobject proxy, jobject method, jstring letters, jobjectArray objects) {
+  try {
+    return CallInherited(env, proxy, method, letters, objects);
+  } catch (...) {
+    ThrowIntoJava(env);
+    return nullptr;
+  }
+}
+
+void JNICALL Drop(JNIEnv*, jobject, jlong address) {
+  OwnedByJava* const owned = static_cast<OwnedByJava*>(AddressOf(address));
+  Acquired(owned);
+  delete owned;
+}
+
+struct NativeRow {
+  const char* name;
+  const char* descriptor;
+  void* function;
+};
+
+}  // namespace
+
+void RegisterNative(JNIEnv* env, jclass type, std::string name, std::string descriptor, void* function) {
+  const JNINativeMethod native = {name.data(), descriptor.data(), function};
+  const jint status = env->RegisterNatives(type, &native, 1);
+  CheckPending(env);
+  if (status != JNI_OK) {
+    throw Failure(
+        "java/HandlerNatives", __LINE__,
+        "This Java VM takes no C++ function for " + name + descriptor + ": JNI status " + std::to_string(status));
+  }
+}
+
+void RegisterHandlerNatives(JNIEnv* env, jclass handler) {
+  // clang-format off
+  const NativeRow rows[] = {
+      {"references",  "(JLjava/lang/Object;Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;", reinterpret_cast<void*>(&References)},
+      {"toNumber",    "(JLjava/lang/Object;Ljava/lang/Object;Ljava/lang/Object;)J",                  reinterpret_cast<void*>(&ToNumber)},
+      {"numbers",     "(JJJJ)J",                                                                     reinterpret_cast<void*>(&Numbers)},
+      {"any",         "(J[Ljava/lang/Object;[J)Ljava/lang/Object;",                                  reinterpret_cast<void*>(&Any)},
+      {"anyToNumber", "(J[Ljava/lang/Object;[J)J",                                                   reinterpret_cast<void*>(&AnyToNumber)},
+      {"inherited",   "(Ljava/lang/Object;Ljava/lang/reflect/Method;Ljava/lang/String;[Ljava/lang/Object;)Ljava/lang/Object;", reinterpret_cast<void*>(&Inherited)},
+      {"drop",        "(J)V",                                                                        reinterpret_cast<void*>(&Drop)},
+  };
+  // clang-format on
+  for (const NativeRow& row : rows) RegisterNative(env, handler, row.name, row.descriptor, row.function);
+}
+
+}  // namespace torvan::java::detail

@@ -1,0 +1,180 @@
+#include <torvan/java/Implement.h>
+
+#include <torvan/java/Failure.h>
+#include <torvan/java/LocalFrame.h>
+#include <torvan/java/Method.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <utility>
+
+#include "java/ClassNames.h"
+#include "java/Handler.h"
+#include "java/Matching.h"
+
+namespace torvan::java::detail {
+
+namespace {
+
+struct ReflectedMethod {
+  static constexpr char JavaName[] = "java/lang/reflect/Method";
+};
+struct ClassArray {
+  static constexpr char JavaName[] = "[Ljava/lang/Class;";
+};
+constexpr Method<Class, bool()> IsInterface{"isInterface"};
+
+struct Texts {
+  std::vector<std::string> names;
+  std::vector<std::string> letters;
+};
+
+// What all objects of an interface with functions of the same types share.
+struct Plan {
+  Global<Object> handler;
+  std::shared_ptr<const Texts> texts;
+};
+
+// The functions of one Java object, as long as that lives. Nothing of Java is kept alive.
+struct Functions final : OwnedByJava {
+  Functions(std::shared_ptr<const Texts> itsTexts, const std::vector<GivenFunction>& given)
+      : texts(std::move(itsTexts)) {
+    for (std::size_t i = 0; i < given.size(); ++i) {
+      kept.push_back(given[i].function);
+      Callback& function = *given[i].function;
+      handled.push_back({function.ItsEntry(), &function, texts->names[i].c_str(), texts->letters[i].c_str(), this});
+    }
+  }
+
+  std::shared_ptr<const Texts> texts;
+  std::vector<std::shared_ptr<Callback>> kept;
+  std::vector<HandledFunction> handled;
+};
+
+// An array of references, filled in the order of the calls of Add.
+class ArrayOf {
+ public:
+  ArrayOf(JNIEnv* env, std::size_t size, jclass element)
+      : m_env(env), m_array(Own<Object>(env, env->NewObjectArray(static_cast<jsize>(size), element, nullptr))) {
+    CheckPending(env);
+  }
+  void Add(jobject element) {
+    m_env->SetObjectArrayElement(static_cast<jobjectArray>(m_array.Get()), m_next++, element);
+    CheckPending(m_env);
+  }
+  jobject Get() const noexcept { return m_array.Get(); }
+
+ private:
+  JNIEnv* m_env;
+  Local<Object> m_array;
+  jsize m_next = 0;
+};
+
+Local<Object> TestsOf(JNIEnv* env, const MatchedMethod& matched) {
+  if (!matched.hasTests) return nullptr;
+  ArrayOf tests(env, matched.tests.size(), ClassOf<Class>(env));
+  for (const Local<Class>& test : matched.tests) tests.Add(test.Get());
+  return Local<Object>(Ref<Object>(tests.Get()));
+}
+
+std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
+                                     const std::vector<GivenFunction>& functions) {
+  if (!IsInterface(type)) {
+    throw Misuse("java/Implement", __LINE__,
+                 NameOf(env, type) + " is a class: C++ functions implement interfaces only");
+  }
+  const LocalFrame frame(512);
+  auto texts = std::make_shared<Texts>();
+  ArrayOf methods(env, functions.size(), ClassOf<ReflectedMethod>(env));
+  ArrayOf kinds(env, functions.size(), ClassOf<String>(env));
+  ArrayOf tests(env, functions.size(), ClassOf<ClassArray>(env));
+  std::set<std::string> taken;
+  for (const GivenFunction& function : functions) {
+    const MatchedMethod matched = FindMethod(env, type, loader, function);
+    if (!taken.insert(matched.name).second) {
+      throw Misuse("java/Implement", __LINE__, "two functions are given for " + matched.name);
+    }
+    methods.Add(matched.method.reflected.Get());
+    const LocalScope letters(env, NewText(env, std::string_view(matched.letters)));
+    kinds.Add(letters.Get());
+    tests.Add(TestsOf(env, matched).Get());
+    texts->names.push_back(matched.name);
+    texts->letters.push_back(matched.letters);
+  }
+  const HandlerClass& handlers = TheHandlerClass(env);
+  jvalue arguments[5]{};
+  arguments[0].l = type;
+  arguments[1].l = methods.Get();
+  arguments[2].l = kinds.Get();
+  arguments[3].l = tests.Get();
+  arguments[4].j = sizeof(HandledFunction);
+  const Local<Object> made = Own<Object>(env, env->NewObjectA(handlers.type, handlers.newPlan, arguments));
+  CheckPending(env);
+  return std::make_shared<const Plan>(Plan{Global<Object>(made), std::move(texts)});
+}
+
+// Plans by the interface's name and the types of the functions, kept for good, as the classes are that have these
+// names.
+struct KeptPlans {
+  std::mutex mutex;
+  std::map<std::string, std::shared_ptr<const Plan>> plans;
+};
+KeptPlans& TheKeptPlans() {
+  static KeptPlans& kept = *new KeptPlans;
+  return kept;
+}
+
+std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
+  if (type.type != nullptr) {
+    const Local<Object> loader = LoaderOf(type.type);
+    return MakePlan(env, type.type, loader ? loader.Get() : KeptLoader(), functions);
+  }
+  if (*type.name == '\0') throw Misuse("java/Implement", __LINE__, "null is given as the interface to implement");
+  std::string key = type.name;
+  for (const GivenFunction& function : functions) {
+    key.append("\n").append(function.name).append(function.own).append(function.descriptor);
+  }
+  KeptPlans& kept = TheKeptPlans();
+  {
+    const std::lock_guard<std::mutex> guard(kept.mutex);
+    const auto found = kept.plans.find(key);
+    if (found != kept.plans.end()) return found->second;
+  }
+  // Not under the lock: classes are initialised.
+  std::shared_ptr<const Plan> plan = MakePlan(env, KeptClass(env, type.name), KeptLoader(), functions);
+  const std::lock_guard<std::mutex> guard(kept.mutex);
+  return kept.plans.emplace(std::move(key), std::move(plan)).first->second;
+}
+
+}  // namespace
+
+jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
+  const HandlerClass& handlers = TheHandlerClass(env);
+  const std::shared_ptr<const Plan> plan = PlanOf(env, type, functions);
+  auto owned = std::make_unique<Functions>(plan->texts, functions);
+  jvalue arguments[2]{};
+  arguments[0].l = plan->handler.Get();
+  arguments[1].j = BitsOf(owned->handled.data());
+  const LocalScope handler(env, env->NewObjectA(handlers.type, handlers.newHandler, arguments));
+  CheckPending(env);
+  GiveToJava(env, handler.Get(), owned.get());
+  static_cast<void>(owned.release());
+  jobject const made = env->CallObjectMethodA(handler.Get(), handlers.proxy, nullptr);
+  CheckPending(env);
+  return made;
+}
+
+void ThrowNullArgument(const char* name, std::size_t number, const std::string& path) {
+  throw Misuse("java/Implement", __LINE__,
+               (path.empty() ? "argument " : "element " + path + " of argument ") + std::to_string(number) + " of " + name +
+                   " is null, which its C++ type cannot be: take it as std::optional");
+}
+
+void ThrowEmptyFunction(const std::string& name) {
+  throw Misuse("java/Implement", __LINE__, "an empty function is given for " + name);
+}
+
+}  // namespace torvan::java::detail

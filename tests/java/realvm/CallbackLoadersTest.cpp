@@ -1,0 +1,108 @@
+// C++ functions and classes of other loaders, which are not kept alive by them.
+#include <atomic>
+#include <string>
+
+#include "java/realvm/Counted.h"
+#include "java/realvm/OneVm.h"
+
+namespace javatest {
+namespace {
+
+using java::Implement;
+using java::Local;
+using java::NativeMethod;
+using java::Object;
+using java::Ref;
+using java::StaticMethod;
+
+class CallbackLoadersTest : public RealVmTest {};
+
+class NativeLoadersTest : public RealVmTest {
+#ifdef _WIN32
+ protected:
+  void SetUp() override { GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods"; }
+#endif
+};
+
+constexpr StaticMethod<Local<java::Class>(std::string_view)> CopyOf{"fixture/Strict", "copyOf"};
+constexpr StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "add"};
+constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> CallBoth{
+    "fixture/Callbacks", "generic", "(Lfixture/Callbacks$Shout;Lfixture/Callbacks$Named;)Ljava/lang/String;"};
+
+bool IsCollected(const java::Weak<java::Class>& type) {
+  for (int i = 0; i < 500 && type.Lock(); ++i) Collect();
+  return !type.Lock();
+}
+
+TEST_F(CallbackLoadersTest, InterfacesOfALoaderThatLetsNobodyIn) {
+  std::atomic<int> count{0};
+  java::Weak<java::Class> weak;
+  {
+    const Local<java::Class> callbacks = CopyOf("fixture.Callbacks");
+    weak = java::Weak<java::Class>(callbacks);
+    const java::ClassLoader loader = java::ClassLoader::Of(callbacks);
+    const auto shout = Implement(loader.FindClass("fixture/Callbacks$Shout"))
+                           .On("apply", [counted = Counted(count)](std::string value) { return value + "!"; });
+    const auto named = Implement(loader.FindClass("fixture.Callbacks$Named")).On("get", [] { return "name"; });
+    EXPECT_EQ(CallBoth.In(callbacks)(shout.New(), named.New()), "a!b!namename");
+    EXPECT_THAT(
+        WhatOf<java::Misuse>([&] { CallBoth(shout.New(), named.New()); }),
+        testing::MatchesRegex("a .*Proxy.* is given as argument 1 of fixture\\.Callbacks\\.generic\\(.*\\), which "
+                              "needs a fixture\\.Callbacks\\$Shout"));
+  }
+  EXPECT_TRUE(IsCollected(weak));
+  EXPECT_TRUE(ComesDownTo(count, 0)) << count;
+}
+
+TEST_F(NativeLoadersTest, NativeMethodsGoWithTheirClass) {
+  constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
+  std::atomic<int> count{0};
+  for (int i = 0; i < 3; ++i) {
+    java::Weak<java::Class> weak;
+    {
+      const Local<java::Class> natives = CopyOf("fixture.Natives");
+      weak = java::Weak<java::Class>(natives);
+      const auto sum = [counted = Counted(count), i](jint a, jlong b, double) { return a + static_cast<jint>(b) + i; };
+      native.In(natives).Bind(sum);
+      native.In(natives).Bind(sum);
+      EXPECT_EQ(Add.In(natives)(1, 2, 3), 3 + i);
+      Collect();
+      EXPECT_EQ(count, 3);
+    }
+    EXPECT_TRUE(IsCollected(weak));
+    EXPECT_TRUE(ComesDownTo(count, 0)) << count;
+  }
+}
+
+TEST_F(NativeLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
+  constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
+  const Local<java::Class> one = CopyOf("fixture.Natives");
+  const Local<java::Class> other = CopyOf("fixture.Natives");
+  const auto bind = [&](const Local<java::Class>& type, jint result) {
+    native.In(type).Bind([result](jint, jlong, double) { return result; });
+  };
+  bind(one, 1);
+  bind(other, 2);
+  EXPECT_EQ(Add.In(one)(0, 0, 0), 1);
+  EXPECT_EQ(Add.In(other)(0, 0, 0), 2);
+}
+
+TEST_F(NativeLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
+  constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
+  std::vector<java::Global<java::Class>> types;
+  const auto bindAll = [&] {
+    for (int i = 0; i < 65; ++i) {
+      types.emplace_back(CopyOf("fixture.Natives"));
+      native.In(types.back()).Bind([](jint, jlong, double) { return 0; });
+    }
+  };
+  EXPECT_EQ(
+      WhatOf<java::Misuse>(bindAll),
+      "fixture.Natives.add(int, long, double) cannot be bound: 64 native methods have functions of this C++ type; "
+      "give a lambda expression of its own");
+  EXPECT_EQ(types.size(), 65u);
+  EXPECT_EQ(Add.In(types.front())(0, 0, 0), 0);
+}
+
+}  // namespace
+}  // namespace javatest

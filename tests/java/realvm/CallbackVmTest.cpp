@@ -1,0 +1,142 @@
+// C++ called from Java in VMs that end, that have no Cleaner, or that were started in another way.
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <thread>
+
+#ifndef _WIN32
+#include <dlfcn.h>
+#endif
+
+#include "java/realvm/Counted.h"
+#include "java/realvm/OwnProcess.h"
+
+namespace javatest {
+namespace {
+
+using namespace std::chrono_literals;
+using java::Implement;
+using java::Local;
+using java::Misuse;
+using java::Ref;
+using java::StartVm;
+using java::StaticMethod;
+using java::Vm;
+using java::VmEnd;
+
+constexpr StaticMethod<void(Ref<Runnable>)> RunAtTheEnd{"fixture/Callbacks", "runAtTheEnd"};
+constexpr StaticMethod<void(Ref<Runnable>)> RunForEver{"fixture/Callbacks", "runForEver"};
+constexpr StaticMethod<jint(jint)> Abs{"java/lang/Math", "abs"};
+
+TEST(CallbackVmTest, AFunctionRunsInAShutdownHookButDoesNotCall) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    Vm vm = StartVm(FixtureSettings());
+    RunAtTheEnd([path = note.Path()] { std::ofstream(path) << "ran: " << WhatOf<Misuse>([] { Abs(-1); }); });
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+    EXPECT_EQ(note.Text(), "ran: The Java VM has ended");
+  });
+}
+
+TEST(CallbackVmTest, TheVmEndsWhileAFunctionRunsAgainAndAgain) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    static std::atomic<int> runs{0};
+    RunForEver([] { ++runs; });
+    RunForEver([] {
+      ++runs;
+      Abs(-1);
+    });
+    while (runs < 1000) std::this_thread::sleep_for(1ms);
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+  });
+}
+
+TEST(CallbackVmTest, WhatIsLeftAfterTheEndIsDroppedQuietly) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    std::atomic<int> count{0};
+    const auto implementation = Implement<Runnable>().On("run", [counted = Counted(count)] {});
+    const Local<Runnable> local = implementation.New();
+    const java::Global<Runnable> global(local);
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+    EXPECT_EQ(WhatOf<Misuse>([&] { implementation.New(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([&] { Implement<Runnable>().On("run", [] {}).New(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([] { java::NativeMethod<jint(jint)>("a/B", "f").Bind([](jint a) { return a; }); }),
+              "The Java VM has ended");
+    EXPECT_EQ(count, 1);
+  });
+}
+
+// Stands between the thread and the VM's functions: this VM is of a Java before version 9.
+void HideCleaner(JNIEnv* env) {
+  static const JNINativeInterface_* const real = env->functions;
+  static JNINativeInterface_ table = *real;
+  table.FindClass = [](JNIEnv* e, const char* name) -> jclass {
+    return real->FindClass(e, std::string(name) == "java/lang/ref/Cleaner" ? "no/such/Cleaner" : name);
+  };
+  env->functions = &table;
+}
+
+TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
+#ifdef _WIN32
+  GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
+#else
+  InProcessOfItsOwn([] {
+    const Vm vm = StartVm(FixtureSettings());
+    HideCleaner(java::detail::Env());
+    static std::atomic<int> count{0};
+    for (int i = 0; i < 100; ++i) {
+      EXPECT_EQ(Nest([counted = Counted(count)](jint x) { return x + 1; }, i), i + 1);
+    }
+    for (int i = 0; i < 10; ++i) Collect();
+    EXPECT_EQ(count, 100);
+  });
+#endif
+}
+
+// As a library of the host's has one, and another library another one.
+TEST(CallbackVmTest, TwoCopiesOfTheLayerInOneVm) {
+#ifdef _WIN32
+  GTEST_SKIP() << "left to Linux, where the library is that joins the VM of a program of Java's own";
+#else
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
+    void* const library = dlopen(TORVAN_TEST_JOINED, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    const auto join = reinterpret_cast<jstring (*)(JNIEnv*, jclass, jint)>(dlsym(library, "Java_fixture_Joined_join"));
+    const Local<java::Class> type = java::FindClass("fixture/Joined");
+    const auto text = java::Adopt<java::String>(join(java::detail::Env(), static_cast<jclass>(type.Get()), 7));
+    EXPECT_EQ(java::ToText(text), "7 by a call, Z\xC3\xBCrich, ends: no");
+    EXPECT_EQ(Nest([](jint x) { return 3 * x; }, 14), 42);
+  });
+#endif
+}
+
+TEST(CallbackVmTest, AnOwnBootLayer) {
+  InProcessOfItsOwn([] {
+    java::VmSettings settings = FixtureSettings();
+    settings.ModulePath({TORVAN_TEST_LAYER}).Option("--limit-modules=java.base,fixture.layer");
+    const Vm vm = StartVm(settings.Option("--add-modules=fixture.layer"));
+    constexpr StaticMethod<jint(Ref<java::Object>, jint)> call{"fixture/layer/Hook", "call",
+                                                               "(Lfixture/layer/Hook;I)I"};
+    EXPECT_EQ(call(Implement("fixture/layer/Hook").On("hook", [](jint x) { return x + 1; }).New(), 20), 42);
+    EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
+    EXPECT_EQ(Thrown([] { throw std::runtime_error("thrown"); }), "java.lang.RuntimeException: thrown");
+  });
+}
+
+TEST(CallbackVmTest, ASystemClassLoaderThatRefusesWhatItDoesNotKnow) {
+  InProcessOfItsOwn([] {
+    java::VmSettings settings = FixtureSettings();
+    const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
+    EXPECT_EQ(WhatOf<java::Error>([] { java::FindClass("torvan/java/Handler"); }),
+              "java.lang.SecurityException: refused: torvan.java.Handler");
+    EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
+    EXPECT_EQ(Thrown([] { throw std::runtime_error("thrown"); }), "java.lang.RuntimeException: thrown");
+  });
+}
+
+}  // namespace
+}  // namespace javatest

@@ -1,0 +1,25 @@
+// How long functions live.
+#pragma once
+
+#include <atomic>
+
+#include "java/realvm/CallbackTags.h"
+
+namespace javatest {
+
+// Counts the functions that hold one.
+struct Counted {
+  explicit Counted(std::atomic<int>& counter) : count(&counter) { ++counter; }
+  Counted(const Counted& other) : count(other.count) { ++*count; }
+  Counted& operator=(const Counted&) = delete;
+  ~Counted() { --*count; }
+  std::atomic<int>* count;
+};
+
+// Whether the count comes down to it, while Java collects.
+inline bool ComesDownTo(const std::atomic<int>& count, int wanted) {
+  for (int i = 0; i < 500 && count > wanted; ++i) Collect();
+  return count == wanted;
+}
+
+}  // namespace javatest

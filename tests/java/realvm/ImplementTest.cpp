@@ -1,0 +1,296 @@
+// Java objects whose methods are C++ functions: types, defaults, and which method a function is for.
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "java/realvm/CallbackTags.h"
+#include "java/realvm/OneVm.h"
+
+namespace javatest {
+namespace {
+
+using java::Global;
+using java::Implement;
+using java::Local;
+using java::Misuse;
+using java::Object;
+using java::Ref;
+using java::StaticMethod;
+using java::String;
+
+class ImplementTest : public RealVmTest {};
+
+constexpr const char* Type = "fixture/Callbacks";
+constexpr StaticMethod<std::string(Ref<Every>)> CallEvery{Type, "every"};
+constexpr StaticMethod<std::string(Ref<Every>)> CallMany{Type, "many"};
+constexpr StaticMethod<std::string(Ref<Shape>)> CallShape{Type, "shape"};
+constexpr StaticMethod<std::string(Ref<Shape>)> FailedDefault{Type, "failedDefault"};
+constexpr StaticMethod<std::string(Ref<Shape>)> ThrownByCheck{Type, "thrownByCheck"};
+constexpr StaticMethod<std::string(Ref<Shout>, Ref<NamedSupplier>)> Generic{Type, "generic"};
+constexpr StaticMethod<std::string(Ref<Function>, Ref<Object>)> Applied{
+    Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+constexpr StaticMethod<std::string(Ref<Function>, Ref<Object>)> ThrownByFunction{Type, "thrownByFunction"};
+constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> OfObject{Type, "ofObject"};
+constexpr StaticMethod<Local<Object>(Ref<Comparator>, Ref<Objects>)> Sorted{
+    Type, "sorted", "(Ljava/util/Comparator;[Ljava/lang/Object;)Ljava/util/List;"};
+constexpr java::Method<Object, std::string()> ToString{"toString"};
+
+Local<Objects> ArrayOf(std::initializer_list<Ref<Object>> elements) {
+  JNIEnv* const env = java::detail::Env();
+  const auto array =
+      env->NewObjectArray(static_cast<jsize>(elements.size()), java::detail::ClassOf<Object>(env), nullptr);
+  jsize next = 0;
+  for (const Ref<Object>& element : elements) env->SetObjectArrayElement(array, next++, element.Get());
+  return java::Adopt<Objects>(array);
+}
+
+TEST_F(ImplementTest, EveryTypeArrivesAndLeaves) {
+  const Local<Every> every = Implement<Every>()
+                                 .On("ofBoolean", [](bool value) { return !value; })
+                                 .On("ofByte", [](jbyte value) { return static_cast<jbyte>(value - 1); })
+                                 .On("ofChar", [](char16_t value) { return static_cast<char16_t>(value + 1); })
+                                 .On("ofShort", [](jshort value) { return static_cast<jshort>(value - 1); })
+                                 .On("ofInt", [](jint value) { return value; })
+                                 .On("ofLong", [](jlong value) { return value; })
+                                 .On("ofFloat", [](float value) { return value; })
+                                 .On("ofDouble", [](double value) { return value; })
+                                 .On("ofText", [](const std::optional<std::string>& value) { return value; })
+                                 .On("ofObject", [](Ref<Object> value) { return Global<Object>(value); })
+                                 .On("ofBoxed",
+                                     [](std::optional<jint> value) {
+                                       return value.has_value() ? std::optional<jint>(*value + 1) : std::nullopt;
+                                     })
+                                 .New();
+  EXPECT_EQ(CallEvery(every),
+            "false -8 \xE2\x82\xAD -301 -2147483648 9223372036854775807 -0.0 4.9E-324 Z\xC3\xBCrich null x 42 null");
+}
+
+TEST_F(ImplementTest, MixedManyAndNoArguments) {
+  int nothings = 0;
+  const auto implementation =
+      Implement<Every>()
+          .On("nothing", [&] { ++nothings; })
+          .On("mixed",
+              [](jint number, std::string_view text, double half, Ref<Object> object, jlong large) {
+                return std::to_string(number) + std::string(text) + std::to_string(half).substr(0, 3) +
+                       ToString(object) + std::to_string(large);
+              })
+          .On("sum", [](jlong a, jint b, jshort c, jbyte d, char16_t e) { return a + b + c + d + e; })
+          .On("made", [](jint number) { return NewInteger(number); })
+          .On("all",
+              [](Ref<Object> a, Ref<Object> b, Ref<Object> c, Ref<Object> d, Ref<Object> e, Ref<Object> f,
+                 Ref<Object> g, Ref<Object> h, Ref<Object> i, Ref<Object> j, Ref<Object> k, Ref<Object> l,
+                 Ref<Object> m, Ref<Object> n, Ref<Object> o, Ref<Object> p, Ref<Object> q, Ref<Object> r,
+                 Ref<Object> s, Ref<Object> t, jlong u, double v) {
+                std::string text;
+                for (const auto& each : {a, b, c, d, e, f, g, h, i, j, k, l, m, n, o, p, q, r, s, t})
+                  text += ToString(each);
+                return text + std::to_string(u) + std::to_string(v).substr(0, 3);
+              })
+          .On("count", [](Ref<Objects> values) {
+            return java::detail::Env()->GetArrayLength(static_cast<jarray>(values.Get()));
+          });
+  EXPECT_EQ(CallMany(implementation), "5five0.5[1, 2]1099511627776 1099511627905 3 3 tsrqponmlkjihgfedcba50.5");
+  EXPECT_EQ(nothings, 1);
+}
+
+TEST_F(ImplementTest, ResultsOfEveryKindOfText) {
+  const auto with = [](auto function) { return Applied(Implement<Function>().On("apply", function).New(), nullptr); };
+  EXPECT_EQ(with([](Ref<Object>) { return "literal"; }), "literal");
+  EXPECT_EQ(with([](Ref<Object>) { return std::u16string(u"units"); }), "units");
+  EXPECT_EQ(with([](Ref<Object>) { return std::string_view("view"); }), "view");
+  EXPECT_EQ(with([](Ref<Object>) { return NewText("local"); }), "local");
+  EXPECT_EQ(Applied([](Ref<Object> value) { return value; }, "the same"), "the same");
+  EXPECT_EQ(Applied([](Local<String> value) { return value; }, "the same"), "the same");
+  EXPECT_EQ(Applied([](std::u16string_view value) { return std::u16string(value) + u"!"; }, "text"), "text!");
+  EXPECT_EQ(Applied([](std::string_view value) { return value.substr(1); }, "text"), "ext");
+}
+
+TEST_F(ImplementTest, AFunctionGoesWhereAFunctionalInterfaceIsWanted) {
+  const Local<Objects> texts = ArrayOf({NewText("b"), NewText("c"), NewText("a")});
+  EXPECT_EQ(ToString(Sorted([](std::string_view a, std::string_view b) { return a.compare(b); }, texts)), "[c, b, a]");
+  const std::function<jint(std::string, std::string)> function = [](const std::string& a, const std::string& b) {
+    return a.compare(b);
+  };
+  EXPECT_EQ(ToString(Sorted(function, texts)), "[c, b, a]");
+  jint (*const pointer)(Ref<Object>, Ref<Object>) = [](Ref<Object> a, Ref<Object> b) -> jint {
+    return ToString(a) < ToString(b) ? -1 : 1;
+  };
+  EXPECT_EQ(ToString(Sorted(pointer, texts)), "[c, b, a]");
+  EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
+  EXPECT_EQ(Nest(Implement<IntOperator>().On("applyAsInt",
+                                             [owned = std::make_unique<int>(40)](jint x) { return *owned + x; }),
+                 2),
+            42);
+}
+
+TEST_F(ImplementTest, NumbersAsObjectsOfGenericInterfaces) {
+  EXPECT_EQ(ToString(Sorted([](jint a, jint b) { return a < b ? -1 : a > b; },
+                            ArrayOf({NewInteger(2), NewInteger(3), NewInteger(1)}))),
+            "[3, 2, 1]");
+  constexpr StaticMethod<std::optional<double>(Ref<Function>, std::optional<double>)> ApplyDouble{
+      Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+  EXPECT_EQ(ApplyDouble([](double x) { return x / 2; }, 5.0), 2.5);
+  EXPECT_EQ(ThrownByFunction([](double x) { return x; }, NewInteger(1)),
+            "java.lang.ClassCastException: class java.lang.Integer cannot be cast to class java.lang.Double "
+            "(java.lang.Integer and java.lang.Double are in module java.base of loader 'bootstrap')");
+  EXPECT_EQ(ThrownByFunction([](double x) { return x; }, nullptr),
+            "java.lang.NullPointerException: argument 1 of public abstract java.lang.Object "
+            "java.util.function.Function.apply(java.lang.Object) is null");
+  EXPECT_EQ(ThrownByFunction([](std::string x) { return x; }, NewInteger(1)),
+            "java.lang.ClassCastException: argument 1 of public abstract java.lang.Object "
+            "java.util.function.Function.apply(java.lang.Object) is a java.lang.Integer, and the C++ function takes a "
+            "java.lang.String");
+  EXPECT_EQ(ThrownByFunction([](std::string x) { return x; }, nullptr),
+            "java.lang.RuntimeException: argument 1 of java.util.function.Function.apply(java.lang.Object) is null, "
+            "which its C++ type cannot be: take it as std::optional");
+}
+
+TEST_F(ImplementTest, MethodsThatAGenericInterfaceAndItsOverridingOneHave) {
+  EXPECT_EQ(Generic([](std::string_view value) { return std::string(value) + "!"; }, [] { return "name"; }),
+            "a!b!namename");
+  const Local<Shout> shout = Implement<Shout>().On("apply", [](std::string value) { return value; }).New();
+  EXPECT_THAT(ThrownByFunction(java::Cast<Function>(shout), NewInteger(1)),
+              testing::StartsWith(
+                  "java.lang.ClassCastException: class java.lang.Integer cannot be cast to class java.lang.String"));
+}
+
+struct Both {
+  static constexpr char JavaName[] = "fixture/Callbacks$Both";
+  using Super = Function;
+};
+
+struct BothOtherwise {
+  static constexpr char JavaName[] = "fixture/Callbacks$BothOtherwise";
+  using Super = Function;
+};
+
+TEST_F(ImplementTest, MethodsThatTwoInterfacesHaveAndNoBridge) {
+  constexpr StaticMethod<std::string(Ref<Both>, Ref<Object>)> applied{
+      Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+  EXPECT_EQ(applied([](std::string value) { return value + "!"; }, "a"), "a!");
+  constexpr StaticMethod<std::string(Ref<BothOtherwise>, Ref<Object>)> otherwise{
+      Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+  EXPECT_EQ(otherwise([](Ref<Object> value) { return ToString(value) + "!"; }, "a"), "a!");
+  const Local<Both> both =
+      Implement<Both>()
+          .On(
+              "apply", [](std::string_view) { return "called"; }, "(Ljava/lang/String;)Ljava/lang/String;")
+          .New();
+  EXPECT_EQ(Applied(both, "a"), "called");
+  EXPECT_EQ(java::Call<std::string>(both, "apply", "a"), "called");
+  EXPECT_EQ(ThrownByFunction(both, NewInteger(1)),
+            "java.lang.ClassCastException: Cannot cast java.lang.Integer to java.lang.String");
+}
+
+TEST_F(ImplementTest, DefaultsRunUnlessAFunctionIsGiven) {
+  const auto area = [] { return 4.0; };
+  const auto shape = Implement<Shape>()
+                         .On("area", area)
+                         .On("over", [](jint) { return "int"; })
+                         .On("over", [](jlong) { return "long"; })
+                         .On("over", [](std::string) { return "text"; });
+  EXPECT_EQ(CallShape(shape.New()), "square of 4.0 -40 true int long text");
+  EXPECT_EQ(FailedDefault(shape.New()), "java.io.IOException: the default fails");
+  auto other = shape;
+  other.On("describe", [](std::string name) { return name + "?"; });
+  EXPECT_EQ(CallShape(other.New()), "square? -40 true int long text");
+  EXPECT_EQ(CallShape(shape.New()), "square of 4.0 -40 true int long text");
+}
+
+TEST_F(ImplementTest, AMethodWithoutAFunctionSaysSo) {
+  EXPECT_EQ(ThrownByCheck(Implement<Shape>().New()),
+            "java.lang.UnsupportedOperationException: no C++ function is given for public abstract void "
+            "fixture.Callbacks$Shape.check() throws java.io.IOException");
+}
+
+TEST_F(ImplementTest, EqualsHashCodeAndToString) {
+  const Local<Runnable> one = Implement<Runnable>().On("run", [] {}).New();
+  const Local<Runnable> other = Implement<Runnable>().On("run", [] {}).New();
+  EXPECT_THAT(OfObject(one, other), testing::StartsWith("true false false true java.lang.Runnable in C++@"));
+  const auto own = Implement<Comparator>()
+                       .On("toString", [] { return "own"; })
+                       .On("equals", [](Ref<Object> that) { return !that; })
+                       .On("hashCode", [] { return 7; });
+  EXPECT_EQ(OfObject(own, other), "false false true true own");
+}
+
+TEST_F(ImplementTest, InterfacesByNameAndByClass) {
+  const Local<Object> named = Implement("java.lang.Runnable").On("run", [] { throw std::runtime_error("run"); }).New();
+  EXPECT_EQ(Thrown(java::Cast<Runnable>(named)), "java.lang.RuntimeException: run");
+  const Local<Object> classed =
+      Implement(java::FindClass("java/lang/Runnable")).On("run", [] { throw std::runtime_error("run"); }).New();
+  EXPECT_EQ(Thrown(java::Cast<Runnable>(classed)), "java.lang.RuntimeException: run");
+  EXPECT_EQ(Thrown(Implement<Runnable>(java::FindClass("java/lang/Runnable")).On("run", [] {})), "nothing");
+}
+
+TEST_F(ImplementTest, InterfacesThatAreNotPublic) {
+  constexpr StaticMethod<Local<java::Class>()> HiddenClass{Type, "hiddenClass"};
+  constexpr StaticMethod<jint(Ref<Object>)> Hidden{Type, "hidden"};
+  EXPECT_EQ(Hidden(Implement(HiddenClass()).On("value", [] { return 5; })), 5);
+  EXPECT_EQ(Hidden(Implement("fixture/Callbacks$Hidden").On("value", [] { return 6; })), 6);
+}
+
+template <typename Implementation>
+std::string WhatOfNew(const Implementation& implementation) {
+  return WhatOf<Misuse>([&] { implementation.New(); });
+}
+
+TEST_F(ImplementTest, WhatDoesNotFitIsSaid) {
+  EXPECT_EQ(WhatOfNew(Implement("fixture/Callbacks$Abstract").On("value", [] { return 5; })),
+            "fixture.Callbacks$Abstract is a class: C++ functions implement interfaces only");
+  EXPECT_EQ(WhatOfNew(Implement<Comparator>().On("compare", [](jint) { return 5; })),
+            "java.util.Comparator has no method for the C++ function int compare(int); it has int "
+            "compare(java.lang.Object, java.lang.Object)");
+  EXPECT_EQ(WhatOfNew(Implement<Comparator>().On("comparing", [](Ref<Function>) { return 5; })),
+            "java.util.Comparator has no method for the C++ function int comparing(java.util.function.Function), and "
+            "objects of it have none of that name");
+  EXPECT_EQ(WhatOfNew(Implement<Runnable>().On("run", [] { return 5; })),
+            "java.lang.Runnable has no method for the C++ function int run(); it has void run()");
+  EXPECT_EQ(WhatOfNew(Implement<Every>().On("ofText", [](Local<Integer>) { return "text"; })),
+            "fixture.Callbacks$Every has no method for the C++ function java.lang.String ofText(java.lang.Integer); it "
+            "has java.lang.String ofText(java.lang.String)");
+  EXPECT_EQ(WhatOfNew(Implement<Runnable>().On("run", [] {}).On("run", [] {})),
+            "two functions are given for java.lang.Runnable.run()");
+  EXPECT_EQ(WhatOfNew(Implement(java::Local<java::Class>())), "null is given as the interface to implement");
+  EXPECT_EQ(WhatOf<java::Error>([] { Implement("no.such.Interface").New(); }).substr(0, 53),
+            "java.lang.ClassNotFoundException: no.such.Interface (");
+}
+
+TEST_F(ImplementTest, OneOfSeveralMethodsIsChosenByTypesOrDescriptor) {
+  const auto submit = [](Ref<Object>) { return Local<Object>(); };
+  const char* const executor = "java/util/concurrent/ExecutorService";
+  EXPECT_EQ(WhatOfNew(Implement(executor).On("submit", submit)),
+            "the C++ function java.lang.Object submit(java.lang.Object) may be for several methods of "
+            "java.util.concurrent.ExecutorService: java.util.concurrent.Future submit(java.lang.Runnable), "
+            "java.util.concurrent.Future submit(java.util.concurrent.Callable); say which by its descriptor");
+  const Local<Object> service =
+      Implement(executor).On("submit", submit, "(Ljava/lang/Runnable;)Ljava/util/concurrent/Future;").New();
+  EXPECT_FALSE(java::Call<Local<Object>>(service, "submit", Implement<Runnable>().On("run", [] {})));
+  EXPECT_EQ(WhatOfNew(Implement(executor).On("submit", submit, "(I)V")),
+            "java.util.concurrent.ExecutorService has no method for the C++ function void submit(int); it has "
+            "java.util.concurrent.Future submit(java.lang.Runnable), java.util.concurrent.Future "
+            "submit(java.lang.Runnable, java.lang.Object), java.util.concurrent.Future "
+            "submit(java.util.concurrent.Callable)");
+  for (const char* const wrong : {"I", "(I", "(I)", "(I)VV", "(Q)V", "()Lx"}) {
+    EXPECT_EQ(WhatOfNew(Implement(executor).On("submit", submit, wrong)),
+              "\"" + std::string(wrong) + "\" is not the descriptor of a method");
+  }
+}
+
+TEST_F(ImplementTest, FunctionsThatNoInterfaceTakes) {
+  EXPECT_EQ(WhatOf<Misuse>([] { CallShape([] { return 4.0; }); }),
+            "fixture.Callbacks$Shape is no functional interface: it has double area(), java.lang.String over(int), "
+            "java.lang.String over(java.lang.String), java.lang.String over(long), void check(); give each function "
+            "with Implement<T>().On(name, function)");
+  EXPECT_EQ(WhatOf<Misuse>([] { Nest([](jlong x) { return x; }, 1); }),
+            "java.util.function.IntUnaryOperator has no method for the C++ function long (long); it has int "
+            "applyAsInt(int)");
+  EXPECT_EQ(WhatOf<Misuse>([] { Nest(std::function<jint(jint)>(), 1); }),
+            "an empty function is given for java/util/function/IntUnaryOperator");
+  EXPECT_EQ(WhatOf<Misuse>([] { Implement<Runnable>().On("run", static_cast<void (*)()>(nullptr)); }),
+            "an empty function is given for run");
+}
+
+}  // namespace
+}  // namespace javatest

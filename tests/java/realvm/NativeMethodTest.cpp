@@ -1,0 +1,159 @@
+// C++ functions as native methods.
+#include <atomic>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "java/realvm/CallbackTags.h"
+#include "java/realvm/OneVm.h"
+
+namespace javatest {
+namespace {
+
+using java::Error;
+using java::Local;
+using java::Misuse;
+using java::NativeMethod;
+using java::Object;
+using java::Ref;
+using java::StaticMethod;
+
+class NativeMethodTest : public RealVmTest {
+#ifdef _WIN32
+ protected:
+  void SetUp() override { GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods"; }
+#endif
+};
+
+constexpr const char* Type = "fixture/Natives";
+struct Natives {
+  static constexpr char JavaName[] = "fixture/Natives";
+};
+struct ListOfJava {
+  static constexpr char JavaName[] = "java/util/List";
+};
+constexpr java::Constructor<Natives(jint)> NewNatives;
+constexpr java::Field<Natives, jint> Start{"start"};
+constexpr StaticMethod<jint(jint, jlong, double)> Add{Type, "add"};
+constexpr java::Method<Natives, jint(jint)> Plus{"plus"};
+
+TEST_F(NativeMethodTest, StaticOnes) {
+  NativeMethod<jint(jint, jlong, double)>(Type, "add").Bind([](jint a, jlong b, double c) {
+    return a + static_cast<jint>(b) + static_cast<jint>(c);
+  });
+  EXPECT_EQ(Add(1, 20, 300.5), 321);
+  constexpr NativeMethod<std::string(std::string_view, Ref<Object>)> join{Type, "join"};
+  const std::string between = " and ";
+  join.Bind([&](std::string_view a, Ref<Object> b) {
+    return std::string(a) + between + java::Call<std::string>(b, "toString");
+  });
+  EXPECT_EQ(java::CallStatic<std::string>(Type, "join", "a", NewInteger(5)), "a and 5");
+  NativeMethod<bool(bool, jbyte, char16_t, jshort, float)>(Type, "all")
+      .Bind([](bool a, jbyte b, char16_t c, jshort d, float e) {
+        return a && b == -1 && c == u'\u20ac' && d == -300 && e == 0.25f;
+      });
+  constexpr StaticMethod<bool(bool, jbyte, char16_t, jshort, float)> all{Type, "all"};
+  EXPECT_TRUE(all(true, jbyte{-1}, u'\u20ac', jshort{-300}, 0.25f));
+  EXPECT_FALSE(all(false, jbyte{-1}, u'\u20ac', jshort{-300}, 0.25f));
+}
+
+TEST_F(NativeMethodTest, ThoseOfObjects) {
+  NativeMethod<jint(jint), Natives>("plus").Bind([](Ref<Natives> self, jint a) { return Start.Get(self) + a; });
+  NativeMethod<Local<Natives>(), Natives>(Type, "self").Bind([](const Ref<Natives>& self) {
+    return Local<Natives>(self);
+  });
+  const Local<Natives> natives = NewNatives(40);
+  EXPECT_EQ(Plus(natives, 2), 42);
+  EXPECT_TRUE(java::Same(java::Call<Local<Natives>>(natives, "self"), natives));
+}
+
+TEST_F(NativeMethodTest, BindingAgainReplaces) {
+  for (jint i = 0; i < 200; ++i) {
+    NativeMethod<jint(jint), Natives>("plus").Bind([i](Ref<Natives>, jint a) { return a + i; });
+    EXPECT_EQ(Plus(NewNatives(0), 1), 1 + i);
+  }
+  NativeMethod<jint(jint), Natives>("plus").Bind([](Ref<Natives>, jint a) { return -a; });
+  EXPECT_EQ(Plus(NewNatives(0), 1), -1);
+}
+
+TEST_F(NativeMethodTest, ReplacedWhileThreadsCall) {
+  std::atomic<bool> over{false};
+  const auto bind = [](jint by) {
+    NativeMethod<jint(jint), Natives>("plus").Bind([by](Ref<Natives>, jint a) { return a + by; });
+  };
+  bind(0);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([&] {
+      const Local<Natives> natives = NewNatives(0);
+      while (!over) {
+        const jint sum = Plus(natives, 1);
+        ASSERT_TRUE(sum >= 1 && sum <= 100) << sum;
+      }
+    });
+  }
+  for (jint i = 0; i < 100; ++i) bind(i);
+  over = true;
+  for (std::thread& thread : threads) thread.join();
+}
+
+TEST_F(NativeMethodTest, WhatItThrowsGoesToJava) {
+  NativeMethod<void(std::string_view), Natives>("fail").Bind([](Ref<Natives>, std::string_view how) {
+    if (how == "java") java::CallStatic<jint>("java/lang/Integer", "parseInt", "x");
+    throw std::runtime_error(std::string(how));
+  });
+  const Local<Natives> natives = NewNatives(0);
+  const auto what = [&](std::optional<std::string> how) {
+    return WhatOf<Error>([&] { java::Method<Natives, void(std::optional<std::string>)>{"fail"}(natives, how); });
+  };
+  EXPECT_EQ(what("cpp"), "java.lang.RuntimeException: cpp");
+  EXPECT_EQ(what("java"), "java.lang.NumberFormatException: For input string: \"x\"");
+  EXPECT_EQ(what(std::nullopt),
+            "java.lang.RuntimeException: argument 2 of fixture.Natives.fail(java.lang.String) is null, which its C++ "
+            "type cannot be: take it as std::optional");
+}
+
+TEST_F(NativeMethodTest, ObjectsOfAMoreSpecialClassAreTested) {
+  int size = -1;
+  NativeMethod<void(Ref<ListOfJava>)>(Type, "takes", "(Ljava/lang/Object;)V").Bind([&](Ref<ListOfJava> list) {
+    size = list ? java::CallStatic<jint>(Type, "size", list) : 0;
+  });
+  constexpr StaticMethod<void(Ref<Object>)> takes{Type, "takes"};
+  takes(java::CallStatic<Local<ListOfJava>>("java/util/Collections", "emptyList"));
+  EXPECT_EQ(size, 0);
+  takes(nullptr);
+  EXPECT_EQ(WhatOf<Error>([&] { takes("text"); }),
+            "java.lang.RuntimeException: A java.lang.String is given where a java.util.List is needed");
+}
+
+TEST_F(NativeMethodTest, AClassIsNotInitialisedByIt) {
+  NativeMethod<jint()>("fixture/Natives$Early", "early").Bind([] { return 7; });
+  EXPECT_EQ(java::CallStatic<jint>("fixture/Natives$Early", "value"), 7);
+}
+
+TEST_F(NativeMethodTest, WhatIsNotThereIsSaid) {
+  const auto bind = [](auto method) { method.Bind([](jint a) { return a; }); };
+  EXPECT_EQ(WhatOf<Error>([&] { bind(NativeMethod<jint(jint)>(Type, "missing")); }),
+            "java.lang.NoSuchMethodError: missing (fixture.Natives has no static int missing(int), and nothing else of "
+            "that name)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(Type, "notNative")); }),
+            "fixture.Natives.notNative(int) is not native");
+  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(Type, "plus")); }),
+            "fixture.Natives.plus(int) is not static: give NativeMethod the tag of its class as second argument");
+  EXPECT_EQ(WhatOf<Misuse>([] {
+              NativeMethod<Local<Object>(), Natives>("unbound").Bind([](Ref<Natives>) { return Local<Object>(); });
+            }),
+            "fixture.Natives.unbound() is static: NativeMethod takes no tag for it");
+  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>("fixture/Natives$Heir", "inherited")); }),
+            "fixture.Natives$Heir.inherited(int) is inherited: bind it in the class that declares it");
+  EXPECT_EQ(WhatOf<Error>([&] { bind(NativeMethod<jint(jint)>("no/Such", "plus")); }).substr(0, 40),
+            "java.lang.ClassNotFoundException: no.Suc");
+  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(Type, "add").In(Local<java::Class>())); }),
+            "null is given as the class that fixture.Natives.add(int) is bound in");
+  EXPECT_EQ(WhatOf<Misuse>([&] { NativeMethod<jint(jint)>(Type, "add").Bind(std::function<jint(jint)>()); }),
+            "an empty function is given for add");
+}
+
+}  // namespace
+}  // namespace javatest
