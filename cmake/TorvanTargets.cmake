@@ -47,6 +47,9 @@ set(TORVAN_SANITIZE "" CACHE STRING "Sanitizers to build with, for example addre
 if(TORVAN_SANITIZE)
   add_compile_options(-fsanitize=${TORVAN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${TORVAN_SANITIZE})
+  if(TORVAN_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    add_compile_definitions(__SANITIZE_ADDRESS__)  # as g++ has it
+  endif()
 endif()
 
 # Lets debug information name sources by their place in the tree, and no folder of the machine that built it. cl.exe has no

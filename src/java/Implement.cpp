@@ -169,8 +169,8 @@ jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<
 
 void ThrowNullArgument(const char* name, std::size_t number, const std::string& path) {
   throw Misuse("java/Implement", __LINE__,
-               (path.empty() ? "argument " : "element " + path + " of argument ") + std::to_string(number) + " of " + name +
-                   " is null, which its C++ type cannot be: take it as std::optional");
+               (path.empty() ? "argument " : "element " + path + " of argument ") + std::to_string(number) + " of " +
+                   name + " is null, which its C++ type cannot be: take it as std::optional");
 }
 
 void ThrowEmptyFunction(const std::string& name) {

@@ -82,7 +82,8 @@ TEST_P(HostEpollTest, IsNeitherReadNorClosed) {
     for (const Set& set : sets) {
       epoll_event seen{};
       EXPECT_EQ(1, epoll_wait(set.epoll, &seen, 1, 0)) << set.epoll;
-      EXPECT_EQ(set.wanted.data.u64, seen.data.u64);
+      // The structure is packed, so that its members have no references.
+      EXPECT_EQ(std::uint64_t{set.wanted.data.u64}, std::uint64_t{seen.data.u64});
       eventfd_t value = 0;
       EXPECT_EQ(0, eventfd_read(set.event, &value)) << set.event;
       EXPECT_EQ(1u, value);
