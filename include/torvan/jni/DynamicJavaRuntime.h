@@ -8,7 +8,7 @@ namespace torvan::jni {
 
 // A Java runtime whose library is loaded when the handle is made.
 // A library is loaded once for each path and shared by all handles. The table of loaded libraries is not synchronised:
-// only one thread at a time may create, copy or drop runtimes, also those of different libraries.
+// only one thread at a time may create, copy, use or drop runtimes, also those of different libraries (see CJavaVm).
 class TORVAN_API CDynamicJavaRuntime : public CJavaRuntime {
  public:
   // Whose registration is looked up.

@@ -68,6 +68,7 @@ TEST(CallbackVmTest, WhatIsLeftAfterTheEndIsDroppedQuietly) {
   });
 }
 
+#ifndef _WIN32
 // Stands between the thread and the VM's functions: this VM is of a Java before version 9.
 void HideCleaner(JNIEnv* env) {
   static const JNINativeInterface_* const real = env->functions;
@@ -77,6 +78,7 @@ void HideCleaner(JNIEnv* env) {
   };
   env->functions = &table;
 }
+#endif
 
 TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
 #ifdef _WIN32
