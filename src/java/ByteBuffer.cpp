@@ -118,8 +118,8 @@ Global<ByteBuffer> MakeBuffer(void* memory, std::size_t size, Owner owner, bool 
     throw Misuse("java/ByteBuffer", __LINE__,
                  "a buffer of " + std::to_string(size) + " bytes is longer than a Java buffer can be");
   }
+  JNIEnv* const env = detail::CallEnv();
   Owners::The().DropCollected();
-  JNIEnv* const env = detail::Env();
   const auto made = detail::Own<ByteBuffer>(env, env->NewDirectByteBuffer(memory, static_cast<jlong>(size)));
   detail::CheckPending(env);
   if (!made) throw Failure("java/ByteBuffer", __LINE__, "This Java VM has no direct buffers");
@@ -154,7 +154,7 @@ namespace detail {
 
 BufferFacts FactsOf(const Ref<ByteBuffer>& buffer, bool isWritten) {
   if (!buffer) throw Misuse("java/ByteBuffer", __LINE__, "null is given for a Java buffer");
-  JNIEnv* const env = Env();
+  JNIEnv* const env = CallEnv();
   const jlong size = env->GetDirectBufferCapacity(buffer.Get());
   if (size < 0) {
     const LocalScope type(env, env->GetObjectClass(buffer.Get()));

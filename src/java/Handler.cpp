@@ -1,5 +1,6 @@
 #include "java/Handler.h"
 
+#include <torvan/java/Error.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/LocalScope.h>
@@ -66,8 +67,9 @@ jclass DefineHandler(JNIEnv* env) {
 void BindCleaner(JNIEnv* env, HandlerClass& made) {
   const LocalScope type(env, env->FindClass("java/lang/ref/Cleaner"));
   if (type.Get() == nullptr) {
-    env->ExceptionClear();  // before Java 9
-    return;
+    const Error missing = *TakePending(env);
+    if (missing.ClassName() == "java.lang.NoClassDefFoundError") return;  // before Java 9
+    throw missing;
   }
   const auto cleaners = static_cast<jclass>(type.Get());
   made.registerWith =
@@ -81,7 +83,9 @@ void BindCleaner(JNIEnv* env, HandlerClass& made) {
 jobject NewNoPlan(JNIEnv* env, const HandlerClass& made) {
   const auto arrayOf = [env](const char* element) {
     const LocalScope type(env, LoadClass(env, nullptr, element));
-    return env->NewObjectArray(0, static_cast<jclass>(type.Get()), nullptr);
+    jobject const array = env->NewObjectArray(0, static_cast<jclass>(type.Get()), nullptr);
+    CheckPending(env);
+    return array;
   };
   const LocalScope methods(env, arrayOf("java/lang/reflect/Method"));
   const LocalScope kinds(env, arrayOf("java/lang/String"));

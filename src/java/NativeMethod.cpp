@@ -8,6 +8,7 @@
 #include <torvan/java/detail/Member.h>
 
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "java/Handler.h"
@@ -182,23 +183,21 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
   binding->type = Weak<Class>(found);
   binding->handled = {binding->function->ItsEntry(), binding->function.get(), binding->name.c_str(), nullptr,
                       binding.get()};
-  const auto [index, before] = TakeSlot(env, *binding, raw, slots);
-  const auto putBack = [slot = binding->slot, was = before] {
-    const std::lock_guard<std::mutex> guard(SlotsLock());
-    slot->binding.store(was, std::memory_order_release);
-  };
-  try {
-    GiveToJava(env, raw, binding.get());
-  } catch (...) {
-    putBack();
-    throw;
-  }
+  // Java's before any thread can call it: from then on it lives as long as the class.
+  GiveToJava(env, raw, binding.get());
   NativeBinding& bound = *binding.release();
+  std::optional<std::pair<std::size_t, const void*>> taken;
   try {
-    RegisterNative(env, raw, name.name, name.descriptor, slots.entries[index]);
+    taken = TakeSlot(env, bound, raw, slots);
+    RegisterNative(env, raw, name.name, name.descriptor, slots.entries[taken->first]);
   } catch (...) {
-    putBack();
-    if (before == nullptr) bound.function.reset();  // nobody called it; of the rest Java has taken care
+    const void* const before = taken ? taken->second : nullptr;
+    const void* expected = &bound;
+    const std::lock_guard<std::mutex> guard(SlotsLock());
+    // Another thread may have bound the method meanwhile; its function stays.
+    const bool isOurs =
+        taken && bound.slot->binding.compare_exchange_strong(expected, before, std::memory_order_acq_rel);
+    if (!taken || (isOurs && before == nullptr)) bound.function.reset();  // nobody could call it
     throw;
   }
 }

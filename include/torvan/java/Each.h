@@ -96,7 +96,7 @@ C Copy(const Source& source) {
   C copy;
   if constexpr (detail::IsArrayTag<typename detail::TagOf<Source>::Type>) {
     const Ref<typename detail::Row<std::vector<T>>::Tag> array(source);
-    JNIEnv* const env = detail::Env();
+    JNIEnv* const env = detail::CallEnv();
     detail::RequiredArraySize(env, array.Get());
     auto values = detail::ReadArray<std::vector<T>>(env, array.Get());
     if constexpr (std::is_same_v<C, std::vector<T>>) {

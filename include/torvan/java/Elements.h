@@ -4,6 +4,7 @@
 #include <torvan/java/Local.h>
 #include <torvan/java/detail/Fit.h>
 #include <torvan/java/detail/InPlace.h>
+#include <torvan/java/detail/Pending.h>
 
 #include <cstddef>
 #include <iterator>
@@ -17,7 +18,7 @@ namespace torvan::java {
 // Thread() does.
 template <typename E, typename A>
 Local<detail::ArrayOf<E>> NewArray(const std::vector<E, A>& values) {
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   detail::Passed made = detail::WriteArray(env, values);
   made.Release();
   return detail::Own<detail::ArrayOf<E>>(env, made.Get());
@@ -27,7 +28,7 @@ Local<detail::ArrayOf<E>> NewArray(const std::vector<E, A>& values) {
 // another class.
 template <typename T, typename A>
 Local<Array<T>> NewArray(const std::vector<Local<T>, A>& values, const Ref<Class>& type) {
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   detail::Passed made = detail::WriteObjects(env, values, detail::RequiredClass(type));
   made.Release();
   return detail::Own<Array<T>>(env, made.Get());
@@ -36,7 +37,7 @@ Local<Array<T>> NewArray(const std::vector<Local<T>, A>& values, const Ref<Class
 // Makes an array of so many zeros, or nulls where E is a tag: `NewArray<jbyte>(8192)`. Throws as above.
 template <typename E>
 Local<Array<E>> NewArray(std::size_t size) {
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   if constexpr (detail::NumberLetter<E>() != 0) {
     using Access = detail::JniArray<detail::NumberLetter<E>()>;
     return detail::Own<Array<E>>(env, detail::NewArrayOf(env, Access::New(env, detail::ArraySize(size))));
@@ -70,7 +71,7 @@ class Elements<E, std::enable_if_t<detail::IsObjectElement<E>()>> {
   using Value = detail::ElementValue<E>;
 
   explicit Elements(const Ref<detail::ArrayOf<Value>>& array)
-      : m_size(static_cast<std::size_t>(detail::RequiredArraySize(detail::Env(), array.Get()))), m_array(array) {}
+      : m_size(static_cast<std::size_t>(detail::RequiredArraySize(detail::CallEnv(), array.Get()))), m_array(array) {}
   Elements(const Elements&) = delete;
   Elements& operator=(const Elements&) = delete;
 
@@ -78,7 +79,7 @@ class Elements<E, std::enable_if_t<detail::IsObjectElement<E>()>> {
 
   Value At(std::size_t index) const {
     if (index >= m_size) detail::ThrowOutside(index, m_size);
-    return detail::ReadObject<Value>(detail::Env(), m_array.Get(), static_cast<jsize>(index));
+    return detail::ReadObject<Value>(detail::CallEnv(), m_array.Get(), static_cast<jsize>(index));
   }
 
   // Takes what a member with an argument of this type takes.
@@ -86,7 +87,7 @@ class Elements<E, std::enable_if_t<detail::IsObjectElement<E>()>> {
   void Set(std::size_t index, const U& given) {
     if constexpr (detail::ArgumentsFit(detail::Types<Value>(), detail::Types<detail::Plain<U>>())) {
       if (index >= m_size) detail::ThrowOutside(index, m_size);
-      JNIEnv* const env = detail::Env();
+      JNIEnv* const env = detail::CallEnv();
       const auto passed = detail::Pass<Value, detail::Plain<U>>(env, given);
       detail::SetElement(env, m_array.Get(), static_cast<jsize>(index), detail::ValueOf(passed).l);
     }

@@ -21,7 +21,8 @@ namespace torvan::java {
 // A function's types are those of the conversion table, its arguments also std::string_view. A method has them as they
 // are, or as objects where the function takes numbers (Integer for jint), or with a more general class, as a generic
 // interface has: then each object is tested, and a wrong one is Java's ClassCastException. Among several methods of one
-// name the function's types choose. A null for a type that has none is a Misuse that Java gets.
+// name the function's types choose. A null for a type that has none is an exception in Java that names the argument: a
+// NullPointerException for numbers, else a RuntimeException.
 //
 // Java may call on any thread, and on several at once. A function lives until its Java object is collected and does not
 // run any more; then a thread of Java's destroys it. Where Java has no java.lang.ref.Cleaner, before version 9, and for

@@ -12,7 +12,8 @@ namespace torvan::java {
 //   java::NativeMethod<void(std::string_view), Host>("log").Bind([](java::Ref<Host> self, std::string_view text) {});
 //
 // The types, and the descriptor as the last argument where Java declares other classes, are those of a Method; objects
-// of a more special C++ class than Java's are tested, and a wrong one is a Misuse that Java gets. Names are literals.
+// of a more special C++ class than Java's are tested, and a wrong one is a RuntimeException in Java. Names are
+// literals.
 //
 // Bind may be called before the class is initialised, and again: the function is replaced. It lives as long as the
 // class, and so does one that was replaced, which may still run; that is for good for classes of the class path, and

@@ -45,6 +45,7 @@ class NothingLeftTest : public RealVmTest {
       hasFailed = CountedReferences::HasFailed();
       EXPECT_EQ(thrown, hasFailed) << "step " << failures;
       EXPECT_EQ(counted.Locals(), 0) << "step " << failures;
+      EXPECT_EQ(counted.Globals(), 0) << "step " << failures;
       EXPECT_EQ(java::detail::Env()->ExceptionCheck(), JNI_FALSE) << "step " << failures;
     }
     EXPECT_GT(failures, atLeast);

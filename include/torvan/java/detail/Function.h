@@ -29,13 +29,6 @@ R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberNa
   }
 }
 
-// The calling thread's environment for a call: one that finds an exception pending does not start, but throws that.
-inline JNIEnv* CallEnv() {
-  JNIEnv* const env = Env();
-  CheckPending(env);
-  return env;
-}
-
 // Calls `use` with the environment and the values given: that of a Thread, which may come first, or what `env` finds.
 template <typename Use>
 decltype(auto) Enter(JNIEnv* env(), const Use& use) {

@@ -3,6 +3,7 @@
 
 #include <torvan/java/Local.h>
 #include <torvan/java/detail/ArrayRow.h>
+#include <torvan/java/detail/Pending.h>
 
 #include <cstddef>
 #include <type_traits>
@@ -62,7 +63,7 @@ class InPlace {
 
  protected:
   explicit InPlace(const Ref<Array<Number>>& array)
-      : m_env(Env()), m_size(static_cast<std::size_t>(RequiredArraySize(m_env, array.Get()))), m_array(array) {
+      : m_env(CallEnv()), m_size(static_cast<std::size_t>(RequiredArraySize(m_env, array.Get()))), m_array(array) {
     if constexpr (isNumber) {
       m_elements = reinterpret_cast<E*>(Way::Open(m_env, m_array.Get()));
       if (m_elements == nullptr) ThrowOutOfMemory(m_env);

@@ -1,6 +1,7 @@
 // The Java exception that is pending in a thread.
 #pragma once
 
+#include <torvan/java/detail/Environment.h>
 #include <torvan/jni/JniTypes.h>
 
 #include <string_view>
@@ -13,6 +14,13 @@ namespace torvan::java::detail {
 // The check after each JNI call that can fail.
 inline void CheckPending(JNIEnv* env) {
   if (env->ExceptionCheck() != JNI_FALSE) ThrowPending(env);
+}
+
+// The calling thread's environment for a call: one that finds an exception pending does not start, but throws that.
+inline JNIEnv* CallEnv() {
+  JNIEnv* const env = Env();
+  CheckPending(env);
+  return env;
 }
 
 }  // namespace torvan::java::detail
