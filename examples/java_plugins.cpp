@@ -1,7 +1,8 @@
 // A native program with plug-ins in Java: each jar of a folder is one, and has a class plugin.Main that implements the
 // host's interface, java/host/Filter.java.
 //   java_plugins HOST-CLASSES PLUGIN-FOLDER
-// Each is loaded by a class loader of its own, so that their classes may have the same names, and unloaded in the end.
+// Each has its own class loader, so that classes of different plug-ins may have the same name, and is unloaded at the
+// end.
 #include <torvan/Java.h>
 #include <algorithm>
 #include <cstdio>

@@ -34,7 +34,7 @@ void ThrowNoVm() {
                ended ? "The Java VM has ended" : "No Java VM runs: call StartVm or JoinVm first");
 }
 
-// The environment is forgotten, so that whoever needs it comes by the checks below, and nobody else pays for them.
+// Clears the cached environment, so that the next call runs the checks below; other calls cost nothing more.
 void EnterCritical() noexcept {
   t_isCritical = true;
   ForgetEnv();

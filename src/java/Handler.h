@@ -1,4 +1,4 @@
-// The Java class behind every object that C++ implements, and what Java owns of C++.
+// The Java class of all objects that C++ implements, and the C++ objects that Java owns.
 #pragma once
 
 #include <torvan/java/detail/Callback.h>

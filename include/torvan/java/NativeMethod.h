@@ -16,10 +16,10 @@ namespace torvan::java {
 // literals.
 //
 // Bind may be called before the class is initialised, and again: the function is replaced. It lives as long as the
-// class, and so does one that was replaced, which may still run; that is for good for classes of the class path, and
-// where Java has no Cleaner (before version 9). Java may call it on any thread, and on several at once. What it throws
-// goes to Java as from a function of Implement. Up to 64 methods can be bound to functions of one and the same C++
-// type, such as function pointers of one signature; each lambda expression is of its own.
+// class, and so does one that was replaced, which may still run. Functions of classes on the class path, and all of
+// them before Java 9, which has no Cleaner, are never destroyed. Java may call it on any thread, and on several at
+// once. What it throws goes to Java as from a function of Implement. Up to 64 methods can be bound to functions of one
+// and the same C++ type, such as function pointers of one signature; each lambda expression has its own type.
 //
 // Bind throws Error when there is no such class or method ("... (plugin.Host has no ...; it has ...)"), Misuse when the
 // method is not native, static where an object's was declared or the other way round, and as Thread() does.

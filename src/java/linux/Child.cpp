@@ -68,7 +68,7 @@ struct System {
   static Pipe MakePipe(const StartPlan& plan, bool isInput) { return isInput ? MakeInput(plan) : MakeOutput(plan); }
 
   // The input is a pair of sockets and no pipe: it ends by shutdown() for everyone, so that copies which a host's forks
-  // hold do not keep it open, and a write that nobody reads raises no SIGPIPE.
+  // hold do not keep it open, and a write after the reader has closed raises no SIGPIPE.
   static Pipe MakeInput(const StartPlan& plan) {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Throw(plan, "make an input");

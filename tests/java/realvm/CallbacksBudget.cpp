@@ -101,15 +101,15 @@ void Run(int rounds) {
   const auto function = java::Implement<IntOperator>().On("applyAsInt", increment).New();
   const auto lambda = java::Implement<IntOperator>().On("applyAsInt", [](jint x) { return x + 1; }).New();
   Measure("int(int)", rounds, times,
-          {WayOf("a native that looks at nothing", thread, Ints, numbers),
-           WayOf("a std::function", thread, Ints, function), WayOf("a lambda expression", thread, Ints, lambda)});
+          {WayOf("an unchecked native method", thread, Ints, numbers), WayOf("a std::function", thread, Ints, function),
+           WayOf("a lambda expression", thread, Ints, lambda)});
 
   const auto references = bare.New<Consumer>("accept", "(Ljava/lang/Object;)V", "VL");
   const std::function<void(Ref<Object>)> accept = [](Ref<Object> object) { sink = object ? 1 : 0; };
   const auto taking = java::Implement<Consumer>().On("accept", accept).New();
   const auto text = java::Implement<Consumer>().On("accept", [](std::string_view t) { sink = t[0]; }).New();
   Measure("void(Object)", rounds, times,
-          {WayOf("a native that looks at nothing", thread, Objects, references),
+          {WayOf("an unchecked native method", thread, Objects, references),
            WayOf("a std::function of Ref<Object>", thread, Objects, taking),
            WayOf("a lambda of std::string_view", thread, Objects, text)});
 
@@ -119,7 +119,7 @@ void Run(int rounds) {
   };
   const auto comparing = java::Implement<Comparator>().On("compare", compare).New();
   Measure("int(Object, Object)", rounds, times,
-          {WayOf("a native that looks at nothing", thread, Compares, compared),
+          {WayOf("an unchecked native method", thread, Compares, compared),
            WayOf("a std::function of Ref<Object>", thread, Compares, comparing)});
 
   Measure("an object made", rounds, 1000,

@@ -12,8 +12,8 @@
 
 namespace torvan::java::detail {
 
-// An element that is null where the C++ type has no null. Whoever knows the array's place makes a Misuse of it that
-// names it; what nobody knows more of says "element [3] of a Java array is null, ...".
+// An element that is null where the C++ type has no null. A caller that knows where the array comes from
+// rethrows it as a Misuse that says so; otherwise the text is "element [3] of a Java array is null, ...".
 class TORVAN_JAVA_VISIBLE NullElement : public Misuse {
  public:
   explicit NullElement(std::size_t index, const std::string& inside = {});

@@ -32,8 +32,8 @@ inline void* AddressOf(jlong bits) noexcept {
 }
 inline jobject ObjectOf(jlong bits) noexcept { return static_cast<jobject>(AddressOf(bits)); }
 
-// What Java gives a function: up to three in registers, which callbacks feel; of more the address stands in their
-// place.
+// The arguments that Java passes to a function: up to three in registers, which is faster; for more, the address of an
+// array.
 struct FromJava {
   static constexpr std::size_t InRegisters = 3;
 
