@@ -193,11 +193,14 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
   } catch (...) {
     const void* const before = taken ? taken->second : nullptr;
     const void* expected = &bound;
-    const std::lock_guard<std::mutex> guard(SlotsLock());
-    // Another thread may have bound the method meanwhile; its function stays.
-    const bool isOurs =
-        taken && bound.slot->binding.compare_exchange_strong(expected, before, std::memory_order_acq_rel);
-    if (!taken || (isOurs && before == nullptr)) bound.function.reset();  // nobody could call it
+    bool isOurs = false;
+    if (taken) {
+      const std::lock_guard<std::mutex> guard(SlotsLock());
+      // Another thread may have bound the method meanwhile; its function stays.
+      isOurs = bound.slot->binding.compare_exchange_strong(expected, before, std::memory_order_acq_rel);
+    }
+    // No Java code could call it. Outside of the lock: its destructor may bind functions.
+    if (!taken || (isOurs && before == nullptr)) bound.function.reset();
     throw;
   }
 }
