@@ -20,13 +20,14 @@ std::atomic<bool> otherLoaders{false};
 
 namespace {
 
-// Classes by name, kept for good: never destroyed, for calls may come from static destructors.
-struct KeptClasses {
+// What is found once for all members. Never destroyed, because calls may come from static destructors.
+struct Kept {
   std::mutex mutex;
-  std::map<std::string, jclass> classes;
+  std::map<std::string, jclass> classes;                                 // by name
+  std::map<std::string, const std::unique_ptr<const ClassTests>> tests;  // by given and own descriptor
 };
-KeptClasses& TheKeptClasses() {
-  static KeptClasses& kept = *new KeptClasses;
+Kept& TheKept() {
+  static Kept& kept = *new Kept;
   return kept;
 }
 
@@ -164,7 +165,7 @@ void TestResult(JNIEnv* env, const ClassTests& tests, jobject local, const Membe
 
 jclass KeptClass(JNIEnv* env, const char* name) {
   const std::string dotted = Dotted(name);
-  KeptClasses& kept = TheKeptClasses();
+  Kept& kept = TheKept();
   {
     const std::lock_guard lock(kept.mutex);
     const auto found = kept.classes.find(dotted);
@@ -179,14 +180,29 @@ jclass KeptClass(JNIEnv* env, const char* name) {
   return entry->second;
 }
 
+namespace {
+
+// Not kept by the member: one that is declared inside a function ends with each call.
+const ClassTests* KeptTests(JNIEnv* env, jclass type, const MemberName& name) {
+  if (name.descriptor == name.own) return nullptr;
+  const std::string key = std::string(name.descriptor) + ' ' + name.own;
+  Kept& kept = TheKept();
+  {
+    const std::lock_guard lock(kept.mutex);
+    const auto found = kept.tests.find(key);
+    if (found != kept.tests.end()) return found->second.get();
+  }
+  std::unique_ptr<const ClassTests> tests = FindTests(env, type, name, false);  // loads classes: see KeptClass
+  const std::lock_guard lock(kept.mutex);
+  return kept.tests.try_emplace(key, std::move(tests)).first->second.get();
+}
+
+}  // namespace
+
 void* SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
   jclass const type = KeptClass(env, name.type);
   void* const id = FindId(env, type, name);
-  std::unique_ptr<const ClassTests> tests = FindTests(env, type, name, false);
-  const ClassTests* none = nullptr;
-  if (tests != nullptr && m_tests.compare_exchange_strong(none, tests.get(), std::memory_order_acq_rel)) {
-    static_cast<void>(tests.release());  // kept for good
-  }
+  m_tests.store(KeptTests(env, type, name), std::memory_order_relaxed);
   m_type.store(type, std::memory_order_relaxed);
   m_id.store(id, std::memory_order_release);
   return id;

@@ -10,9 +10,10 @@ namespace torvan::java {
 //   constexpr java::Method<Rows, std::string(jint)> GetString{"getString"};
 //   std::string name = GetString(rows, 1);
 //
-// Declared once, constexpr, anywhere. The compiler makes the descriptor of the C++ types, or checks the one given as
-// the last argument against them; give it where Java's declared classes are others than those of the C++ types. The
-// method is found at the first call, by any thread, and kept with its class. Names are literals in UTF-8.
+// Declared once, constexpr; inside a function `static constexpr`, or it is found anew each time that the function runs.
+// The compiler makes the descriptor of the C++ types, or checks the one given as the last argument against them; give
+// it where Java's declared classes are others than those of the C++ types. The method is found at the first call, by
+// any thread, and kept with its class. Names are literals in UTF-8.
 //
 // A call takes a Thread (optional, saves the look for the environment), the object as any reference of T or of a tag
 // that extends it, and the arguments. It throws Error for what Java throws and for a look-up that fails (which says

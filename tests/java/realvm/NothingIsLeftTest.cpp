@@ -65,6 +65,19 @@ TEST_F(NothingIsLeftTest, AfterCallsThatReturn) {
   ExpectNothing([] { java::FindClass("java/lang/Object"); });
 }
 
+// What such a member needs to test the objects is not looked up anew, and not kept anew, with each call.
+TEST_F(NothingIsLeftTest, AfterMembersThatAreDeclaredInsideAFunction) {
+  const Local<ArrayList> list = java::New<ArrayList>();
+  java::Call<void>(list, "add", "text");
+  ExpectNothing([&] {
+    constexpr StaticMethod<std::string(Ref<Object>)> listed{"fixture/Members", "listed",
+                                                            "(Ljava/util/List;)Ljava/lang/String;"};
+    constexpr Method<ArrayList, std::string(jint)> get{"get", "(I)Ljava/lang/Object;"};
+    listed(list);
+    get(list, 0);
+  });
+}
+
 TEST_F(NothingIsLeftTest, AfterCallsThatThrow) {
   static constexpr StaticMethod<std::string(std::string_view, std::string_view)> Missing{"fixture/Members", "missing"};
   static constexpr StaticMethod<void()> NoClass{"fixture/NoSuch", "missing"};
