@@ -45,8 +45,15 @@ void KeepRuntimeMapped() {
   std::exit(testing::Test::HasFailure() ? ExitFailed : 0);
 }
 
-std::mutex vmTextLock;
-std::string vmText;
+// Never destroyed: the VM's threads go on to print while the process ends.
+struct VmOutput {
+  std::mutex mutex;
+  std::string text;
+};
+VmOutput& TheVmOutput() {
+  static VmOutput& output = *new VmOutput;
+  return output;
+}
 
 }  // namespace
 
@@ -63,14 +70,16 @@ int TakeVmText(FILE*, const char* format, va_list arguments) {
   if (length < 0) return length;
   std::vector<char> text(static_cast<std::size_t>(length) + 1);
   std::vsnprintf(text.data(), text.size(), format, arguments);
-  const std::lock_guard<std::mutex> guard(vmTextLock);
-  vmText += text.data();
+  VmOutput& output = TheVmOutput();
+  const std::lock_guard<std::mutex> guard(output.mutex);
+  output.text += text.data();
   return length;
 }
 
 std::string VmText() {
-  const std::lock_guard<std::mutex> guard(vmTextLock);
-  return vmText;
+  VmOutput& output = TheVmOutput();
+  const std::lock_guard<std::mutex> guard(output.mutex);
+  return output.text;
 }
 
 }  // namespace tests
