@@ -1,6 +1,8 @@
 // Everything of torvan::java: the VM, threads, references, members, errors, runtimes and processes for a new host.
 #pragma once
 
+#include <rx/Compiler.h>
+
 #include <torvan/java/Array.h>
 #include <torvan/java/ByteBuffer.h>
 #include <torvan/java/Call.h>

@@ -15,7 +15,8 @@ namespace torvan::platform {
 // marked. (Only a process that adopts orphans, as init does, also reaps those that a marked child leaves.)
 
 // Reaps a child of this process: now when it has ended, otherwise by the first ReapReleased after its end. One that
-// cannot be marked, because it runs as another user, stays unreaped until this process ends.
+// cannot be marked, because it runs as another user, stays unreaped until this process ends. So do those that were
+// marked before this process was marked itself.
 void ReapOnceEnded(pid_t id);
 
 // Reaps the children on the list that have ended.
