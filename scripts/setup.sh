@@ -20,7 +20,7 @@ jdk_found() {
   javac=$(command -v javac) && [ -f "$(dirname "$(dirname "$(readlink -f "$javac")")")/include/jni.h" ]
 }
 
-fuzzer_library_found() { compgen -G '/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-x86_64.a'; }
+clang_runtime_found() { compgen -G "/usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.$1-x86_64.a"; }
 
 need_wine() { # to run Windows programs, and to build the Java that they find
   need wine64 test -x /usr/lib/wine/wine64
@@ -43,11 +43,12 @@ for target in "${targets[@]}"; do
     linux-asan)
       need clang command -v clang++
       need clang-tidy command -v clang-tidy
+      need libclang-rt-14-dev clang_runtime_found asan
       ;;
     linux-tsan) ;;
     linux-fuzz)
       need clang-14 test -x /usr/lib/llvm-14/bin/clang
-      need libclang-rt-14-dev fuzzer_library_found
+      need libclang-rt-14-dev clang_runtime_found fuzzer
       ;;
     windows-mingw)
       need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix

@@ -2,13 +2,13 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <thread>
 
 #include "java/realvm/Counted.h"
 #include "java/realvm/OneVm.h"
+#include "java/realvm/Resident.h"
 
 namespace javatest {
 namespace {
@@ -25,15 +25,6 @@ class CallbackThreadsTest : public RealVmTest {};
 bool IsChecked() {
   const char* const option = std::getenv("TORVAN_TEST_VM_OPTION");
   return option != nullptr && *option != '\0';
-}
-
-// 0 where the system does not tell.
-std::size_t ResidentKibibytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmRSS:", 0) == 0) return std::stoul(line.substr(6));
-  }
-  return 0;
 }
 
 TEST_F(CallbackThreadsTest, EightThreadsOfJavasMakeAMillionCalls) {
@@ -140,12 +131,7 @@ TEST_F(CallbackThreadsTest, AMillionAreMadeAndCollectedAndMemoryIsFlat) {
     }
     EXPECT_TRUE(ComesDownTo(count, 0)) << count;
   };
-  // The Java heap itself grows in the first rounds. 32 MiB are 67 bytes for each object of one round.
-  make();
-  make();
-  const std::size_t before = ResidentKibibytes();
-  make();
-  EXPECT_LT(ResidentKibibytes(), before + 32 * 1024);
+  ExpectGrowthToEnd(32 * 1024, make);  // 67 bytes for each object of one round
 }
 
 struct Runnables {

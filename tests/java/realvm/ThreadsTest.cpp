@@ -1,12 +1,12 @@
 // Threads of the host in one VM.
 #include <atomic>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "java/realvm/OneVm.h"
+#include "java/realvm/Resident.h"
 
 namespace javatest {
 namespace {
@@ -32,15 +32,6 @@ std::string ThreadName() {
   const auto name =
       java::Adopt(env->CallStaticObjectMethod(raw, env->GetStaticMethodID(raw, "threadName", "()Ljava/lang/String;")));
   return java::detail::ReadUtf8(env, static_cast<jstring>(name.Get()));
-}
-
-// 0 where the system does not tell.
-std::size_t ResidentKibibytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmRSS:", 0) == 0) return std::stoul(line.substr(6));
-  }
-  return 0;
 }
 
 TEST_F(ThreadsTest, AThousandThreadsLeaveNoneBehind) {
@@ -136,10 +127,7 @@ TEST_F(ThreadsTest, EightThreadsMakeFiveMillionCallsAndNothingGrows) {
     }
     ASSERT_EQ(Name(shared), "child");
   };
-  InThreads(8, call);
-  const std::size_t before = ResidentKibibytes();
-  InThreads(8, call);
-  EXPECT_LT(ResidentKibibytes(), before + 16 * 1024);
+  ExpectGrowthToEnd(16 * 1024, [&call] { InThreads(8, call); });
 }
 
 // Dropped by threads that are not attached while others make and sweep.

@@ -1,0 +1,33 @@
+// Tests that work which is done again and again takes no more memory.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <string>
+
+namespace javatest {
+
+// What of the process is in memory; 0 where the system does not tell.
+inline std::size_t ResidentKibibytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmRSS:", 0) == 0) return std::stoul(line.substr(6));
+  }
+  return 0;
+}
+
+// What leaks grows in each round. The VM also grows, as it likes, but not in each.
+inline void ExpectGrowthToEnd(std::size_t kibibytes, const std::function<void()>& round) {
+  round();
+  bool hasEnded = false;
+  for (int i = 0; i < 5 && !hasEnded; ++i) {
+    const std::size_t before = ResidentKibibytes();
+    round();
+    hasEnded = ResidentKibibytes() < before + kibibytes;
+  }
+  EXPECT_TRUE(hasEnded) << "more than " << kibibytes << " KiB in each round";
+}
+
+}  // namespace javatest
