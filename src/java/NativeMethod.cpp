@@ -1,16 +1,22 @@
 #include <torvan/java/NativeMethod.h>
 
 #include <torvan/java/Cast.h>
+#include <torvan/java/Constructor.h>
 #include <torvan/java/Error.h>
 #include <torvan/java/LocalFrame.h>
 #include <torvan/java/Method.h>
 #include <torvan/java/Weak.h>
+#include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Member.h>
+#include <torvan/java/detail/Shared.h>
 
 #include <mutex>
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
+#include "java/ClassNames.h"
 #include "java/Handler.h"
 #include "java/HandlerNatives.h"
 #include "java/Reflection.h"
@@ -25,37 +31,82 @@ struct ReflectedMethod {
 };
 constexpr Method<ReflectedMethod, Local<Class>()> GetDeclaringClass{"getDeclaringClass"};
 
+struct ClassCast {
+  static constexpr char JavaName[] = "java/lang/ClassCastException";
+};
+constexpr Constructor<ClassCast(std::string_view)> NewClassCast;
+
 // The slots' bindings. Never destroyed: Java calls until the process ends.
 std::mutex& SlotsLock() {
   static std::mutex& lock = *new std::mutex;
   return lock;
 }
 
-// A function that has arguments of more special classes than Java's. The classes are not kept alive by it.
+// A class that values are tested for. It is not kept alive by it.
+struct Test {
+  Share type;  // a weak reference
+  std::string name;
+};
+
+// Throws Java's ClassCastException, with a text of what is done and what is wanted, unless the value may be there.
+template <typename TextOf>
+void RequireClass(JNIEnv* env, jobject value, const Test& wanted, TextOf textOf) {
+  if (value == nullptr) return;
+  // No object is left of a class that is gone.
+  const LocalScope type(env, env->NewLocalRef(wanted.type.Get()));
+  if (type.Get() != nullptr && env->IsInstanceOf(value, static_cast<jclass>(type.Get())) != JNI_FALSE) return;
+  const LocalScope ownType(env, env->GetObjectClass(value));
+  std::string own = NameOf(env, static_cast<jclass>(ownType.Get()));
+  if (own == wanted.name) own += " of another class loader";
+  const auto made = NewClassCast(textOf(own));
+  env->Throw(static_cast<jthrowable>(made.Get()));
+  ThrowPending(env);
+}
+
+std::string ArgumentText(std::size_t number, const std::string& name, const std::string& own,
+                         const std::string& wanted) {
+  return "argument " + std::to_string(number) + " of " + name + " is a " + own + ", and the C++ function takes a " +
+         wanted;
+}
+
+// The VM tests neither what a native method returns nor whether its arguments are of more special C++ classes than
+// Java's: a wrong object would only be found out where it crashes.
 class TestedFunction final : public Callback {
  public:
-  using Tests = std::vector<std::pair<std::size_t, Weak<Class>>>;
+  using Arguments = std::vector<std::pair<std::size_t, Test>>;  // by their numbers, from 0
 
-  TestedFunction(std::shared_ptr<Callback> function, std::size_t count, Tests tests)
+  TestedFunction(std::shared_ptr<Callback> function, std::size_t first, std::size_t count, Arguments arguments,
+                 std::optional<Test> result)
       : Callback(&EnterCallback<TestedFunction>),
         m_function(std::move(function)),
+        m_first(first),
         m_count(count),
-        m_tests(std::move(tests)) {}
+        m_arguments(std::move(arguments)),
+        m_result(std::move(result)) {}
 
   jlong Call(JNIEnv* env, const FromJava& given, const char* name) override {
-    for (const auto& [index, type] : m_tests) {
-      const Local<Class> wanted = type.Lock();
-      CheckPending(env);
-      jobject const object = ObjectOf(given.At(index, m_count));
-      if (object != nullptr && wanted) RequireInstance(env, object, static_cast<jclass>(wanted.Get()));
+    for (const auto& [number, test] : m_arguments) {
+      jobject const argument = ObjectOf(given.At(m_first + number, m_first + m_count));
+      const auto textOf = [&, number = number, &wanted = test.name](const std::string& own) {
+        return ArgumentText(number + 1, name, own, wanted);
+      };
+      RequireClass(env, argument, test, textOf);
     }
-    return m_function->Call(env, given, name);
+    const jlong result = m_function->Call(env, given, name);
+    if (!m_result || env->ExceptionCheck() != JNI_FALSE) return result;
+    RequireClass(env, ObjectOf(result), *m_result, [&](const std::string& own) {
+      return "the C++ function of " + std::string(name) + " returned a " + own + ", and the method returns a " +
+             m_result->name;
+    });
+    return result;
   }
 
  private:
   std::shared_ptr<Callback> m_function;
-  std::size_t m_count;  // of its arguments
-  Tests m_tests;
+  std::size_t m_first;  // argument: 1 where the object is before it
+  std::size_t m_count;
+  Arguments m_arguments;
+  std::optional<Test> m_result;
 };
 
 // A function that is bound, as long as the class that it is bound in.
@@ -100,37 +151,53 @@ std::pair<std::size_t, const void*> TakeSlot(JNIEnv* env, NativeBinding& binding
   return {taken, binding.slot->binding.exchange(&binding, std::memory_order_acq_rel)};
 }
 
-// What is wrong with the method; null where nothing is, and where there is no such method. Told by reflection, so that
-// the class is not initialised.
-const char* WrongOf(JNIEnv* env, jclass type, const MemberName& name, bool& isThere) {
+Test TestFor(JNIEnv* env, jobject type, std::string name) {
+  return {Share(MakeShared(env, type, true)), std::move(name)};
+}
+
+// A native method that Java declares.
+struct DeclaredNative {
+  bool isThere = false;
+  const char* wrong = nullptr;  // what is wrong with it
+  std::optional<Test> result;   // of a reference that cannot be any object
+};
+
+// Told by reflection, so that the class is not initialised.
+DeclaredNative FindNative(JNIEnv* env, jclass type, const MemberName& name) {
   const LocalFrame frame(512);
+  DeclaredNative found;
   const DescriptorParts parts = Split(name.descriptor);
   std::vector<std::string> arguments;
   for (const std::string& argument : parts.arguments) arguments.push_back(SpellType(argument));
   for (const Candidate& candidate : CandidatesOf(env, type, MemberKind::Method, name.name)) {
     if (candidate.arguments != arguments || candidate.result != SpellType(parts.result)) continue;
-    isThere = true;
-    if ((candidate.modifiers & NativeModifier) == 0) return " is not native";
-    if (!Same(GetDeclaringClass(Ref<ReflectedMethod>(candidate.reflected.Get())), Ref<Class>(type))) {
-      return " is inherited: bind it in the class that declares it";
+    found.isThere = true;
+    if ((candidate.modifiers & NativeModifier) == 0) {
+      found.wrong = " is not native";
+    } else if (!Same(GetDeclaringClass(Ref<ReflectedMethod>(candidate.reflected.Get())), Ref<Class>(type))) {
+      found.wrong = " is inherited: bind it in the class that declares it";
+    } else if (candidate.kind != name.kind) {
+      found.wrong = IsStatic(candidate.kind)
+                        ? " is static: NativeMethod takes no tag for it"
+                        : " is not static: give NativeMethod the tag of its class as second argument";
+    } else if (LetterOf(candidate.result) == 'L' && candidate.result != "java.lang.Object") {
+      found.result = TestFor(env, candidate.resultClass.Get(), candidate.result);
     }
-    if (candidate.kind == name.kind) return nullptr;
-    return IsStatic(candidate.kind) ? " is static: NativeMethod takes no tag for it"
-                                    : " is not static: give NativeMethod the tag of its class as second argument";
+    break;
   }
-  return nullptr;
+  return found;
 }
 
-// The VM looks neither whether a method is static nor in which class it is.
-void RequireNative(JNIEnv* env, jclass type, const MemberName& name) {
-  bool isThere = false;
-  const char* const wrong = WrongOf(env, type, name, isThere);
-  if (wrong != nullptr) throw Misuse("java/NativeMethod", __LINE__, SpellWithClass(name) + wrong);
-  if (!isThere) FindId(env, type, name);  // says what there is
+// The VM looks neither whether a method is static nor in which class it is. Returns the test of what it returns.
+std::optional<Test> RequireNative(JNIEnv* env, jclass type, const MemberName& name) {
+  DeclaredNative found = FindNative(env, type, name);
+  if (found.wrong != nullptr) throw Misuse("java/NativeMethod", __LINE__, SpellWithClass(name) + found.wrong);
+  if (!found.isThere) FindId(env, type, name);  // says what there is
+  return std::move(found.result);
 }
 
-TestedFunction::Tests TestsOf(JNIEnv* env, jclass type, const MemberName& name) {
-  TestedFunction::Tests tests;
+TestedFunction::Arguments ArgumentsOf(JNIEnv* env, jclass type, const MemberName& name) {
+  TestedFunction::Arguments tests;
   if (name.descriptor == name.own) return tests;
   const DescriptorParts given = Split(name.descriptor);
   const DescriptorParts own = Split(name.own);
@@ -141,7 +208,7 @@ TestedFunction::Tests TestsOf(JNIEnv* env, jclass type, const MemberName& name) 
     if (wanted == given.arguments[i] || wanted == "Ljava/lang/Object;") continue;
     const std::string loaded = wanted[0] == 'L' ? wanted.substr(1, wanted.size() - 2) : wanted;
     const Local<Class> found = Own<Class>(env, LoadClass(env, loader, loaded.c_str()));
-    tests.emplace_back(name.kind == MemberKind::StaticMethod ? i : i + 1, Weak<Class>(found));
+    tests.emplace_back(i, TestFor(env, found.Get(), SpellType(wanted)));
   }
   return tests;
 }
@@ -169,13 +236,13 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
       type != nullptr ? Local<Class>(*type) : Own<Class>(env, LoadClass(env, KeptLoader(), given.type, false));
   const auto raw = static_cast<jclass>(found.Get());
 
-  RequireNative(env, raw, name);
-
+  std::optional<Test> result = RequireNative(env, raw, name);
   auto binding = std::make_unique<NativeBinding>();
-  TestedFunction::Tests tests = TestsOf(env, raw, name);
-  if (!tests.empty()) {
-    const std::size_t count = Split(descriptor).arguments.size() + (given.isStatic ? 0 : 1);
-    function = std::make_shared<TestedFunction>(std::move(function), count, std::move(tests));
+  TestedFunction::Arguments arguments = ArgumentsOf(env, raw, name);
+  if (!arguments.empty() || result) {
+    function =
+        std::make_shared<TestedFunction>(std::move(function), given.isStatic ? 0 : 1,
+                                         Split(descriptor).arguments.size(), std::move(arguments), std::move(result));
   }
   binding->function = std::move(function);
   binding->name = SpellWithClass(name);

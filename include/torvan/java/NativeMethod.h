@@ -11,9 +11,9 @@ namespace torvan::java {
 //   java::NativeMethod<jint(jint)>("plugin/Host", "version").Bind([](jint level) { return level + 1; });
 //   java::NativeMethod<void(std::string_view), Host>("log").Bind([](java::Ref<Host> self, std::string_view text) {});
 //
-// The types, and the descriptor as the last argument where Java declares other classes, are those of a Method; objects
-// of a more special C++ class than Java's are tested, and a wrong one is a RuntimeException in Java. Names are
-// literals.
+// The types, and the descriptor as the last argument where Java declares other classes, are those of a Method. Objects
+// of a more special C++ class than Java's are tested, and so is each object that is returned, which has to be of the
+// class that Java declares: a wrong one is a ClassCastException in Java that names both classes. Names are literals.
 //
 // Bind may be called before the class is initialised, and again: the function is replaced. It lives as long as the
 // class, and so does one that was replaced, which may still run. Functions of classes on the class path, and all of

@@ -110,7 +110,7 @@ TEST_F(NativeMethodTest, WhatItThrowsGoesToJava) {
   EXPECT_EQ(what("cpp"), "java.lang.RuntimeException: cpp");
   EXPECT_EQ(what("java"), "java.lang.NumberFormatException: For input string: \"x\"");
   EXPECT_EQ(what(std::nullopt),
-            "java.lang.RuntimeException: argument 2 of fixture.Natives.fail(java.lang.String) is null, which its C++ "
+            "java.lang.RuntimeException: argument 1 of fixture.Natives.fail(java.lang.String) is null, which its C++ "
             "type cannot be: take it as std::optional");
 }
 
@@ -124,7 +124,63 @@ TEST_F(NativeMethodTest, ObjectsOfAMoreSpecialClassAreTested) {
   EXPECT_EQ(size, 0);
   takes(nullptr);
   EXPECT_EQ(WhatOf<Error>([&] { takes("text"); }),
-            "java.lang.RuntimeException: A java.lang.String is given where a java.util.List is needed");
+            "java.lang.ClassCastException: argument 1 of fixture.Natives.takes(java.lang.Object) is a "
+            "java.lang.String, and the C++ function takes a java.util.List");
+  NativeMethod<void(jint, Ref<ListOfJava>), Natives>(Type, "takesSecond", "(ILjava/lang/Object;)V")
+      .Bind([&](Ref<Natives>, jint, Ref<ListOfJava>) { size = 5; });
+  constexpr java::Method<Natives, void(jint, Ref<Object>)> takesSecond{"takesSecond"};
+  takesSecond(NewNatives(0), 1, nullptr);
+  EXPECT_EQ(size, 5);
+  EXPECT_EQ(WhatOf<Error>([&] { takesSecond(NewNatives(0), 1, "text"); }),
+            "java.lang.ClassCastException: argument 2 of fixture.Natives.takesSecond(int, java.lang.Object) is a "
+            "java.lang.String, and the C++ function takes a java.util.List");
+}
+
+TEST_F(NativeMethodTest, AResultOfAnotherClassThanJavaDeclaresIsRefused) {
+  std::optional<java::Global<Object>> result;
+  const auto give = [&](auto...) { return result; };
+  const auto bind = [&](const char* name, const char* descriptor) {
+    NativeMethod<std::optional<java::Global<Object>>(), Natives>(Type, name, descriptor).Bind([&give](Ref<Natives>) {
+      return give();
+    });
+  };
+  bind("self", "()Lfixture/Natives;");
+  bind("list", "()Ljava/util/List;");
+  bind("texts", "()[Ljava/lang/String;");
+  bind("any", "()Ljava/lang/Object;");
+  const Local<Natives> natives = NewNatives(7);
+  const auto returned = [&](const char* name) -> std::string {
+    try {
+      return java::Call<Local<Object>>(natives, name) ? "an object" : "null";
+    } catch (const Error& error) {
+      return error.what();
+    }
+  };
+  for (const char* const name : {"self", "list", "texts", "any"}) EXPECT_EQ(returned(name), "null");
+  const auto refused = [](const char* name, const char* own, const char* declared) {
+    return std::string("java.lang.ClassCastException: the C++ function of fixture.Natives.") + name + "() returned a " +
+           own + ", and the method returns a " + declared;
+  };
+  result = java::Global<Object>(java::NewString("text"));
+  EXPECT_EQ(returned("self"), refused("self", "java.lang.String", "fixture.Natives"));
+  EXPECT_EQ(returned("list"), refused("list", "java.lang.String", "java.util.List"));
+  EXPECT_EQ(returned("texts"), refused("texts", "java.lang.String", "java.lang.String[]"));
+  EXPECT_EQ(returned("any"), "an object");
+  result = java::Global<Object>(java::NewArray(std::vector<std::string>{"a"}));
+  EXPECT_EQ(returned("texts"), "an object");
+  EXPECT_EQ(returned("self"), refused("self", "[Ljava.lang.String;", "fixture.Natives"));
+  result = java::Global<Object>(natives);
+  EXPECT_EQ(returned("self"), "an object");
+}
+
+TEST_F(NativeMethodTest, AResultOfTheSameClassOfAnotherLoaderIsRefused) {
+  constexpr StaticMethod<Local<java::Class>(std::string_view)> copyOf{"fixture/Strict", "copyOf"};
+  const Local<java::Class> copy = copyOf("fixture.Natives");
+  const auto other = java::Global<Natives>(java::Constructor<Natives(jint)>{}.In(copy)(1));
+  NativeMethod<java::Global<Natives>(), Natives>("self").Bind([&](Ref<Natives>) { return other; });
+  EXPECT_EQ(WhatOf<Error>([] { java::Call<Local<Natives>>(NewNatives(0), "self"); }),
+            "java.lang.ClassCastException: the C++ function of fixture.Natives.self() returned a fixture.Natives of "
+            "another class loader, and the method returns a fixture.Natives");
 }
 
 TEST_F(NativeMethodTest, AClassIsNotInitialisedByIt) {

@@ -205,7 +205,8 @@ jlong Leave([[maybe_unused]] JNIEnv* env, R&& result) {
   }
 }
 
-template <typename F, typename R, typename... A>
+// `First` is the number of the first argument in messages: 0 of a native method's own object.
+template <typename F, std::size_t First, typename R, typename... A>
 class CallbackOf final : public Callback {
  public:
   explicit CallbackOf(F function) : Callback(&EnterCallback<CallbackOf>), m_function(std::move(function)) {}
@@ -221,10 +222,10 @@ class CallbackOf final : public Callback {
             std::index_sequence<I...>) {
     constexpr std::size_t count = sizeof...(A);
     if constexpr (std::is_void_v<R>) {
-      static_cast<void>(m_function(Arrived<Declared<A>>(env, given.At(I, count), name, I + 1).Get()...));
+      static_cast<void>(m_function(Arrived<Declared<A>>(env, given.At(I, count), name, I + First).Get()...));
       return 0;
     } else {
-      return Leave<R>(env, m_function(Arrived<Declared<A>>(env, given.At(I, count), name, I + 1).Get()...));
+      return Leave<R>(env, m_function(Arrived<Declared<A>>(env, given.At(I, count), name, I + First).Get()...));
     }
   }
 
@@ -270,7 +271,7 @@ void RequireNotEmpty([[maybe_unused]] const F& function, [[maybe_unused]] const 
   }
 }
 
-template <typename Signature, typename F>
+template <typename Signature, typename F, std::size_t First = 1>
 struct CallbackMaker {
   static constexpr bool IsGood() {
     static_assert(!std::is_void_v<Signature>,
@@ -280,8 +281,8 @@ struct CallbackMaker {
     return false;
   }
 };
-template <typename R, typename... A, typename F>
-struct CallbackMaker<R(A...), F> {
+template <typename R, typename... A, typename F, std::size_t First>
+struct CallbackMaker<R(A...), F, First> {
   static constexpr bool IsGood() {
     constexpr bool arrive = (Arrives<Declared<A>>() && ... && true);
     constexpr bool leaves = Row<Declared<R>>::Letter != 0;
@@ -309,7 +310,7 @@ struct CallbackMaker<R(A...), F> {
 
   static std::shared_ptr<Callback> Make(F function, const std::string& name) {
     RequireNotEmpty(function, name);
-    return std::make_shared<CallbackOf<F, R, A...>>(std::move(function));
+    return std::make_shared<CallbackOf<F, First, R, A...>>(std::move(function));
   }
 };
 

@@ -68,7 +68,7 @@ struct NativeBinder<R(A...), T> {
   template <typename F, typename Class>
   static void Bind(const NativeName& name, const Class& type, F function) {
     using Signature = std::conditional_t<std::is_void_v<T>, R(A...), R(Ref<T>, A...)>;
-    using Maker = CallbackMaker<Signature, F>;
+    using Maker = CallbackMaker<Signature, F, std::is_void_v<T> ? 1 : 0>;
     if constexpr (Maker::IsGood()) {
       NativeName full = name;
       if constexpr (!std::is_void_v<T>) full.type = name.type != nullptr ? name.type : T::JavaName;
