@@ -12,6 +12,7 @@
 namespace torvan::java::detail {
 
 std::atomic<JavaVM*> runningVm{nullptr};
+std::atomic<JavaVM*> livingVm{nullptr};
 std::atomic<bool> threadEndsAreSeen{false};
 
 namespace {
@@ -20,13 +21,49 @@ std::atomic<bool> s_hadVm{false};
 
 thread_local bool t_isCritical = false;
 
+std::atomic<int> s_openMemory{0};
+thread_local int t_openMemory = 0;
+
+void CountOpenMemory(int by) noexcept {
+  t_openMemory += by;
+  s_openMemory.fetch_add(by);
+}
+
 }  // namespace
 
 void UseVm(JavaVM* vm) noexcept {
-  if (vm != nullptr) s_hadVm.store(true, std::memory_order_relaxed);
-  if (vm == nullptr) threadEndsAreSeen.store(false, std::memory_order_relaxed);
+  if (vm == nullptr) EndCalls();
+  livingVm.store(vm, std::memory_order_release);
+  if (vm == nullptr) return;
+  s_hadVm.store(true, std::memory_order_relaxed);
   runningVm.store(vm, std::memory_order_release);
 }
+
+void EndCalls() noexcept {
+  threadEndsAreSeen.store(false, std::memory_order_relaxed);
+  runningVm.store(nullptr);  // in one order with OpenMemory
+}
+
+// Counts first: either the end of the VM sees what is opened, or it is not opened any more.
+OpenMemory::OpenMemory() {
+  CountOpenMemory(1);
+  if (runningVm.load() != nullptr) return;
+  CountOpenMemory(-1);
+  ThrowNoVm();
+}
+
+OpenMemory::~OpenMemory() { CountOpenMemory(-1); }
+
+JNIEnv* OpenMemory::Env() noexcept {
+  if (HasVm()) return EnvIfAttached();
+  JavaVM* const vm = livingVm.load(std::memory_order_acquire);
+  void* env = nullptr;
+  if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
+  return static_cast<JNIEnv*>(env);
+}
+
+bool OpenMemory::IsOpen() noexcept { return s_openMemory.load() != 0; }
+bool OpenMemory::IsOpenInThisThread() noexcept { return t_openMemory > 0; }
 
 void ThrowNoVm() {
   const bool ended = s_hadVm.load(std::memory_order_relaxed);

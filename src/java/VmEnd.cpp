@@ -93,9 +93,11 @@ class JavaThreads {
   jobject m_root = nullptr;
 };
 
+// Also for C++ to close what it has open of Java's memory: it may be written, and the garbage collector may wait for
+// it.
 bool WaitForOthers(JavaThreads& threads, std::chrono::milliseconds grace) {
   constexpr std::chrono::milliseconds step{5};
-  for (const auto end = Clock::now() + grace; threads.OthersRun();) {
+  for (const auto end = Clock::now() + grace; OpenMemory::IsOpen() || threads.OthersRun();) {
     if (Clock::now() >= end) return false;
     std::this_thread::sleep_for(step);
   }
@@ -115,6 +117,9 @@ void RunShutdownHooks(JNIEnv* env) {
 }  // namespace
 
 VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
+  if (OpenMemory::IsOpenInThisThread()) {
+    throw Misuse("java/VmEnd", __LINE__, "The Java VM cannot be ended while Elements are open in this thread");
+  }
   CheckPending(env);
   if (env->PushLocalFrame(32) != JNI_OK) CheckPending(env);
   JavaThreads threads(env);
@@ -122,7 +127,7 @@ VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
     env->PopLocalFrame(nullptr);
     throw Misuse("java/VmEnd", __LINE__, "The Java VM cannot be ended by a thread that Java has called");
   }
-  UseVm(nullptr);
+  EndCalls();
   ForgetEnv();
   VmState& state = TheVm();
   if (!WaitForOthers(threads, grace)) {
@@ -130,6 +135,7 @@ VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
     env->PopLocalFrame(nullptr);
     state.end = VmEnd::LeftRunning;
   } else {
+    UseVm(nullptr);
     // As a thread that is not attached: the VM takes one that is for a daemon in native code, and waits for it.
     vm->DetachCurrentThread();
     vm->DestroyJavaVM();

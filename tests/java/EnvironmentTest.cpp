@@ -18,6 +18,7 @@ using torvan::java::Misuse;
 using torvan::java::Thread;
 using torvan::java::detail::Env;
 using torvan::java::detail::EnvIfAttached;
+using torvan::java::detail::OpenMemory;
 using torvan::java::detail::UseVm;
 
 class EnvironmentTest : public CountedVmTest {
@@ -127,6 +128,27 @@ TEST_F(EnvironmentTest, AThreadThatEndsAfterTheVmIsNotDetached) {
     UseVm(nullptr);
   });
   EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
+}
+
+TEST_F(EnvironmentTest, MemoryIsOpenUntilItIsGivenBackAndNoneIsOpenedAfterTheEnd) {
+  {
+    const OpenMemory memory;
+    EXPECT_TRUE(OpenMemory::IsOpenInThisThread());
+    Elsewhere([] {
+      EXPECT_TRUE(OpenMemory::IsOpen());
+      EXPECT_FALSE(OpenMemory::IsOpenInThisThread());
+      EXPECT_EQ(OpenMemory::Env(), nullptr);
+    });
+    torvan::java::detail::EndCalls();
+    EXPECT_EQ(WhatOf<Misuse>([] { const OpenMemory late; }), "The Java VM has ended");
+    EXPECT_TRUE(OpenMemory::IsOpen());
+    EXPECT_EQ(EnvIfAttached(), nullptr);
+    EXPECT_EQ(OpenMemory::Env(), jvm.Env()) << "it lives as long as its end waits";
+    UseVm(nullptr);
+    EXPECT_EQ(OpenMemory::Env(), nullptr);
+  }
+  EXPECT_FALSE(OpenMemory::IsOpen());
+  EXPECT_FALSE(OpenMemory::IsOpenInThisThread());
 }
 
 // In a process that never had a VM.

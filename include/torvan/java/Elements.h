@@ -53,7 +53,7 @@ Local<Array<E>> NewArray(std::size_t size) {
 //
 // Of numbers, `At`, `data` and iterators are the memory itself. The VM may have copied it: Java is sure to see what was
 // written once the scope has ended, and is not to write meanwhile. Elements<const jint> only reads and writes nothing
-// back.
+// back. The end of the VM waits for the end of such a scope as it does for a thread of Java's.
 // Throws Misuse when the array is null and when an index is outside of it, Error when Java's memory is full, and as
 // Thread() does.
 template <typename E, typename = void>

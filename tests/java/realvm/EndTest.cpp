@@ -131,6 +131,88 @@ TEST(EndTest, AThreadInsideACallAtThatMomentIsToldOrStandsStill) {
   });
 }
 
+// Opens the elements of a new array of three on a thread of their own, writes the first and closes them.
+template <typename Elements>
+struct Writer {
+  explicit Writer(std::chrono::milliseconds time)
+      : array(java::NewArray<jint>(3)), thread([this, time] {
+          Elements elements{array};
+          open = true;
+          std::this_thread::sleep_for(time);
+          elements.At(0) = 7;
+        }) {
+    while (!open) std::this_thread::yield();
+  }
+
+  // As raw JNI reads it: the layer calls no more.
+  jint First(JNIEnv* env) const {
+    jint first = 0;
+    env->GetIntArrayRegion(static_cast<jintArray>(array.Get()), 0, 1, &first);
+    return first;
+  }
+
+  java::Global<java::Array<jint>> array;
+  std::atomic<bool> open{false};
+  std::thread thread;
+};
+
+template <typename Elements>
+void EndWaitsFor() {
+  Vm vm = StartVm(FixtureSettings());
+  Writer<Elements> writer(300ms);
+  const auto start = Clock::now();
+  EXPECT_EQ(vm.End(20s), VmEnd::Destroyed);
+  EXPECT_GE(Clock::now() - start, 200ms);
+  EXPECT_LT(Clock::now() - start, 15s);
+  writer.thread.join();
+  EXPECT_EQ(WhatOf<Misuse>([&] { Elements{writer.array}; }), "The Java VM has ended");
+}
+
+template <typename Elements>
+void ClosesAfterTheGrace() {
+  Vm vm = StartVm(FixtureSettings());
+  JNIEnv* const env = java::detail::Env();
+  Writer<Elements> writer(600ms);
+  EXPECT_EQ(vm.End(100ms), VmEnd::LeftRunning);
+  writer.thread.join();
+  EXPECT_EQ(writer.First(env), 7);
+  // The garbage collector does not wait for them any more.
+  jclass const system = env->FindClass("java/lang/System");
+  env->CallStaticVoidMethod(system, env->GetStaticMethodID(system, "gc", "()V"));
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+}
+
+TEST(EndTest, ElementsThatAreOpenAreWaitedFor) {
+  InProcessOfItsOwn(&EndWaitsFor<java::Elements<jint>>);
+  InProcessOfItsOwn(&EndWaitsFor<java::CriticalElements<jint>>);
+}
+
+TEST(EndTest, ElementsThatAreOpenAfterTheGraceAreWrittenNevertheless) {
+  InProcessOfItsOwn(&ClosesAfterTheGrace<java::Elements<jint>>);
+  InProcessOfItsOwn(&ClosesAfterTheGrace<java::CriticalElements<jint>>);
+}
+
+TEST(EndTest, AThreadWithElementsCannotEndIt) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    const java::Local<java::Array<jint>> array = java::NewArray<jint>(1);
+    {
+      const java::Elements<jint> elements(array);
+      EXPECT_EQ(WhatOf<Misuse>([&] { vm.End(); }),
+                "The Java VM cannot be ended while Elements are open in this thread");
+      EXPECT_EQ(WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }),
+                "The Java VM cannot be ended while Elements are open in this thread");
+      elements.At(0) = 7;
+    }
+    {
+      const java::CriticalElements<jint> elements(array);
+      EXPECT_EQ(WhatOf<Misuse>([&] { vm.End(); }), "Java is called while CriticalElements are open in this thread");
+    }
+    EXPECT_EQ(java::Elements<const jint>(array).At(0), 7);
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+  });
+}
+
 TEST(EndTest, AReleasedVmGoesOn) {
   const Note note;
   InProcessOfItsOwn([&] {

@@ -11,6 +11,9 @@ namespace torvan::java::detail {
 // Constant-initialised and trivially destroyed, so that references may be dropped by static destructors.
 extern std::atomic<JavaVM*> runningVm;
 
+// The same VM as long as it is there: while its end begins, and after one that has left it running, too.
+extern std::atomic<JavaVM*> livingVm;
+
 inline bool HasVm() noexcept { return runningVm.load(std::memory_order_acquire) != nullptr; }
 
 // Throws Misuse: "No Java VM runs: call StartVm or JoinVm first" or "The Java VM has ended".
@@ -32,7 +35,26 @@ void EnterCritical() noexcept;
 void LeaveCritical() noexcept;
 void RequireNotCritical();
 
+// What of Java's memory is open in C++, to be given back: the end of the VM waits for it, as for a thread of Java's.
+class OpenMemory {
+ public:
+  // Throws as RequireVm does.
+  OpenMemory();
+  OpenMemory(const OpenMemory&) = delete;
+  OpenMemory& operator=(const OpenMemory&) = delete;
+  ~OpenMemory();
+
+  // The environment to give it back with, also once the end of the VM has begun; null where there is nobody to give it
+  // to.
+  static JNIEnv* Env() noexcept;
+
+  static bool IsOpen() noexcept;
+  static bool IsOpenInThisThread() noexcept;
+};
+
 // Makes a VM the layer's own; null ends the use of it.
 void UseVm(JavaVM* vm) noexcept;
+// Ends calls to the VM, which lives on.
+void EndCalls() noexcept;
 
 }  // namespace torvan::java::detail

@@ -74,13 +74,14 @@ class InPlace {
     if constexpr (isNumber) {
       using Raw = typename Jni<NumberLetter<Number>()>::Type;
       Way::Leave();
-      if (EnvIfAttached() != m_env) return;  // of a thread that has left the VM
+      if (OpenMemory::Env() != m_env) return;  // of a thread that has left the VM
       auto* const raw = reinterpret_cast<Raw*>(const_cast<Number*>(m_elements));
       Way::Close(m_env, m_array.Get(), raw, std::is_const_v<E> ? JNI_ABORT : 0);
     }
   }
 
  private:
+  OpenMemory m_open;
   JNIEnv* m_env;
   std::size_t m_size;
   Local<Array<Number>> m_array;
