@@ -2,6 +2,7 @@
 
 #include <torvan/java/Cast.h>
 #include <torvan/java/Constructor.h>
+#include <torvan/java/Error.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/Method.h>
 #include <torvan/java/StaticMethod.h>
@@ -42,6 +43,7 @@ constexpr Method<File, Local<Uri>()> ToUri{"toURI"};
 constexpr Method<Uri, Local<Url>()> ToUrl{"toURL"};
 constexpr Constructor<UrlLoader(std::vector<Local<Url>>, Ref<Loader>)> NewUrlLoader;
 constexpr StaticMethod<Local<Loader>()> GetSystem{"java/lang/ClassLoader", "getSystemClassLoader"};
+constexpr StaticMethod<Local<Loader>()> GetPlatform{"java/lang/ClassLoader", "getPlatformClassLoader"};
 constexpr Method<Loader, Local<Loader>()> GetParent{"getParent"};
 constexpr Method<Closeable, void()> CloseIt{"close"};
 
@@ -72,7 +74,18 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, 
 }
 
 ClassLoader ClassLoader::System() { return ClassLoader(GetSystem()); }
-ClassLoader ClassLoader::Platform() { return ClassLoader(GetParent(GetSystem())); }
+
+ClassLoader ClassLoader::Platform() {
+  try {
+    return ClassLoader(GetPlatform());
+  } catch (const Error& error) {
+    if (error.ClassName() != "java.lang.NoSuchMethodError") throw;
+  }
+  // Before Java 9. The host may have put loaders of its own between this one and the system's.
+  auto last = GetSystem();
+  while (auto parent = GetParent(last)) last = std::move(parent);
+  return ClassLoader(last);
+}
 
 ClassLoader ClassLoader::Of(const Ref<Object>& object) {
   if (!object) throw Misuse("java/ClassLoader", __LINE__, "null has no class loader");

@@ -56,12 +56,27 @@ jmethodID MethodOf(JNIEnv* env, jclass type, const char* name, const std::string
   return id;
 }
 
+// The class, after it could not be defined: it is there since the last time, when no reference to it could be made.
+jclass FindDefined(JNIEnv* env, const std::string& name) {
+  const LocalScope refused(env, env->ExceptionOccurred());
+  env->ExceptionClear();
+  try {
+    return LoadClass(env, nullptr, name.c_str());
+  } catch (const Error& missing) {
+    if (refused.Get() == nullptr || missing.ClassName() != "java.lang.ClassNotFoundException") throw;
+  }
+  env->Throw(static_cast<jthrowable>(refused.Get()));
+  ThrowPending(env);
+}
+
 // In the VM's own loader: no other one has a say, and it needs nothing but java.base.
 jclass DefineHandler(JNIEnv* env) {
   const std::string bytes = WithOwnDigits({reinterpret_cast<const char*>(HandlerBytes), sizeof HandlerBytes});
   const std::string name = WithOwnDigits(HandlerName);
-  return Kept<jclass>(env, env->DefineClass(name.c_str(), nullptr, reinterpret_cast<const jbyte*>(bytes.data()),
-                                            static_cast<jsize>(bytes.size())));
+  jclass defined = env->DefineClass(name.c_str(), nullptr, reinterpret_cast<const jbyte*>(bytes.data()),
+                                    static_cast<jsize>(bytes.size()));
+  if (defined == nullptr) defined = FindDefined(env, name);
+  return Kept<jclass>(env, defined);
 }
 
 void BindCleaner(JNIEnv* env, HandlerClass& made) {
@@ -106,6 +121,8 @@ void Make(JNIEnv* env, HandlerClass& made) {
                           "(Ljava/lang/Class;[Ljava/lang/reflect/Method;[Ljava/lang/String;[[Ljava/lang/Class;J)V");
   made.newHandler = MethodOf(env, made.type, "<init>", WithOwnDigits(std::string("(L") + HandlerName + ";J)V"));
   made.proxy = MethodOf(env, made.type, "proxy", "()Ljava/lang/Object;");
+  made.owns = env->GetFieldID(made.type, "owns", "Z");
+  CheckPending(env);
   if (made.runtimeException == nullptr) {
     made.runtimeException = Kept<jclass>(env, LoadClass(env, nullptr, "java/lang/RuntimeException"));
   }
@@ -164,6 +181,8 @@ void GiveToJava(JNIEnv* env, jobject object, OwnedByJava* owned) {
   arguments[1].l = action.Get();
   const LocalScope made(env, env->CallObjectMethodA(handlers.cleaner, handlers.registerWith, arguments));
   CheckPending(env);
+  // Only now: a Cleaner that fails, for want of stack say, may keep the action nevertheless.
+  env->SetBooleanField(action.Get(), handlers.owns, JNI_TRUE);
 }
 
 }  // namespace torvan::java::detail

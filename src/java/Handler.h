@@ -13,6 +13,7 @@ struct HandlerClass {
   jmethodID newPlan;     // (Class, Method[], String[], Class[][], long)
   jmethodID newHandler;  // (plan, address of the functions)
   jmethodID proxy;
+  jfieldID owns;
 
   jobject cleaner;         // null where Java has no Cleaner
   jmethodID registerWith;  // its register(Object, Runnable)

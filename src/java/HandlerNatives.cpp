@@ -3,6 +3,7 @@
 #include <torvan/java/Cast.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/Method.h>
+#include <torvan/java/detail/Shared.h>
 
 #include <algorithm>
 #include <string>
@@ -20,8 +21,11 @@ struct ReflectedMethod {
 };
 constexpr Method<ReflectedMethod, Local<Class>()> GetDeclaringClass{"getDeclaringClass"};
 
-// More than a native method may make without asking.
-constexpr std::size_t FreeReferences = 8;
+// Makes room for references; some a native method may make without asking.
+void EnsureLocals(JNIEnv* env, std::size_t count) {
+  constexpr std::size_t free = 8;
+  if (count > free && env->EnsureLocalCapacity(static_cast<jint>(count)) != JNI_OK) ThrowOutOfReferences(env);
+}
 
 const HandledFunction& FunctionAt(jlong address) { return *static_cast<const HandledFunction*>(AddressOf(address)); }
 
@@ -42,7 +46,7 @@ jlong CallWithAll(JNIEnv* env, jobject self, jlong function, jobjectArray object
   const auto count = static_cast<std::size_t>(env->GetArrayLength(numbers));
   std::vector<jlong> bits(std::max(count, FromJava::InRegisters));
   env->GetLongArrayRegion(numbers, 0, static_cast<jsize>(count), bits.data());
-  if (count > FreeReferences && env->EnsureLocalCapacity(static_cast<jint>(count)) != JNI_OK) return 0;
+  EnsureLocals(env, count);
   const char* const letters = FunctionAt(function).letters + 1;
   for (std::size_t i = 0; i < count; ++i) {
     if (letters[i] == 'L') bits[i] = BitsOf(env->GetObjectArrayElement(objects, static_cast<jsize>(i)));
@@ -68,8 +72,7 @@ jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jstring letter
   const std::string kinds = ReadUtf8(env, letters);
   const Local<Class> owner = GetDeclaringClass(Ref<ReflectedMethod>(method));
   const CallTarget target{env->FromReflectedMethod(method), static_cast<jclass>(owner.Get())};
-  if (kinds.size() > FreeReferences) env->EnsureLocalCapacity(static_cast<jint>(kinds.size()));
-  CheckPending(env);
+  EnsureLocals(env, kinds.size());
   std::vector<jvalue> arguments(kinds.size());
   for (std::size_t i = 1; i < kinds.size(); ++i) {
     jobject const object = env->GetObjectArrayElement(objects, static_cast<jsize>(i - 1));

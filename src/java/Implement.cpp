@@ -1,5 +1,6 @@
 #include <torvan/java/Implement.h>
 
+#include <torvan/java/Elements.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/LocalFrame.h>
 #include <torvan/java/Method.h>
@@ -54,30 +55,9 @@ struct Functions final : OwnedByJava {
   std::vector<HandledFunction> handled;
 };
 
-// An array of references, filled in the order of the calls of Add.
-class ArrayOf {
- public:
-  ArrayOf(JNIEnv* env, std::size_t size, jclass element)
-      : m_env(env), m_array(Own<Object>(env, env->NewObjectArray(static_cast<jsize>(size), element, nullptr))) {
-    CheckPending(env);
-  }
-  void Add(jobject element) {
-    m_env->SetObjectArrayElement(static_cast<jobjectArray>(m_array.Get()), m_next++, element);
-    CheckPending(m_env);
-  }
-  jobject Get() const noexcept { return m_array.Get(); }
-
- private:
-  JNIEnv* m_env;
-  Local<Object> m_array;
-  jsize m_next = 0;
-};
-
-Local<Object> TestsOf(JNIEnv* env, const MatchedMethod& matched) {
+Local<Object> TestsOf(const MatchedMethod& matched) {
   if (!matched.hasTests) return nullptr;
-  ArrayOf tests(env, matched.tests.size(), ClassOf<Class>(env));
-  for (const Local<Class>& test : matched.tests) tests.Add(test.Get());
-  return Local<Object>(Ref<Object>(tests.Get()));
+  return NewArray(matched.tests);
 }
 
 std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
@@ -88,19 +68,21 @@ std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
   }
   const LocalFrame frame(512);
   auto texts = std::make_shared<Texts>();
-  ArrayOf methods(env, functions.size(), ClassOf<ReflectedMethod>(env));
-  ArrayOf kinds(env, functions.size(), ClassOf<String>(env));
-  ArrayOf tests(env, functions.size(), ClassOf<ClassArray>(env));
+  const auto arrayOf = [&](jclass element) { return Own<Object>(env, NewObjects(env, functions.size(), element)); };
+  const Local<Object> methods = arrayOf(ClassOf<ReflectedMethod>(env));
+  const Local<Object> kinds = arrayOf(ClassOf<String>(env));
+  const Local<Object> tests = arrayOf(ClassOf<ClassArray>(env));
+  jsize next = 0;
   std::set<std::string> taken;
   for (const GivenFunction& function : functions) {
     const MatchedMethod matched = FindMethod(env, type, loader, function);
     if (!taken.insert(matched.name).second) {
       throw Misuse("java/Implement", __LINE__, "two functions are given for " + matched.name);
     }
-    methods.Add(matched.method.reflected.Get());
+    SetElement(env, methods.Get(), next, matched.method.reflected.Get());
     const LocalScope letters(env, NewText(env, std::string_view(matched.letters)));
-    kinds.Add(letters.Get());
-    tests.Add(TestsOf(env, matched).Get());
+    SetElement(env, kinds.Get(), next, letters.Get());
+    SetElement(env, tests.Get(), next++, TestsOf(matched).Get());
     texts->names.push_back(matched.name);
     texts->letters.push_back(matched.letters);
   }

@@ -71,9 +71,12 @@ std::vector<Candidate> CandidatesFor(JNIEnv* env, jclass type, const GivenFuncti
     return candidate.kind != MemberKind::Method || (candidate.modifiers & PrivateModifier) != 0 ||
            (!isNamed && (!isAbstract || IsOfObject(candidate)));
   });
-  if (candidates.empty() && isNamed) {
-    candidates = CandidatesOf(env, ClassOf<Object>(env), MemberKind::Method, name);
-    drop([](const Candidate& candidate) { return !IsOfObject(candidate); });
+  // Every object has them, also where its interface declares others of their names.
+  const bool isOfObject = function.name == "equals" || function.name == "hashCode" || function.name == "toString";
+  if (isOfObject && std::none_of(candidates.begin(), candidates.end(), &IsOfObject)) {
+    for (Candidate& candidate : CandidatesOf(env, ClassOf<Object>(env), MemberKind::Method, name)) {
+      if (IsOfObject(candidate)) candidates.push_back(std::move(candidate));
+    }
   }
   return candidates;
 }

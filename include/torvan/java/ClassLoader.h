@@ -31,7 +31,7 @@ class ClassLoader {
   // The loader of the class path. Throws as Thread() does.
   static ClassLoader System();
 
-  // The parent of that, which finds what comes with Java and nothing else. Throws as Thread() does.
+  // The one that finds what comes with Java and nothing else; most often the parent of that. Throws as Thread() does.
   static ClassLoader Platform();
 
   // The loader of the object's class, or of the class itself when the object is one. Throws Misuse when the object is

@@ -7,11 +7,14 @@
 #include <memory>
 #include <string>
 
-// Exceptions are caught by their type across the borders of a host's libraries, however those hide their symbols.
+// Exceptions are caught by their type across the borders of a host's libraries, however those hide their symbols. What
+// belongs to one copy of the layer is that library's own, however it shows them.
 #ifdef _WIN32
 #define TORVAN_JAVA_VISIBLE
+#define TORVAN_JAVA_HIDDEN
 #else
 #define TORVAN_JAVA_VISIBLE __attribute__((visibility("default")))
+#define TORVAN_JAVA_HIDDEN __attribute__((visibility("hidden")))
 #endif
 
 namespace torvan::java {

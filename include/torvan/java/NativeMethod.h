@@ -41,7 +41,7 @@ class NativeMethod<R(A...), T> {
   }
 
   template <typename F>
-  void Bind(F function) const {
+  TORVAN_JAVA_HIDDEN void Bind(F function) const {
     Binder::Bind(m_name, nullptr, std::move(function));
   }
 
@@ -49,7 +49,7 @@ class NativeMethod<R(A...), T> {
   class Bound {
    public:
     template <typename F>
-    void Bind(F function) const {
+    TORVAN_JAVA_HIDDEN void Bind(F function) const {
       Binder::Bind(m_name, m_type, std::move(function));
     }
 

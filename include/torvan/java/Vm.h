@@ -35,8 +35,8 @@ class Vm {
   // more, or else when the grace is over, Java's shutdown hooks run, and data is saved. May be called on any thread;
   // when the VM has ended already, tells again what came of it. Elements and CriticalElements that other threads have
   // open are waited for as threads of Java's are, and what is written in them arrives, even after the grace. A thread
-  // that is inside a call at that moment does not come back from it. Throws Misuse when the calling thread was called by
-  // Java or has Elements open itself, and when the VM was joined or released.
+  // that is inside a call at that moment does not come back from it. Throws Misuse when the calling thread was called
+  // by Java or has Elements open itself, and when the VM was joined or released.
   VmEnd End(std::chrono::milliseconds grace = DefaultGrace);
 
   // Lets the VM run until the process ends. Its shutdown hooks do not run then unless Java itself ends the process.
@@ -71,7 +71,8 @@ Vm JoinVm(JavaVM* vm);
 // Ends a VM that a host of the fixed interface has created, as Vm::End() does. Handles of that interface may live on.
 // That interface attaches threads as non-daemons: such a thread is waited for even after it has ended, unless
 // CJavaVm::Detach() was called in it.
-// Throws Misuse when the calling thread was called by Java or has Elements open, and CJavaVmException when it cannot be attached.
+// Throws Misuse when the calling thread was called by Java or has Elements open, and CJavaVmException when it cannot be
+// attached.
 VmEnd EndVm(const jni::CJavaVm& vm, std::chrono::milliseconds grace = DefaultGrace);
 
 }  // namespace torvan::java

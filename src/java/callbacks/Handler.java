@@ -1,9 +1,16 @@
 package torvan.java;
 
+import java.lang.reflect.Array;
+import java.lang.reflect.GenericArrayType;
 import java.lang.reflect.InvocationHandler;
 import java.lang.reflect.Method;
+import java.lang.reflect.ParameterizedType;
 import java.lang.reflect.Proxy;
+import java.lang.reflect.Type;
+import java.lang.reflect.TypeVariable;
 import java.util.Arrays;
+import java.util.HashMap;
+import java.util.Map;
 
 /**
  * Runs C++ functions as the methods of an interface. Arguments are unpacked and results boxed here, by the JIT, which is
@@ -25,6 +32,7 @@ final class Handler_0000000000000000 implements InvocationHandler, Runnable {
   private final byte[] shapes;
   private final char[][] kinds; // the letters of the C++ types: the result, then the arguments
   private final Class<?>[][] tests; // of arguments whose C++ class is another one than Java's
+  private boolean owns; // set once the Cleaner has taken it as its action
 
   /** What all objects of an interface with functions of the same types share. */
   private Handler_0000000000000000(Class<?> type, Method[] declared, String[] kinds, Class<?>[][] tests, long stride) {
@@ -72,7 +80,7 @@ final class Handler_0000000000000000 implements InvocationHandler, Runnable {
   /** The Cleaner's action, run by another handler than the one that is gone. */
   @Override
   public void run() {
-    drop(functions);
+    if (owns) drop(functions);
   }
 
   @Override
@@ -185,15 +193,55 @@ final class Handler_0000000000000000 implements InvocationHandler, Runnable {
       for (final Class<?> c : asked) letters.append(letter(c));
       return inherited(proxy, method, letters.toString(), a);
     }
-    // A method of a generic interface that one of more special types overrides, as in Java's own bridges.
+    final int i = overriding(method, asked);
+    if (i < 0) throw new UnsupportedOperationException("no C++ function is given for " + method);
+    final Class<?>[] own = declared[i].getParameterTypes();
+    for (int j = 0; j < own.length; j++) {
+      if (!own[j].isPrimitive()) own[j].cast(a[j]); // as in Java's own bridges
+    }
+    return call(i, a);
+  }
+
+  /**
+   * The method of more special types that overrides one of a generic interface; where no generic types are known, the only
+   * one that could. Negative where there is none, or several.
+   */
+  private int overriding(Method method, Class<?>[] asked) {
+    final Map<Type, Type> known = new HashMap<>();
+    findArguments(type, known);
+    final Type[] generic = method.getGenericParameterTypes();
+    final Class<?>[] wanted = new Class<?>[generic.length];
+    for (int j = 0; j < generic.length; j++) wanted[j] = erased(generic[j], known);
+    int only = -1;
     for (int i = 0; i < declared.length; i++) {
       final Class<?>[] own = declared[i].getParameterTypes();
-      if (declared[i].getName().equals(method.getName()) && isSpecial(own, asked)) {
-        for (int j = 0; j < own.length; j++) own[j].cast(a[j]);
-        return call(i, a);
-      }
+      if (!declared[i].getName().equals(method.getName()) || !isSpecial(own, asked)) continue;
+      if (Arrays.equals(own, wanted)) return i;
+      only = only == -1 ? i : -2;
     }
-    throw new UnsupportedOperationException("no C++ function is given for " + method);
+    return only;
+  }
+
+  /** Adds what the type variables of the interfaces are that this one extends. */
+  private static void findArguments(Class<?> type, Map<Type, Type> known) {
+    for (final Type each : type.getGenericInterfaces()) {
+      Type raw = each;
+      if (each instanceof ParameterizedType) {
+        raw = ((ParameterizedType) each).getRawType();
+        final Type[] arguments = ((ParameterizedType) each).getActualTypeArguments();
+        for (int k = 0; k < arguments.length; k++) known.put(((Class<?>) raw).getTypeParameters()[k], arguments[k]);
+      }
+      findArguments((Class<?>) raw, known);
+    }
+  }
+
+  private static Class<?> erased(Type t, Map<Type, Type> known) {
+    if (t instanceof Class) return (Class<?>) t;
+    if (t instanceof ParameterizedType) return erased(((ParameterizedType) t).getRawType(), known);
+    if (t instanceof GenericArrayType) {
+      return Array.newInstance(erased(((GenericArrayType) t).getGenericComponentType(), known), 0).getClass();
+    }
+    return erased(known.containsKey(t) ? known.get(t) : ((TypeVariable<?>) t).getBounds()[0], known);
   }
 
   private static boolean isSpecial(Class<?>[] own, Class<?>[] asked) {

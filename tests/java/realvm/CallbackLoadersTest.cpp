@@ -29,6 +29,7 @@ constexpr StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "add"};
 constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> CallBoth{
     "fixture/Callbacks", "generic", "(Lfixture/Callbacks$Shout;Lfixture/Callbacks$Named;)Ljava/lang/String;"};
 
+// A class that is there until then.
 bool IsCollected(const java::Weak<java::Class>& type) {
   for (int i = 0; i < 500 && type.Lock(); ++i) Collect();
   return !type.Lock();
@@ -40,6 +41,7 @@ TEST_F(CallbackLoadersTest, InterfacesOfALoaderThatLetsNobodyIn) {
   {
     const Local<java::Class> callbacks = CopyOf("fixture.Callbacks");
     weak = java::Weak<java::Class>(callbacks);
+    EXPECT_TRUE(weak.Lock());
     const java::ClassLoader loader = java::ClassLoader::Of(callbacks);
     const auto shout = Implement(loader.FindClass("fixture/Callbacks$Shout"))
                            .On("apply", [counted = Counted(count)](std::string value) { return value + "!"; });
@@ -49,6 +51,34 @@ TEST_F(CallbackLoadersTest, InterfacesOfALoaderThatLetsNobodyIn) {
         WhatOf<java::Misuse>([&] { CallBoth(shout.New(), named.New()); }),
         testing::MatchesRegex("a .*Proxy.* is given as argument 1 of fixture\\.Callbacks\\.generic\\(.*\\), which "
                               "needs a fixture\\.Callbacks\\$Shout"));
+  }
+  EXPECT_TRUE(IsCollected(weak));
+  EXPECT_TRUE(ComesDownTo(count, 0)) << count;
+}
+
+constexpr StaticMethod<Local<java::Class>(std::string_view, std::string_view, std::string_view)> FindInLayer{
+    "fixture/Layers", "find"};
+constexpr StaticMethod<bool(Ref<java::Class>)> IsInALayer{"fixture/Layers", "isInALayer"};
+
+// The module exports nothing, and no other loader knows its classes.
+TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
+  std::atomic<int> count{0};
+  java::Weak<java::Class> weak;
+  {
+    const Local<java::Class> hook = FindInLayer(TORVAN_TEST_LAYER_JAR, "fixture.layer", "fixture.layer.Hook");
+    weak = java::Weak<java::Class>(hook);
+    EXPECT_TRUE(IsInALayer(hook));
+    EXPECT_FALSE(IsInALayer(java::FindClass("fixture/Layers")));
+    EXPECT_THAT(WhatOf<java::Error>([] { java::FindClass("fixture/layer/Hook"); }),
+                testing::StartsWith("java.lang.ClassNotFoundException: fixture.layer.Hook"));
+    constexpr StaticMethod<jint(Ref<Object>, jint)> call{"fixture/layer/Hook", "call", "(Lfixture/layer/Hook;I)I"};
+    const auto made = [&](auto function) { return Implement(hook).On("hook", function).New(); };
+    EXPECT_EQ(call.In(hook)(made([counted = Counted(count)](jint x) { return x + 1; }), 20), 42);
+    EXPECT_EQ(java::Call<jint>(made([](jint x) { return -x; }), "twice", 4), -8);
+    EXPECT_EQ(
+        WhatOf<java::Error>([&] { call.In(hook)(made([](jint) -> jint { throw std::runtime_error("thrown"); }), 1); }),
+        "java.lang.RuntimeException: thrown");
+    EXPECT_TRUE(weak.Lock());
   }
   EXPECT_TRUE(IsCollected(weak));
   EXPECT_TRUE(ComesDownTo(count, 0)) << count;
@@ -68,6 +98,7 @@ TEST_F(NativeLoadersTest, NativeMethodsGoWithTheirClass) {
       EXPECT_EQ(Add.In(natives)(1, 2, 3), 3 + i);
       Collect();
       EXPECT_EQ(count, 3);
+      EXPECT_TRUE(weak.Lock());
     }
     EXPECT_TRUE(IsCollected(weak));
     EXPECT_TRUE(ComesDownTo(count, 0)) << count;

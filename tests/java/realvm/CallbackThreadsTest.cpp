@@ -168,6 +168,7 @@ TEST_F(CallbackThreadsTest, ReferencesInAFunctionAreDroppedWithIt) {
     const Local<Integer> number = NewInteger(100000);
     weak = java::Weak<Integer>(number);
     EXPECT_EQ(Thrown([held = Global<Integer>(number)] {}), "nothing");
+    EXPECT_TRUE(weak.Lock());
   }
   for (int i = 0; i < 500 && weak.Lock(); ++i) Collect();
   EXPECT_FALSE(weak.Lock());

@@ -9,6 +9,7 @@
 #endif
 
 #include "java/realvm/Counted.h"
+#include "java/realvm/CountedReferences.h"
 #include "java/realvm/OwnProcess.h"
 
 namespace javatest {
@@ -68,17 +69,38 @@ TEST(CallbackVmTest, WhatIsLeftAfterTheEndIsDroppedQuietly) {
   });
 }
 
+std::string ClassOf(const java::ClassLoader& loader) {
+  return java::Call<std::string>(java::Call<Local<java::Class>>(loader.Loader(), "getClass"), "getName");
+}
+
 #ifndef _WIN32
 // Stands between the thread and the VM's functions: this VM is of a Java before version 9.
-void HideCleaner(JNIEnv* env) {
+void HideWhatIsNew(JNIEnv* env) {
   static const JNINativeInterface_* const real = env->functions;
   static JNINativeInterface_ table = *real;
   table.FindClass = [](JNIEnv* e, const char* name) -> jclass {
     return real->FindClass(e, std::string(name) == "java/lang/ref/Cleaner" ? "no/such/Cleaner" : name);
   };
+  table.GetStaticMethodID = [](JNIEnv* e, jclass type, const char* name, const char* descriptor) -> jmethodID {
+    const char* const known = std::string(name) == "getPlatformClassLoader" ? "noSuchMethod" : name;
+    return real->GetStaticMethodID(e, type, known, descriptor);
+  };
   env->functions = &table;
 }
 #endif
+
+TEST(CallbackVmTest, ThePlatformLoaderBeforeJava9) {
+#ifdef _WIN32
+  GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
+#else
+  InProcessOfItsOwn([] {
+    java::VmSettings settings = FixtureSettings();
+    const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
+    HideWhatIsNew(java::detail::Env());
+    EXPECT_THAT(ClassOf(java::ClassLoader::Platform()), testing::EndsWith("PlatformClassLoader"));
+  });
+#endif
+}
 
 TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
 #ifdef _WIN32
@@ -86,7 +108,7 @@ TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
 #else
   InProcessOfItsOwn([] {
     const Vm vm = StartVm(FixtureSettings());
-    HideCleaner(java::detail::Env());
+    HideWhatIsNew(java::detail::Env());
     static std::atomic<int> count{0};
     for (int i = 0; i < 100; ++i) {
       EXPECT_EQ(Nest([counted = Counted(count)](jint x) { return x + 1; }, i), i + 1);
@@ -95,6 +117,68 @@ TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
     EXPECT_EQ(count, 100);
   });
 #endif
+}
+
+#ifndef _WIN32
+// How many global references are kept with the first object of an implementation.
+constexpr int KeptWithTheFirst = 15;
+
+// How many they are, after a failure at each step on the way.
+int MadeAtLast(bool fails) {
+  const Vm vm = StartVm(FixtureSettings());
+  JNIEnv* const env = java::detail::Env();
+  const auto make = [] { Implement<Runnable>().On("run", [] {}).New(); };
+  int kept = 0;
+  int failures = 0;
+  for (int step = 1;;) {
+    const CountedReferences counted(env);
+    if (fails) CountedReferences::FailAt(step);
+    std::string thrown;
+    try {
+      make();
+    } catch (const java::Error& error) {
+      thrown = error.what();
+    }
+    EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE) << "step " << step;
+    EXPECT_EQ(counted.Locals(), 0) << "step " << step;
+    kept += counted.Globals();
+    if (!CountedReferences::HasFailed()) {
+      EXPECT_EQ(thrown, "");
+      break;
+    }
+    if (!fails) break;
+    EXPECT_EQ(thrown, "java.lang.OutOfMemoryError: as the test wants") << "step " << step;
+    ++failures;
+    // It goes on from what was kept, so that the steps are counted anew.
+    step = counted.Globals() != 0 ? 1 : step + 1;
+  }
+  EXPECT_GT(failures, fails ? 100 : -1);
+  EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
+  EXPECT_EQ(Thrown([] { throw std::runtime_error("thrown"); }), "java.lang.RuntimeException: thrown");
+  return kept;
+}
+#endif
+
+TEST(CallbackVmTest, TheFirstObjectFailsAtAnyStepAndIsMadeAtLast) {
+#ifdef _WIN32
+  GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
+#else
+  InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(false), KeptWithTheFirst); });
+  InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(true), KeptWithTheFirst); });
+#endif
+}
+
+TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
+  InProcessOfItsOwn([] {
+    java::VmSettings settings = FixtureSettings();
+    const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
+    const auto platform = java::ClassLoader::Platform();
+    EXPECT_EQ(ClassOf(java::ClassLoader::System()), "fixture.Strict");
+    EXPECT_THAT(ClassOf(platform), testing::EndsWith("PlatformClassLoader"));
+    EXPECT_TRUE(platform.FindClass("java.util.List"));
+    EXPECT_THAT(WhatOf<java::Error>([&] { platform.FindClass("fixture.Callbacks"); }),
+                testing::StartsWith("java.lang.ClassNotFoundException: fixture.Callbacks"));
+  });
 }
 
 // As a library of the host's has one, and another library another one.
@@ -112,6 +196,25 @@ TEST(CallbackVmTest, TwoCopiesOfTheLayerInOneVm) {
     const auto text = java::Adopt<java::String>(join(java::detail::Env(), static_cast<jclass>(type.Get()), 7));
     EXPECT_EQ(java::ToText(text), "7 by a call, Z\xC3\xBCrich, ends: no");
     EXPECT_EQ(Nest([](jint x) { return 3 * x; }, 14), 42);
+  });
+#endif
+}
+
+// Their native methods have slots of their own, 64 for functions of one type in each.
+TEST(CallbackVmTest, TwoLibrariesThatShowTheirSymbolsBindEachTheirOwn) {
+#ifdef _WIN32
+  GTEST_SKIP() << "left to Linux, where libraries share symbols";
+#else
+  InProcessOfItsOwn([] {
+    const Vm vm = StartVm(FixtureSettings());
+    JavaVM* raw = nullptr;
+    ASSERT_EQ(java::detail::Env()->GetJavaVM(&raw), JNI_OK);
+    for (const char* const path : {TORVAN_TEST_BINDING_ONE, TORVAN_TEST_BINDING_OTHER}) {
+      void* const library = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
+      ASSERT_NE(library, nullptr) << dlerror();
+      const auto bind = reinterpret_cast<jint (*)(JavaVM*, jint)>(dlsym(library, "BindMethods"));
+      EXPECT_EQ(bind(raw, 40), 40) << path;
+    }
   });
 #endif
 }

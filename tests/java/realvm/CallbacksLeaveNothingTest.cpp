@@ -61,7 +61,91 @@ TEST_F(CallbacksLeaveNothingTest, WhereverJavaHasNoMemoryForANativeMethod) {
   constexpr java::NativeMethod<void(Ref<Shape>)> native{"fixture/Natives", "takes", "(Ljava/lang/Object;)V"};
   std::atomic<int> count{0};
   ExpectNothingWhereverItFails([&] { native.Bind([counted = Counted(count)](Ref<Shape>) {}); }, 10);
-  EXPECT_EQ(count, 2);  // bound twice, and the first one may still run
+  // Bound twice, and once as far as another thread could find it: these may still run.
+  EXPECT_EQ(count, 3);
+}
+
+TEST_F(CallbacksLeaveNothingTest, WhereverTheVmRefusesAndDoesNotSayWhy) {
+  std::atomic<int> count{0};
+  const java::Global<java::Class> type(java::FindClass("fixture/Callbacks$Shape"));
+  ExpectNothingWhereverItFailsSilently(
+      [&] { Implement(type).On("area", [counted = Counted(count)] { return 1.0; }).New(); }, 1);
+  EXPECT_TRUE(ComesDownTo(count, 0)) << count;
+  constexpr java::NativeMethod<Local<Object>()> native{"fixture/Natives", "unbound"};
+  ExpectNothingWhereverItFailsSilently([&] { native.Bind([] { return Local<Object>(); }); }, 2);
+}
+
+// Stand between the thread and the VM's functions.
+JNINativeInterface_ s_table;
+const JNINativeInterface_* s_real = nullptr;
+jmethodID s_register = nullptr;
+
+class Table {
+ public:
+  Table() {
+    s_real = java::detail::Env()->functions;
+    s_table = *s_real;
+    java::detail::Env()->functions = &s_table;
+  }
+  ~Table() { java::detail::Env()->functions = s_real; }
+};
+
+// A Cleaner may have taken what it is given when its stack runs out.
+TEST_F(CallbacksLeaveNothingTest, AFunctionIsDestroyedOnceAlsoWhereTheCleanerFailsLate) {
+  Implement<Runnable>().On("run", [] {}).New();
+  JNIEnv* const env = java::detail::Env();
+  const Local<java::Class> cleaner = java::FindClass("java/lang/ref/Cleaner");
+  s_register = env->GetMethodID(static_cast<jclass>(cleaner.Get()), "register",
+                                "(Ljava/lang/Object;Ljava/lang/Runnable;)Ljava/lang/ref/Cleaner$Cleanable;");
+  std::atomic<int> count{0};
+  for (int i = 0; i < 20; ++i) {
+    const Table table;
+    s_table.CallObjectMethodA = [](JNIEnv* e, jobject object, jmethodID id, const jvalue* arguments) -> jobject {
+      jobject const result = s_real->CallObjectMethodA(e, object, id, arguments);
+      if (id != s_register || s_real->ExceptionCheck(e) != JNI_FALSE) return result;
+      s_real->DeleteLocalRef(e, result);
+      jclass const type = s_real->FindClass(e, "java/lang/StackOverflowError");
+      s_real->ThrowNew(e, type, "late");
+      s_real->DeleteLocalRef(e, type);
+      return nullptr;
+    };
+    EXPECT_EQ(WhatOf<java::Error>([&] { Implement<Runnable>().On("run", [counted = Counted(count)] {}).New(); }),
+              "java.lang.StackOverflowError: late");
+    EXPECT_EQ(count, 0);
+  }
+  for (int i = 0; i < 5; ++i) Collect();
+  EXPECT_EQ(count, 0);
+}
+
+TEST_F(CallbacksLeaveNothingTest, WhereReferencesRunOutAndTheVmDoesNotSayWhyJavaIsTold) {
+  constexpr StaticMethod<std::string(Ref<Every>)> callMany{"fixture/Callbacks", "many"};
+  bool called = false;
+  const auto every =
+      Implement<Every>()
+          .On("nothing", [] {})
+          .On("mixed", [](jint, std::string, double, Ref<Object>, jlong) { return "mixed"; })
+          .On("sum", [](jlong, jint, jshort, jbyte, char16_t) { return jlong{1}; })
+          .On("made", [](jint) { return Local<Object>(); })
+          .On("count", [](Ref<Objects>) { return 1; })
+          .On("all",
+              [&called](Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>,
+                        Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>,
+                        Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, Ref<Object>, jlong, double) {
+                called = true;
+                return "all";
+              })
+          .New();
+  EXPECT_EQ(callMany(every), "mixed 1 null 1 all");
+  called = false;
+  const Table table;
+  s_table.EnsureLocalCapacity = [](JNIEnv*, jint) -> jint { return JNI_ERR; };
+  EXPECT_EQ(WhatOf<java::Error>([&] { callMany(every); }), "java.lang.RuntimeException: std::bad_alloc");
+  EXPECT_EQ(WhatOf<java::Error>([&] {
+              java::Call<std::string>(every, "all", "a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m",
+                                      "n", "o", "p", "q", "r", "s", "t", jlong{5}, 0.5);
+            }),
+            "java.lang.RuntimeException: std::bad_alloc");
+  EXPECT_FALSE(called);
 }
 
 }  // namespace

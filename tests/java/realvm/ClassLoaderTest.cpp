@@ -171,6 +171,7 @@ TEST_F(ClassLoaderTest, IsCollectedWithItsClassesOnceNothingHoldsIt) {
     EXPECT_NE(ErrorOf([&] { java::Method<Task, jint()>{"missing"}.In(type); }), "nothing");
     java::CallStatic<void>("java/lang/System", "gc");
     EXPECT_TRUE(weak.Lock());
+    EXPECT_TRUE(weakClass.Lock());
     others.Close();
   }
   for (int i = 0; i < 20 && weak.Lock(); ++i) java::CallStatic<void>("java/lang/System", "gc");

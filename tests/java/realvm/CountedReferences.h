@@ -15,17 +15,18 @@ class CountedReferences {
   explicit CountedReferences(JNIEnv* env) : m_env(env) {
     s_real = env->functions;
     s_locals = s_globals = 0;
-    s_untilFailure = 0;
+    s_untilFailure = s_untilSilence = 0;
     m_table = *s_real;
     // clang-format off
     Wrap<true, &Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectArray, &Jni::NewLocalRef,
          &Jni::NewBooleanArray, &Jni::NewByteArray, &Jni::NewCharArray, &Jni::NewShortArray, &Jni::NewIntArray,
          &Jni::NewLongArray, &Jni::NewFloatArray, &Jni::NewDoubleArray, &Jni::NewDirectByteBuffer,
          &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
-         &Jni::GetObjectArrayElement, &Jni::GetIntArrayElements, &Jni::GetPrimitiveArrayCritical>();
+         &Jni::GetObjectArrayElement, &Jni::GetIntArrayElements, &Jni::GetPrimitiveArrayCritical,
+         &Jni::FindClass, &Jni::DefineClass, &Jni::GetMethodID, &Jni::GetStaticMethodID, &Jni::GetFieldID,
+         &Jni::GetStaticFieldID>();
     Wrap<false, &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectClass,
-         &Jni::GetSuperclass, &Jni::FindClass, &Jni::ExceptionOccurred, &Jni::GetMethodID, &Jni::GetStaticMethodID,
-         &Jni::GetFieldID, &Jni::GetStaticFieldID,
+         &Jni::GetSuperclass, &Jni::ExceptionOccurred,
          &Jni::CallVoidMethodA, &Jni::CallBooleanMethodA, &Jni::CallIntMethodA, &Jni::CallLongMethodA,
          &Jni::CallStaticVoidMethodA, &Jni::CallStaticBooleanMethodA, &Jni::CallStaticIntMethodA,
          &Jni::CallStaticLongMethodA, &Jni::CallStaticDoubleMethodA>();
@@ -41,6 +42,7 @@ class CountedReferences {
       s_real->DeleteLocalRef(e, ref);
     };
     m_table.NewGlobalRef = [](JNIEnv* e, jobject ref) {
+      if (s_depth == 0 && (FailsNow(e) || IsSilentNow())) return jobject{};
       jobject const made = s_real->NewGlobalRef(e, ref);
       if (made != nullptr && s_depth == 0) ++s_globals;
       return made;
@@ -48,6 +50,14 @@ class CountedReferences {
     m_table.DeleteGlobalRef = [](JNIEnv* e, jobject ref) {
       if (ref != nullptr && s_depth == 0) --s_globals;
       s_real->DeleteGlobalRef(e, ref);
+    };
+    m_table.NewWeakGlobalRef = [](JNIEnv* e, jobject ref) {
+      if (s_depth == 0 && (FailsNow(e) || IsSilentNow())) return jweak{};
+      return s_real->NewWeakGlobalRef(e, ref);
+    };
+    m_table.RegisterNatives = [](JNIEnv* e, jclass type, const JNINativeMethod* methods, jint count) -> jint {
+      if (s_depth == 0 && (FailsNow(e) || IsSilentNow())) return JNI_ERR;
+      return s_real->RegisterNatives(e, type, methods, count);
     };
     m_table.PushLocalFrame = [](JNIEnv* e, jint capacity) {
       s_frames.push_back(s_locals);
@@ -66,8 +76,10 @@ class CountedReferences {
 
   // Lets the n-th call from now, counted from 1, that needs memory of Java's throw an OutOfMemoryError.
   static void FailAt(int call) { s_untilFailure = call; }
+  // Lets the n-th call from now that makes a global reference or a native method fail, and no exception say why.
+  static void FailSilentlyAt(int call) { s_untilSilence = call; }
   // Whether that call has come.
-  static bool HasFailed() { return s_untilFailure == 0; }
+  static bool HasFailed() { return s_untilFailure == 0 && s_untilSilence == 0; }
 
   // How many more there are than at the start.
   int Locals() const { return s_locals; }
@@ -84,12 +96,7 @@ class CountedReferences {
     static R JNICALL Call(JNIEnv* env, A... arguments) {
       const Inside inside;
       if constexpr (std::is_pointer_v<R>) {
-        if (MayFail && s_depth == 1 && s_untilFailure != 0 && --s_untilFailure == 0) {
-          jclass const type = s_real->FindClass(env, "java/lang/OutOfMemoryError");
-          s_real->ThrowNew(env, type, "as the test wants");
-          s_real->DeleteLocalRef(env, type);
-          return nullptr;
-        }
+        if (MayFail && s_depth == 1 && FailsNow(env)) return nullptr;
         const R made = (s_real->*Slot)(env, arguments...);
         if (std::is_convertible_v<R, jobject> && made != nullptr && s_depth == 1) ++s_locals;
         return made;
@@ -98,6 +105,15 @@ class CountedReferences {
       }
     }
   };
+  static bool FailsNow(JNIEnv* env) {
+    if (s_untilFailure == 0 || --s_untilFailure != 0) return false;
+    jclass const type = s_real->FindClass(env, "java/lang/OutOfMemoryError");
+    s_real->ThrowNew(env, type, "as the test wants");
+    s_real->DeleteLocalRef(env, type);
+    return true;
+  }
+  static bool IsSilentNow() { return s_untilSilence != 0 && --s_untilSilence == 0; }
+
   struct Inside {
     Inside() { ++s_depth; }
     ~Inside() { --s_depth; }
@@ -112,6 +128,7 @@ class CountedReferences {
   static inline int s_locals = 0;
   static inline int s_globals = 0;
   static inline int s_untilFailure = 0;
+  static inline int s_untilSilence = 0;
   static inline std::vector<int> s_frames;
 
   JNIEnv* m_env;

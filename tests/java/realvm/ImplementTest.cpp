@@ -183,6 +183,66 @@ TEST_F(ImplementTest, MethodsThatTwoInterfacesHaveAndNoBridge) {
             "java.lang.ClassCastException: Cannot cast java.lang.Integer to java.lang.String");
 }
 
+struct PutBoth {
+  static constexpr char JavaName[] = "fixture/Callbacks$PutBoth";
+};
+
+struct PutRaw {
+  static constexpr char JavaName[] = "fixture/Callbacks$PutRaw";
+};
+
+TEST_F(ImplementTest, AmongSeveralTheOneOfTheGenericInterfacesTypesIsCalled) {
+  constexpr StaticMethod<std::string(Ref<Object>, jint, Ref<Object>)> put{
+      Type, "put", "(Lfixture/Callbacks$Put;ILjava/lang/Object;)Ljava/lang/String;"};
+  const auto text = [](jint place, const std::optional<std::string>& value) {
+    return "text " + std::to_string(place) + " " + value.value_or("null");
+  };
+  const auto number = [](jint place, std::optional<jint> value) {
+    return "number " + std::to_string(place) + " " + (value ? std::to_string(*value) : "null");
+  };
+  const Local<PutBoth> both = Implement<PutBoth>().On("put", text).On("put", number).New();
+  EXPECT_EQ(put(both, 1, NewInteger(5)), "number 1 5");
+  EXPECT_EQ(put(both, 1, nullptr), "number 1 null");
+  EXPECT_EQ(put(both, 1, "text"), "java.lang.ClassCastException: Cannot cast java.lang.String to java.lang.Integer");
+  EXPECT_EQ(java::Call<std::string>(both, "put", 2, "text"), "text 2 text");
+  // Without the types of the generic interface there may be one only.
+  EXPECT_EQ(put(Implement<PutRaw>().On("put", text, "(ILjava/lang/String;)Ljava/lang/String;").New(), 3, "text"),
+            "text 3 text");
+  EXPECT_EQ(put(Implement<PutBoth>().On("put", text).New(), 3, "text"), "text 3 text");
+}
+
+struct NumberedBoth {
+  static constexpr char JavaName[] = "fixture/Callbacks$NumberedBoth";
+};
+
+TEST_F(ImplementTest, ArraysAndListsOfTypeVariables) {
+  constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> numbered{
+      Type, "numbered", "(Lfixture/Callbacks$Numbered;[Ljava/lang/Number;)Ljava/lang/String;"};
+  const auto both = Implement<NumberedBoth>()
+                        .On(
+                            "of", [](Ref<Object>, Ref<Object>) { return "Integer"; },
+                            "([Ljava/lang/Integer;Ljava/util/List;)Ljava/lang/String;")
+                        .On(
+                            "of", [](Ref<Object>, Ref<Object>) { return "Long"; },
+                            "([Ljava/lang/Long;Ljava/util/List;)Ljava/lang/String;")
+                        .New();
+  EXPECT_EQ(numbered(both, nullptr), "Long");
+}
+
+TEST_F(ImplementTest, MethodsOfTheNamesThatEveryObjectHas) {
+  constexpr StaticMethod<std::string(Ref<Object>)> all{"fixture/Callbacks$Overloading", "all",
+                                                       "(Lfixture/Callbacks$Overloading;)Ljava/lang/String;"};
+  const auto overloading = Implement("fixture/Callbacks$Overloading")
+                               .On("toString", [](jint radix) { return std::to_string(radix); })
+                               .On("toString", [] { return "own"; })
+                               .On("equals", [](std::string_view, bool ignoresCase) { return ignoresCase; })
+                               .On("hashCode", [](jint seed) { return seed; });
+  EXPECT_EQ(all(overloading.New()), "16 true 7 own true true");
+  auto others = overloading;
+  others.On("equals", [](Ref<Object>) { return false; }).On("hashCode", [] { return 1; });
+  EXPECT_EQ(all(others.New()), "16 true 7 own false false");
+}
+
 TEST_F(ImplementTest, DefaultsRunUnlessAFunctionIsGiven) {
   const auto area = [] { return 4.0; };
   const auto shape = Implement<Shape>()

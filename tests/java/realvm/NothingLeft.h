@@ -51,6 +51,37 @@ class NothingLeftTest : public RealVmTest {
     EXPECT_GT(failures, atLeast);
   }
 
+  // The same where the VM makes no global reference, or no native method, and does not say why.
+  template <typename Operation>
+  static void ExpectNothingWhereverItFailsSilently(Operation operation, int atLeast) {
+    operation();
+    int failures = 0;
+    for (bool hasFailed = true; hasFailed; ++failures) {
+      const CountedReferences counted(java::detail::Env());
+      CountedReferences::FailSilentlyAt(failures + 1);
+      std::string thrown;
+      try {
+        operation();
+      } catch (const std::bad_alloc&) {
+        thrown = "bad_alloc";
+      } catch (const java::Failure& failure) {
+        thrown = failure.what();
+      }
+      hasFailed = CountedReferences::HasFailed();
+      if (hasFailed) {
+        EXPECT_THAT(thrown, testing::AnyOf("bad_alloc", testing::MatchesRegex("This Java VM takes no C.. function for "
+                                                                              ".*: JNI status -1")))
+            << "step " << failures;
+      } else {
+        EXPECT_EQ(thrown, "") << "step " << failures;
+      }
+      EXPECT_EQ(counted.Locals(), 0) << "step " << failures;
+      EXPECT_EQ(counted.Globals(), 0) << "step " << failures;
+      EXPECT_EQ(java::detail::Env()->ExceptionCheck(), JNI_FALSE) << "step " << failures;
+    }
+    EXPECT_GT(failures, atLeast);
+  }
+
   // The same of one that has to throw.
   template <typename Operation>
   static void ExpectNothingOfThrowing(Operation operation) {

@@ -1,6 +1,7 @@
 // Native methods: functions that JNI can call, for C++ functions of any kind.
 #pragma once
 
+#include <torvan/java/Failure.h>
 #include <torvan/java/detail/Callback.h>
 
 #include <atomic>
@@ -56,11 +57,12 @@ jlong NativeBits(typename NativeType<Letter>::Type argument) noexcept {
   }
 }
 
+// Of each library its own, as the layer's copy is that it belongs to: copies do not know of each other's locks.
 template <typename F, typename T>
 struct NativeBinder;
 
 template <typename R, typename... A, typename T>
-struct NativeBinder<R(A...), T> {
+struct TORVAN_JAVA_HIDDEN NativeBinder<R(A...), T> {
   static constexpr void CheckDescriptor(const char* descriptor) {
     CheckMethodDescriptor(descriptor, Row<Declared<R>>::Letter, Row<Declared<A>>::Letter...);
   }
@@ -92,7 +94,7 @@ struct NativeBinder<R(A...), T> {
   static constexpr std::size_t Count = 64;
 
   template <typename F>
-  struct Entries {
+  struct TORVAN_JAVA_HIDDEN Entries {
     static inline NativeSlot slots[Count];
 
     template <std::size_t I>

@@ -1,0 +1,32 @@
+// A host's library that shows all of its symbols and has a copy of the layer. Two are made of this source.
+#include <torvan/Java.h>
+
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+namespace java = torvan::java;
+
+constexpr java::StaticMethod<java::Local<java::Class>(std::string_view)> CopyOf{"fixture/Strict", "copyOf"};
+constexpr java::StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "add"};
+constexpr java::NativeMethod<jint(jint, jlong, double)> Native{"fixture/Natives", "add"};
+
+}  // namespace
+
+// Binds as many native methods to functions of one type, and returns how many of them answer as they should.
+extern "C" jint BindMethods(JavaVM* vm, jint count) try {
+  java::JoinVm(vm);
+  static std::vector<java::Global<java::Class>>& types = *new std::vector<java::Global<java::Class>>;
+  jint (*const sum)(jint, jlong, double) = [](jint a, jlong b, double) { return a + static_cast<jint>(b); };
+  jint right = 0;
+  for (jint i = 0; i < count; ++i) {
+    types.emplace_back(CopyOf("fixture.Natives"));
+    Native.In(types.back()).Bind(sum);
+    right += Add.In(types.back())(i, 1, 0.0) == i + 1 ? 1 : 0;
+  }
+  return right;
+} catch (const std::exception& failure) {
+  std::fprintf(stderr, "%s\n", failure.what());
+  return -1;
+}
