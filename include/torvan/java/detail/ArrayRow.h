@@ -120,28 +120,38 @@ Passed WriteNumbers(JNIEnv* env, const V& values) {
   return array;
 }
 
+// What may be read from an array's own memory. Some VMs do not collect meanwhile: where several threads read for long, or
+// again and again, others found no memory although there was enough.
+constexpr std::size_t CriticalBytes = 8192;
+
 template <typename V>
 V ReadNumbers(JNIEnv* env, jobject array) {
   using E = typename V::value_type;
+  using Access = JniArray<Row<E>::Letter>;
   const jsize size = env->GetArrayLength(static_cast<jarray>(array));
   V values;
   values.reserve(static_cast<std::size_t>(size));
+  // A vector that a region is copied to would first be filled with zeros: so from the memory itself, where nothing is
+  // allocated meanwhile, or by way of the stack.
   if constexpr (IsJniMemory<E>()) {
-    // From the array's own memory: a vector that a region is copied to would first be filled with zeros. As a region
-    // is, it is copied at once, and nothing is allocated meanwhile.
-    if (size == 0) return values;
-    const CriticalRead read(env, array);
-    const auto* const elements = static_cast<const E*>(read.Memory());
-    values.assign(elements, elements + size);
-  } else {
-    using Access = JniArray<Row<E>::Letter>;
-    typename Jni<Row<E>::Letter>::Type piece[PieceSize];
-    for (jsize from = 0; from < size;) {
-      const jsize count = PieceOf(size - from);
-      Access::Read(env, array, from, count, piece);
-      for (jsize i = 0; i < count; ++i) values.push_back(Row<E>::Take(piece[i]));
-      from += count;
+    if (size != 0 && static_cast<std::size_t>(size) <= CriticalBytes / sizeof(E)) {
+      const CriticalRead read(env, array);
+      const auto* const elements = static_cast<const E*>(read.Memory());
+      values.assign(elements, elements + size);
+      return values;
     }
+  }
+  typename Jni<Row<E>::Letter>::Type piece[PieceSize];
+  for (jsize from = 0; from < size;) {
+    const jsize count = PieceOf(size - from);
+    Access::Read(env, array, from, count, piece);
+    if constexpr (IsJniMemory<E>()) {
+      const auto* const elements = reinterpret_cast<const E*>(piece);
+      values.insert(values.end(), elements, elements + count);
+    } else {
+      for (jsize i = 0; i < count; ++i) values.push_back(Row<E>::Take(piece[i]));
+    }
+    from += count;
   }
   return values;
 }
