@@ -6,6 +6,7 @@
 #include <cstring>
 #include <map>
 #include <stdexcept>
+#include <vector>
 
 namespace java = torvan::java;
 using java::Local;
@@ -34,8 +35,6 @@ struct ItemType { static constexpr char JavaName[] = "net/sf/saxon/s9api/ItemTyp
 struct Occurrence { static constexpr char JavaName[] = "net/sf/saxon/s9api/OccurrenceIndicator"; };
 struct Value { static constexpr char JavaName[] = "net/sf/saxon/s9api/XdmValue"; };
 struct AtomicValue { static constexpr char JavaName[] = "net/sf/saxon/s9api/XdmAtomicValue"; using Super = Value; };
-struct Types { static constexpr char JavaName[] = "[Lnet/sf/saxon/s9api/SequenceType;"; };
-struct Values { static constexpr char JavaName[] = "[Lnet/sf/saxon/s9api/XdmValue;"; };
 
 constexpr java::Constructor<StringReader(std::string_view)> NewReader;
 constexpr java::Constructor<StreamSource(Ref<Reader>)> NewSource;
@@ -56,9 +55,6 @@ constexpr java::StaticField<Local<ItemType>> Text{"net/sf/saxon/s9api/ItemType",
 constexpr java::StaticField<Local<Occurrence>> One{"net/sf/saxon/s9api/OccurrenceIndicator", "ONE"};
 constexpr java::StaticMethod<Local<Type>(Ref<ItemType>, Ref<Occurrence>)> MakeType{"net/sf/saxon/s9api/SequenceType", "makeSequenceType"};
 constexpr java::Constructor<AtomicValue(std::string_view)> NewText;
-constexpr java::StaticMethod<Local<java::Object>(Ref<java::Class>, jint)> NewArray{"java/lang/reflect/Array", "newInstance"};
-constexpr java::StaticMethod<void(Ref<java::Object>, jint, Ref<java::Object>)> SetAt{"java/lang/reflect/Array", "set"};
-constexpr java::StaticMethod<Local<java::Object>(Ref<java::Object>, jint)> GetAt{"java/lang/reflect/Array", "get"};
 // clang-format on
 
 static const std::map<std::string, std::string> Parts = {
@@ -77,14 +73,14 @@ static Local<Extension> Initials() {
       .On("getResultType", type)
       .On("getArgumentTypes",
           [type] {
-            auto types = java::Cast<Types>(NewArray(java::FindClass(Type::JavaName), 1));
-            SetAt(types, 0, type());
+            std::vector<Local<Type>> types;
+            types.push_back(type());
             return types;
           })
       .On("call",
-          [](Ref<Values> arguments) {
+          [](const std::vector<Local<Value>>& arguments) {
             std::string initials;
-            for (const char c : java::Call<std::string>(GetAt(arguments, 0), "toString")) {
+            for (const char c : java::Call<std::string>(arguments.at(0), "toString")) {
               if (c < 'a' || c > 'z') initials += c;
             }
             return NewText(initials);

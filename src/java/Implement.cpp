@@ -39,6 +39,15 @@ struct Plan {
   std::shared_ptr<const Texts> texts;
 };
 
+}  // namespace
+
+struct PlanPlace {
+  std::mutex mutex;
+  std::shared_ptr<const Plan> plan;
+};
+
+namespace {
+
 // The functions of one Java object, as long as that lives. Nothing of Java is kept alive.
 struct Functions final : OwnedByJava {
   Functions(std::shared_ptr<const Texts> itsTexts, const std::vector<GivenFunction>& given)
@@ -109,11 +118,21 @@ KeptPlans& TheKeptPlans() {
   return kept;
 }
 
-std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
-  if (type.type != nullptr) {
-    const Local<Object> loader = LoaderOf(type.type);
-    return MakePlan(env, type.type, loader ? loader.Get() : KeptLoader(), functions);
+std::shared_ptr<const Plan> PlanOfClass(JNIEnv* env, jclass type, PlanPlace& place,
+                                        const std::vector<GivenFunction>& functions) {
+  {
+    const std::lock_guard<std::mutex> guard(place.mutex);
+    if (place.plan != nullptr) return place.plan;
   }
+  const Local<Object> loader = LoaderOf(type);
+  std::shared_ptr<const Plan> plan = MakePlan(env, type, loader ? loader.Get() : KeptLoader(), functions);
+  const std::lock_guard<std::mutex> guard(place.mutex);
+  if (place.plan == nullptr) place.plan = std::move(plan);
+  return place.plan;
+}
+
+std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
+  if (type.type != nullptr) return PlanOfClass(env, type.type, *type.place, functions);
   if (*type.name == '\0') throw Misuse("java/Implement", __LINE__, "null is given as the interface to implement");
   std::string key = type.name;
   for (const GivenFunction& function : functions) {
@@ -132,6 +151,8 @@ std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std
 }
 
 }  // namespace
+
+std::shared_ptr<PlanPlace> NewPlanPlace() { return std::make_shared<PlanPlace>(); }
 
 jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
   const HandlerClass& handlers = TheHandlerClass(env);

@@ -27,7 +27,9 @@ namespace torvan::java {
 // Java may call on any thread, and on several at once. A function lives until its Java object is collected and does not
 // run any more; then a thread of Java's destroys it. Where Java has no java.lang.ref.Cleaner, before version 9, and for
 // objects that are there when the VM ends, it is never destroyed. References that it takes as Ref and Local are gone
-// when it returns.
+// when it returns. A function that holds a Global of its own object keeps both for good: let it hold a Weak. In a
+// process that ends without the end of the VM, Java goes on calling and destroying functions while static objects are
+// destroyed: what they use of these has to be kept from that, or the VM ended before.
 //
 // What it throws goes to Java: an Error as the Java object that it is, any other std::exception as a RuntimeException
 // with its what() as message, the rest as a RuntimeException that names its type. An exception that Java checks and the
@@ -46,6 +48,7 @@ class Implementation {
     using Own = std::conditional_t<std::is_void_v<Signature>, typename detail::SignatureOf<F>::Type, Signature>;
     using Maker = detail::CallbackMaker<Own, F>;
     if constexpr (Maker::IsGood()) {
+      if (m_place != nullptr) m_place = detail::NewPlanPlace();
       auto callback = Maker::Make(std::move(function), name);
       m_functions.push_back(
           {std::move(name), Maker::Own(), descriptor != nullptr ? descriptor : "", std::move(callback)});
@@ -59,6 +62,9 @@ class Implementation {
   }
 
   // Makes a Java object. Each has the same functions, not copies of them; they live as long as the last.
+  // The first one looks the methods up by reflection, which takes many times as long as the rest. Of an interface that
+  // goes by its name that is done once for functions of the same types; of one that goes by its class, once for this
+  // object and its copies, so keep it and call New() again.
   // Throws Misuse when the type is no interface, when it has no method for one of the functions ("java.util.Iterator
   // has no ...; it has ..."), or several, and when two functions are for one method; Error, and as Thread() does.
   Local<T> New() const {
@@ -79,14 +85,16 @@ class Implementation {
   friend struct detail::Row<Implementation>;
 
   explicit Implementation(std::string name) : m_name(std::move(name)) {}
-  explicit Implementation(const Ref<Class>& type) : m_type(type) {}
+  explicit Implementation(const Ref<Class>& type) : m_type(type), m_place(detail::NewPlanPlace()) {}
 
   jobject New(JNIEnv* env) const {
-    return detail::NewImplementation(env, {m_name.c_str(), static_cast<jclass>(m_type.Get())}, m_functions);
+    return detail::NewImplementation(env, {m_name.c_str(), static_cast<jclass>(m_type.Get()), m_place.get()},
+                                     m_functions);
   }
 
   std::string m_name;
   Global<Class> m_type;  // null: it goes by its name
+  std::shared_ptr<detail::PlanPlace> m_place;
   std::vector<detail::GivenFunction> m_functions;
 };
 

@@ -84,6 +84,38 @@ TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
   EXPECT_TRUE(ComesDownTo(count, 0)) << count;
 }
 
+// What was found out about a class's methods is kept with the implementation, and no longer.
+TEST_F(CallbackLoadersTest, MethodsOfAClassAreLookedUpOnce) {
+  static const JNINativeInterface_* real = nullptr;
+  static int calls = 0;
+  static JNINativeInterface_ table;
+  JNIEnv* const env = java::detail::Env();
+  const auto callsOf = [&](const auto& implementation) {
+    real = env->functions;
+    table = *real;
+    table.CallObjectMethodA = [](JNIEnv* e, jobject object, jmethodID id, const jvalue* arguments) -> jobject {
+      ++calls;
+      return real->CallObjectMethodA(e, object, id, arguments);
+    };
+    calls = 0;
+    env->functions = &table;
+    implementation.New();
+    env->functions = real;
+    return calls;
+  };
+  const Local<java::Class> type = java::FindClass("java/lang/Runnable");
+  auto implementation = Implement(type).On("run", [] {});
+  EXPECT_GT(callsOf(implementation), 10);
+  EXPECT_EQ(callsOf(implementation), 2);
+  const auto copy = implementation;
+  EXPECT_EQ(callsOf(copy), 2);
+  implementation.On("toString", [] { return "own"; });
+  EXPECT_GT(callsOf(implementation), 10);
+  EXPECT_EQ(java::Call<std::string>(implementation.New(), "toString"), "own");
+  EXPECT_EQ(callsOf(copy), 2);
+  EXPECT_NE(java::Call<std::string>(copy.New(), "toString"), "own");
+}
+
 TEST_F(NativeLoadersTest, NativeMethodsGoWithTheirClass) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
   std::atomic<int> count{0};

@@ -73,6 +73,39 @@ std::string ClassOf(const java::ClassLoader& loader) {
   return java::Call<std::string>(java::Call<Local<java::Class>>(loader.Loader(), "getClass"), "getName");
 }
 
+// Destroyed while the process exits; takes its time.
+struct Slow {
+  ~Slow() {
+    const int before = runs;
+    for (int i = 0; i < 500 && runs < before + 100; ++i) std::this_thread::sleep_for(1ms);
+    std::fprintf(stderr, "%s\n", runs >= before + 100 ? "runs while the process exits" : "stands still");
+  }
+  std::atomic<int> runs{0};
+};
+
+// Functions are made, called and destroyed, and what they throw is read, until the process is gone.
+TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
+  Expected expected;
+  expected.printed = testing::HasSubstr("runs while the process exits");
+  InProcessOfItsOwn(
+      [] {
+        static Slow slow;
+        Vm vm = StartVm(FixtureSettings());
+        vm.Release();
+        RunForEver([held = java::Global<java::Class>(java::FindClass("fixture/Callbacks"))] {
+          const java::NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
+          native.Bind([held = std::string(100, 'x')](jint, jlong, double) { return 1; });
+          Nest([held = std::string(100, 'x')](jint x) { return x + 1; }, 1);
+          Thrown([] { Abs.In(nullptr); });
+          Thrown([held] { throw std::runtime_error("thrown"); });
+          ++slow.runs;
+        });
+        RunForEver([] { Collect(); });
+        while (slow.runs < 10) std::this_thread::sleep_for(1ms);
+      },
+      expected);
+}
+
 #ifndef _WIN32
 // Stands between the thread and the VM's functions: this VM is of a Java before version 9.
 void HideWhatIsNew(JNIEnv* env) {

@@ -120,8 +120,8 @@ Passed WriteNumbers(JNIEnv* env, const V& values) {
   return array;
 }
 
-// What may be read from an array's own memory. Some VMs do not collect meanwhile: where several threads read for long, or
-// again and again, others found no memory although there was enough.
+// What may be read from an array's own memory. Some VMs do not collect meanwhile: where several threads read for long,
+// or again and again, others found no memory although there was enough.
 constexpr std::size_t CriticalBytes = 8192;
 
 template <typename V>

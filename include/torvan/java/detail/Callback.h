@@ -314,10 +314,15 @@ struct CallbackMaker<R(A...), F, First> {
   }
 };
 
+// Where an implementation of a class keeps what was found out about its functions.
+struct PlanPlace;
+std::shared_ptr<PlanPlace> NewPlanPlace();
+
 // An interface by its name, found through the kept loader, or by its class.
 struct Interface {
   const char* name;
-  jclass type;  // null: by name
+  jclass type;       // null: by name
+  PlanPlace* place;  // of a class
 };
 
 // Makes a Java object of the interface whose methods are the functions: a new local reference.
@@ -333,7 +338,7 @@ jobject NewFunctionObject(JNIEnv* env, const F& function) {
                 "Implement<T>().On(name, std::move(function))");
   if constexpr (std::is_copy_constructible_v<F>) {
     if constexpr (Maker::IsGood()) {
-      return NewImplementation(env, {T::JavaName, nullptr},
+      return NewImplementation(env, {T::JavaName, nullptr, nullptr},
                                {{{}, Maker::Own(), {}, Maker::Make(function, T::JavaName)}});
     }
   }
