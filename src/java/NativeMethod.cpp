@@ -268,8 +268,10 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
     }
     // No Java code could call it. Outside of the lock: its destructor may bind functions.
     if (!taken || (isOurs && before == nullptr)) bound.function.reset();
+    Released(static_cast<OwnedByJava*>(&bound));
     throw;
   }
+  Released(static_cast<OwnedByJava*>(&bound));  // Java keeps the class, and so the binding, until here
 }
 
 }  // namespace torvan::java::detail
