@@ -85,6 +85,9 @@ struct Slow {
 
 // Functions are made, called and destroyed, and what they throw is read, until the process is gone.
 TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
+#endif
   Expected expected;
   expected.printed = testing::HasSubstr("runs while the process exits");
   InProcessOfItsOwn(
