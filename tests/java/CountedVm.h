@@ -10,14 +10,12 @@
 
 #include "fakes/FakeJvm.h"
 
-namespace javatest {
+namespace tests {
 
 // The layer's VM while the test runs. At its end no reference may be left that was not there at its start.
 class CountedVmTest : public testing::Test {
  protected:
   CountedVmTest() {
-    using tests::Invocation;
-    using tests::Jni;
     jvm.On<&Invocation::GetEnv>([this](void** env, jint) {
       *env = isAttached ? jvm.Env() : nullptr;
       return isAttached ? JNI_OK : JNI_EDETACHED;
@@ -56,10 +54,10 @@ class CountedVmTest : public testing::Test {
     return count;
   }
 
-  tests::FakeJvm jvm;
+  FakeJvm jvm;
   int locals = 0;
   int weaks = 0;
   static inline thread_local bool isAttached = true;
 };
 
-}  // namespace javatest
+}  // namespace tests

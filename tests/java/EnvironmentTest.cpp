@@ -8,7 +8,7 @@
 #include "java/CountedVm.h"
 #include "java/What.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using testing::ElementsAre;
@@ -24,14 +24,14 @@ using torvan::java::detail::UseVm;
 class EnvironmentTest : public CountedVmTest {
  protected:
   EnvironmentTest() {
-    jvm.On<&tests::Invocation::AttachCurrentThreadAsDaemon>([this](void** env, void* arguments) {
+    jvm.On<&Invocation::AttachCurrentThreadAsDaemon>([this](void** env, void* arguments) {
       const auto& given = *static_cast<const JavaVMAttachArgs*>(arguments);
       name = given.name != nullptr ? given.name : "(none)";
       *env = jvm.Env();
       isAttached = status == JNI_OK;
       return status;
     });
-    jvm.On<&tests::Invocation::DetachCurrentThread>([] {
+    jvm.On<&Invocation::DetachCurrentThread>([] {
       isAttached = false;
       return JNI_OK;
     });
@@ -163,4 +163,4 @@ TEST(NoVmTest, ACallBeforeTheStartSaysWhatToDo) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -4,8 +4,10 @@
 #include <exception>
 #include <string>
 
-namespace torvan::java {
+namespace tests {
 namespace {
+
+using namespace torvan::java;
 
 template <typename Base>
 std::string TextCaughtBy(const Failure& thrown) {
@@ -24,7 +26,7 @@ TEST(FailureTest, IsCaughtByEachOfItsBases) {
   const Misuse thrown("java/Somewhere", 7, std::string("a text ") + "of its own");
   EXPECT_EQ(TextCaughtBy<Misuse>(thrown), "a text of its own");
   EXPECT_EQ(TextCaughtBy<Failure>(thrown), "a text of its own");
-  EXPECT_EQ(TextCaughtBy<jni::CJniException>(thrown), "a text of its own");
+  EXPECT_EQ(TextCaughtBy<torvan::jni::CJniException>(thrown), "a text of its own");
   EXPECT_EQ(TextCaughtBy<mirel::base::CException>(thrown), "a text of its own");
   EXPECT_EQ(TextCaughtBy<std::exception>(thrown), "a text of its own");
 }
@@ -57,4 +59,4 @@ static_assert(std::is_nothrow_copy_constructible_v<Failure> && std::is_nothrow_c
 static_assert(std::is_nothrow_copy_constructible_v<Misuse> && std::is_nothrow_copy_constructible_v<StartFailure>);
 
 }  // namespace
-}  // namespace torvan::java
+}  // namespace tests

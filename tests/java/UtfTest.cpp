@@ -5,8 +5,11 @@
 #include <string>
 #include <string_view>
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
+
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
@@ -107,4 +110,4 @@ TEST(UtfTest, EveryTwoBytesAreTakenOrRefusedAsTheyShould) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

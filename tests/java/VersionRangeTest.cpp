@@ -2,8 +2,10 @@
 #include <torvan/java/Failure.h>
 #include <torvan/java/VersionRange.h>
 
-namespace torvan::java {
+namespace tests {
 namespace {
+
+using namespace torvan::java;
 
 bool Has(const VersionRange& range, const char* version) { return range.Contains(Version::Parse(version)); }
 
@@ -84,4 +86,4 @@ TEST(VersionRangeTest, ARefusedBoundChangesNothing) {
 }
 
 }  // namespace
-}  // namespace torvan::java
+}  // namespace tests

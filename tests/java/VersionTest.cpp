@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
-namespace torvan::java {
+namespace tests {
 namespace {
+
+using namespace torvan::java;
 
 Version V(std::string_view text) { return Version::Parse(text); }
 
@@ -26,10 +28,10 @@ struct Row {
   int feature;
 };
 
-class VersionTextTest : public ::testing::TestWithParam<Row> {};
+class VersionTextTest : public testing::TestWithParam<Row> {};
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(Texts, VersionTextTest, ::testing::Values(
+INSTANTIATE_TEST_SUITE_P(Texts, VersionTextTest, testing::Values(
     Row{"8", 8},                             Row{"17", 17},
     Row{"25-ea", 25},                        Row{"25-ea+12-1188", 25},
     Row{"9.0.4", 9},                         Row{"9.0.4+11", 9},
@@ -62,15 +64,15 @@ TEST_P(VersionTextTest, IsReadAndKept) {
   EXPECT_FALSE(version.Fits("3"));
 }
 
-class NoVersionTest : public ::testing::TestWithParam<std::string> {};
+class NoVersionTest : public testing::TestWithParam<std::string> {};
 
 INSTANTIATE_TEST_SUITE_P(Texts, NoVersionTest,
-                         ::testing::Values("", " ", "abc", "0", "0.9", "-1", "017", "17.", ".17", "17..1", "17.01",
-                                           "17 ", "17-", "17-ea-", "17+", "17+06", "17+x", "17-ea+-x", "17--x",
-                                           "17-a.b", "17.x", "17-ea~1", "17+6+7", "2147483648", "17+2147483648", "1.",
-                                           "1.x", "1.8.0_", "1.8.0_x", "1.8.0.1_2", "1.8_391", "1.8.0_391 ",
-                                           "1.8.0_391-", "1.8.0_391x", "1.8.0_99999999999", "u391", "0u1", "8u", "8ux",
-                                           "8u391b13", std::string("17\0", 3), "17\n", "\xFF\xFE", "\u0661\u0667"));
+                         testing::Values("", " ", "abc", "0", "0.9", "-1", "017", "17.", ".17", "17..1", "17.01", "17 ",
+                                         "17-", "17-ea-", "17+", "17+06", "17+x", "17-ea+-x", "17--x", "17-a.b", "17.x",
+                                         "17-ea~1", "17+6+7", "2147483648", "17+2147483648", "1.", "1.x", "1.8.0_",
+                                         "1.8.0_x", "1.8.0.1_2", "1.8_391", "1.8.0_391 ", "1.8.0_391-", "1.8.0_391x",
+                                         "1.8.0_99999999999", "u391", "0u1", "8u", "8ux", "8u391b13",
+                                         std::string("17\0", 3), "17\n", "\xFF\xFE", "\u0661\u0667"));
 
 TEST_P(NoVersionTest, IsRefusedWithItsText) {
   EXPECT_EQ(Version::TryParse(GetParam()), std::nullopt);
@@ -172,4 +174,4 @@ TEST(VersionTest, FitsNothingThatIsNoVersion) {
 }
 
 }  // namespace
-}  // namespace torvan::java
+}  // namespace tests

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace javatest {
+namespace tests {
 
 // The text of the failure of this class that a function throws; "nothing" where it throws none.
 template <typename Expected, typename Function>
@@ -16,4 +16,8 @@ std::string WhatOf(Function&& function) {
   return "nothing";
 }
 
-}  // namespace javatest
+}  // namespace tests
+
+namespace javatest {
+using tests::WhatOf;
+}

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "java/processes/ArgumentFileReader.h"
-#include "java/processes/Quoting.h"
 #include "java/processes/RandomArguments.h"
 
 namespace tests {
@@ -30,23 +29,6 @@ TEST(ArgumentFileTest, WhatIsWrittenIsReadAgain) {
     const auto arguments = random.Next(500);
     ASSERT_EQ(ReadArgumentFile(Written(arguments)), arguments);
   }
-}
-
-TEST(QuotingTest, ACommandLineHasEachArgumentBetweenQuotes) {
-  struct Row {
-    const char* argument;
-    const char* quoted;
-  };
-  const Row rows[] = {{"", R"("")"},           {"a b", R"("a b")"},        {R"(C:\x\)", R"("C:\x\\")"},
-                      {R"(a"b)", R"("a\"b")"}, {R"(a\"b)", R"("a\\\"b")"}, {R"(\\s\t)", R"("\\s\t")"}};
-  for (const Row& row : rows) {
-    std::string line;
-    torvan::java::detail::AppendQuoted(line, std::string(row.argument));
-    EXPECT_EQ(line, row.quoted) << row.argument;
-  }
-  std::string two = "\"java\"";
-  torvan::java::detail::AppendQuoted(two, std::string("x"));
-  EXPECT_EQ(two, "\"java\" \"x\"");
 }
 
 }  // namespace

@@ -2,13 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <thread>
+#include <fstream>
 
-#if defined(_WIN32)
-#include <windows.h>
-#else
-#include <unistd.h>
-#endif
+#include "java/processes/ThisProcess.h"
 
 namespace tests {
 
@@ -16,26 +12,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-#if defined(_WIN32)
-fs::path OwnProgram() {
-  wchar_t path[MAX_PATH];
-  GetModuleFileNameW(nullptr, path, MAX_PATH);
-  return path;
-}
-unsigned long OwnId() { return GetCurrentProcessId(); }
-constexpr const char* Suffix = ".exe";
-#else
-fs::path OwnProgram() { return fs::read_symlink("/proc/self/exe"); }
-int OwnId() { return getpid(); }
-constexpr const char* Suffix = "";
-#endif
-
 struct Home {
   Home() : path(fs::temp_directory_path() / ("java probe " + std::to_string(OwnId()))), owner(OwnId()) {
     fs::create_directories(path / "bin");
     fs::create_directories(path / "empty");
-    fs::copy_file(OwnProgram().parent_path() / (std::string("process_probe") + Suffix),
-                  path / "bin" / (std::string("java") + Suffix), fs::copy_options::overwrite_existing);
+    fs::copy_file(OwnProgram().parent_path() / OnThisSystem("process_probe.exe", "process_probe"), path / "bin" / Java,
+                  fs::copy_options::overwrite_existing);
   }
   // A fork of the test program leaves it alone.
   ~Home() {
@@ -44,7 +26,7 @@ struct Home {
   }
 
   fs::path path;
-  decltype(OwnId()) owner;
+  unsigned long owner;
 };
 
 }  // namespace
@@ -52,6 +34,16 @@ struct Home {
 const fs::path& ProbeHome() {
   static const Home s_home;
   return s_home.path;
+}
+
+fs::path JavaOf(const fs::path& home) { return home / "bin" / Java; }
+
+fs::path HomeWith(const std::string& name, const std::string& java) {
+  const fs::path home = ProbeHome() / name;
+  fs::create_directories(home / "bin");
+  std::ofstream(JavaOf(home), std::ios::binary) << java;
+  fs::permissions(JavaOf(home), fs::perms::owner_all);
+  return home;
 }
 
 std::vector<std::string> Split(const std::string& text, char end) {

@@ -1,6 +1,7 @@
 // A Java runtime whose java is a probe that does what its arguments say.
 #pragma once
 
+#include <ThisSystem.h>
 #include <gtest/gtest.h>
 #include <torvan/java/Process.h>
 
@@ -16,8 +17,15 @@ namespace tests {
 namespace java = torvan::java;
 using namespace std::chrono_literals;
 
+// The file name of java.
+constexpr const char* Java = OnThisSystem("java.exe", "java");
+
 // The runtime's home, with a space in its path; made once for the test program. Below it is the folder "empty".
 const std::filesystem::path& ProbeHome();
+
+// The java of a home, and a new home below the other whose java is a file with this text that may be run.
+std::filesystem::path JavaOf(const std::filesystem::path& home);
+std::filesystem::path HomeWith(const std::string& name, const std::string& java);
 
 // A program that goes through these steps of the probe.
 inline java::Program Probe(const std::vector<std::string>& steps) {

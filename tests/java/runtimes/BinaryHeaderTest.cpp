@@ -7,8 +7,11 @@
 
 #include "java/runtimes/Headers.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
+
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
 using Cpu = std::optional<std::string>;
 
@@ -77,4 +80,4 @@ TEST(BinaryHeaderTest, OneFormatIsNotTheOther) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -6,14 +6,17 @@
 
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-using ::testing::EndsWith;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
-class ChoiceTest : public ::testing::Test {
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class ChoiceTest : public testing::Test {
  protected:
   std::string Chosen(const VersionRange& versions = {}) { return Choose(machine, versions).Version().ToString(); }
   std::string FailureOf(const VersionRange& versions = {}) {
@@ -25,15 +28,10 @@ class ChoiceTest : public ::testing::Test {
   }
 
   MadeUpMachine machine;
-#ifdef _WIN32
-  const std::string user = "USERPROFILE";
-#else
-  const std::string user = "HOME";
-#endif
 };
 
 TEST_F(ChoiceTest, TheNewestThatFitsIsTaken) {
-  machine.Set(user, machine.Path("user"));
+  machine.Set(UserVariable, machine.Path("user"));
   for (const char* version : {"1.8.0_391", "11.0.2", "17.0.9", "17.0.10", "21.0.1", "22-ea"}) {
     machine.AddRuntime("user/.jdks/" + std::string(version), version);
   }
@@ -46,7 +44,7 @@ TEST_F(ChoiceTest, TheNewestThatFitsIsTaken) {
 }
 
 TEST_F(ChoiceTest, ThatOfJavaHomeIsTakenWhereItFits) {
-  machine.Set(user, machine.Path("user"));
+  machine.Set(UserVariable, machine.Path("user"));
   machine.AddRuntime("user/.jdks/new", "25");
   machine.Set("JAVA_HOME", machine.AddRuntime("old", "11.0.2"));
   EXPECT_EQ(Chosen(), "11.0.2");
@@ -55,28 +53,29 @@ TEST_F(ChoiceTest, ThatOfJavaHomeIsTakenWhereItFits) {
 }
 
 TEST_F(ChoiceTest, AMachineWithoutJavaTellsWhereWasLooked) {
-  machine.Set(user, machine.Path("user"));
+  machine.Set(UserVariable, machine.Path("user"));
   const std::string text = FailureOf(AtLeast(11));
   EXPECT_THAT(text, StartsWith("No Java runtime that will do was found (at least 11)\n"
                                "Looked at:\n"
                                "  JAVA_HOME (not set)\n"
                                "  JDK_HOME (not set)\n"
                                "  PATH (no java in it)\n"));
-#ifdef _WIN32
-  EXPECT_THAT(text, HasSubstr("\n  registry, HKLM\\SOFTWARE, HKLM\\SOFTWARE\\WOW6432Node, HKCU\\SOFTWARE, "
-                              "HKCU\\SOFTWARE\\WOW6432Node: JavaSoft\\Java Runtime Environment\\*, "));
-  EXPECT_THAT(text, EndsWith("\n  " + machine.Path("user") +
-                             ": .jdks\\*, .gradle\\jdks\\*, .gradle\\jdks\\*\\*, .jbang\\cache\\jdks\\*, "
-                             ".sdkman\\candidates\\java\\*, .jabba\\jdk\\*, scoop\\apps\\*\\current"));
-#else
-  EXPECT_THAT(text, HasSubstr("\n  " + machine.Path() +
-                              "/usr: lib/jvm/*, lib64/jvm/*, java/*, local/lib/jvm/*, local/java/*, local/openjdk*\n"));
-  EXPECT_THAT(text, HasSubstr("/opt: *, java/*, jdk/*, jvm/*\n"));
-  EXPECT_THAT(text, EndsWith("\n  " + machine.Path("user") +
-                             ": .sdkman/candidates/java/*, .jdks/*, .gradle/jdks/*, .gradle/jdks/*/*, "
-                             ".jbang/cache/jdks/*, .jabba/jdk/*, .asdf/installs/java/*, "
-                             ".local/share/mise/installs/java/*, .jenv/versions/*"));
-#endif
+  if (OnWindows) {
+    EXPECT_THAT(text, HasSubstr("\n  registry, HKLM\\SOFTWARE, HKLM\\SOFTWARE\\WOW6432Node, HKCU\\SOFTWARE, "
+                                "HKCU\\SOFTWARE\\WOW6432Node: JavaSoft\\Java Runtime Environment\\*, "));
+    EXPECT_THAT(text, EndsWith("\n  " + machine.Path("user") +
+                               ": .jdks\\*, .gradle\\jdks\\*, .gradle\\jdks\\*\\*, .jbang\\cache\\jdks\\*, "
+                               ".sdkman\\candidates\\java\\*, .jabba\\jdk\\*, scoop\\apps\\*\\current"));
+  } else {
+    EXPECT_THAT(text,
+                HasSubstr("\n  " + machine.Path() +
+                          "/usr: lib/jvm/*, lib64/jvm/*, java/*, local/lib/jvm/*, local/java/*, local/openjdk*\n"));
+    EXPECT_THAT(text, HasSubstr("/opt: *, java/*, jdk/*, jvm/*\n"));
+    EXPECT_THAT(text, EndsWith("\n  " + machine.Path("user") +
+                               ": .sdkman/candidates/java/*, .jdks/*, .gradle/jdks/*, .gradle/jdks/*/*, "
+                               ".jbang/cache/jdks/*, .jabba/jdk/*, .asdf/installs/java/*, "
+                               ".local/share/mise/installs/java/*, .jenv/versions/*"));
+  }
   EXPECT_EQ(text.find("Refused"), std::string::npos);
   EXPECT_EQ(text.find("another version"), std::string::npos);
 }
@@ -111,4 +110,4 @@ TEST_F(ChoiceTest, WhatIsThereAndWillNotDoIsTold) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

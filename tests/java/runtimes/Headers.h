@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-namespace torvan::java::detail {
+namespace tests {
 
 inline void Put(std::string& file, std::size_t at, std::size_t size, std::size_t number, bool isLittleEndian = true) {
   for (std::size_t i = 0; i < size; ++i) {
@@ -34,4 +34,4 @@ inline std::string PeHeader(std::size_t machine, std::size_t at = 0x80) {
   return file;
 }
 
-}  // namespace torvan::java::detail
+}  // namespace tests

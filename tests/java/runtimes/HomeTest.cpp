@@ -4,10 +4,13 @@
 
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-class HomeTest : public ::testing::Test {
+using namespace torvan::java;
+using namespace torvan::java::detail;
+
+class HomeTest : public testing::Test {
  protected:
   HomeReading Read(const std::string& home) { return ReadHome(machine, ToPath(machine.Path(home)), "place"); }
   std::string ReasonOf(const std::string& home) {
@@ -72,14 +75,12 @@ TEST_F(HomeTest, AFolderNamedJreBelowSomethingElseIsItsOwnHome) {
 }
 
 TEST_F(HomeTest, TheLibraryMayBeInOtherPlaces) {
-#ifdef _WIN32
-  const std::vector<std::string> libraries = {"bin/client/jvm.dll", "bin/j9vm/jvm.dll", "jre/bin/server/jvm.dll"};
-#else
-  const std::vector<std::string> libraries = {"lib/client/libjvm.so",         "lib/j9vm/libjvm.so",
-                                              "lib/zero/libjvm.so",           "lib/amd64/server/libjvm.so",
-                                              "jre/lib/amd64/j9vm/libjvm.so", "jre/lib/aarch64/server/libjvm.so",
-                                              "lib/i386/client/libjvm.so"};
-#endif
+  using Files = std::vector<std::string>;
+  const Files libraries = OnWindows ? Files{"bin/client/jvm.dll", "bin/j9vm/jvm.dll", "jre/bin/server/jvm.dll"}
+                                    : Files{"lib/client/libjvm.so",         "lib/j9vm/libjvm.so",
+                                            "lib/zero/libjvm.so",           "lib/amd64/server/libjvm.so",
+                                            "jre/lib/amd64/j9vm/libjvm.so", "jre/lib/aarch64/server/libjvm.so",
+                                            "lib/i386/client/libjvm.so"};
   for (const std::string& library : libraries) {
     const std::string home = "jdk" + std::to_string(&library - libraries.data());
     machine.AddFile(home + "/release", "JAVA_VERSION=\"17\"\n");
@@ -93,11 +94,8 @@ TEST_F(HomeTest, TheLibraryMayBeInOtherPlaces) {
 TEST_F(HomeTest, WithoutALibraryItIsRefused) {
   machine.AddFile("jdk/release", "JAVA_VERSION=\"17\"\n");
   machine.AddProgram(std::string("jdk/") + JavaFile);
-#ifdef _WIN32
-  EXPECT_EQ(ReasonOf("jdk"), "has no VM library such as bin\\server\\jvm.dll");
-#else
-  EXPECT_EQ(ReasonOf("jdk"), "has no VM library such as lib/server/libjvm.so");
-#endif
+  EXPECT_EQ(ReasonOf("jdk"), OnThisSystem("has no VM library such as bin\\server\\jvm.dll",
+                                          "has no VM library such as lib/server/libjvm.so"));
   EXPECT_TRUE(Read("jdk").hasProgram);
   EXPECT_TRUE(Read("jdk").hasLibraryOrRelease);
   EXPECT_FALSE(Read("nowhere").hasProgram);
@@ -112,11 +110,7 @@ TEST_F(HomeTest, ALibraryForAnotherCpuIsRefused) {
 
 TEST_F(HomeTest, ALibraryThatIsNoneIsRefused) {
   machine.AddRuntime("jdk", "17");
-#ifdef _WIN32
-  const std::string format = "PE";
-#else
-  const std::string format = "ELF";
-#endif
+  const std::string format = OnThisSystem("PE", "ELF");
   for (const std::string& text : {std::string(), std::string("text"), std::string(100000, '\0')}) {
     machine.AddFile(std::string("jdk/") + LibraryFile, text);
     EXPECT_EQ(ReasonOf("jdk"), "its VM library is no " + format + " library: " + Below("jdk", LibraryFile));
@@ -144,4 +138,4 @@ TEST_F(HomeTest, OfAHugeReleaseFileTheFrontCounts) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -4,25 +4,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
-void SetVariable(const char* name, const char* value) {
-#ifdef _WIN32
-  _putenv_s(name, value);
-#else
-  setenv(name, value, 1);
-#endif
-}
+using testing::ElementsAre;
+using testing::IsEmpty;
 
-class MachineTest : public ::testing::Test {
+class MachineTest : public testing::Test {
  protected:
   std::filesystem::path Path(const std::string& name = {}) { return ToPath(folder.Path(name)); }
 
@@ -85,4 +78,4 @@ TEST_F(MachineTest, TheFrontOfAFileIsRead) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -2,13 +2,12 @@
 
 #include <filesystem>
 
-namespace torvan::java::detail {
+namespace tests {
 
 void MadeUpMachine::AddProgram(const std::string& name) {
   const std::string path = AddFile(name, "#!/bin/sh\necho executed >&2\nexit 1\n");
-#ifndef _WIN32
-  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-#endif
+  // On Windows the name decides.
+  if constexpr (!OnWindows) std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
 std::string MadeUpMachine::AddRuntime(const std::string& home, const std::string& version, bool isJdk) {
@@ -19,14 +18,6 @@ std::string MadeUpMachine::AddRuntime(const std::string& home, const std::string
   return Path(home);
 }
 
-#ifndef _WIN32
-void MadeUpMachine::Link(const std::string& name, const std::string& target) {
-  const std::filesystem::path path = Path(name);
-  std::filesystem::create_directories(path.parent_path());
-  std::filesystem::create_symlink(target, path);
-}
-#endif
-
 std::optional<std::string> MadeUpMachine::Variable(const std::string& name) const {
   const auto found = m_variables.find(name);
   if (found == m_variables.end()) return std::nullopt;
@@ -35,13 +26,13 @@ std::optional<std::string> MadeUpMachine::Variable(const std::string& name) cons
 
 std::vector<std::string> Lines(const Runtimes& runtimes) {
   std::vector<std::string> lines;
-  for (const Runtime& runtime : runtimes.found) {
+  for (const torvan::java::Runtime& runtime : runtimes.found) {
     lines.push_back(ToText(runtime.Home()) + " " + runtime.Version().ToString() + " " + runtime.FoundIn());
   }
-  for (const RefusedRuntime& refused : runtimes.refused) {
+  for (const torvan::java::RefusedRuntime& refused : runtimes.refused) {
     lines.push_back(ToText(refused.Home()) + ": " + refused.Reason() + " (" + refused.FoundIn() + ")");
   }
   return lines;
 }
 
-}  // namespace torvan::java::detail
+}  // namespace tests

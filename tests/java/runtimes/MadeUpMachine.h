@@ -1,6 +1,8 @@
 // A machine with its own environment and folders, for the search of Java runtimes.
 #pragma once
 
+#include <ThisSystem.h>
+
 #include <map>
 #include <optional>
 #include <string>
@@ -14,26 +16,29 @@
 #include "java/runtimes/Search.h"
 #include "platform/TemporaryFolder.h"
 
-namespace torvan::java::detail {
+namespace tests {
 
-// How the files of a runtime differ between systems.
-#ifdef _WIN32
-constexpr const char* JavaFile = "bin/java.exe";
-constexpr const char* CompilerFile = "bin/javac.exe";
-constexpr const char* LibraryFile = "bin/server/jvm.dll";
-constexpr const char* LibraryFileOf8 = "jre/bin/server/jvm.dll";
-inline std::string LibraryFor(std::size_t machine) { return PeHeader(machine); }
-constexpr std::size_t OwnMachine = 0x8664;
-constexpr std::size_t ForeignMachine = 0xAA64;
-#else
-constexpr const char* JavaFile = "bin/java";
-constexpr const char* CompilerFile = "bin/javac";
-constexpr const char* LibraryFile = "lib/server/libjvm.so";
-constexpr const char* LibraryFileOf8 = "jre/lib/amd64/server/libjvm.so";
-inline std::string LibraryFor(std::size_t machine) { return ElfHeader(machine); }
-constexpr std::size_t OwnMachine = 62;
-constexpr std::size_t ForeignMachine = 183;
-#endif
+using torvan::java::Runtimes;
+using torvan::java::detail::Location;
+using torvan::java::detail::Machine;
+using torvan::java::detail::Search;
+using torvan::java::detail::ThisMachine;
+using torvan::java::detail::ToText;
+using torvan::java::detail::UsualPlaces;
+
+// The files of a runtime.
+constexpr const char* JavaFile = OnThisSystem("bin/java.exe", "bin/java");
+constexpr const char* CompilerFile = OnThisSystem("bin/javac.exe", "bin/javac");
+constexpr const char* LibraryFile = OnThisSystem("bin/server/jvm.dll", "lib/server/libjvm.so");
+constexpr const char* LibraryFileOf8 = OnThisSystem("jre/bin/server/jvm.dll", "jre/lib/amd64/server/libjvm.so");
+
+// CPUs, by their numbers in the files of this system.
+constexpr std::size_t OwnMachine = OnWindows ? 0x8664 : 62;
+constexpr std::size_t ForeignMachine = OnWindows ? 0xAA64 : 183;
+inline std::string LibraryFor(std::size_t machine) { return OnWindows ? PeHeader(machine) : ElfHeader(machine); }
+
+// The variable with the user's folder.
+constexpr const char* UserVariable = OnThisSystem("USERPROFILE", "HOME");
 
 // Files and links are real ones, in a folder that goes with it; usual folders are below that folder, too.
 class MadeUpMachine : public Machine {
@@ -51,7 +56,6 @@ class MadeUpMachine : public Machine {
   void AddProgram(const std::string& name);
   // A runtime that nothing is wrong with. Returns its home.
   std::string AddRuntime(const std::string& home, const std::string& version, bool isJdk = true);
-  void Link(const std::string& name, const std::string& target);
   void Set(const std::string& name, const std::string& value) { m_variables[name] = value; }
 
   std::string Root() const override { return Path(); }
@@ -73,7 +77,7 @@ class MadeUpMachine : public Machine {
 
  private:
   const Machine& m_real = ThisMachine();
-  tests::TemporaryFolder m_folder;
+  TemporaryFolder m_folder;
   std::map<std::string, std::string> m_variables;
 };
 
@@ -86,4 +90,4 @@ inline Runtimes SearchOf(const Machine& machine) {
   return search.Result();
 }
 
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -5,11 +5,14 @@
 
 #include <map>
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using namespace torvan::java;
+using namespace torvan::java::detail;
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 using Names = std::vector<std::string>;
 
@@ -45,4 +48,4 @@ TEST(PatternTest, WhatIsAroundAStarMustFit) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string>
 
-namespace torvan::java::detail {
+namespace tests {
 
 struct RealRelease {
   const char* name;
@@ -96,4 +96,4 @@ inline const RealRelease RealReleases[] = {
 };
 // clang-format on
 
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -6,17 +6,20 @@
 
 #include "java/runtimes/RealReleases.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
+
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
 std::string VersionIn(const std::string& file) {
   const Release release = ReadRelease(file);
   return release.version ? release.version->ToString() : "none";
 }
 
-class RealReleaseTest : public ::testing::TestWithParam<RealRelease> {};
+class RealReleaseTest : public testing::TestWithParam<RealRelease> {};
 
-INSTANTIATE_TEST_SUITE_P(Files, RealReleaseTest, ::testing::ValuesIn(RealReleases));
+INSTANTIATE_TEST_SUITE_P(Files, RealReleaseTest, testing::ValuesIn(RealReleases));
 
 TEST_P(RealReleaseTest, TellsVersionAndVendor) {
   const RealRelease& row = GetParam();
@@ -98,4 +101,4 @@ TEST(ReleaseFileTest, TextsAreFitToBeShown) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

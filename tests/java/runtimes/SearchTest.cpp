@@ -5,19 +5,17 @@
 
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
-#ifdef _WIN32
-constexpr const char* UserVariable = "USERPROFILE";
-constexpr const char* NoLibrary = "has no VM library such as bin\\server\\jvm.dll";
-#else
-constexpr const char* UserVariable = "HOME";
-constexpr const char* NoLibrary = "has no VM library such as lib/server/libjvm.so";
-#endif
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* NoLibrary =
+    OnThisSystem("has no VM library such as bin\\server\\jvm.dll", "has no VM library such as lib/server/libjvm.so");
 
 // The current folder, until it goes.
 class CurrentFolder {
@@ -31,7 +29,7 @@ class CurrentFolder {
   const std::filesystem::path m_before = std::filesystem::current_path();
 };
 
-class SearchTest : public ::testing::Test {
+class SearchTest : public testing::Test {
  protected:
   std::vector<std::string> Found() { return Lines(SearchOf(machine)); }
   std::vector<std::string> FoundInFolder(const std::string& folder) {
@@ -209,4 +207,4 @@ TEST_F(SearchTest, AVariableThatIsNoFolderHasNoUsualFolders) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -1,26 +1,13 @@
 // What a Program makes of its settings, and what it refuses.
 #include <fstream>
 
-#include "java/processes/Probe.h"
+#include "java/processes/ProgramVariables.h"
 
 namespace tests {
 namespace {
 
 using java::Program;
 namespace fs = std::filesystem;
-
-std::vector<std::string> Variables(Program program) {
-  return Split(java::Run(program.Arguments({"environment"})).output, '\0');
-}
-
-Program Bare() { return Probe({}); }
-
-const std::string* Find(const std::vector<std::string>& variables, const std::string& name) {
-  for (const std::string& variable : variables) {
-    if (variable.compare(0, name.size() + 1, name + "=") == 0) return &variable;
-  }
-  return nullptr;
-}
 
 TEST(ProgramTest, ACopyIsItsOwn) {
   const Program first = Probe({"exit", "1"});
@@ -31,13 +18,8 @@ TEST(ProgramTest, ACopyIsItsOwn) {
 }
 
 TEST(ProgramTest, TheHostsEnvironmentIsPassedOnAndChanged) {
-#if defined(_WIN32)
-  ASSERT_EQ(_putenv("PROCESS_TEST_A=a"), 0);
-  ASSERT_EQ(_putenv("PROCESS_TEST_B=b"), 0);
-#else
-  ASSERT_EQ(setenv("PROCESS_TEST_A", "a", 1), 0);
-  ASSERT_EQ(setenv("PROCESS_TEST_B", "b", 1), 0);
-#endif
+  SetVariable("PROCESS_TEST_A", "a");
+  SetVariable("PROCESS_TEST_B", "b");
   const auto variables = Variables(Bare()
                                        .Environment("PROCESS_TEST_B", "=b =")
                                        .Environment("PROCESS_TEST_C", "")
@@ -52,51 +34,6 @@ TEST(ProgramTest, TheHostsEnvironmentIsPassedOnAndChanged) {
   EXPECT_EQ(*Find(variables, "PROCESS_TEST_\xC3\xA4"), "PROCESS_TEST_\xC3\xA4=\xE6\x97\xA5");
   EXPECT_EQ(Find(Variables(Bare().RemoveEnvironment("PROCESS_TEST_A")), "PROCESS_TEST_A"), nullptr);
 }
-
-TEST(ProgramTest, AClearedEnvironmentHasWhatIsSetAfterwards) {
-  const auto variables = Variables(
-      Bare().Environment("BEFORE", "1").ClearEnvironment().Environment("AFTER", "2").Environment("LANG", "C"));
-#if defined(_WIN32)
-  // Wine gives some to every process.
-  for (const char* name : {"SystemRoot", "AFTER", "LANG"}) EXPECT_NE(Find(variables, name), nullptr) << name;
-  for (const char* name : {"BEFORE", "PATH", "Path", "WINEPREFIX"}) EXPECT_EQ(Find(variables, name), nullptr) << name;
-#else
-  EXPECT_EQ(variables, (std::vector<std::string>{"AFTER=2", "LANG=C"}));
-#endif
-}
-
-#if !defined(_WIN32)
-TEST(ProgramTest, TheLocaleIsMadeUtf8AndKeepsItsLanguage) {
-  struct Row {
-    const char* name;
-    std::vector<std::pair<std::string, std::string>> given;
-    std::vector<std::string> expected;
-  };
-  const Row rows[] = {
-      {"nothing", {}, {"LC_CTYPE=C.UTF-8"}},
-      {"UTF-8", {{"LC_TEST", "x"}}, {"LC_TEST=x", "LC_CTYPE=C.UTF-8"}},
-  };
-  for (const Row& row : rows) {
-    Program program = Bare().ClearEnvironment();
-    for (const auto& variable : row.given) program.Environment(variable.first, variable.second);
-    EXPECT_EQ(Variables(program), row.expected) << row.name;
-  }
-  const char* const names[] = {"LC_ALL", "LC_CTYPE", "LANG"};
-  for (const char* name : names) unsetenv(name);
-  setenv("LANG", "de_DE.utf8", 1);
-  EXPECT_EQ(Find(Variables(Bare()), "LC_CTYPE"), nullptr);
-  setenv("LANG", "de_DE@euro", 1);
-  EXPECT_EQ(*Find(Variables(Bare()), "LC_CTYPE"), "LC_CTYPE=C.UTF-8");
-  EXPECT_EQ(*Find(Variables(Bare()), "LANG"), "LANG=de_DE@euro");
-  EXPECT_EQ(Find(Variables(Bare().Environment("LC_CTYPE", "POSIX")), "LC_CTYPE")->substr(9), "POSIX");
-  setenv("LC_ALL", "fr_FR.ISO-8859-1", 1);
-  const auto variables = Variables(Bare());
-  EXPECT_EQ(Find(variables, "LC_ALL"), nullptr);
-  EXPECT_EQ(*Find(variables, "LC_MESSAGES"), "LC_MESSAGES=fr_FR.ISO-8859-1");
-  EXPECT_EQ(*Find(variables, "LC_CTYPE"), "LC_CTYPE=C.UTF-8");
-  for (const char* name : names) unsetenv(name);
-}
-#endif
 
 TEST(ProgramTest, OptionsPropertiesAndClassPathComeBeforeTheClass) {
   const fs::path folder = ProbeHome();
@@ -166,11 +103,7 @@ TEST(ProgramTest, WhatNoProgramCanTakeIsRefused) {
        "no function can be called for a program that runs detached"},
   };
   for (const Row& row : rows) ExpectThrow<java::Misuse>(row.wrong, row.text);
-#if defined(_WIN32)
-  const std::string separated = "a;b";
-#else
-  const std::string separated = "a:b";
-#endif
+  const std::string separated = OnThisSystem("a;b", "a:b");
   ExpectThrow<java::Misuse>([&] { Bare().ClassPath({separated}); },
                             "\"" + separated + "\" would be several parts of a class path: pass each by itself");
 }

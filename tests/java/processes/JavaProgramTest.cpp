@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <mutex>
 
-#include "java/processes/Left.h"
 #include "java/processes/Probe.h"
 #include "java/processes/RandomArguments.h"
+#include "java/processes/ThisProcess.h"
 
 namespace tests {
 namespace {
@@ -35,23 +35,23 @@ void ExpectToArrive(const std::vector<std::string>& arguments) {
   for (std::size_t i = 0; i < arguments.size(); ++i) EXPECT_EQ(arrived[i], arguments[i]);
 }
 
-TEST(JavaTest, KnownArgumentsArrive) { ExpectToArrive(KnownArguments()); }
+TEST(JavaProgramTest, KnownArgumentsArrive) { ExpectToArrive(KnownArguments()); }
 
-TEST(JavaTest, RandomArgumentsArrive) {
+TEST(JavaProgramTest, RandomArgumentsArrive) {
   RandomArguments random(AllPieces());
   const std::size_t count = RandomArgumentCount(20000);
   constexpr std::size_t AtOnce = 10000;
   for (std::size_t done = 0; done < count; done += AtOnce) ExpectToArrive(random.Next(std::min(AtOnce, count - done)));
 }
 
-TEST(JavaTest, ArgumentsThatAreTooLongForTheSystemArriveFromAFile) {
+TEST(JavaProgramTest, ArgumentsThatAreTooLongForTheSystemArriveFromAFile) {
   RandomArguments random(AllPieces());
   std::vector<std::string> arguments = random.Next(200000);  // more than all of them may have together
   arguments.emplace_back(200000, 'x');                       // more than one may have
   ExpectToArrive(arguments);
 }
 
-TEST(JavaTest, TextIsUtf8InEveryLocale) {
+TEST(JavaProgramTest, TextIsUtf8InEveryLocale) {
   EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"arguments", Foreign}))).output, std::string(Foreign) + '\0');
   EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"variable", "FOREIGN"}).Environment("FOREIGN", Foreign))).output,
             Foreign);
@@ -60,7 +60,7 @@ TEST(JavaTest, TextIsUtf8InEveryLocale) {
             "\xE6\x97\xA5\xE6\x9C\xAC");
 }
 
-TEST(JavaTest, TheHostMaySayOtherwise) {
+TEST(JavaProgramTest, TheHostMaySayOtherwise) {
   EXPECT_EQ(java::Run(JavaProbe({"property", "file.encoding"}).Property("file.encoding", "ISO-8859-1")).output,
             "ISO-8859-1");
   const Outcome outcome = java::Run(JavaProbe({"arguments", "\xC3\xBC"})
@@ -69,19 +69,19 @@ TEST(JavaTest, TheHostMaySayOtherwise) {
   EXPECT_EQ(outcome.output, std::string("\xFC\0", 2));
 }
 
-TEST(JavaTest, TheExitCodeIsJavas) {
+TEST(JavaProgramTest, TheExitCodeIsJavas) {
   EXPECT_EQ(java::Run(JavaProbe({"property", "java.home"})).exitCode, 3);
   const Outcome wrong = java::Run(JavaProbe({"unknown"}));
   EXPECT_EQ(wrong.exitCode, 1);
   EXPECT_NE(wrong.error.find("IllegalArgumentException: unknown"), std::string::npos) << wrong.error;
 }
 
-TEST(JavaTest, AJarIsRun) {
+TEST(JavaProgramTest, AJarIsRun) {
   const std::string jar = PROCESS_PROBE_JAR;
   EXPECT_EQ(java::Run(Program::Jar(jar).Arguments({"arguments", "a b"})).output, std::string("a b\0", 4));
 }
 
-TEST(JavaTest, AJarWhoseNameBeginsLikeAnOptionIsRunFromAnotherFolder) {
+TEST(JavaProgramTest, AJarWhoseNameBeginsLikeAnOptionIsRunFromAnotherFolder) {
   namespace fs = std::filesystem;
   const fs::path folder = ProbeHome() / "jars";
   fs::create_directories(folder);
@@ -95,7 +95,7 @@ TEST(JavaTest, AJarWhoseNameBeginsLikeAnOptionIsRunFromAnotherFolder) {
   }
 }
 
-TEST(JavaTest, StoppingRunsTheShutdownHooksAndDumpsNoThreads) {
+TEST(JavaProgramTest, StoppingRunsTheShutdownHooksAndDumpsNoThreads) {
   std::atomic<bool> ready = false;
   std::string hook;
   Process process = java::Start(JavaProbe({"stop"}).OnOutputLine([&](std::string_view line) {
@@ -111,13 +111,13 @@ TEST(JavaTest, StoppingRunsTheShutdownHooksAndDumpsNoThreads) {
   EXPECT_EQ(outcome.error, "");
 }
 
-TEST(JavaTest, TheTimeLimitRunsTheShutdownHooks) {
+TEST(JavaProgramTest, TheTimeLimitRunsTheShutdownHooks) {
   const Outcome outcome = java::Run(JavaProbe({"stop"}).TimeLimit(5s));
   EXPECT_EQ(outcome.ended, Ended::TimedOut);
   EXPECT_EQ(outcome.output, "ready\nhook");
 }
 
-TEST(JavaTest, KillingEndsWhatJavaHasStarted) {
+TEST(JavaProgramTest, KillingEndsWhatJavaHasStarted) {
   std::mutex mutex;
   std::vector<unsigned long> ids;
   Process process = java::Start(JavaProbe({"children"}).OnOutputLine([&](std::string_view line) {
@@ -132,7 +132,7 @@ TEST(JavaTest, KillingEndsWhatJavaHasStarted) {
   for (const unsigned long id : ids) EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
 }
 
-TEST(JavaTest, TenMegabytesGoThroughJava) {
+TEST(JavaProgramTest, TenMegabytesGoThroughJava) {
   const std::string text(10 << 20, 'x');
   EXPECT_TRUE(java::Run(JavaProbe({"echo"}).Input(text)).output == text);
 }

@@ -1,4 +1,4 @@
-#include "java/processes/Left.h"
+#include "java/processes/ThisProcess.h"
 
 #include <unistd.h>
 
@@ -36,6 +36,9 @@ std::size_t MemoryNow() {
   std::ifstream("/proc/self/statm") >> total >> resident;
   return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
+
+fs::path OwnProgram() { return fs::read_symlink("/proc/self/exe"); }
+unsigned long OwnId() { return static_cast<unsigned long>(getpid()); }
 
 bool Runs(unsigned long id) {
   std::ostringstream text;

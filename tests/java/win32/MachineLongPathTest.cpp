@@ -5,12 +5,15 @@
 
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-using ::testing::ElementsAre;
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
-TEST(LongPathTest, ARuntimeIsFoundThere) {
+using testing::ElementsAre;
+
+TEST(MachineLongPathTest, ARuntimeIsFoundThere) {
   MadeUpMachine machine;
   const std::wstring home = ToPath(machine.AddRuntime("jdk", "17")).wstring();
   const std::wstring top = ToPath(machine.Path()).wstring();
@@ -32,4 +35,4 @@ TEST(LongPathTest, ARuntimeIsFoundThere) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

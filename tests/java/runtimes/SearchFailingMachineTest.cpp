@@ -6,8 +6,11 @@
 #include "java/runtimes/Home.h"
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
+
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
 constexpr int Never = -1;
 
@@ -43,7 +46,7 @@ class FailingMachine : public MadeUpMachine {
   }
 };
 
-class FailingMachineTest : public ::testing::Test {
+class SearchFailingMachineTest : public testing::Test {
  protected:
   void SetUp() override {
     m_homes = {machine.AddRuntime("home", "11"), machine.AddRuntime("user/.jdks/a", "17"),
@@ -79,7 +82,7 @@ class FailingMachineTest : public ::testing::Test {
   std::vector<std::string> m_homes;
 };
 
-TEST_F(FailingMachineTest, EachQuestionMayGoUnanswered) {
+TEST_F(SearchFailingMachineTest, EachQuestionMayGoUnanswered) {
   int steps = 0;
   for (;; ++steps) {
     machine.questionsLeft = steps;
@@ -91,7 +94,7 @@ TEST_F(FailingMachineTest, EachQuestionMayGoUnanswered) {
   EXPECT_GT(steps, 50);
 }
 
-TEST_F(FailingMachineTest, FilesThatCannotBeReadAreTheReason) {
+TEST_F(SearchFailingMachineTest, FilesThatCannotBeReadAreTheReason) {
   const std::string home = machine.Path("home");
   std::vector<std::string> reasons;
   for (machine.questionsLeft = 0;; ++machine.questionsLeft) {
@@ -110,4 +113,4 @@ TEST_F(FailingMachineTest, FilesThatCannotBeReadAreTheReason) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -9,14 +9,14 @@
 
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java {
+namespace tests {
 namespace {
 
-using detail::Lines;
-using detail::MadeUpMachine;
+using namespace torvan::java;
+
 using detail::ToPath;
 using detail::ToText;
-using ::testing::ElementsAre;
+using testing::ElementsAre;
 
 std::string FailureOf(const std::string& home) {
   try {
@@ -74,4 +74,4 @@ TEST(RuntimesTest, ThreadsMayLookAtOnce) {
 }
 
 }  // namespace
-}  // namespace torvan::java
+}  // namespace tests

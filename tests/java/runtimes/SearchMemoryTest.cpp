@@ -33,10 +33,13 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-class MemoryTest : public ::testing::Test {
+using namespace torvan::java;
+using namespace torvan::java::detail;
+
+class SearchMemoryTest : public testing::Test {
  protected:
   void SetUp() override {
     machine.Set("JAVA_HOME", machine.AddRuntime("home", "11"));
@@ -63,7 +66,7 @@ int StepsUntilThereIsEnough(F f) {
   }
 }
 
-TEST_F(MemoryTest, WithoutMemoryNothingIsLost) {
+TEST_F(SearchMemoryTest, WithoutMemoryNothingIsLost) {
   Runtimes runtimes;
   EXPECT_GT(StepsUntilThereIsEnough([&] { runtimes = SearchOf(machine); }), 100);
   EXPECT_EQ(runtimes.found.size(), 3u);
@@ -71,7 +74,7 @@ TEST_F(MemoryTest, WithoutMemoryNothingIsLost) {
   EXPECT_GT(StepsUntilThereIsEnough([&] { EXPECT_EQ(Choose(machine, AtMost(17)).Version().Feature(), 11); }), 100);
 }
 
-TEST_F(MemoryTest, TheReasonOfAFailureIsWholeOrThereIsNone) {
+TEST_F(SearchMemoryTest, TheReasonOfAFailureIsWholeOrThereIsNone) {
   std::string text;
   const VersionRange none = AtLeast(26);
   const int steps = StepsUntilThereIsEnough([&] {
@@ -87,4 +90,4 @@ TEST_F(MemoryTest, TheReasonOfAFailureIsWholeOrThereIsNone) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

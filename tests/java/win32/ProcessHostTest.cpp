@@ -3,8 +3,8 @@
 
 #include <atomic>
 
-#include "java/processes/Left.h"
 #include "java/processes/Probe.h"
+#include "java/processes/ThisProcess.h"
 
 namespace tests {
 namespace {
@@ -19,7 +19,7 @@ BOOL WINAPI Count(DWORD) {
   return TRUE;
 }
 
-TEST(HostTest, NoOtherHandleReachesTheProgram) {
+TEST(ProcessHostTest, NoOtherHandleReachesTheProgram) {
   SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
   std::vector<HANDLE> handles;
   for (int i = 0; i < 50; ++i) handles.push_back(CreateEventW(&inheritable, TRUE, FALSE, nullptr));
@@ -29,9 +29,9 @@ TEST(HostTest, NoOtherHandleReachesTheProgram) {
   for (const HANDLE handle : handles) CloseHandle(handle);
 }
 
-TEST(HostTest, NoWindowAppears) { EXPECT_EQ(java::Run(Probe({"window"})).output, "none"); }
+TEST(ProcessHostTest, NoWindowAppears) { EXPECT_EQ(java::Run(Probe({"window"})).output, "none"); }
 
-TEST(HostTest, ItsOwnControlHandlersSeeNothingOfAStop) {
+TEST(ProcessHostTest, ItsOwnControlHandlersSeeNothingOfAStop) {
   ASSERT_TRUE(SetConsoleCtrlHandler(Count, TRUE));
   g_events = 0;
   std::atomic<bool> begun = false;
@@ -49,7 +49,7 @@ TEST(HostTest, ItsOwnControlHandlersSeeNothingOfAStop) {
   SetConsoleCtrlHandler(Count, FALSE);
 }
 
-TEST(HostTest, AHostWithAConsoleIsToldThatItCannotAsk) {
+TEST(ProcessHostTest, AHostWithAConsoleIsToldThatItCannotAsk) {
   FreeConsole();
   ASSERT_TRUE(AllocConsole());
   Process process = java::Start(Probe({"sleep", "60000"}));
@@ -65,7 +65,7 @@ TEST(HostTest, AHostWithAConsoleIsToldThatItCannotAsk) {
   FreeConsole();
 }
 
-TEST(HostTest, AHostInAJobRunsPrograms) {
+TEST(ProcessHostTest, AHostInAJobRunsPrograms) {
   const HANDLE job = CreateJobObjectW(nullptr, nullptr);
   ASSERT_TRUE(AssignProcessToJobObject(job, GetCurrentProcess()));
   EXPECT_EQ(java::Run(Probe({"exit", "3"})).exitCode, 3);

@@ -10,7 +10,7 @@
 
 #include "java/CountedVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using torvan::java::Global;
@@ -22,7 +22,7 @@ using torvan::java::detail::GlobalOf;
 using torvan::java::detail::Own;
 using torvan::java::detail::UseVm;
 
-class ReferencesTest : public CountedVmTest {
+class RefCountsTest : public CountedVmTest {
  protected:
   Local<> Made() { return Own<Object>(jvm.Env(), NewLocal()); }
   // Drops something on a thread that is not attached.
@@ -35,7 +35,7 @@ class ReferencesTest : public CountedVmTest {
   }
 };
 
-TEST_F(ReferencesTest, ALocalIsDeletedOnce) {
+TEST_F(RefCountsTest, ALocalIsDeletedOnce) {
   {
     Local<> first = Made();
     Local<> second = std::move(first);
@@ -50,7 +50,7 @@ TEST_F(ReferencesTest, ALocalIsDeletedOnce) {
   EXPECT_EQ(Calls("DeleteLocalRef"), 3u);
 }
 
-TEST_F(ReferencesTest, AReleasedLocalIsTheCallers) {
+TEST_F(RefCountsTest, AReleasedLocalIsTheCallers) {
   Local<> local = Made();
   EXPECT_NE(local.Release(), nullptr);
   local.Reset();
@@ -58,7 +58,7 @@ TEST_F(ReferencesTest, AReleasedLocalIsTheCallers) {
   locals = 0;
 }
 
-TEST_F(ReferencesTest, ALocalOfAThreadThatLeftIsNotTouched) {
+TEST_F(RefCountsTest, ALocalOfAThreadThatLeftIsNotTouched) {
   Local<> local = Made();
   isAttached = false;
   local.Reset();
@@ -68,7 +68,7 @@ TEST_F(ReferencesTest, ALocalOfAThreadThatLeftIsNotTouched) {
   locals = 0;
 }
 
-TEST_F(ReferencesTest, CopiesOfAGlobalShareOneReference) {
+TEST_F(RefCountsTest, CopiesOfAGlobalShareOneReference) {
   {
     const Global<> first(Made());
     EXPECT_EQ(locals, 0);
@@ -82,7 +82,7 @@ TEST_F(ReferencesTest, CopiesOfAGlobalShareOneReference) {
   EXPECT_EQ(Calls("DeleteGlobalRef"), 1u);
 }
 
-TEST_F(ReferencesTest, NullReferencesAskForNothing) {
+TEST_F(RefCountsTest, NullReferencesAskForNothing) {
   const Global<> global(nullptr);
   const Global<> copy = global;
   const Global<> made = GlobalOf<Object>(jvm.Env(), nullptr);
@@ -93,7 +93,7 @@ TEST_F(ReferencesTest, NullReferencesAskForNothing) {
   EXPECT_THAT(jvm.Calls(), testing::IsEmpty());
 }
 
-TEST_F(ReferencesTest, WeakReferencesAreShared) {
+TEST_F(RefCountsTest, WeakReferencesAreShared) {
   {
     const Weak<> first(Made());
     Weak<> second = first;
@@ -105,7 +105,7 @@ TEST_F(ReferencesTest, WeakReferencesAreShared) {
   EXPECT_EQ(weaks, 0);
 }
 
-TEST_F(ReferencesTest, AVmThatRefusesAReferenceLeavesNothing) {
+TEST_F(RefCountsTest, AVmThatRefusesAReferenceLeavesNothing) {
   const Local<> local = Made();
   jvm.AnswerNull("NewGlobalRef(local:1)");
   EXPECT_THROW(Global<>{local}, std::bad_alloc);
@@ -117,7 +117,7 @@ TEST_F(ReferencesTest, AVmThatRefusesAReferenceLeavesNothing) {
   EXPECT_EQ(locals, 1);
 }
 
-TEST_F(ReferencesTest, WhatAnUnattachedThreadDropsIsDeletedByTheNextThatMakesOne) {
+TEST_F(RefCountsTest, WhatAnUnattachedThreadDropsIsDeletedByTheNextThatMakesOne) {
   Global<> global(Made());
   Weak<> weak(global);
   Global<> kept = global;
@@ -132,7 +132,7 @@ TEST_F(ReferencesTest, WhatAnUnattachedThreadDropsIsDeletedByTheNextThatMakesOne
   EXPECT_EQ(weaks, 0);
 }
 
-TEST_F(ReferencesTest, WhatUnwindingDropsIsDeleted) {
+TEST_F(RefCountsTest, WhatUnwindingDropsIsDeleted) {
   try {
     const Global<> global(Made());
     const Local<> local = Made();
@@ -143,7 +143,7 @@ TEST_F(ReferencesTest, WhatUnwindingDropsIsDeleted) {
   }
 }
 
-TEST_F(ReferencesTest, AfterTheEndOfTheVmNothingIsAskedOfIt) {
+TEST_F(RefCountsTest, AfterTheEndOfTheVmNothingIsAskedOfIt) {
   jobject raw = nullptr;
   {
     Global<> global(Made());
@@ -164,4 +164,4 @@ TEST_F(ReferencesTest, AfterTheEndOfTheVmNothingIsAskedOfIt) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -1,8 +1,8 @@
 // What is left of programs: nothing in this process, nothing of what they have started.
 #include <mutex>
 
-#include "java/processes/Left.h"
 #include "java/processes/Probe.h"
+#include "java/processes/ThisProcess.h"
 
 namespace tests {
 namespace {
@@ -39,14 +39,14 @@ class Tree {
   std::optional<Process> m_process;
 };
 
-TEST(LeftBehindTest, KillingEndsTheWholeTree) {
+TEST(RunningLeftBehindTest, KillingEndsTheWholeTree) {
   Tree tree;
   tree.TheProcess()->Kill();
   EXPECT_TRUE(Eventually([&] { return tree.Running() == 0; }));
   EXPECT_EQ(tree.TheProcess()->Wait().ended, Ended::Killed);
 }
 
-TEST(LeftBehindTest, DroppingEndsTheWholeTree) {
+TEST(RunningLeftBehindTest, DroppingEndsTheWholeTree) {
   const Held before = HeldNow();
   Tree tree;
   tree.TheProcess().reset();
@@ -54,14 +54,14 @@ TEST(LeftBehindTest, DroppingEndsTheWholeTree) {
   EXPECT_EQ(HeldNow().children, before.children);
 }
 
-TEST(LeftBehindTest, WhatAProgramLeavesRunningAtItsOwnEndRunsOn) {
+TEST(RunningLeftBehindTest, WhatAProgramLeavesRunningAtItsOwnEndRunsOn) {
   const auto outcome = java::Run(Probe({"leaves", "1500"}));
   const auto ids = Split(outcome.output, '\n');
   ASSERT_EQ(ids.size(), 1u);
   EXPECT_TRUE(Runs(std::stoul(ids[0])));
 }
 
-TEST(LeftBehindTest, NothingIsHeldWhenAProgramHasEnded) {
+TEST(RunningLeftBehindTest, NothingIsHeldWhenAProgramHasEnded) {
   java::Run(Probe({"exit", "0"}));
   const Held before = HeldNow();
   const Process process = java::Start(Probe({"echo"}).Input("x"));
@@ -71,7 +71,7 @@ TEST(LeftBehindTest, NothingIsHeldWhenAProgramHasEnded) {
   EXPECT_TRUE(Eventually([&] { return HeldNow().threads == before.threads; }));
 }
 
-TEST(LeftBehindTest, NothingIsHeldWhenAProgramCannotStart) {
+TEST(RunningLeftBehindTest, NothingIsHeldWhenAProgramCannotStart) {
   const Held before = HeldNow();
   for (int i = 0; i < 20; ++i) {
     EXPECT_THROW(java::Start(Probe({}).Folder(ProbeHome() / "nowhere")), java::StartFailure);
@@ -82,7 +82,7 @@ TEST(LeftBehindTest, NothingIsHeldWhenAProgramCannotStart) {
   EXPECT_EQ(HeldNow().children, before.children);
 }
 
-TEST(LeftBehindTest, ManyInARowLeaveNothing) {
+TEST(RunningLeftBehindTest, ManyInARowLeaveNothing) {
   const auto round = [](int i) {
     switch (i % 4) {
       case 0:
@@ -98,11 +98,7 @@ TEST(LeftBehindTest, ManyInARowLeaveNothing) {
         java::Start(Probe({"echo"}).KeepInputOpen()).Kill();
     }
   };
-#if defined(_WIN32)
-  constexpr int Count = 200;  // under Wine a start takes much longer
-#else
-  constexpr int Count = 2000;
-#endif
+  constexpr int Count = OnWindows ? 200 : 2000;  // under Wine a start takes much longer
   for (int i = 0; i < Count / 4; ++i) round(i);
   const Held before = HeldNow();
   const std::size_t memory = MemoryNow();
@@ -113,7 +109,7 @@ TEST(LeftBehindTest, ManyInARowLeaveNothing) {
   EXPECT_LT(MemoryNow(), memory + (1 << 20));
 }
 
-TEST(LeftBehindTest, ADetachedProgramOutlivesItsStartAndLeavesNothing) {
+TEST(RunningLeftBehindTest, ADetachedProgramOutlivesItsStartAndLeavesNothing) {
   const Held before = HeldNow();
   const auto file = ProbeHome() / "detached.txt";
   const std::uint32_t id = Probe({"says", "begun", "sleep", "700", "says", " ended"}).OutputFile(file).Detached();

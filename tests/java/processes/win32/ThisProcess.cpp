@@ -1,4 +1,4 @@
-#include "java/processes/Left.h"
+#include "java/processes/ThisProcess.h"
 
 #include <windows.h>
 // After <windows.h>, which they need.
@@ -33,6 +33,14 @@ std::size_t MemoryNow() {
   GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
   return counters.WorkingSetSize;
 }
+
+std::filesystem::path OwnProgram() {
+  wchar_t path[MAX_PATH];
+  GetModuleFileNameW(nullptr, path, MAX_PATH);
+  return path;
+}
+
+unsigned long OwnId() { return GetCurrentProcessId(); }
 
 bool Runs(unsigned long id) {
   const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, id);

@@ -6,11 +6,14 @@
 
 #include "java/runtimes/MadeUpMachine.h"
 
-namespace torvan::java::detail {
+namespace tests {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using namespace torvan::java;
+using namespace torvan::java::detail;
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr const wchar_t* OwnKey = L"Software\\TorvanRuntimesTest";
 
@@ -24,7 +27,7 @@ class RegistryMachine : public MadeUpMachine {
   }
 };
 
-class RegistryTest : public ::testing::Test {
+class MachineRegistryTest : public testing::Test {
  protected:
   void SetUp() override {
     RegDeleteTreeW(HKEY_CURRENT_USER, OwnKey);
@@ -102,7 +105,7 @@ const Row Rows[] = {
 };
 // clang-format on
 
-TEST_F(RegistryTest, EveryInstallersKeyIsRead) {
+TEST_F(MachineRegistryTest, EveryInstallersKeyIsRead) {
   const std::string home = machine.AddRuntime("jdk", "17");
   for (const char* root :
        {"HKLM\\SOFTWARE\\", "HKLM\\SOFTWARE\\WOW6432Node\\", "HKCU\\SOFTWARE\\", "HKCU\\SOFTWARE\\WOW6432Node\\"}) {
@@ -115,7 +118,7 @@ TEST_F(RegistryTest, EveryInstallersKeyIsRead) {
   EXPECT_THAT(Found(), IsEmpty());
 }
 
-TEST_F(RegistryTest, AHomeThatSeveralKeysNameIsListedOnce) {
+TEST_F(MachineRegistryTest, AHomeThatSeveralKeysNameIsListedOnce) {
   const std::string home = machine.AddRuntime("jdk", "17");
   for (const Row& row : Rows) Set("HKCU\\SOFTWARE\\" + std::string(row.key), row.value, home);
   EXPECT_THAT(Found(), ElementsAre(home + " 17 HKCU\\SOFTWARE\\JavaSoft\\Java Runtime Environment\\1.8"));
@@ -123,7 +126,7 @@ TEST_F(RegistryTest, AHomeThatSeveralKeysNameIsListedOnce) {
   EXPECT_THAT(Found(), ElementsAre(home + " 17 JAVA_HOME"));
 }
 
-TEST_F(RegistryTest, AnUninstalledRuntimeIsRefused) {
+TEST_F(MachineRegistryTest, AnUninstalledRuntimeIsRefused) {
   const std::string key = "HKLM\\SOFTWARE\\JavaSoft\\JDK\\17";
   const std::string nowhere = machine.Path("nowhere");
   Set(key, "JavaHome", nowhere);
@@ -132,7 +135,7 @@ TEST_F(RegistryTest, AnUninstalledRuntimeIsRefused) {
   EXPECT_THAT(Found(), ElementsAre("jdk: is not an absolute path (" + key + ")"));
 }
 
-TEST_F(RegistryTest, ValuesMayHoldVariables) {
+TEST_F(MachineRegistryTest, ValuesMayHoldVariables) {
   const std::string home = machine.AddRuntime("jdk", "17");
   SetEnvironmentVariableW(L"TORVAN_REGISTRY_TEST", Wide(machine.Path()).c_str());
   const std::string key = "HKLM\\SOFTWARE\\Microsoft\\JDK\\17\\hotspot\\MSI";
@@ -140,7 +143,7 @@ TEST_F(RegistryTest, ValuesMayHoldVariables) {
   EXPECT_THAT(Found(), ElementsAre(home + " 17 " + key));
 }
 
-TEST_F(RegistryTest, ValuesNeedNoTerminatingZero) {
+TEST_F(MachineRegistryTest, ValuesNeedNoTerminatingZero) {
   const std::string home = machine.AddRuntime("jdk \u00E4\u4E2D", "17");
   const std::string key = "HKLM\\SOFTWARE\\JavaSoft\\JDK\\17";
   SetRaw(key, "JavaHome", REG_SZ, Wide(home));
@@ -149,7 +152,7 @@ TEST_F(RegistryTest, ValuesNeedNoTerminatingZero) {
   EXPECT_THAT(Found(), ElementsAre(home + " 17 " + key));
 }
 
-TEST_F(RegistryTest, WhatIsNoPathIsPassedOver) {
+TEST_F(MachineRegistryTest, WhatIsNoPathIsPassedOver) {
   const std::string key = "HKLM\\SOFTWARE\\JavaSoft\\JDK\\17";
   Set(key, "CurrentVersion", "17");
   EXPECT_THAT(Found(), IsEmpty());
@@ -162,4 +165,4 @@ TEST_F(RegistryTest, WhatIsNoPathIsPassedOver) {
 }
 
 }  // namespace
-}  // namespace torvan::java::detail
+}  // namespace tests

@@ -12,8 +12,8 @@
 #include <fstream>
 #include <thread>
 
-#include "java/processes/Left.h"
 #include "java/processes/Probe.h"
+#include "java/processes/ThisProcess.h"
 
 namespace tests {
 namespace {
@@ -53,14 +53,10 @@ void ExpectInFork(const Function& function) {
 
 // A runtime whose java is a script.
 std::filesystem::path HomeOfScript(const std::string& name, const std::string& script) {
-  const auto home = ProbeHome() / name;
-  std::filesystem::create_directories(home / "bin");
-  std::ofstream(home / "bin" / "java") << "#!/bin/sh\n" << script;
-  std::filesystem::permissions(home / "bin" / "java", std::filesystem::perms::owner_all);
-  return home;
+  return HomeWith(name, "#!/bin/sh\n" + script);
 }
 
-TEST(HostTest, ItsOwnChildrenAreLeftToIt) {
+TEST(ProcessHostTest, ItsOwnChildrenAreLeftToIt) {
   const OnSignal handler(SIGCHLD, Count);
   g_signals = 0;
   const pid_t own = fork();
@@ -82,7 +78,7 @@ TEST(HostTest, ItsOwnChildrenAreLeftToIt) {
 
 pid_t g_own = 0;
 
-TEST(HostTest, AHandlerThatReapsItsOwnChildDoesNotTakeOurs) {
+TEST(ProcessHostTest, AHandlerThatReapsItsOwnChildDoesNotTakeOurs) {
   const OnSignal handler(SIGCHLD, [](int) {
     const int error = errno;
     if (g_own > 0) waitpid(g_own, nullptr, WNOHANG);
@@ -94,7 +90,7 @@ TEST(HostTest, AHandlerThatReapsItsOwnChildDoesNotTakeOurs) {
   EXPECT_EQ(waitpid(g_own, nullptr, 0), -1);
 }
 
-TEST(HostTest, AStartThatFailsAndADetachedProgramRaiseNoSignal) {
+TEST(ProcessHostTest, AStartThatFailsAndADetachedProgramRaiseNoSignal) {
   const OnSignal handler(SIGCHLD, Count);
   g_signals = 0;
   EXPECT_THROW(java::Run(Probe({}).Folder(ProbeHome() / "nowhere")), java::StartFailure);
@@ -103,7 +99,7 @@ TEST(HostTest, AStartThatFailsAndADetachedProgramRaiseNoSignal) {
   EXPECT_EQ(g_signals, 0);
 }
 
-TEST(HostTest, AHostThatIgnoresItsChildrenIsToldThatTheExitCodeIsLost) {
+TEST(ProcessHostTest, AHostThatIgnoresItsChildrenIsToldThatTheExitCodeIsLost) {
   for (const int flags : {0, SA_NOCLDWAIT}) {
     const OnSignal handler(SIGCHLD, flags == 0 ? SIG_IGN : SIG_DFL, flags);
     const Process process = java::Start(Probe({"exit", "3"}));
@@ -115,7 +111,7 @@ TEST(HostTest, AHostThatIgnoresItsChildrenIsToldThatTheExitCodeIsLost) {
   }
 }
 
-TEST(HostTest, AHostThatWaitsForEveryChildIsToldThatTheExitCodeIsLost) {
+TEST(ProcessHostTest, AHostThatWaitsForEveryChildIsToldThatTheExitCodeIsLost) {
   const OnSignal handler(SIGCHLD, [](int) {
     const int error = errno;
     while (waitpid(-1, nullptr, WNOHANG) > 0) {
@@ -137,7 +133,7 @@ TEST(HostTest, AHostThatWaitsForEveryChildIsToldThatTheExitCodeIsLost) {
   EXPECT_GT(lost, 0u);
 }
 
-TEST(HostTest, ItsEpollSetSeesNothing) {
+TEST(ProcessHostTest, ItsEpollSetSeesNothing) {
   const int set = epoll_create1(EPOLL_CLOEXEC);
   int pipe[2];
   ASSERT_EQ(pipe2(pipe, O_CLOEXEC), 0);
@@ -153,14 +149,14 @@ TEST(HostTest, ItsEpollSetSeesNothing) {
 
 int g_forks = 0;
 
-TEST(HostTest, ItsHandlersOfForksDoNotRun) {
+TEST(ProcessHostTest, ItsHandlersOfForksDoNotRun) {
   ASSERT_EQ(pthread_atfork([] { ++g_forks; }, nullptr, [] { ++g_forks; }), 0);
   java::Run(Probe({"exit", "0"}));
   Probe({"exit", "0"}).Detached();
   EXPECT_EQ(g_forks, 0);
 }
 
-TEST(HostTest, AForkDoesNotOwnTheProcess) {
+TEST(ProcessHostTest, AForkDoesNotOwnTheProcess) {
   std::optional<Process> process = java::Start(Probe({"echo", "exit", "3"}).KeepInputOpen());
   ExpectInFork([&process] {
     try {
@@ -178,7 +174,7 @@ TEST(HostTest, AForkDoesNotOwnTheProcess) {
   EXPECT_EQ(process->Wait().exitCode, 3);
 }
 
-TEST(HostTest, AForkThatLivesOnDoesNotKeepTheInputOpen) {
+TEST(ProcessHostTest, AForkThatLivesOnDoesNotKeepTheInputOpen) {
   Process process = java::Start(Probe({"echo", "says", "end"}).KeepInputOpen());
   const pid_t other = fork();
   if (other == 0) {
@@ -194,7 +190,7 @@ TEST(HostTest, AForkThatLivesOnDoesNotKeepTheInputOpen) {
   EXPECT_EQ(outcome->output, "text end");
 }
 
-TEST(HostTest, AHostWithoutStandardDescriptorsRunsPrograms) {
+TEST(ProcessHostTest, AHostWithoutStandardDescriptorsRunsPrograms) {
   ProbeHome();
   for (int closed = 1; closed < 8; ++closed) {
     ExpectInFork([closed] {
@@ -215,7 +211,7 @@ TEST(HostTest, AHostWithoutStandardDescriptorsRunsPrograms) {
   }
 }
 
-TEST(HostTest, NoOtherDescriptorReachesTheProgram) {
+TEST(ProcessHostTest, NoOtherDescriptorReachesTheProgram) {
   const int leaking = open("/dev/null", O_RDONLY);  // not closed on execution
   ASSERT_GE(leaking, 0);
   Process other = java::Start(Probe({"echo"}).KeepInputOpen());
@@ -231,7 +227,7 @@ TEST(HostTest, NoOtherDescriptorReachesTheProgram) {
   close(leaking);
 }
 
-TEST(HostTest, NoBrokenPipeReachesTheHost) {
+TEST(ProcessHostTest, NoBrokenPipeReachesTheHost) {
   const OnSignal handler(SIGPIPE, Count);
   g_signals = 0;
   Process process = java::Start(Probe({"exit", "0"}).KeepInputOpen());
@@ -240,7 +236,7 @@ TEST(HostTest, NoBrokenPipeReachesTheHost) {
   EXPECT_EQ(g_signals, 0);
 }
 
-TEST(HostTest, AProgramBeginsWithoutBlockedOrIgnoredSignals) {
+TEST(ProcessHostTest, AProgramBeginsWithoutBlockedOrIgnoredSignals) {
   const OnSignal ignored(SIGHUP, SIG_IGN);
   const OnSignal handled(SIGUSR2, Count);
   sigset_t set;
@@ -257,7 +253,7 @@ TEST(HostTest, AProgramBeginsWithoutBlockedOrIgnoredSignals) {
   EXPECT_EQ(sigismember(&after, SIGUSR1), 0);
 }
 
-TEST(HostTest, ASignalOfTheHostDoesNotRunOnAProgramsThread) {
+TEST(ProcessHostTest, ASignalOfTheHostDoesNotRunOnAProgramsThread) {
   const OnSignal handler(SIGUSR1, Count);
   g_signals = 0;
   sigset_t set;
@@ -273,7 +269,7 @@ TEST(HostTest, ASignalOfTheHostDoesNotRunOnAProgramsThread) {
   EXPECT_EQ(g_signals, 1);
 }
 
-TEST(HostTest, SignalsDoNotDisturbARun) {
+TEST(ProcessHostTest, SignalsDoNotDisturbARun) {
   const OnSignal handler(SIGALRM, Count, 0);
   g_signals = 0;
   const itimerval often{{0, 2000}, {0, 2000}};
@@ -286,21 +282,21 @@ TEST(HostTest, SignalsDoNotDisturbARun) {
   EXPECT_GT(g_signals, 0);
 }
 
-TEST(HostTest, AProgramLeadsAGroupAndASessionOfItsOwn) {
+TEST(ProcessHostTest, AProgramLeadsAGroupAndASessionOfItsOwn) {
   const Process process = java::Start(Probe({"sleep", "60000"}));
   const auto id = static_cast<pid_t>(process.Id());
   EXPECT_EQ(getpgid(id), id);
   EXPECT_EQ(getsid(id), id);
 }
 
-TEST(HostTest, ADetachedProgramIsNoChild) {
+TEST(ProcessHostTest, ADetachedProgramIsNoChild) {
   const auto id = static_cast<pid_t>(Probe({"sleep", "300"}).Detached());
   EXPECT_EQ(waitpid(id, nullptr, 0), -1);
   EXPECT_EQ(errno, ECHILD);
   EXPECT_EQ(getsid(id), id);
 }
 
-TEST(HostTest, AGrandchildWhoseParentHasEndedIsFoundInTheSession) {
+TEST(ProcessHostTest, AGrandchildWhoseParentHasEndedIsFoundInTheSession) {
   const auto file = ProbeHome() / "orphan.txt";
   // A shell with job control puts it in a group of its own.
   const auto home =

@@ -15,8 +15,8 @@
 #include <fstream>
 #include <set>
 
-#include "java/processes/Left.h"
 #include "java/processes/Probe.h"
+#include "java/processes/ThisProcess.h"
 
 namespace {
 
@@ -126,7 +126,7 @@ std::size_t CountOf(const std::set<std::string>& texts, const std::string& begin
   return count;
 }
 
-TEST(FailingSystemTest, ARunFailsWithTheStepThatFailed) {
+TEST(RunningFailingSystemTest, ARunFailsWithTheStepThatFailed) {
   const auto texts = FailEach(EIO, [] {
     const Outcome outcome = java::Run(Probe({"echo", "descriptors"}).Folder(ProbeHome()).Input("text"));
     // What is not told as a failure has no effect.
@@ -145,7 +145,7 @@ TEST(FailingSystemTest, ARunFailsWithTheStepThatFailed) {
   EXPECT_GE(CountOf(texts, "Could not read the output of process "), 1u);
 }
 
-TEST(FailingSystemTest, AProcessFailsWithTheStepThatFailed) {
+TEST(RunningFailingSystemTest, AProcessFailsWithTheStepThatFailed) {
   const auto texts = FailEach(EAGAIN, [] {
     Process process = java::Start(Probe({"echo"}).KeepInputOpen());
     if (process.Write("text")) process.CloseInput();
@@ -154,7 +154,7 @@ TEST(FailingSystemTest, AProcessFailsWithTheStepThatFailed) {
   EXPECT_EQ(texts.count("Could not start a thread for the program: Resource temporarily unavailable"), 1u);
 }
 
-TEST(FailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
+TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
   const auto folder = ProbeHome() / "temporary";
   std::filesystem::create_directories(folder);
   setenv("TMPDIR", folder.c_str(), 1);
@@ -172,7 +172,7 @@ TEST(FailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
   EXPECT_EQ(CountOf(texts, "Could not write the argument file \"" + folder.string() + "/java-arguments-"), 1u);
 }
 
-TEST(FailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
+TEST(RunningFailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
   const auto texts = FailEach(EIO, [] {
     const auto id = Probe({"exit", "0"}).Detached();
     EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
@@ -182,7 +182,7 @@ TEST(FailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
   EXPECT_EQ(texts.count("Could not open the input file \"/dev/null\"" + end), 1u);
 }
 
-TEST(FailingSystemTest, KillingEndsTheProgramWhateverFails) {
+TEST(RunningFailingSystemTest, KillingEndsTheProgramWhateverFails) {
   for (long calls = 0; calls < 40; ++calls) {
     Process process = java::Start(Probe({"sleep", "60000"}));
     g_error = ENOMEM;

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <new>
 
-#include "java/processes/Left.h"
 #include "java/processes/Probe.h"
+#include "java/processes/ThisProcess.h"
 
 namespace {
 
@@ -32,11 +32,8 @@ void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 namespace tests {
 namespace {
 
-#if defined(_WIN32)
-constexpr long FewestSteps = 5;  // the C++ library is a DLL, whose own allocations nobody replaces
-#else
-constexpr long FewestSteps = 50;
-#endif
+// On Windows the C++ library is a DLL, and its own allocations do not come here.
+constexpr long FewestSteps = OnWindows ? 5 : 50;
 
 using java::Outcome;
 using java::Process;
@@ -63,7 +60,7 @@ long StepsUntilThereIsEnough(const Function& function) {
   }
 }
 
-TEST(MemoryTest, ARunWithoutMemoryLeavesNothing) {
+TEST(RunningMemoryTest, ARunWithoutMemoryLeavesNothing) {
   const java::Program program = Probe({"echo", "complains", "e"}).Input(std::string(100, 'x'));
   EXPECT_GT(StepsUntilThereIsEnough([&program] {
               const Outcome outcome = java::Run(program);
@@ -72,7 +69,7 @@ TEST(MemoryTest, ARunWithoutMemoryLeavesNothing) {
             FewestSteps);
 }
 
-TEST(MemoryTest, AProcessWithoutMemoryLeavesNothing) {
+TEST(RunningMemoryTest, AProcessWithoutMemoryLeavesNothing) {
   const java::Program program = Probe({"echo"}).KeepInputOpen();
   EXPECT_GT(StepsUntilThereIsEnough([&program] {
               Process process = java::Start(program);
@@ -84,7 +81,7 @@ TEST(MemoryTest, AProcessWithoutMemoryLeavesNothing) {
             FewestSteps);
 }
 
-TEST(MemoryTest, KillingNeedsNoMemory) {
+TEST(RunningMemoryTest, KillingNeedsNoMemory) {
   for (long steps = 0; steps < 3; ++steps) {
     Process process = java::Start(Probe({"sleep", "60000"}));
     g_allocationsLeft = steps;
@@ -94,7 +91,7 @@ TEST(MemoryTest, KillingNeedsNoMemory) {
   }
 }
 
-TEST(MemoryTest, DroppingNeedsNoMemory) {
+TEST(RunningMemoryTest, DroppingNeedsNoMemory) {
   const Held before = HeldNow();
   std::optional<Process> process = java::Start(Probe({"sleep", "60000"}));
   const std::uint32_t id = process->Id();

@@ -1,11 +1,12 @@
-// What a test may leave behind in this process: nothing.
+// The process of the test: what it holds, and who it is.
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 
 namespace tests {
 
-// Of this process, now. Descriptors are handles on Windows.
+// What a test must leave as it was. Descriptors are handles on Windows.
 struct Held {
   std::size_t descriptors;
   std::size_t threads;
@@ -15,6 +16,10 @@ Held HeldNow();
 
 // Resident memory in bytes.
 std::size_t MemoryNow();
+
+// The file of the test program.
+std::filesystem::path OwnProgram();
+unsigned long OwnId();
 
 // Tells whether a process runs; one that has ended and waits to be reaped does not.
 bool Runs(unsigned long id);

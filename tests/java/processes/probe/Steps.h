@@ -1,0 +1,35 @@
+// What the steps of the probe ask of the system.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tests {
+
+// Of the command line: the next text or number. Both end with the last step: then "" and 0.
+std::string Next();
+long NextNumber();
+// Writes to the output.
+void Put(const std::string& text);
+
+using Steps = std::map<std::string, std::function<void()>>;
+
+// The system's part. Texts are UTF-8.
+
+// The steps that only this system has.
+Steps SystemSteps();
+
+std::vector<std::string> AllArguments(int count, char** arguments);
+std::vector<std::string> AllVariables();
+// Starts the program again with other steps, and returns the new process's id. `apart` is in a process group of its
+// own, on Windows without the console.
+unsigned long Again(const std::string& program, const std::string& steps, bool apart);
+void IgnoreRequestsToStop();
+void ExitWhenAskedToStop(int code);
+void Raise(int signal);
+unsigned long OwnId();
+void UseBinaryStreams();
+
+}  // namespace tests
