@@ -1,6 +1,20 @@
 # The JDK of the build machine: jni.h for the library and its hosts, javac and jar for Java classes. The package has this
 # file, too.
 
+# Sets RESULT to the folder of this system, "linux" or "win32": of a JDK's include folder, and of each folder here with code
+# that differs between systems.
+function(torvan_system_folder result)
+  if(WIN32)
+    set(${result} win32 PARENT_SCOPE)
+  elseif(CMAKE_SYSTEM_NAME STREQUAL Linux)
+    set(${result} linux PARENT_SCOPE)
+  else()
+    message(FATAL_ERROR "There is no code for ${CMAKE_SYSTEM_NAME}. Name its folder in torvan_system_folder, in cmake/TorvanJava.cmake. "
+                        "Write src/platform/<folder>/System.cpp and Conventions.cpp, which answer the questions of "
+                        "src/platform/System.h, and the sources of src/java/<folder> that src/java/CMakeLists.txt lists.")
+  endif()
+endfunction()
+
 # Sets RESULT to the folders of jni.h and of its machine-dependent half, or to nothing when there is no JDK. A JDK that is
 # not a Windows one has no such half for Windows; WINDOWS_JNI is the folder that has one.
 function(torvan_jni_folders result windows_jni)
@@ -28,12 +42,13 @@ function(torvan_jni_folders result windows_jni)
     return()
   endif()
 
-  set(machine_headers "${TORVAN_JDK}/include/linux")
-  if(WIN32)
-    set(machine_headers "${TORVAN_JDK}/include/win32")
-    if(NOT EXISTS "${machine_headers}")
-      set(machine_headers "${windows_jni}")
-    endif()
+  torvan_system_folder(system)
+  set(machine_headers "${TORVAN_JDK}/include/${system}")
+  if(WIN32 AND NOT EXISTS "${machine_headers}")
+    set(machine_headers "${windows_jni}")
+  endif()
+  if(NOT EXISTS "${machine_headers}/jni_md.h")
+    message(FATAL_ERROR "There is no jni_md.h in ${machine_headers}: the JDK is one for another system.")
   endif()
   set(${result} "${TORVAN_JDK}/include" "${machine_headers}" PARENT_SCOPE)
 endfunction()
