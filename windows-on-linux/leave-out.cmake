@@ -1,20 +1,20 @@
 # What cannot be built or shown under Wine, and why; each reason is printed. A test is left out by its name (CTest reads
 # CTestCustom.cmake in the build folder), a program by not being built, a source by not being compiled.
 
-# Sets RESULT to the names of all tests below the folder.
-function(windows_on_linux_tests result folder)
-  get_property(tests DIRECTORY "${folder}" PROPERTY TESTS)
+# Sets RESULT to all that a PROPERTY lists of the folder and of those below it: TESTS, or the targets as BUILDSYSTEM_TARGETS.
+function(windows_on_linux_all result property folder)
+  get_property(all DIRECTORY "${folder}" PROPERTY ${property})
   get_property(folders DIRECTORY "${folder}" PROPERTY SUBDIRECTORIES)
   foreach(inner IN LISTS folders)
-    windows_on_linux_tests(more "${inner}")
-    list(APPEND tests ${more})
+    windows_on_linux_all(more ${property} "${inner}")
+    list(APPEND all ${more})
   endforeach()
-  set(${result} ${tests} PARENT_SCOPE)
+  set(${result} ${all} PARENT_SCOPE)
 endfunction()
 
 # The tests whose names match the pattern.
 function(leave_out_tests pattern reason)
-  windows_on_linux_tests(tests "${PROJECT_SOURCE_DIR}")
+  windows_on_linux_all(tests TESTS "${PROJECT_SOURCE_DIR}")
   list(FILTER tests INCLUDE REGEX "^(${pattern})$")
   if(NOT tests)
     return()
@@ -26,7 +26,7 @@ endfunction()
 
 # The programs, libraries and Java classes whose names match the pattern.
 function(leave_out_targets pattern reason)
-  windows_on_linux_targets(targets "${PROJECT_SOURCE_DIR}")
+  windows_on_linux_all(targets BUILDSYSTEM_TARGETS "${PROJECT_SOURCE_DIR}")
   list(FILTER targets INCLUDE REGEX "^(${pattern})$")
   if(NOT targets)
     return()

@@ -20,22 +20,11 @@ if(MSVC)
   message(STATUS "The package's examples and a host of torvan::java are left to the other targets: there is no whole C++ library here.")
 endif()
 
-# Sets RESULT to all targets that are made below the folder.
-function(windows_on_linux_targets result folder)
-  get_property(targets DIRECTORY "${folder}" PROPERTY BUILDSYSTEM_TARGETS)
-  get_property(folders DIRECTORY "${folder}" PROPERTY SUBDIRECTORIES)
-  foreach(inner IN LISTS folders)
-    windows_on_linux_targets(more "${inner}")
-    list(APPEND targets ${more})
-  endforeach()
-  set(${result} ${targets} PARENT_SCOPE)
-endfunction()
-
 # Links each program and library with what its compiler does not bring.
 function(windows_on_linux_link_compilers_libraries)
   # The product and a host as its maker writes it: no compiled part of the C++ library.
   set(without_library torvan_objects torvan mirel rx place windows_host windows_echo_jvm)
-  windows_on_linux_targets(targets "${PROJECT_SOURCE_DIR}")
+  windows_on_linux_all(targets BUILDSYSTEM_TARGETS "${PROJECT_SOURCE_DIR}")
   include("${WINDOWS_ON_LINUX}/startup/startup.cmake")
   include("${WINDOWS_ON_LINUX}/libcxx/libcxx.cmake")
   foreach(target IN LISTS targets)
