@@ -27,6 +27,20 @@ function(torvan_java_vms folders)
   set(${folders} ${found} PARENT_SCOPE)
 endfunction()
 
+# Makes the target NAME: compiles the SOURCE of the program MAIN into the folder CLASSES, and packs that as JAR.
+function(torvan_java_jar name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "JAR;MAIN;CLASSES;SOURCE" "")
+  torvan_java_classes(${name}_classes CLASSES "${arg_CLASSES}" SOURCES ${arg_SOURCE})
+  add_custom_command(
+    OUTPUT "${arg_JAR}"
+    COMMAND "${TORVAN_JDK}/bin/jar${CMAKE_HOST_EXECUTABLE_SUFFIX}" --create --file "${arg_JAR}" --main-class ${arg_MAIN}
+            -C "${arg_CLASSES}" .
+    DEPENDS ${name}_classes "${CMAKE_CURRENT_SOURCE_DIR}/${arg_SOURCE}"
+    COMMENT "Packing ${name}"
+    VERBATIM)
+  add_custom_target(${name} DEPENDS "${arg_JAR}")
+endfunction()
+
 # Lets a TEST find a Java whose VM is that of the JDK in FOLDER. PROGRAM is the program of this build that the test runs, if
 # it runs one directly; BY_PATH says that it needs the path of the VM's library.
 if(NOT COMMAND torvan_use_java)

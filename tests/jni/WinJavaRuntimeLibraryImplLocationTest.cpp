@@ -80,26 +80,31 @@ constexpr const char* NoClassic = "The specified Classic Sun JRE version is not 
 constexpr const char* NoClient = "The specified Client Sun JRE version is not found.";
 constexpr const char* NoServer = "The specified Server Sun JRE version is not found.";
 
+// What depends on the type alone.
+Kind DefaultVm(const char* name, const char* version) {
+  return {name, Default, version, RuntimeRoot, "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault};
+}
+Kind ClassicVm(const char* name, const char* version) {
+  return {name, Classic, version, RuntimeRoot, "JavaHome", Home, ClassicPath, 238, NoClassic};
+}
+Kind ClientVm(const char* name, const char* version) {
+  return {name, Client, version, RuntimeRoot, "JavaHome", Home, ClientPath, 253, NoClient};
+}
+Kind ServerVm(const char* name, const char* version) {
+  return {name, Server, version, KitRoot, "JavaHome", Home, ServerPath, 268, NoServer};
+}
+
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Kinds, RuntimeKindTest, ::testing::Values(
-    Kind{"DefaultOfAnOldRuntime",    Default, "1.2",       RuntimeRoot,
-         "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
-    Kind{"DefaultOfANewRuntime",     Default, "1.5.0",     RuntimeRoot,
-         "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
-    Kind{"DefaultOfAnyName",         Default, "whatever",  RuntimeRoot,
-         "RuntimeLib", RegisteredPath, RegisteredPath, 223, NoDefault},
-    Kind{"Classic",                  Classic, "1.3.1_20",  RuntimeRoot,
-         "JavaHome",   Home,           ClassicPath,    238, NoClassic},
-    Kind{"ClassicOfAVersionBehind1", Classic, "11.3",      RuntimeRoot,
-         "JavaHome",   Home,           ClassicPath,    238, NoClassic},
-    Kind{"Client",                   Client,  "1.4",       RuntimeRoot,
-         "JavaHome",   Home,           ClientPath,     253, NoClient},
-    Kind{"ClientWithin",             Client,  "x1.4.2_19", RuntimeRoot,
-         "JavaHome",   Home,           ClientPath,     253, NoClient},
-    Kind{"Server",                   Server,  "1.4.2",     KitRoot,
-         "JavaHome",   Home,           ServerPath,     268, NoServer},
-    Kind{"ServerOfAVersionBehind1",  Server,  "21.4",      KitRoot,
-         "JavaHome",   Home,           ServerPath,     268, NoServer}),
+    DefaultVm("DefaultOfAnOldRuntime",    "1.2"),
+    DefaultVm("DefaultOfANewRuntime",     "1.5.0"),
+    DefaultVm("DefaultOfAnyName",         "whatever"),
+    ClassicVm("Classic",                  "1.3.1_20"),
+    ClassicVm("ClassicOfAVersionBehind1", "11.3"),
+    ClientVm ("Client",                   "1.4"),
+    ClientVm ("ClientWithin",             "x1.4.2_19"),
+    ServerVm ("Server",                   "1.4.2"),
+    ServerVm ("ServerOfAVersionBehind1",  "21.4")),
     [](const auto& row) { return row.param.name; });
 // clang-format on
 

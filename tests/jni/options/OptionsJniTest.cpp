@@ -186,10 +186,15 @@ TEST(JniOptionsTest, DestroyingNullDoesNothing) {
   EXPECT_EQ(options.GetOptionCount(), 1u);
 }
 
-TEST(JniOptionsTest, DestroyingLetsARecordWithoutATextPass) {
+COptions TwoOptions() {
   COptions options;
   options.AddOption(CVerbose(1));
   options.AddOption(CVerbose(2));
+  return options;
+}
+
+TEST(JniOptionsTest, DestroyingLetsARecordWithoutATextPass) {
+  COptions options = TwoOptions();
   Allocations allocations;
   JavaVMOption* const array = options.CreateJniOptions();
   RX_free(array[0].optionString);
@@ -199,9 +204,7 @@ TEST(JniOptionsTest, DestroyingLetsARecordWithoutATextPass) {
 }
 
 TEST(JniOptionsTest, DestroyingReleasesAsManyTextsAsTheSetHasOptionsNow) {
-  COptions options;
-  options.AddOption(CVerbose(1));
-  options.AddOption(CVerbose(2));
+  COptions options = TwoOptions();
   Allocations allocations;
   JavaVMOption* const array = options.CreateJniOptions();
   char* const second = array[1].optionString;

@@ -64,6 +64,11 @@ TEST_F(VectorTest, TheProductInTheRoundingWrapsAroundAt32Bits) {
   EXPECT_EQ(allocations.LastSize(), 0x40000000u);
 }
 
+// Adds 0, 1, 2 and so on.
+void AddNumbers(CVector<Counted>& vector, unsigned int count) {
+  for (unsigned int i = 0; i < count; ++i) vector.Add(static_cast<int>(i));
+}
+
 TEST_F(VectorTest, CapacityGrowsByTheIncrement) {
   struct Row {
     const char* name;
@@ -81,7 +86,7 @@ TEST_F(VectorTest, CapacityGrowsByTheIncrement) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
     CVector<Counted> vector(row.initialCapacity, row.increment);
-    for (unsigned int i = 0; i < row.additions; ++i) vector.Add(static_cast<int>(i));
+    AddNumbers(vector, row.additions);
     EXPECT_EQ(vector.GetSize(), row.additions);
     EXPECT_EQ(vector.GetCapacity(), row.capacity);
     EXPECT_EQ(vector.GetLast().Value(), static_cast<int>(row.additions) - 1);
@@ -191,7 +196,7 @@ TEST_F(VectorTest, TrimmingGivesBackWholeIncrementsButTheLast) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
     CVector<Counted> vector(row.initialCapacity, row.increment);
-    for (unsigned int i = 0; i < row.size; ++i) vector.Add(static_cast<int>(i));
+    AddNumbers(vector, row.size);
     const std::vector<int> values = ValuesOf(vector);
     Counted::tally.ForgetDone();
     const int made = allocations.Made();
