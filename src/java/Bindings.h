@@ -38,11 +38,11 @@ struct Bindings {
 const Bindings* Bound() noexcept;
 
 // Finds everything in the VM of the environment. The class loader is the calling thread's context class loader, or the
-// system's where the thread has none. Throws StartFailure when the VM has something not, with nothing left pending.
+// system's where the thread has none. Throws StartFailure when the VM lacks any of it; nothing is left pending.
 void Bind(JNIEnv* env);
 
-// Gives the calling thread, just attached, the context class loader that Java's own threads have: service look-ups fail
-// without one.
+// Sets the context class loader of the calling thread, which was just attached, to that of Java's own threads: service
+// look-ups fail without one.
 void SetContextClassLoader(JNIEnv* env) noexcept;
 
 }  // namespace torvan::java::detail

@@ -51,9 +51,9 @@ constexpr Method<Map, std::optional<jlong>(Ref<Object>)> Remove{"remove", "(Ljav
 
 using Owner = std::shared_ptr<const void>;
 
-// Who owns the memory of which buffer. Java tells by a queue which buffers are gone: a phantom reference to each is the
-// key of a number here. It is asked, and not waited for, so that no thread is needed and owners are dropped where the
-// host is.
+// The owners of the buffers' memory. A reference queue of Java's tells which buffers were collected: each has a phantom
+// reference, with the number that it has here. The queue is polled, so that no thread is needed and owners are dropped
+// on a thread of the host.
 class Owners {
  public:
   // Never destroyed: buffers may be made and dropped by static destructors.
@@ -95,7 +95,7 @@ class Owners {
   }
 
  private:
-  // What is returned goes outside the lock: an owner's destructor may make buffers.
+  // The owners are returned and so destroyed outside the lock: an owner's destructor may make buffers.
   Owner Take(jlong id) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_owners.find(id);

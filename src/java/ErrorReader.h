@@ -19,8 +19,8 @@ struct Error::Facts {
   std::optional<std::optional<Error>> cause;
 };
 
-// Reads a Java exception that is no longer pending. What Java throws while it is read is cleared: an error is never
-// lost for another one.
+// Reads a Java exception that is no longer pending. What Java throws while it is read is cleared, so that one error
+// never hides another.
 class ErrorReader {
  public:
   explicit ErrorReader(JNIEnv* env) noexcept : m_env(env) {}
@@ -30,7 +30,7 @@ class ErrorReader {
   std::optional<std::string> Trace(jobject throwable);
 
  private:
-  // The text that a method without arguments gives; nothing where it gave null or failed.
+  // The text that a method without arguments returns; nothing when it returned null or failed.
   std::optional<std::string> Text(jobject object, jmethodID method);
   jobject Call(jobject object, jmethodID method);
   // Clears what the last call threw and tells whether it threw.

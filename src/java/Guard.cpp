@@ -31,7 +31,7 @@ bool ExchangeGetMethodId(JavaVM* vm) {
   jniNativeInterface* table = nullptr;
   bool done = tools->GetJNIFunctionTable(&table) == JVMTI_ERROR_NONE;
   if (done) {
-    // Before the table changes: other threads look up meanwhile.
+    // Set before the table changes, because other threads look up meanwhile.
     s_getMethodId.store(table->GetMethodID, std::memory_order_relaxed);
     table->GetMethodID = &GetMethodIdReadably;
     done = tools->SetJNIFunctionTable(table) == JVMTI_ERROR_NONE;
@@ -45,7 +45,7 @@ bool ExchangeGetMethodId(JavaVM* vm) {
 
 bool MakeFailuresReadable() {
   detail::RequireVm();
-  // Once: with the own function for the real one, a look-up would never end.
+  // Only once: if our own function were taken for the real one, a look-up would never end.
   static const bool done = ExchangeGetMethodId(detail::runningVm.load(std::memory_order_acquire));
   return done;
 }

@@ -6,7 +6,7 @@ namespace torvan::java {
 
 namespace {
 
-// A handle is made of a raw reference by its own family only.
+// Only a handle's own family can make one from a raw reference.
 class MadeHandle : public jni::CJavaObject {
  public:
   MadeHandle(const jni::CJavaVm& vm, jobject object) : CJavaObject(vm, object, true) {}

@@ -31,7 +31,7 @@ Kept& TheKept() {
   return kept;
 }
 
-// A text of the host's as JNI wants it.
+// A text of the host's as JNI expects it.
 std::string JniText(const char* text) { return IsPlainAscii(text) ? text : ToModifiedUtf8(ToUtf16(text)); }
 
 void* Ask(JNIEnv* env, jclass type, const MemberName& name) {
@@ -54,7 +54,7 @@ bool IsOf(JNIEnv* env, jthrowable thrown, const char* type) {
   return env->IsInstanceOf(thrown, static_cast<jclass>(wanted.Get())) != JNI_FALSE;
 }
 
-// Clears and gives what is pending after a member was not found.
+// Clears and returns what is pending after a member was not found.
 jthrowable TakeThrown(JNIEnv* env) {
   const jthrowable thrown = env->ExceptionOccurred();
   env->ExceptionClear();
@@ -100,7 +100,7 @@ void* FindId(JNIEnv* env, jclass type, const MemberName& name) {
   std::string addition;
   try {
     if (IsMissingMember(env, throwable)) addition = Instead(env, type, name);
-  } catch (const Failure&) {  // a class that cannot tell what it has: its name has to do
+  } catch (const Failure&) {  // its members cannot be listed: its name must do
     addition = " (" + SpellWithClass(name) + ")";
   }
   env->Throw(throwable);
@@ -111,7 +111,7 @@ std::unique_ptr<const ClassTests> FindTests(JNIEnv* env, jclass type, const Memb
   if (name.descriptor == name.own && !all) return nullptr;
   const DescriptorParts given = Split(name.descriptor);
   const DescriptorParts own = Split(name.own);
-  // The VM's own classes do not know the host's, so that their loader is of no use.
+  // The loader of the VM's own classes does not find the host's.
   const Local<Object> other = all ? LoaderOf(type) : Local<Object>();
   jobject const loader = all ? other.Get() : KeptLoader();
   const auto load = [&](const std::string& descriptor) {
@@ -123,7 +123,7 @@ std::unique_ptr<const ClassTests> FindTests(JNIEnv* env, jclass type, const Memb
   };
 
   auto tests = std::make_unique<ClassTests>();
-  const bool isField = *name.descriptor != '(';  // whose value is what is written and what is read
+  const bool isField = *name.descriptor != '(';  // its one type is that of what is written and of what is read
   const std::vector<std::string>& needed = isField ? std::vector<std::string>{given.result} : given.arguments;
   const std::vector<std::string>& known = isField ? std::vector<std::string>{own.result} : own.arguments;
   for (std::size_t i = 0; i < needed.size(); ++i) {
@@ -171,7 +171,7 @@ jclass KeptClass(JNIEnv* env, const char* name) {
     const auto found = kept.classes.find(dotted);
     if (found != kept.classes.end()) return found->second;
   }
-  // Not under the lock: a class's initialiser may come back here, and wait for another thread that does.
+  // Not under the lock: a class's initialiser may call this, or wait for another thread that does.
   std::atomic<jclass> place{nullptr};
   jclass const made = KeepClass(env, name, place);
   const std::lock_guard lock(kept.mutex);

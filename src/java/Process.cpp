@@ -19,7 +19,7 @@ union Kept {
   ~Kept() {}
 };
 
-// A process that is forked has only the memory of what it would let go of.
+// A forked process has the memory of a Running, but neither its thread nor its child.
 void LetGo(std::shared_ptr<Running> running) noexcept {
   if (!running) return;
   if (running->IsOwn()) {

@@ -34,7 +34,7 @@ std::filesystem::path CheckedPath(const char* what, const std::filesystem::path&
   return path;
 }
 
-// The path from the folder that is the current one now.
+// The path made absolute with the folder that is current now.
 std::filesystem::path Absolute(const char* what, const std::filesystem::path& path) {
   std::error_code error;
   std::filesystem::path absolute = std::filesystem::absolute(CheckedPath(what, path), error);

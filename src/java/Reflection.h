@@ -28,8 +28,8 @@ constexpr jint StaticModifier = 0x8;
 constexpr jint NativeModifier = 0x100;
 constexpr jint AbstractModifier = 0x400;
 
-// The methods, static or not, or the constructors or fields of that name, what hides or overrides first; null means
-// any. Throws Error when the class refuses to tell, as one does whose members' own classes are not there.
+// The methods, static or not, or the constructors or fields of that name, the hiding or overriding ones first; null
+// means any name. Throws Error when they cannot be listed, as when a class in a signature is missing.
 std::vector<Candidate> CandidatesOf(JNIEnv* env, jclass type, MemberKind kind, const char* name);
 
 // Says what a class has instead of a member that was not found: " (java.lang.Math has no ...)". Throws as above.

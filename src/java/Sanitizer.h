@@ -1,4 +1,4 @@
-// What a thread sanitizer cannot see: that Java hands things from one thread to another in an orderly way.
+// Tells a thread sanitizer what it cannot see: that Java synchronises what it hands from one thread to another.
 #pragma once
 
 #if defined(__SANITIZE_THREAD__)
@@ -16,7 +16,7 @@ extern "C" void __tsan_release(void* address);
 
 namespace torvan::java::detail {
 
-// All that was done before Released is seen after an Acquired of the same address, which Java put after it.
+// What happened before Released is visible after an Acquired of the same address, which Java has ordered after it.
 inline void Released([[maybe_unused]] const void* address) noexcept {
 #ifdef TORVAN_JAVA_THREAD_SANITIZER
   __tsan_release(const_cast<void*>(address));

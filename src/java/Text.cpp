@@ -42,7 +42,7 @@ jstring NewText(JNIEnv* env, std::u16string_view units) { return FromUnits(env, 
 
 jstring NewText(JNIEnv* env, std::string_view text) {
   CheckedLength(text.size());
-  // The VM makes its compact strings of ASCII bytes twice as fast as of units, but wants a zero after them.
+  // The VM makes its compact strings of ASCII bytes twice as fast as of units, but needs a zero after them.
   if (IsPlainAscii(text)) {
     if (text.size() > 2 * AtOnce) return Made(env, env->NewStringUTF(std::string(text).c_str()));
     char terminated[2 * AtOnce + 1];

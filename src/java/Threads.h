@@ -5,11 +5,11 @@
 
 namespace torvan::java::detail {
 
-// Whether a thread's environment may be remembered: the VM tells when a thread leaves it, whoever detached it.
+// Whether a thread's environment may be cached: only if the VM reports each thread that leaves it, whoever detached it.
 extern std::atomic<bool> threadEndsAreSeen;
 
-// Gives the environment of a thread that has none remembered, attaching it under `name` (null: the VM's choice) if that
-// has to be, and remembers it if it may. `attached` tells whether it was attached by this call.
+// Returns the environment of a thread that has none cached, attaches it under `name` (null: the VM's choice) if
+// necessary, and caches it if that is allowed. `attached` tells whether this call attached it.
 JNIEnv* AttachedEnv(const char* name, bool* attached = nullptr);
 
 // The environment of the calling thread as the VM knows it, or null.
@@ -18,7 +18,7 @@ JNIEnv* AskForEnv() noexcept;
 // Detaches the calling thread if it is attached to the VM that runs.
 void DetachThread() noexcept;
 
-// Asks a VM for word of each thread that leaves it, and of its own end. One without JVMTI gives none.
+// Asks a VM to report each thread that leaves it, and its own end. One without JVMTI reports nothing.
 void WatchVm(JavaVM* vm) noexcept;
 
 // The system's part.

@@ -14,7 +14,7 @@ namespace torvan::java::detail {
 
 namespace {
 
-// The descriptor whose parameters are the arguments' types. What tells no type counts as an Object.
+// The descriptor whose parameters are the arguments' types. An argument without a type counts as an Object.
 std::string ExactDescriptor(const UndeclaredCall& call) {
   std::string text = "(";
   for (std::size_t i = 0; i < call.count; ++i) {
@@ -155,7 +155,7 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
   return jvalue{};
 }
 
-// Tests a result that is an object for the class that the C++ type stands for, unless that is what the method declares.
+// Tests a result that is an object for the class of the C++ type, unless the method declares that class.
 void TestClass(JNIEnv* env, const UndeclaredCall& call, jobject result, const std::string& declared) {
   const std::string wanted = SpellType(call.result);
   if (result == nullptr || wanted == declared || wanted == "java.lang.Object") return;

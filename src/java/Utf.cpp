@@ -65,7 +65,7 @@ char* Write(char32_t character, char* out) noexcept {
   throw Misuse("java/Utf", __LINE__, "invalid UTF-8 at byte " + std::to_string(position));
 }
 
-// Reads the sequence at `at` and moves it behind. The least second byte rules out overlong forms, the greatest
+// Reads the sequence at `at` and moves `at` past it. The least second byte rules out overlong forms, the greatest
 // surrogates and what is beyond U+10FFFF.
 char32_t ReadSequence(std::string_view text, std::size_t& at) {
   const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };

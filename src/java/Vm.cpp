@@ -47,7 +47,7 @@ detail::VmState& detail::TheVm() {
   return *state;
 }
 
-// Makes a VM that runs the layer's own; the calling thread is attached.
+// Makes a running VM the layer's own; the calling thread is attached.
 void detail::TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniVersion) {
   KeepLoaded();
   Bind(env);

@@ -17,11 +17,11 @@ struct HostHooks {
   std::function<void(std::string_view)> onOutput;
 };
 
-// Takes the host's functions and begins to keep what the VM prints; gives the options that name the hooks. They come
+// Takes the host's functions and begins to keep what the VM prints; returns the options that name the hooks. They come
 // first, so that what the VM says about the others is seen.
 std::vector<JavaVMOption> BeginStart(HostHooks hooks);
 
-// Ends the keeping. After a success what was kept is printed, after a failure it is given back and the host's functions
+// Stops keeping it. After a success the kept text is printed; after a failure it is returned, and the host's functions
 // are dropped.
 void PrintKept();
 std::string TakeKept();

@@ -27,13 +27,13 @@ VmLibrary LoadedVmLibrary();
 
 // The system's part.
 
-// Loads a library; on failure gives null and the system's reason.
+// Loads a library; on failure returns null and the system's reason.
 void* LoadLibraryAt(const std::filesystem::path& path, std::string& reason);
 void* SymbolOf(void* library, const char* name);
 // The library of that name if it is loaded, else null.
 void* FindLoadedVm(std::filesystem::path& path);
 
-// Where the library stands below the home folder of a runtime, the likeliest first.
+// Where the library is below the home folder of a runtime, the likeliest place first.
 extern const char* const VmLibraryPlaces[4];
 
 // The text as the VM takes its options: in the system's own encoding. Throws StartFailure when that lacks a character.

@@ -55,7 +55,7 @@ std::string PathList(const char* what, const std::vector<fs::path>& given) {
   return list;
 }
 
-// The home of a runtime whose library this is, by the library's place in it; empty for a library that stands elsewhere.
+// The home of a runtime whose library this is, by the library's place in it; empty for a library that is elsewhere.
 fs::path HomeOf(const fs::path& library) {
   for (const char* place : detail::VmLibraryPlaces) {
     fs::path home = library.lexically_normal();

@@ -11,7 +11,7 @@ class VmOptions {
   // `library` is the VM's. Throws StartFailure that names the setting at fault.
   VmOptions(const VmSettings& settings, const std::filesystem::path& library);
 
-  // Where the library of the VM that is asked for stands. Throws StartFailure.
+  // The path of the library of the VM that is asked for. Throws StartFailure.
   static std::filesystem::path LibraryOf(const VmSettings& settings);
 
   // In UTF-8, in the order in which the VM gets them.
@@ -22,7 +22,7 @@ class VmOptions {
   void AddAgents(const VmSettings& settings);
   void Check() const;
 
-  std::filesystem::path m_home;  // empty when the library does not stand in a runtime
+  std::filesystem::path m_home;  // empty when the library is not in a runtime
   bool m_hasModulePath;
   std::vector<std::string> m_texts;
 };

@@ -35,7 +35,7 @@ const char* WordsFor(jint status) {
   return "for a reason that JNI does not name";
 }
 
-// HotSpot names an option that it does not know, but one of -XX without its start.
+// HotSpot names an option that it does not know, but leaves out the beginning of one with -XX.
 std::string OptionAtFault(const std::vector<std::string>& options, const std::string& printed) {
   for (const std::string& option : options) {
     if (printed.find(option) != std::string::npos) return {};  // it is named
@@ -77,7 +77,7 @@ void RequireNoVm() {
 
 }  // namespace
 
-// A friend of the settings that knows nothing but how to start with them.
+// The settings' friend, which only starts the VM with them.
 class VmStart {
  public:
   VmStart(const VmSettings& settings, const VmLibrary& library)

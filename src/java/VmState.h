@@ -19,10 +19,10 @@ VmState& TheVm();
 
 struct VmLibrary;
 
-// Makes a VM that runs the layer's own. The calling thread is attached, with `env`. Throws StartFailure.
+// Makes a running VM the layer's own. The calling thread is attached, with `env`. Throws StartFailure.
 void TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniVersion);
 
-// Ends the VM that `env` belongs to and tells what came of it.
+// Ends the VM that `env` belongs to and returns how.
 VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace);
 
 }  // namespace torvan::java::detail

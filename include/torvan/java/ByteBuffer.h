@@ -9,31 +9,30 @@
 
 namespace torvan::java {
 
-// The order in which numbers are read from bytes. A buffer is big-endian until its order is set, also on machines
-// that are not.
+// The order in which numbers are read from bytes. A buffer is big-endian until its order is set, on every machine.
 enum class ByteOrder { BigEndian, LittleEndian };
 
 // The order of this machine, in which C++ writes its numbers.
 ByteOrder NativeByteOrder() noexcept;
 
 // A java.nio.ByteBuffer over memory of the host: both use the same bytes, and none is copied. It is a Global reference
-// to the buffer, goes where a Ref to one is wanted, and is its tag: Ref<ByteBuffer> takes any.
+// to the buffer, can be passed where a Ref to one is expected, and is the tag, too: Ref<ByteBuffer> takes any buffer.
 //
 //   auto image = std::make_shared<std::vector<std::byte>>(1 << 20);
 //   Draw(canvas, java::ByteBuffer(image->data(), image->size(), image));
 //
-// The owner is kept as long as the buffer, or another that Java made of it, lives in Java. It is dropped, by the
-// calling thread, when a later ByteBuffer is made or DropCollected() is called after Java has collected it; after the
-// end of the VM it stays. Without an owner the host keeps the memory until Java has let the buffer go, which it can
-// know by a Weak<ByteBuffer>. Making one throws Misuse for null memory and for more than a Java buffer can hold
-// (2,147,483,647 bytes), Failure where the VM has no direct buffers, Error when Java's memory is full, std::bad_alloc,
-// and as Thread() does. The owner is dropped then.
+// The owner is kept as long as Java has the buffer or another one that it made of it. After Java has collected them,
+// the next thread that makes a ByteBuffer or calls DropCollected() drops the owner; after the end of the VM it is never
+// dropped. Without an owner the host must keep the memory until Java has collected the buffer, which a Weak<ByteBuffer>
+// tells. Making one throws Misuse for null memory and for more than a Java buffer can hold (2,147,483,647 bytes),
+// Failure where the VM has no direct buffers, Error when Java's memory is full, std::bad_alloc, and as Thread() does.
+// The owner is dropped then.
 class ByteBuffer : public Global<ByteBuffer> {
  public:
   static constexpr char JavaName[] = "java/nio/ByteBuffer";
 
   ByteBuffer(void* memory, std::size_t size, std::shared_ptr<const void> owner = nullptr);
-  // Of const memory Java makes no other: what writes to it gets a ReadOnlyBufferException.
+  // Over const memory the buffer is read-only: Java code that writes to it gets a ReadOnlyBufferException.
   ByteBuffer(const void* memory, std::size_t size, std::shared_ptr<const void> owner = nullptr);
 
   // Sets the order of numbers that Java reads and writes; big-endian if not called.
@@ -66,8 +65,8 @@ void CopyNumber(ByteOrder order, const void* from, void* to, std::size_t size) n
 }  // namespace detail
 
 // The bytes of a direct buffer of Java's, without a copy: all of them, whatever its position and limit. It keeps the
-// buffer alive and may be used on any thread; for what Java does to the bytes meanwhile the host has to care. E is
-// std::byte, or const std::byte for one that only reads.
+// buffer alive and may be used on any thread; the host has to synchronise with what Java does to the bytes. E is
+// std::byte, or const std::byte for a view that only reads.
 template <typename E = std::byte>
 class BufferView {
   static_assert(std::is_same_v<std::remove_const_t<E>, std::byte>, "torvan::java: a view of a buffer is one of bytes");
@@ -116,9 +115,9 @@ class BufferView {
   Global<ByteBuffer> m_buffer;
 };
 
-// A view of a direct buffer; ViewOf<const std::byte> of one that only has to be read.
-// Throws Misuse for a null, for a buffer that is not direct ("... its bytes are Java's own ...") and for one that is
-// read-only and would be written; and as Thread() does.
+// Returns a view of a direct buffer; a ViewOf<const std::byte> only reads.
+// Throws Misuse for a null, for a buffer that is not direct ("... its bytes are Java's own ...") and for a read-only
+// one unless the view only reads; and as Thread() does.
 template <typename E = std::byte>
 BufferView<E> ViewOf(const Ref<ByteBuffer>& buffer) {
   return BufferView<E>(buffer);

@@ -6,12 +6,12 @@
 namespace torvan::java {
 
 // Calls an instance method by its name: `Call<jint>(list, "size")`, `Call<void>(list, "add", 0, element)`.
-// A Thread may come first. The method is the one of the object's own class whose parameters are the types of the
-// arguments, else the only one that they are assignable to (numbers widened, or made objects where nothing takes them
-// as they are); R is void for any result, or takes the one that there is. It is looked up each time, some of it by
-// reflection, which takes microseconds: declare a Method for what is called often.
-// Throws as a Method does, and Misuse that lists them when several methods take the arguments, or when the result is
-// none that R can take.
+// A Thread may come first. The method is the one of the object's own class whose parameters are exactly the types of
+// the arguments, else the only one that takes them (numbers are widened, and boxed where nothing takes them as they
+// are). R is void to ignore the result. The method is looked up at each call, partly by reflection, which takes
+// microseconds: declare a Method for frequent calls.
+// Throws as a Method does, and Misuse when several methods take the arguments, which it lists, or when R cannot take
+// the result.
 template <typename R, typename... U>
 R Call(const U&... given) {
   return detail::Enter(
@@ -19,8 +19,8 @@ R Call(const U&... given) {
       given...);
 }
 
-// Calls a static method by the names of its class and its own: `CallStatic<jint>("java/lang/Math", "max", 3, 4)`. In
-// place of the class's name goes a reference to the class. For the rest as Call.
+// Calls a static method by the names of its class and its own: `CallStatic<jint>("java/lang/Math", "max", 3, 4)`. A
+// reference to the class may take the place of its name. Otherwise like Call.
 template <typename R, typename... U>
 R CallStatic(const U&... given) {
   return detail::Enter(
@@ -28,7 +28,7 @@ R CallStatic(const U&... given) {
       given...);
 }
 
-// Makes an object of the class that tag T names: `New<Builder>("text")`. For the rest as Call.
+// Makes an object of the class that tag T names: `New<Builder>("text")`. Otherwise like Call.
 template <typename T, typename... U>
 Local<T> New(const U&... given) {
   return detail::Enter(

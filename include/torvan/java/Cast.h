@@ -1,4 +1,4 @@
-// What class an object is of, and whether two references are to the same one.
+// Tests of an object's class, and of whether two references are to the same object.
 #pragma once
 
 #include <torvan/java/Global.h>
@@ -6,7 +6,7 @@
 
 namespace torvan::java {
 
-// Tells whether the object is an instance of T's class; a null reference is of none.
+// Returns whether the object is an instance of T's class; false for a null reference.
 // Throws Error when the class cannot be found, and as Thread() does.
 template <typename T>
 bool IsInstance(const Ref<Object>& ref) {
@@ -15,13 +15,13 @@ bool IsInstance(const Ref<Object>& ref) {
   return env->IsInstanceOf(ref.Get(), detail::ClassOf<T>(env)) != JNI_FALSE;
 }
 
-// Gives the object as one of T's class, which is tested; null stays null.
+// Returns the object as a reference of T after testing its class; null stays null.
 // Throws Misuse "A java.lang.Integer is given where a java.sql.Connection is needed", and as IsInstance does.
 template <typename T>
 Local<T> Cast(const Ref<Object>& ref) {
   return Local<T>(Ref<T>(ref.Get()));
 }
-// The same without a new reference. `ref` keeps it when this throws.
+// The same without a new reference. `ref` is unchanged when this throws.
 template <typename T, typename From>
 Local<T> Cast(Local<From>&& ref) {
   if (!ref) return nullptr;
@@ -35,7 +35,7 @@ Global<T> Cast(const Global<From>& ref) {
   return Global<T>(ref.m_share);
 }
 
-// Tells whether both references are to the same object; two null ones are. Throws as Thread() does.
+// Returns whether both references are to the same object; two null references are. Throws as Thread() does.
 inline bool Same(const Ref<Object>& left, const Ref<Object>& right) {
   if (!left || !right) return !left && !right;
   return detail::Env()->IsSameObject(left.Get(), right.Get()) != JNI_FALSE;

@@ -13,7 +13,7 @@ class Constructor;
 //   constexpr java::Constructor<Builder(std::string_view)> NewBuilder;
 //   java::Local<Builder> builder = NewBuilder("text");
 //
-// All that Method says goes for it, but that no object is given and the new one is returned.
+// What Method says holds for it, except that no object is passed and the new one is returned.
 template <typename T, typename... A>
 class Constructor<T(A...)> : public detail::Function<detail::MemberKind::Constructor, T, Local<T>(A...)> {
  public:

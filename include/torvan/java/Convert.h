@@ -3,7 +3,7 @@
 
 namespace torvan::java {
 
-// How a C++ type of the host's own goes to Java and comes from it.
+// Converts a C++ type of the host's own to Java and back.
 // Specialise it from ConvertAs of a type that the table has: a number, text, a Local<Tag>, an optional of these, or
 // another type of yours.
 //
@@ -13,9 +13,9 @@ namespace torvan::java {
 //     static Money From(jlong cents) { return Money{cents}; }
 //   };
 //
-// The type is then an argument and a result of members, the value of fields, and may be optional. A type that only goes
-// one way leaves the other function out. A null from Java does not reach From, but is a Misuse that names the member;
-// From of a ConvertAs<std::optional<...>> takes it.
+// The type can then be an argument or a result of members, the value of a field, and optional. Leave out the function
+// for a direction that is not needed. A null from Java does not reach From, but is a Misuse that names the member; a
+// ConvertAs<std::optional<...>> passes it to From.
 template <typename T, typename = void>
 struct Convert {};
 

@@ -11,15 +11,15 @@
 
 namespace torvan::java {
 
-// What a Java Iterable, Iterator or Map has, one after the other, for one loop:
+// Walks through a Java Iterable, Iterator or Map, in one loop:
 //
 //   for (const std::string& name : java::Each<std::string>(names)) ...
 //   for (const auto& [name, age] : java::Each<std::pair<std::string, jint>>(agesByName)) ...
 //
-// T is a tag, whose objects come as Local<T>, or a type of the conversion table, numbers out of Java's objects for
-// them; a std::pair of these takes a Map, or whatever else has entries of one. Each object's class is tested. No
-// reference is left of what went by. It is of one thread and of its scope. Throws Misuse for a null, for an object of
-// another kind or class than T, and for a null element where T has none; Error for what Java throws, such as a
+// T is a tag, whose objects come as Local<T>, or a type of the conversion table, whose numbers are unboxed; a std::pair
+// of these is for a Map, or anything else with map entries. Each object's class is tested. References to earlier
+// elements are deleted. Use it in one thread and within its scope. Throws Misuse for a null, for an object of another
+// kind or class than T, and for a null element where T has none; Error for what Java throws, such as a
 // ConcurrentModificationException; and as Thread() does.
 template <typename T>
 class Each {
@@ -34,7 +34,7 @@ class Each {
   Each(const Each&) = delete;
   Each& operator=(const Each&) = delete;
 
-  // Each is one pass: the value is the range's, and gone with the next one; it may be moved out.
+  // Each is a single pass: the value belongs to the range and is replaced by the next one; it may be moved from.
   class Iterator {
    public:
     using iterator_category = std::input_iterator_tag;

@@ -10,12 +10,12 @@
 
 namespace torvan::java {
 
-// A Java exception, caught: nothing of it is pending any more.
+// A Java exception that was caught; it is no longer pending.
 // what() is its class and message ("java.sql.SQLException: Table \"X\" not found"), or the class alone where it has no
-// message or its message cannot be read; for a failed static initialiser the cause follows the class, for a look-up
-// that failed what there is instead. Class and message are read when it is caught, the rest when it is asked for.
-// Copies share what was read, may be made and dropped on any thread, and keep the Java object alive; what was read
-// stays after the end of the VM. All texts are UTF-8.
+// message or its message cannot be read; for a failed static initialiser the cause follows the class; for a failed
+// look-up, what there is instead. Class and message are read when it is caught, the rest at the first request. Copies
+// share what was read, may be made and dropped on any thread, and keep the Java object alive; what was read remains
+// after the end of the VM. All texts are UTF-8.
 class TORVAN_JAVA_VISIBLE Error : public Failure {
  public:
   Error(const Error& other) noexcept;
@@ -25,21 +25,21 @@ class TORVAN_JAVA_VISIBLE Error : public Failure {
   // The class with dots, for example "java.lang.IllegalStateException".
   const std::string& ClassName() const noexcept;
 
-  // What getMessage() gave; nothing where that was null or failed.
+  // What getMessage() returned; nothing when that was null or failed.
   const std::optional<std::string>& Message() const noexcept;
 
   // The stack trace as printStackTrace() prints it, with causes and suppressed exceptions, read at the first call.
-  // Where it cannot be read, what() with a line that says so. Throws Failure when the VM refuses the thread.
+  // If it cannot be read, what() and a line that says so. Throws Failure when the VM refuses the thread.
   std::string StackTrace() const;
 
   // The cause, if there is one. An exception that is its own cause has none.
-  // Throws Misuse "The Java VM has ended" when it was not asked for before, and Error when getCause() fails.
+  // Throws Misuse "The Java VM has ended" unless it was read before that, and Error when getCause() fails.
   std::optional<Error> Cause() const;
 
   // The Java object, for calls on it.
   const Global<java::Throwable>& Throwable() const noexcept;
 
-  // Tells whether the Java object is an instance of T's class. Throws as IsInstance does.
+  // Returns whether the Java object is an instance of T's class. Throws as IsInstance does.
   template <typename T>
   bool IsA() const {
     return IsInstance<T>(Throwable());
@@ -54,7 +54,7 @@ class TORVAN_JAVA_VISIBLE Error : public Failure {
   std::shared_ptr<Facts> m_facts;
 };
 
-// Gives the Java exception that is pending in the calling thread and clears it; nothing when none is.
+// Returns the Java exception that is pending in the calling thread and clears it; nothing when there is none.
 // For raw JNI and the fixed interface, which leave exceptions pending. Throws as Thread() does.
 std::optional<Error> TakePending();
 

@@ -10,8 +10,8 @@ namespace torvan::java {
 //   constexpr java::Field<Point, jint> X{"x"};
 //   X.Set(point, X.Get(point) + 1);
 //
-// Declared, found and given a descriptor as a Method is. A Thread may be the first argument of both. Both throw as a
-// Method does; reading and writing a field itself throws nothing in Java.
+// Declared and looked up like a Method, with a descriptor where that needs one. A Thread may be the first argument of
+// Get and Set. Both throw as a Method does; Java itself throws nothing when a field is read or written.
 template <typename T, typename V>
 class Field : public detail::FieldAccess<detail::MemberKind::Field, T, V> {
  public:
@@ -20,7 +20,7 @@ class Field : public detail::FieldAccess<detail::MemberKind::Field, T, V> {
 };
 
 // A static field, with the class that has it and its C++ type: `StaticField<jint> Max{"java/lang/Integer",
-// "MAX_VALUE"}`, `Max.Get()`, `Count.Set(5)`. For the rest as Field.
+// "MAX_VALUE"}`, `Max.Get()`, `Count.Set(5)`. Otherwise like Field.
 template <typename V>
 class StaticField : public detail::FieldAccess<detail::MemberKind::StaticField, void, V> {
  public:

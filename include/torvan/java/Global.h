@@ -15,15 +15,15 @@ Global<T> GlobalOf(JNIEnv* env, jobject ref);
 
 // A global reference, shared by its copies and deleted with the last of them.
 // Copying and dropping throw nothing, need no environment and may be done on any thread at any time, also by several at
-// once, while an exception is thrown, in static destructors and after the end of the VM. One object of this class must
-// not be written by one thread while another one uses it, as with any C++ object; each takes a copy.
+// once, while an exception is thrown, in static destructors and after the end of the VM. Give each thread a copy of its
+// own: as with any C++ object, one thread must not write it while another uses it.
 template <typename T = Object>
 class Global {
  public:
   Global() noexcept = default;
   Global(std::nullptr_t) noexcept {}
 
-  // Makes a global reference of a Local, a handle or whatever a Ref<T> is made from.
+  // Makes a global reference from a Local, a handle or whatever a Ref<T> is made from.
   // Throws as Ref<T> and Thread() do, Error when Java's memory is full, and std::bad_alloc.
   explicit Global(const Ref<T>& other) {
     if (other) m_share = detail::Share(detail::MakeShared(detail::Env(), other.Get(), false));
@@ -59,7 +59,7 @@ class Global {
 
 namespace detail {
 
-// Makes a global reference of any raw reference, untested; null of null.
+// Makes a global reference from any raw reference without testing its class; null stays null.
 template <typename T>
 Global<T> GlobalOf(JNIEnv* env, jobject ref) {
   return Global<T>(ref != nullptr ? Share(MakeShared(env, ref, false)) : Share());

@@ -1,4 +1,4 @@
-// The way to and from the fixed interface and raw JNI.
+// Conversions to and from the fixed interface and raw JNI.
 #pragma once
 
 #include <torvan/java/Local.h>
@@ -6,14 +6,14 @@
 
 namespace torvan::java {
 
-// A handle of the fixed interface for the same object; null for a null reference.
-// That interface's rules hold for it: handles share their counts, so copy and drop them by one thread at a time.
+// Returns a handle of the fixed interface for the same object; null for a null reference.
+// That interface's rules hold for it: handles share their counts, so copy and drop them from one thread at a time.
 // Throws Misuse when no VM was started or joined, or it has ended, and mirel::base::CMemoryException.
 jni::CJavaObject Handle(const Ref<Object>& ref);
 
-// Takes over a raw local reference of the calling thread, which is this object's from now on, also when this throws.
-// Its class is tested unless T is Object or the raw type says it: jstring, jclass, jthrowable. First throws what is
-// pending, as Error: raw JNI that failed gives null with an exception pending.
+// Takes ownership of a raw local reference of the calling thread, even when this throws. Its class is tested unless T
+// is Object or the raw type implies it: jstring, jclass, jthrowable. Throws a pending exception first, as Error,
+// because raw JNI that failed returns null with an exception pending.
 // Throws Misuse "A java.lang.Integer is given where a java.sql.Connection is needed", and as Thread() does.
 template <typename T = Object, typename R>
 Local<T> Adopt(R* raw) {

@@ -10,38 +10,38 @@
 
 namespace torvan::java {
 
-// An interface and the C++ functions for its methods: made by Implement, completed by On, and then New makes Java
-// objects of it, or it is given as it is where an object of T is wanted.
+// An interface and the C++ functions for its methods. Implement begins it, On adds functions, and New makes Java
+// objects; it can also be passed as it is where an object of T is expected.
 //
 //   const auto listener = java::Implement<Listener>()
 //                             .On("warning", [&](std::string text) { log.Add(text); })
 //                             .On("ask", [](java::Ref<Question> question) { return Ask(question); })
 //                             .New();
 //
-// A function's types are those of the conversion table, its arguments also std::string_view. A method has them as they
-// are, or as objects where the function takes numbers (Integer for jint), or with a more general class, as a generic
-// interface has: then each object is tested, and a wrong one is Java's ClassCastException. Among several methods of one
-// name the function's types choose. A null for a type that has none is an exception in Java that names the argument: a
-// NullPointerException for numbers, else a RuntimeException.
+// A function's types are those of the conversion table; an argument may also be a std::string_view. The method declares
+// the same types, or objects where the function takes numbers (Integer for jint), or more general classes, as a generic
+// interface does: then each object is tested, and a wrong one is a ClassCastException in Java. The function's types
+// choose among several methods of one name. A null for a type without null is an exception in Java that names the
+// argument: a NullPointerException for numbers, else a RuntimeException.
 //
-// Java may call on any thread, and on several at once. A function lives until its Java object is collected and does not
-// run any more; then a thread of Java's destroys it. Where Java has no java.lang.ref.Cleaner, before version 9, and for
-// objects that are there when the VM ends, it is never destroyed. References that it takes as Ref and Local are gone
-// when it returns. A function that holds a Global of its own object keeps both for good: let it hold a Weak. In a
-// process that ends without the end of the VM, Java goes on calling and destroying functions while static objects are
+// Java may call on any thread, and on several at once. A function lives until its Java object is collected and no call
+// of it runs; then a thread of Java's destroys it. It is never destroyed when Java has no java.lang.ref.Cleaner (before
+// version 9), or when its object still exists at the end of the VM. References passed to it as Ref and Local end when
+// it returns. A function that holds a Global of its own object keeps both for good: let it hold a Weak. In a process
+// that ends without the end of the VM, Java goes on calling and destroying functions while static objects are
 // destroyed: what they use of these has to be kept from that, or the VM ended before.
 //
-// What it throws goes to Java: an Error as the Java object that it is, any other std::exception as a RuntimeException
-// with its what() as message, the rest as a RuntimeException that names its type. An exception that Java checks and the
-// method does not declare arrives as UndeclaredThrowableException. Stack that runs out is a StackOverflowError.
+// What it throws is thrown into Java: an Error as its Java object, any other std::exception as a RuntimeException with
+// what() as its message, anything else as a RuntimeException that names its type. A checked exception that the method
+// does not declare arrives as UndeclaredThrowableException. Running out of stack is a StackOverflowError.
 //
-// A method that no function is given for runs its default, else it throws an UnsupportedOperationException that names
-// it. equals and hashCode tell objects apart, and toString says the interface, unless functions are given for them.
+// A method without a function runs its default, or else throws an UnsupportedOperationException that names it. Without
+// functions of their own, equals and hashCode go by identity, and toString names the interface.
 template <typename T = Object>
 class Implementation {
  public:
-  // Gives the function for the method of that name. Its types are its own, or said: On<void(jint)>("set", function).
-  // The descriptor (JNI's) names one of several methods that would fit.
+  // Adds the function for the method of that name. Its types are its own, or stated: On<void(jint)>("set", function).
+  // The JNI descriptor selects one of several methods that would fit.
   // Throws Misuse when the function is an empty std::function or null.
   template <typename Signature = void, typename F>
   Implementation& On(std::string name, F function, const char* descriptor = nullptr) & {
@@ -61,7 +61,7 @@ class Implementation {
     return std::move(*this);
   }
 
-  // Makes a Java object. Each has the same functions, not copies of them; they live as long as the last.
+  // Makes a Java object. All objects share the same functions, which live as long as the last one.
   // The first one looks the methods up by reflection, which takes many times as long as the rest. Of an interface that
   // goes by its name that is done once for functions of the same types; of one that goes by its class, once for this
   // object and its copies, so keep it and call New() again.
@@ -105,7 +105,7 @@ Implementation<T> Implement() {
 }
 inline Implementation<Object> Implement(std::string name) { return Implementation<Object>(std::move(name)); }
 
-// Begins an implementation of an interface that another class loader has. Its objects throw Misuse when the
+// Begins an implementation of an interface of another class loader. Its objects throw Misuse when the
 // class is null.
 template <typename T>
 Implementation<T> Implement(const Ref<Class>& type) {

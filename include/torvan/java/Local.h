@@ -18,15 +18,15 @@ jobject NewLocal(JNIEnv* env, jobject ref);
 }  // namespace detail
 
 // A local reference of the thread that made it, deleted at the end of its scope.
-// Moved and not copied. Use it in its own thread: make a Global<T> of it for another one, or to keep it. One that is
-// dropped in another thread, after its thread was detached or after the end of the VM, is dropped quietly.
+// It can be moved but not copied. Use it in its own thread; make a Global<T> of it for another one, or to keep it. In
+// another thread, after its thread was detached or after the end of the VM, dropping it does nothing.
 template <typename T = Object>
 class Local {
  public:
   Local() noexcept = default;
   Local(std::nullptr_t) noexcept {}
 
-  // Makes a new reference to the same object, of a Global, a handle or whatever a Ref<T> is made from.
+  // Makes a new reference to the same object, from a Global, a handle or whatever a Ref<T> is made from.
   // The class of a handle's object is tested here, and not again at each call. Throws as Ref<T> and Thread() do.
   explicit Local(const Ref<T>& other) {
     if (!other) return;
@@ -58,7 +58,7 @@ class Local {
     m_ref = nullptr;
   }
 
-  // Hands the raw reference out: the caller owns it, and this object is null afterwards.
+  // Releases the raw reference: the caller owns it, and this object is null afterwards.
   jobject Release() noexcept { return std::exchange(m_ref, nullptr); }
 
  private:
@@ -74,7 +74,7 @@ class Local {
 
 namespace detail {
 
-// Takes over a raw local reference of the environment's thread, untested.
+// Takes ownership of a raw local reference of the environment's thread without testing its class.
 template <typename T>
 Local<T> Own(JNIEnv* env, jobject local) noexcept {
   return Local<T>(env, local);

@@ -5,12 +5,12 @@
 
 namespace torvan::java {
 
-// Ends, with its scope, the local references that were made in the calling thread meanwhile.
-// Put it around batches of calls of the fixed interface, which leaves its local references. A Local<T> made inside is
-// dropped inside. Frames of a thread end in the reverse order of their making.
+// Deletes, at the end of its scope, the local references that were made in the calling thread meanwhile.
+// Put it around batches of calls of the fixed interface, which does not delete its local references. Drop a Local<T>
+// inside the frame that it was made in. The frames of a thread must end in the reverse order.
 class LocalFrame {
  public:
-  // `capacity` is how many references the frame is made for at least; more may be made.
+  // `capacity` is how many references the frame has room for at least; more may be made.
   // Throws Misuse for a negative number, Error when Java's memory is full, and as Thread() does.
   explicit LocalFrame(int capacity = 64);
   LocalFrame(const LocalFrame&) = delete;

@@ -11,7 +11,7 @@ namespace torvan::java {
 
 namespace detail {
 
-// How well a member takes the values: 0 not at all, 1 as they are, 2 when numbers become objects.
+// How well a member takes the values: 0 not at all, 1 as they are, 2 with numbers boxed.
 template <typename... A, typename... U>
 constexpr int PhaseOf(Types<A...>, Types<U...>) {
   if constexpr (sizeof...(A) != sizeof...(U)) {
@@ -26,7 +26,7 @@ constexpr int PhaseOf(Types<A...>, Types<U...>) {
   }
 }
 
-// Whether every argument of one member is at least as special as that of the other.
+// Whether every argument of one member is at least as specific as that of the other.
 template <typename... A, typename... B>
 constexpr bool IsAtLeastAsSpecial(Types<A...>, Types<B...>) {
   if constexpr (sizeof...(A) != sizeof...(B)) {
@@ -42,7 +42,7 @@ constexpr std::array<bool, sizeof...(Other)> RowOf(Signature own, Types<Other...
 }
 
 // The index of the member that Java would choose: of those that take the values in the earliest phase, the one that is
-// more special than all others. `none` and `several` are no indexes.
+// more specific than all others. `none` and `several` are no indexes.
 struct Choice {
   std::size_t index;
   bool none;
@@ -98,15 +98,15 @@ struct Slots<std::index_sequence<I...>, M...> : Slot<I, M>... {
 //                                    java::Method<Builder, java::Local<Builder>(std::string_view)>{"append"}};
 //   constexpr java::Overloads<java::Constructor<Builder()>, java::Constructor<Builder(jint)>> NewBuilder;
 //
-// All are methods, or all static methods, or all constructors. As in Java the member counts whose every argument is the
-// most special one: an int before a long before a double, a String before an Object; a number becomes an object (an
-// optional number) only where nothing takes it as it is. None, or several that are equally good, is an error of the
-// compiler. It is called, and throws, as its members.
+// All are methods, or all static methods, or all constructors. As in Java, the member with the most specific arguments
+// is called: an int before a long before a double, a String before an Object; a number is boxed (for an optional
+// number) only where nothing takes it as it is. No such member, or several, is a compile-time error. It is called, and
+// throws, like its members.
 template <typename... M>
 class Overloads : private detail::Slots<std::index_sequence_for<M...>, M...> {
  public:
   constexpr explicit Overloads(const M&... members) : Overloads::Slots(members...) {}
-  // All with the same name and descriptors made of their types.
+  // All with the same name, and descriptors made from their types.
   constexpr explicit Overloads(const char* name) : Overloads::Slots(name) {}
   constexpr Overloads() : Overloads::Slots(M{}...) {}
 

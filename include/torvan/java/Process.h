@@ -34,10 +34,10 @@ struct Outcome {
 };
 
 // A program that was started.
-// It has a thread of its own in this process that reads and feeds it, keeps its time limit and lets go of it when it
-// has ended: from then on it holds no descriptor or handle, and it never is a zombie. That thread takes no signals.
-// Dropping a Process whose program runs kills the program with all that it has started. Any thread may call anything at
-// any time, but moving and dropping are for one alone. A process that the host forks must not use it (a Misuse) and may
+// A thread of its own in this process reads and feeds it, keeps its time limit and cleans up when it has ended: from
+// then on no descriptor or handle is held, and no zombie is left. That thread takes no signals. Dropping a Process
+// whose program runs kills the program with all that it has started. Any thread may call any member at any time, but
+// nothing else may run while it is moved or dropped. A process that the host forks must not use it (a Misuse) and may
 // drop it, which leaves the program alone.
 class Process {
  public:
@@ -48,24 +48,24 @@ class Process {
   // The system's id of the process.
   std::uint32_t Id() const;
 
-  // Writes to the program's input, which KeepInputOpen() has to have kept open (else a Misuse).
+  // Writes to the program's input; a Misuse unless KeepInputOpen() was set.
   // Waits until the system has taken all of it; in a function that the program's own output calls, only queues it.
   // Returns false when the program has ended or reads no more: then some of the text was not taken.
   bool Write(std::string_view text);
-  // Ends the input after what was written. The program sees the end of its input. Once is enough; more is allowed.
+  // Ends the input after what was written. The program sees the end of its input. Further calls do nothing.
   void CloseInput();
 
   // Waits until the program has ended. What is in its pipes then is read; others that hold them open are not waited
-  // for. Throws what a function of the program threw, and a Failure where the exit code is lost, because this process
-  // ignores SIGCHLD or other code of it waits for every child.
+  // for. Throws what a function of the program threw, and a Failure when the exit code is lost because this process
+  // ignores SIGCHLD or other code in it waits for every child.
   Outcome Wait() const;
-  // The same for at most so long; nullopt while the program runs.
+  // The same, waiting at most that long; nullopt while the program still runs.
   std::optional<Outcome> Wait(std::chrono::milliseconds time) const;
 
   // Asks the program to stop in an orderly way, so that Java's shutdown hooks run, and waits until it has ended.
-  // After the grace it is killed with all that it has started. On Windows it is asked by Ctrl+C in a console of its
-  // own. That cannot be where this process has a console or the program shares it: a Failure says so, and the program
-  // runs on. In a function of the program it asks and does not wait.
+  // After the grace it is killed with all that it has started. On Windows it gets Ctrl+C in a console of its own. That
+  // is impossible when this process has a console or the program shares it: then this throws a Failure, and the program
+  // runs on. Called from a function of the program it asks and does not wait.
   void Stop(std::chrono::milliseconds grace = std::chrono::seconds(10));
   // Ends the program and all that it has started, at once, and waits until the program is gone.
   void Kill();
@@ -80,8 +80,8 @@ class Process {
 };
 
 // Runs a program to its end and returns what became of it.
-// All happens on the calling thread, functions of the program included. Throws a StartFailure that names the step, the
-// file and the system's reason when it cannot be started, what a function of the program threw, and what
+// Everything happens on the calling thread, including functions of the program. Throws a StartFailure that names the
+// step, the file and the system's reason when it cannot be started, what a function of the program threw, and what
 // Process::Wait() says for a lost exit code. What the program itself does wrong is no exception: see the exit code.
 Outcome Run(const Program& program);
 

@@ -16,23 +16,23 @@
 
 namespace torvan::java {
 
-// How a Java program is to run: what is run, by which Java, with what around it.
+// How a Java program is to run: what to run, with which Java, in which environment.
 // Run(program) runs it to its end, Start(program) starts it (torvan/java/Process.h). Each setting changes the program
-// and returns it. A copy is its own. Texts are UTF-8 and arrive in Java as they are; a NUL in one, or what is not
+// and returns it. Copies are independent. Texts are UTF-8 and arrive in Java as they are; a NUL in one, or what is not
 // UTF-8, is a Misuse. Output and error are captured unless a setting says otherwise, and the input is empty. The
-// program gets the host's environment, and its locale and encodings are made UTF-8; what the settings say wins over
-// that. One thread at a time may change a program; running it changes nothing.
+// program gets the host's environment, and its locale and encodings are made UTF-8; settings override that. One thread
+// at a time may change a program; running it changes nothing.
 class Program {
  public:
-  // A relative jar or class path part means the host's current folder, also with another Folder().
+  // A relative jar or class path part is relative to the host's current folder, also with another Folder().
   static Program Jar(const std::filesystem::path& jar);
   // The name of a class, such as com.example.Main. One that Java would take for an option is a Misuse.
   static Program MainClass(std::string_view name);
 
-  // The Java that runs it, by its home folder or as it was found. Without: the one that ChooseRuntime() returns.
+  // The Java that runs it, by its home folder or as it was found. By default the one that ChooseRuntime() returns.
   Program& Runtime(const std::filesystem::path& home);
   Program& Runtime(const java::Runtime& runtime);
-  // Adds folders and jars, also "folder/*". A jar brings its own class path: then it is a Misuse to run the program.
+  // Adds folders and jars, also "folder/*". Running a Jar() with a class path is a Misuse, because a jar has its own.
   Program& ClassPath(const std::vector<std::filesystem::path>& parts);
   // Adds an option of the VM, such as "-Xmx1g" or "--add-modules=java.sql". It begins with "-".
   Program& Option(std::string_view option);
@@ -46,22 +46,22 @@ class Program {
   // Sets a variable of the program's environment.
   Program& Environment(std::string_view name, std::string_view value);
   Program& RemoveEnvironment(std::string_view name);
-  // From here on the environment is empty but for what is set after this. On Windows SystemRoot stays, which programs
+  // Clears the environment: the program gets only what is set after this. On Windows SystemRoot stays, which programs
   // need to load the system's own libraries.
   Program& ClearEnvironment();
-  // The folder that it runs in; without, the host's current one.
+  // The folder that it runs in; by default the host's current one.
   Program& Folder(const std::filesystem::path& folder);
 
   // What the program reads: bytes as they are, a file, or what a function returns until it returns nullopt.
-  // The last one of them counts. The function is called when the program can take more, on the thread that Run() was
-  // called on, or on the process's own after Start(). While it waits, nothing else is read or written.
+  // The last setting counts. The function is called when the program can take more, on the thread that Run() was called
+  // on, or on the process's own after Start(). While it runs, nothing else is read or written.
   Program& Input(std::string_view text);
   Program& InputFile(const std::filesystem::path& file);
   Program& InputFrom(std::function<std::optional<std::string>()> next);
   // For Start(): the input stays open after what is given here, for Process::Write().
   Program& KeepInputOpen();
 
-  // Where the output goes, in place of Outcome::output: line by line to a function (without the line's end), to the
+  // Where the output goes instead of Outcome::output: line by line to a function (without the line's end), to the
   // host's own output, or to a file, which is made or emptied. The last one counts. Functions are called on the thread
   // that InputFrom() names. One that throws ends the program with all it has started; the exception comes out of Run()
   // or Process::Wait().
@@ -78,9 +78,9 @@ class Program {
   Program& TimeLimit(std::chrono::milliseconds limit);
 
   // Starts it so that it outlives this process, and returns its process id.
-  // It is no child of this process: nothing has to be waited for. What is not inherited or goes to a file is dropped,
-  // and its input is empty or a file; other input, functions and a time limit are a Misuse. Throws a StartFailure as
-  // Start() does, also when its arguments are too long for the system.
+  // It is not a child of this process, so there is nothing to wait for. Output is dropped unless it is inherited or
+  // goes to a file, and the input is empty or a file; other input, functions and a time limit are a Misuse. Throws a
+  // StartFailure as Start() does, also when its arguments are too long for the system.
   std::uint32_t Detached() const;
 
   const detail::ProgramSettings& Settings() const noexcept { return m_settings; }

@@ -20,7 +20,7 @@ class Ref;
 
 namespace detail {
 
-// The tag that the type of a reference stands for; void for what is no reference.
+// The tag of a type of reference; void for any other type.
 template <typename U, typename = void>
 struct TagOf {
   using Type = void;
@@ -38,13 +38,13 @@ struct TagOf<R*, std::enable_if_t<std::is_base_of_v<_jobject, R> && !std::is_sam
                                   !std::is_same_v<R*, jclass> && !std::is_same_v<R*, jthrowable>>> {
   using Type = Object;
 };
-// A string handle takes any object for a string; only a class handle is what it says.
+// A string handle accepts any object; only a class handle is sure to be one.
 template <typename U>
 struct TagOf<U, std::enable_if_t<std::is_base_of_v<jni::CJavaObject, U>>> {
   using Type = std::conditional_t<std::is_base_of_v<jni::CJavaClass, U>, Class, Object>;
 };
 
-// Gives back `object`, found to be of the tag's class or null. Throws Misuse
+// Returns `object`, which is null or was found to be of the tag's class. Throws Misuse
 // "A java.lang.Integer is given where a java.sql.Connection is needed", and as ClassOf does.
 template <typename T>
 jobject Checked(jobject object) {
@@ -57,7 +57,7 @@ jobject Checked(jobject object) {
 
 }  // namespace detail
 
-// A reference that an operation takes: made from any other, owns nothing, and is gone with the call.
+// A reference as a parameter: made from any other, owns nothing, and is valid during the call.
 // Local, Global and Ref of a tag that is (known as) T's come without a test, as do jstring, jclass, jthrowable and
 // CJavaClass where T is their class or Object. For other handles of the fixed interface and for raw references the
 // object's class is tested, which throws Misuse "A java.lang.Integer is given where a java.sql.Connection is needed";

@@ -33,17 +33,17 @@ class Runtime {
   // The folder of the runtime, with all links followed. The runtime inside a kit of version 8 is that kit.
   const std::filesystem::path& Home() const noexcept { return m_facts.home; }
   const java::Version& Version() const noexcept { return m_facts.version; }
-  // As the runtime names it, "Eclipse Adoptium"; empty where it names none, as most of version 8 do.
+  // The vendor as the runtime states it, "Eclipse Adoptium"; empty when it states none, like most of version 8.
   const std::string& Vendor() const noexcept { return m_facts.vendor; }
   // The CPU that the VM library is for: "x86_64" or "aarch64".
   const std::string& Cpu() const noexcept { return m_facts.cpu; }
-  // Tells whether there is a compiler, too.
+  // Whether it has a compiler, too.
   bool IsJdk() const noexcept { return m_facts.isJdk; }
   // The VM library.
   const std::filesystem::path& Library() const noexcept { return m_facts.library; }
-  // The program that starts Java in a process of its own; empty where a runtime was cut down to its library.
+  // The program that starts Java in a process of its own; empty when a runtime was cut down to its library.
   const std::filesystem::path& Java() const noexcept { return m_facts.java; }
-  // What led to it: "JAVA_HOME", "PATH", a key of the registry, or the folder that it is in.
+  // Where it was found: "JAVA_HOME", "PATH", a key of the registry, or the folder that it is in.
   const std::string& FoundIn() const noexcept { return m_facts.foundIn; }
 
  private:
@@ -55,9 +55,10 @@ class RefusedRuntime {
  public:
   RefusedRuntime(std::filesystem::path home, std::string reason, std::string foundIn);
 
-  // What was looked at; without links where it is there.
+  // The path that was checked, with all links followed if it exists.
   const std::filesystem::path& Home() const noexcept { return m_home; }
-  // For people, in UTF-8, to follow the path and a colon: "its VM library is for aarch64, and this program for x86_64".
+  // The reason in UTF-8, to be printed after the path and a colon: "its VM library is for aarch64, and this program for
+  // x86_64".
   const std::string& Reason() const noexcept { return m_reason; }
   const std::string& FoundIn() const noexcept { return m_foundIn; }
 

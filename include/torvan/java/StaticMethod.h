@@ -10,7 +10,7 @@ namespace torvan::java {
 //   constexpr java::StaticMethod<jint(jint, jint)> Max{"java/lang/Math", "max"};
 //   jint larger = Max(3, 4);
 //
-// All that Method says goes for it, but that no object is given.
+// What Method says holds for it, except that no object is passed.
 template <typename F>
 class StaticMethod : public detail::Function<detail::MemberKind::StaticMethod, void, F> {
  public:

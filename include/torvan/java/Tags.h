@@ -9,8 +9,8 @@
 namespace torvan::java {
 
 // A tag is any type with `JavaName`, the class's name with slashes; it needs no members and no objects of it are made.
-// `using Super = ...` names the tag of a class or interface that it extends, so that its references go where that one's
-// are wanted. Every tag's references go where an Object is wanted, and where another tag of the same name is.
+// `using Super = ...` names the tag of a class or interface that it extends, so that its references can be passed where
+// that one's are expected. References of every tag can be passed as Object, and as another tag of the same name.
 struct Object {
   static constexpr char JavaName[] = "java/lang/Object";
 };
@@ -29,8 +29,8 @@ struct Array;
 
 namespace detail {
 
-// The letter of the primitive type that a C++ number is in Java; 0 for what is none. Java's integers go by width and
-// sign: jlong is `long` here and `long long` there.
+// The letter of the primitive type that a C++ number is in Java; 0 for any other type. Java's integers go by width and
+// sign, because jlong is `long` on one system and `long long` on another.
 template <typename T>
 constexpr char NumberLetter() {
   if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, jboolean>) {
@@ -76,7 +76,8 @@ constexpr bool IsSameName<A, B, std::void_t<decltype(A::JavaName), decltype(B::J
 template <typename Sub, typename Base>
 constexpr bool IsA();
 
-// An array of numbers is one of the same numbers, and one of objects is an array of what its elements are.
+// An array of numbers is an array of the same numbers only; one of objects is also an array of whatever its elements
+// are.
 template <typename Sub, typename Base>
 constexpr bool IsArrayOf(const Array<Sub>*, const Array<Base>*) {
   if constexpr (NumberLetter<Sub>() != 0 || NumberLetter<Base>() != 0) {

@@ -8,12 +8,12 @@
 namespace torvan::java {
 
 // The calling thread, attached to the Java VM.
-// Every thread that calls is attached when it first does, and detached when it ends; nobody has to make a Thread for
-// that. Make one to name a thread in Java, to detach it at a moment of one's own, or to give it as the first argument
-// of calls, which saves each the look for the environment. It is of the thread that made it and of its scope.
+// Every thread is attached when it first calls, and detached when it ends, without a Thread. Make one to name a thread
+// in Java, to detach it earlier, or to pass it as the first argument of calls, which saves each looking up the
+// environment. Use it in the thread that made it, within its scope.
 class Thread {
  public:
-  // Attaches the calling thread if it is not. It stays attached until it ends.
+  // Attaches the calling thread if it is not attached. It stays attached until it ends.
   // Throws Misuse "No Java VM runs: call StartVm or JoinVm first" or "The Java VM has ended", and Failure when the VM
   // refuses the thread.
   Thread() : m_env(detail::Env()) {}
@@ -41,7 +41,7 @@ class Thread {
  private:
   static void Detach() noexcept;
 
-  bool m_detaches = false;  // before the environment, whose making sets it
+  bool m_detaches = false;  // initialised before m_env, which sets it
   JNIEnv* m_env;
 };
 

@@ -17,13 +17,13 @@ class Version {
   // "1.8.0_391-b13" and "8u391", which mean feature 8, update 391. Zeros at the end are allowed: "17.0" equals "17".
   // Throws Misuse for everything else: "\"abc\" is not a version of Java".
   static Version Parse(std::string_view text);
-  // The same, and nothing in place of a Misuse.
+  // The same, but returns nothing instead of throwing Misuse.
   static std::optional<Version> TryParse(std::string_view text);
 
   // The number that a Java release goes by: 17, or 8 for "1.8.0_391".
   int Feature() const noexcept { return m_numbers.front(); }
 
-  // Tells whether this is the version that the text speaks of, however exact the text is.
+  // Returns whether this version matches the text, however exact that is.
   // "17" fits 17.0.15, "17.0.15" fits 17.0.15+6, and "17.0.15+6" needs exactly that build. Throws Misuse for a text
   // that is no version.
   bool Fits(std::string_view wanted) const;
@@ -32,8 +32,8 @@ class Version {
   // The text that was read, unchanged, in UTF-8.
   const std::string& ToString() const noexcept { return m_text; }
 
-  // Below zero, zero or above: Java's order. Numbers decide first, one that is missing being 0; then an early-access
-  // version such as "25-ea" is below "25"; then the build, and last the text after it.
+  // Negative, zero or positive, by Java's order. Numbers decide first, one that is missing being 0; then an
+  // early-access version such as "25-ea" is below "25"; then the build, and last the text after it.
   int Compare(const Version& other) const noexcept;
 
   friend bool operator==(const Version& a, const Version& b) noexcept { return a.Compare(b) == 0; }
@@ -53,7 +53,7 @@ class Version {
   std::vector<int> m_numbers;  // never empty in a version that was read
   std::string m_preRelease;    // "ea"; empty in a release
   std::optional<int> m_build;
-  std::string m_extra;  // what stands after the build
+  std::string m_extra;  // what follows the build
 };
 
 }  // namespace torvan::java

@@ -10,8 +10,8 @@
 namespace torvan::java {
 
 // The versions of Java that a host can work with; without bounds, all of them.
-// Bounds are given as a feature number or a version text: AtLeast(11).AtMost(21), AtLeast("17.0.9"). A text that is no
-// version, a number below 1, and a range that nothing can be in are a Misuse.
+// A bound is a feature number or a version text: AtLeast(11).AtMost(21), AtLeast("17.0.9"). A text that is no version,
+// a number below 1, and an empty range are a Misuse.
 class VersionRange {
  public:
   VersionRange& AtLeast(int feature);

@@ -14,23 +14,22 @@
 namespace torvan::java {
 
 // The settings of a Java VM; each member changes them and returns them.
-// Paths, options, agents and properties add to those given before, the rest replaces. Nothing is looked at before
-// StartVm. Texts are UTF-8. A copy is independent.
+// Paths, options, agents and properties are added to the earlier ones; any other setting replaces the earlier one.
+// Nothing is checked before StartVm. Texts are UTF-8. Copies are independent.
 class VmSettings {
  public:
   using Path = std::filesystem::path;
 
-  // Adds folders and archives that classes are loaded from. Each has to be there; "folder/*" stands for the archives of
-  // a folder.
+  // Adds folders and archives that classes are loaded from. Each must exist; "folder/*" means the archives in a folder.
   VmSettings& ClassPath(const std::vector<Path>& parts);
 
-  // Adds folders and archives that modules are loaded from. Each has to be there.
+  // Adds folders and archives that modules are loaded from. Each must exist.
   VmSettings& ModulePath(const std::vector<Path>& parts);
 
   // The most memory that Java objects may take, as in "-Xmx": a number of bytes, or one with k, m, g or t.
   VmSettings& MaximumHeap(std::string_view size);
 
-  // Adds an option as it is written for `java`, one that says what it says without a second one: "--add-modules=x".
+  // Adds an option as it is written for `java`, in one word: "--add-modules=x".
   VmSettings& Option(std::string_view option);
 
   // Adds a system property. The value may be empty.
@@ -42,21 +41,21 @@ class VmSettings {
   // Has the VM report what it does: "class", "gc", "jni" or "module".
   VmSettings& Verbose(std::string_view what);
 
-  // Takes a runtime by its home folder or by its VM library. Without it ChooseRuntime() does.
+  // The runtime to load, by its home folder or by its VM library. By default the one that ChooseRuntime() returns.
   VmSettings& Runtime(const Path& homeOrLibrary);
   VmSettings& Runtime(const java::Runtime& runtime);
 
-  // The version of JNI that the runtime has to offer, JNI_VERSION_1_6 unless said.
+  // The version of JNI that the runtime has to support, JNI_VERSION_1_6 by default.
   VmSettings& JniVersion(jint version);
 
-  // What is called before Java ends the process (System.exit), with the exit code. The process ends when it returns.
+  // Called with the exit code before Java ends the process (System.exit). The process ends when it returns.
   VmSettings& OnExit(std::function<void(jint)> function);
 
-  // What is called before the VM aborts the process.
+  // Called before the VM aborts the process.
   VmSettings& OnAbort(std::function<void()> function);
 
-  // What is called with all that the VM itself prints, piece by piece, in place of the standard streams.
-  // What Java's System.out prints is not among it.
+  // Called with all that the VM itself prints, piece by piece, instead of the standard streams.
+  // That does not include what Java's System.out prints.
   VmSettings& OnOutput(std::function<void(std::string_view)> function);
 
  private:

@@ -1,4 +1,4 @@
-// References that let their object go.
+// References that do not keep their object alive.
 #pragma once
 
 #include <torvan/java/Global.h>
@@ -19,14 +19,14 @@ class Weak {
     if (other) m_share = detail::Share(detail::MakeShared(detail::Env(), other.Get(), true));
   }
 
-  // A reference to the object as long as it is there, else null. Throws as Thread() does.
+  // Returns a reference to the object, or null when it was collected. Throws as Thread() does.
   Local<T> Lock() const {
     if (m_share.Get() == nullptr) return nullptr;
     JNIEnv* const env = detail::Env();
     return detail::Own<T>(env, env->NewLocalRef(m_share.Get()));  // null for a collected object
   }
 
-  // Drops this share: Lock() gives null afterwards.
+  // Drops this share: Lock() returns null afterwards.
   void Reset() noexcept { m_share = detail::Share(); }
 
  private:

@@ -109,7 +109,7 @@ Child::Child(const StartPlan& plan) : m_parts(new Parts) {
   m_parts->spawned = Spawn(plan, streams.childs, false);
   for (int i = 0; i < StreamCount; ++i) m_parts->ours[i] = std::move(streams.ours[i]);
   if (!m_parts->spawned.process.MoveAboveStandard()) {
-    // Nothing holds it any more: it is ended by its number, which only this process can give free.
+    // There is no descriptor of it any more: it is killed by its number, which only this process can free.
     const int error = errno;
     kill(m_parts->spawned.id, SIGKILL);
     while (waitpid(m_parts->spawned.id, nullptr, 0) < 0 && errno == EINTR) {

@@ -1,4 +1,4 @@
-// A descriptor that is closed in the end.
+// A descriptor that closes itself.
 #pragma once
 
 #include <fcntl.h>
@@ -28,8 +28,8 @@ class Descriptor {
     m_number = -1;
   }
 
-  // Keeps clear of the standard descriptors' numbers: a host that has closed those would write into ours, and a child's
-  // are put there. False, with errno, where the process may open no more.
+  // Moves it above the numbers of the standard descriptors: a host that has closed those would write into ours, and a
+  // child's are put there. False, with errno set, when the process may open no more.
   bool MoveAboveStandard() noexcept {
     if (m_number > STDERR_FILENO) return true;
     Descriptor moved(fcntl(m_number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));

@@ -1,4 +1,4 @@
-// A stretch in which this thread takes no signals.
+// Keeps signals from this thread.
 #pragma once
 
 #include <pthread.h>
@@ -6,7 +6,7 @@
 
 namespace torvan::java::detail {
 
-// What is made meanwhile, a thread or a child, begins that way.
+// Blocks all signals while it lives. Threads and children that are made meanwhile inherit that.
 class SignalsBlocked {
  public:
   SignalsBlocked() {

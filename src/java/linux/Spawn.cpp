@@ -13,7 +13,7 @@
 #include "java/linux/SignalsBlocked.h"
 #include "java/processes/Surroundings.h"
 
-// The C library's own name for clone(): in its place sanitizers have one that takes a child in the same memory for a
+// The C library's own name for clone(): sanitizers replace clone() by one that takes a child in the same memory for a
 // fork.
 extern "C" int __clone(int (*function)(void*), void* stack, int flags, void* argument, ...);
 
@@ -45,7 +45,7 @@ struct Birth {
 };
 
 // What runs in the child makes system calls by itself: the C library's functions, and what a sanitizer adds to ours,
-// keep books in the memory that the child shares.
+// keep state in the memory that the child shares.
 #define TORVAN_IN_CHILD __attribute__((no_sanitize("address", "thread", "undefined")))
 
 struct DirectoryEntry {

@@ -75,7 +75,7 @@ void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector
     if (locale.empty()) continue;
     if (IsUtf8Locale(locale)) return;
     if (std::string(name) == "LC_ALL=") {
-      // It would win over LC_CTYPE; LANG says as much, and loses against it.
+      // It would override LC_CTYPE. LANG says the same, and LC_CTYPE overrides it.
       for (const char* lesser : {"LC_MESSAGES", "LC_TIME", "LC_NUMERIC", "LC_MONETARY", "LC_COLLATE"}) {
         Change(environment, {lesser, locale});
       }

@@ -108,7 +108,7 @@ void KillTree(pid_t leader, int process) noexcept {
     ids.push_back(leader);
     tree = Tree(leader, ids);  // before its parents end
   } catch (const std::exception&) {
-    // There is no memory to look around: the group it is.
+    // No memory for a search: its group must do.
   }
   // Where the host has taken the child away, its number may be another group's.
   if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) == 0) kill(-leader, SIGKILL);

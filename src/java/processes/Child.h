@@ -25,7 +25,7 @@ class Child {
  public:
   // Throws a StartFailure, or TooLong.
   explicit Child(const StartPlan& plan);
-  // Kills what still runs, and lets go of it.
+  // Kills it if it still runs, and frees what it holds.
   ~Child();
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
@@ -39,9 +39,9 @@ class Child {
   void Wake() noexcept;
 
   bool HasEnded() const noexcept;
-  // Lets go of a child that has ended. Nothing when the system does not know the exit code any more.
+  // Reaps a child that has ended. Returns nothing when the system no longer knows the exit code.
   std::optional<Exit> Reap() noexcept;
-  // Why Reap() knew nothing.
+  // Why Reap() returned nothing.
   static const char* WhyLost() noexcept;
 
   // What a stream has now, valid until the next call for it; empty when that is nothing. After the end of the program
@@ -49,7 +49,8 @@ class Child {
   std::string_view Read(Stream stream);
   // Tells whether the last Wait() has found that the input may take more.
   bool IsInputReady() const noexcept;
-  // Returns how much of the text the input has taken; 0 when it can take nothing now, nullopt when nobody reads it.
+  // Returns how much of the text the input has taken; 0 when it can take nothing now, nullopt when it has no reader any
+  // more.
   std::optional<std::size_t> Write(std::string_view text);
   // Ends the input. False when it has to be asked again, because what was taken is still on its way.
   bool CloseInput() noexcept;

@@ -53,7 +53,7 @@ void Running::Serve() noexcept {
     failure = std::current_exception();
   }
   const std::lock_guard<std::mutex> lock(m_mutex);
-  m_launched = {};  // gone before anyone hears of the end
+  m_launched = {};  // freed before the end is reported
   m_failure = std::move(failure);
   m_isOver = true;
   m_changed.notify_all();
@@ -77,7 +77,7 @@ void Running::Abandon() noexcept {
   m_thread.join();
 }
 
-// What other threads want
+// What other threads ask for
 
 void Running::Wake() noexcept {
   if (m_launched.child) TheChild().Wake();

@@ -22,7 +22,7 @@
 
 namespace torvan::java::detail {
 
-// So much time from now, as far as the clock goes.
+// The moment that long from now, or the last one that the clock has.
 Clock::time_point After(std::chrono::milliseconds time);
 
 // Only the thread that serves the program touches the child; others leave orders and wake it.
@@ -89,12 +89,12 @@ class Running : public std::enable_shared_from_this<Running> {
   std::atomic<std::thread::id> m_server{};
   std::thread m_thread;
 
-  // Of the serving thread; the outcome is everybody's once it is over.
+  // For the serving thread only; the outcome is for all threads once it is over.
   Outcome m_outcome;
   Output m_outputs[2];
   InputFeed m_feed;
   bool m_inputIsOpen;
-  bool m_inputIsToEnd;  // after what there is
+  bool m_inputIsToEnd;  // once all of it is written
   std::optional<Ended> m_cause;
   Clock::time_point m_stopAt = Clock::time_point::max();
   Clock::time_point m_killAt = Clock::time_point::max();
@@ -102,10 +102,10 @@ class Running : public std::enable_shared_from_this<Running> {
   mutable std::mutex m_mutex;
   mutable std::condition_variable m_changed;
   Orders m_orders;
-  std::size_t m_written = 0;  // bytes given to Write(), and how many of them the system has taken
+  std::size_t m_written = 0;  // bytes passed to Write(), and how many of them the system has taken
   std::size_t m_taken = 0;
   bool m_isWritable;           // until CloseInput()
-  bool m_inputIsGone = false;  // nobody reads it
+  bool m_inputIsGone = false;  // it has no reader any more
   const char* m_cannotStop = nullptr;
   bool m_isOver = false;
   std::exception_ptr m_failure;

@@ -13,7 +13,7 @@
 
 namespace torvan::java::detail {
 
-// The name of the program of a runtime's "bin" folder, and what stands between the parts of a list of paths.
+// The name of the program of a runtime's "bin" folder, and the separator in a list of paths.
 extern const char* const JavaProgramName;
 extern const NativeText::value_type PathListSeparator;
 
@@ -29,7 +29,7 @@ unsigned long OwnProcessId() noexcept;
 std::vector<NativeText> OwnEnvironment();
 // Tells whether two variables are the same to the system.
 bool IsSameVariable(const NativeText& one, const NativeText& other);
-// Adds what a Java program needs beside `changes`, which the host has said: it wins.
+// Adds what a Java program needs, except where `changes`, which the host has made, say otherwise.
 void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector<EnvironmentChange>& changes);
 // An argument as java reads it from an argument file. Throws a Misuse for text that it cannot read.
 std::string ToArgumentFileBytes(const NativeText& argument);
@@ -37,7 +37,7 @@ std::string ToArgumentFileBytes(const NativeText& argument);
 // A thread that the host's signals never run on.
 std::thread StartQuietThread(std::function<void()> run);
 
-// A file that only this user can read. It is removed in the end.
+// A file that only this user can read. It removes itself.
 class TemporaryFile {
  public:
   // Throws a StartFailure that names the file and the system's reason.

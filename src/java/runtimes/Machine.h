@@ -16,14 +16,14 @@ struct Location {
 };
 
 // One member, one question, no decision; texts in UTF-8. Nothing is executed and nothing is changed. What the system
-// refuses to tell is not there. Any thread may ask; the environment must not be changed meanwhile.
+// refuses to tell counts as absent. Any thread may ask; the environment must not be changed meanwhile.
 class Machine {
  public:
   virtual ~Machine() = default;
 
-  // What the absolute ones of the usual folders begin with: nothing, except on a machine made up for a test.
+  // What the usual folders that are absolute begin with: nothing, except on a test's made-up machine.
   virtual std::string Root() const = 0;
-  // Of the environment. An empty one is not set.
+  // A variable of the environment; an empty one counts as not set.
   virtual std::optional<std::string> Variable(const std::string& name) const = 0;
 
   virtual Location Locate(const std::filesystem::path& path) const = 0;

@@ -1,4 +1,4 @@
-// Places that are told by a pattern.
+// Places that match a pattern.
 #pragma once
 
 #include <functional>

@@ -8,7 +8,7 @@
 
 namespace torvan::java::detail {
 
-// Folders below a base. A part of a pattern with a * stands for every folder of such a name.
+// Folders below a base. A part of a pattern with a * matches every folder of such a name.
 struct FolderPlaces {
   const char* base;  // "/usr", or one that begins with a variable: "$HOME"; without a value there is nothing to look at
   std::vector<const char*> patterns;

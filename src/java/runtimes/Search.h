@@ -13,7 +13,7 @@
 
 namespace torvan::java::detail {
 
-// Goes from place to place and keeps what it comes upon.
+// Searches one place after the other and collects what it finds.
 class Search {
  public:
   explicit Search(const Machine& machine) : m_machine(machine) {}
@@ -27,7 +27,7 @@ class Search {
 
   // Sorted as a host sees them.
   Runtimes Result() const;
-  // Where was looked, for people, a line each.
+  // Where it has searched, a line each, for people.
   const std::vector<std::string>& Looked() const { return m_looked; }
 
  private:
@@ -38,7 +38,7 @@ class Search {
   void LookAtProgram(const std::filesystem::path& program);
   void LookIntoRegistry();
   void LookIntoUsualFolders();
-  // A folder among others. Passed over when it has nothing of Java.
+  // A folder among others. Skipped when nothing in it is Java's.
   void Glance(const std::filesystem::path& folder, const std::string& foundIn);
   void Keep(const std::filesystem::path& home, HomeReading reading, const std::string& foundIn);
   void Refuse(const std::filesystem::path& home, std::string reason, const std::string& foundIn);

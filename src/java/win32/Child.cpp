@@ -16,7 +16,7 @@ namespace {
 
 // As on Linux, where it is 128 and the number of the signal.
 constexpr UINT CodeOfKilled = 137;
-// From here on the codes are those of exceptions that nobody has handled.
+// From here on the codes are those of unhandled exceptions.
 constexpr DWORD LeastException = 0xC0000000;
 
 [[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
@@ -58,7 +58,8 @@ struct System {
     return Duplicate(plan, own, "pass on an output");
   }
 
-  // It has a name, since others have no overlapped transfers. Its name is given once, and nobody else gets in.
+  // A named pipe, because others have no overlapped transfers. The name is new and has one instance, so that no other
+  // process can connect.
   static Pipe<WindowsHandle> MakePipe(const StartPlan& plan, bool isInput) {
     static std::atomic<unsigned long> s_count = 0;
     const std::wstring name = L"\\\\.\\pipe\\java-program-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
@@ -77,7 +78,7 @@ struct System {
   }
 };
 
-// Whoever is in it ends when it is closed: also when this process ends without a word.
+// The processes in it are killed when it is closed, also by the end of this process.
 WindowsHandle MakeJob(const StartPlan& plan) {
   WindowsHandle job(CreateJobObjectW(nullptr, nullptr));
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};

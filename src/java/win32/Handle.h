@@ -1,4 +1,4 @@
-// A handle that is closed in the end.
+// A handle that closes itself.
 #pragma once
 
 #include <windows.h>

@@ -10,7 +10,7 @@
 
 namespace torvan::java::detail {
 
-// What the ends have in common: a transfer that may be under way, and the event that tells of its end.
+// What the ends have in common: a transfer that may be under way, and the event that signals its end.
 class PipeEnd {
  public:
   PipeEnd() = default;
@@ -31,7 +31,7 @@ class PipeEnd {
 
   bool IsUnderWay() const noexcept { return m_isUnderWay; }
   bool IsDone() const noexcept { return WaitForSingleObject(m_event.Get(), 0) == WAIT_OBJECT_0; }
-  // Begins by what ReadFile or WriteFile has returned.
+  // Takes what ReadFile or WriteFile has returned.
   void Begin(BOOL result) noexcept;
   // Of a transfer that is done: how much it was; nullopt, and closed, when the other end is gone.
   std::optional<DWORD> Finish() noexcept;
@@ -60,7 +60,7 @@ class WritingEnd : public PipeEnd {
   using PipeEnd::PipeEnd;
 
   bool IsReady() const noexcept { return !IsUnderWay() || IsDone(); }
-  // Returns how much of the text is on its way now; nullopt when nobody reads it.
+  // Returns how much of the text is on its way now; nullopt when it has no reader any more.
   std::optional<std::size_t> Write(std::string_view text) noexcept;
 };
 

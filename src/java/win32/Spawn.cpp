@@ -37,7 +37,7 @@ std::wstring LineOf(const StartPlan& plan) {
   return line;
 }
 
-// Sorted as the system wants it, each ended by a zero, and one more at the end of all.
+// Sorted as the system expects it, each ended by a zero, and one more at the end of all.
 std::wstring BlockOf(std::vector<std::wstring> environment) {
   std::stable_sort(environment.begin(), environment.end(), [](const std::wstring& one, const std::wstring& other) {
     return CompareStringOrdinal(one.c_str(), static_cast<int>(one.size()), other.c_str(),

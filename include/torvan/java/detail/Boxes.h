@@ -5,7 +5,7 @@
 
 namespace torvan::java::detail {
 
-// The class that stands for the primitive type of a letter.
+// Java's class for numbers of a letter.
 template <char Letter>
 struct Boxed;
 // clang-format off

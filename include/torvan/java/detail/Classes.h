@@ -7,8 +7,8 @@
 
 namespace torvan::java::detail {
 
-// Finds and initialises a class: "java/lang/String", "java.lang.String", "[I", "[Ljava/lang/String;". Never FindClass,
-// which looks elsewhere in a callback. Gives a new local reference. Throws Error.
+// Finds and initialises a class: "java/lang/String", "java.lang.String", "[I", "[Ljava/lang/String;". Never by
+// FindClass, which uses another loader in a callback. Returns a new local reference. Throws Error.
 jclass LoadClass(JNIEnv* env, const char* name);
 // The same through another loader; null is the VM's own. Without `initialises` the class is only found.
 jclass LoadClass(JNIEnv* env, jobject loader, const char* name, bool initialises = true);
@@ -16,7 +16,7 @@ jclass LoadClass(JNIEnv* env, jobject loader, const char* name, bool initialises
 // A global reference to the loader; null before there is a VM.
 jobject KeptLoader() noexcept;
 
-// Gives the class of that name a place for good, unless the place is taken already.
+// Stores the class of that name in `place` and never releases it; a class that is there already stays.
 jclass KeepClass(JNIEnv* env, const char* name, std::atomic<jclass>& place);
 
 // The class of a tag: found once, by the first thread that asks, and kept. Throws Error.

@@ -61,9 +61,9 @@ constexpr auto ArrayName() {
 template <typename E>
 inline constexpr auto ArrayNameOf = ArrayName<E>();
 
-// Why a descriptor that is given does not fit the C++ types. In a constant expression the call of a function that is no
-// constant one is an error that shows its name; an expression `throw "text"` would show its text in a note alone. A
-// member that is declared const and not constexpr throws the name when it is made.
+// Why a given descriptor does not fit the C++ types. In a constant expression, calling a function that is not constexpr
+// is an error that shows its name; `throw "text"` would show its text only in a note. A member that is declared const
+// and not constexpr throws the name when it is made.
 #define TORVAN_JAVA_WRONG(name) \
   [[noreturn]] inline void name() { throw std::logic_error("torvan::java: " #name); }
 namespace wrong {

@@ -30,7 +30,7 @@ struct ForeignRow {
   static Passed Pass(JNIEnv*, const Ref<From>& ref) { return Passed(ref.Get()); }
 };
 
-// The row that a given value goes by.
+// The row that converts a given value.
 template <typename U>
 constexpr auto FindGiven() {
   if constexpr (Row<U>::Letter != 0) {
@@ -70,8 +70,8 @@ constexpr bool IsText() {
 
 constexpr bool IsNumber(char letter) { return letter != 0 && letter != 'L' && letter != 'Z' && letter != 'V'; }
 
-// Java's widening of numbers, less what loses digits: a long as a double, an int as a float. Nothing becomes a char,
-// and a char no number, for these are mistakes more often than not.
+// Java's widening of numbers, except where it loses digits: from a long to a double, from an int to a float. Nothing
+// widens to a char, nor a char to a number, because those are usually mistakes.
 constexpr bool Widens(char from, char to) {
   if (from == to) return true;
   switch (to) {
@@ -90,7 +90,7 @@ constexpr bool Widens(char from, char to) {
   }
 }
 
-// A C++ function, which goes where an object of an interface is declared.
+// A C++ function, which can be passed where an object of an interface is declared.
 template <typename U>
 constexpr bool IsFunction = Row<U>::Letter == 0 && !std::is_void_v<typename SignatureOf<U>::Type>;
 
@@ -107,7 +107,7 @@ constexpr bool TakesFunction() {
 
 enum class Fit { None, Direct, Boxed };
 
-// Whether the elements of vectors are the host's own type where they are declared so: numbers are no amounts.
+// Whether elements that are declared as a host's own type are of that type: a vector of numbers is not one of amounts.
 template <typename A, typename U>
 struct ElementsFit : std::bool_constant<!IsOwnType<A> || std::is_same_v<A, U>> {};
 template <typename A, typename AllocatorA, typename U, typename AllocatorU>
@@ -119,7 +119,7 @@ struct ElementsFit<A, std::optional<U>> : ElementsFit<A, U> {};
 template <typename A, typename U>
 struct ElementsFit<std::optional<A>, std::optional<U>> : ElementsFit<A, U> {};
 
-// Whether a U may be given where A is declared; boxed when a number becomes an object on the way.
+// Whether a U may be given where A is declared; Fit::Boxed when a number has to become an object.
 template <typename A, typename U>
 struct Fitting {
   static constexpr Fit Find() {
@@ -164,7 +164,7 @@ constexpr bool IsOptionalOwn<std::optional<E>> = IsOwnType<E>;
 template <typename A, typename U>
 constexpr bool Fits = Fitting<A, U>::Find() != Fit::None;
 
-// Whether each value of Java's type for A is one of that for B: Java's order of overloads.
+// Whether every value of Java's type for A is one of the type for B: how Java orders overloads.
 template <typename A, typename B>
 constexpr bool IsSubtype() {
   if constexpr (Row<A>::Letter == 'L' && Row<B>::Letter == 'L') {
@@ -221,7 +221,7 @@ constexpr bool ArgumentFits() {
   return good;
 }
 
-// Looked at when a member is declared; tags may be incomplete.
+// Checked when a member is declared; tags may be incomplete.
 template <typename R, typename... A>
 constexpr bool RequireDeclared() {
   static_assert(
@@ -270,7 +270,7 @@ constexpr bool ObjectFits() {
   }
 }
 
-// Makes the Java value of a given one that fits. What it refers to lives as long as what is returned.
+// Converts a value that fits to Java. References are valid as long as what is returned lives.
 template <typename A, typename U>
 auto Pass(JNIEnv* env, const U& given) {
   constexpr char letter = Row<A>::Letter;

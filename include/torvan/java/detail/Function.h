@@ -11,7 +11,7 @@
 
 namespace torvan::java::detail {
 
-// What a call makes of Java's result: tested, owned, converted.
+// Tests, owns and converts Java's result.
 template <typename R>
 R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberName& name) {
   if constexpr (!Row<R>::HasNull) {
@@ -29,7 +29,7 @@ R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberNa
   }
 }
 
-// Calls `use` with the environment and the values given: that of a Thread, which may come first, or what `env` finds.
+// Calls `use` with the environment (of the Thread, if that comes first, else what `env` returns) and the values.
 template <typename Use>
 decltype(auto) Enter(JNIEnv* env(), const Use& use) {
   return use(env());
@@ -74,8 +74,8 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
         CallEnv, [this](JNIEnv* env, const auto&... rest) -> R { return this->On(env, rest...); }, given...);
   }
 
-  // The same member of a class that another loader has. It is found here; what is returned keeps the class, may be
-  // copied and shared by threads, and tests each object that it is called on. Throws as a call does.
+  // The same member of a class of another loader, looked up here. The result keeps the class alive, may be copied and
+  // shared by threads, and tests each object that it is called on. Throws as a call does.
   Function<Kind, T, R(A...), BoundPlace> In(const Ref<Class>& type) const {
     return {*this, BoundPlace(Env(), type, Name())};
   }
@@ -123,7 +123,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
     return static_cast<jmethodID>(this->ItsPlace().Id(env, [this] { return Name(); }));
   }
 
-  // What is passed lives until the call is over.
+  // The arguments live until the call returns.
   template <typename... Passed>
   R Invoke(JNIEnv* env, jobject object, jmethodID id, const Passed&... passed) const {
     const jvalue values[sizeof...(Passed) + 1] = {ValueOf(passed)...};

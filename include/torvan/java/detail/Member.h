@@ -29,7 +29,7 @@ struct MemberName {
   const char* own;
 };
 
-// The classes that a given descriptor has where the C++ types have others. JNI tests nothing: here it is done.
+// The classes of a given descriptor where the C++ types have others. JNI does not test them, so this does.
 struct ClassTests {
   std::vector<std::pair<std::size_t, Global<Class>>> arguments;
   Global<Class> result;  // null where nothing has to be tested
@@ -54,22 +54,22 @@ void TestResult(JNIEnv* env, const ClassTests& tests, jobject local, const Membe
 [[noreturn]] void ThrowNullResult(const MemberName& name);
 [[noreturn]] void ThrowNullElement(const MemberName& name, const std::string& path);
 
-// A class by its name, found through the kept loader once and kept for good. Throws Error.
+// A class by its name, found once through the kept loader and never released. Throws Error.
 jclass KeptClass(JNIEnv* env, const char* name);
 
-// Set as soon as a member was bound to a class of another loader than the kept one. Only then can an object have a tag
-// whose name is right and whose class is another one, and only then calls pay for a test.
+// Set as soon as a member was bound to a class of another loader than the kept one. Only then can an object's tag have
+// the right name and mean another class, so only then do calls pay for a test.
 extern std::atomic<bool> otherLoaders;
 
-// Keeps a member, found by the first thread that needs it, of the class that its name means to the kept loader.
-// IDs and classes are kept for good. A copy looks for itself.
+// Keeps a member of the class that the kept loader finds, looked up by the first thread that needs it. IDs and classes
+// are never released. A copy looks up its own.
 class SharedPlace {
  public:
   constexpr SharedPlace() noexcept = default;
   constexpr SharedPlace(const SharedPlace&) noexcept {}
   SharedPlace& operator=(const SharedPlace&) = delete;
 
-  // The jmethodID or jfieldID. What else there is may be asked for after it.
+  // The jmethodID or jfieldID. Call it before the others.
   template <typename NameMaker>
   void* Id(JNIEnv* env, const NameMaker& name) const {
     void* const id = m_id.load(std::memory_order_acquire);
@@ -87,7 +87,7 @@ class SharedPlace {
   mutable std::atomic<const ClassTests*> m_tests{nullptr};
 };
 
-// Keeps a member of a class that the host gave, found when it was bound. Copies share it.
+// Keeps a member of a class that the host has passed, looked up when it was bound. Copies share it.
 class BoundPlace {
  public:
   BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name);

@@ -21,7 +21,7 @@ class Passed {
 
   jobject Get() const noexcept { return m_ref; }
 
-  // Keeps the reference from ending.
+  // Leaves the reference to the caller.
   void Release() noexcept { m_owner = nullptr; }
 
  private:

@@ -8,7 +8,8 @@
 
 namespace torvan::java::detail {
 
-// Clears what is pending and throws it as Error; something is pending. `addition` is appended to what() as it is.
+// Clears the pending exception, of which there must be one, and throws it as Error. `addition` is appended to what() as
+// it is.
 [[noreturn]] void ThrowPending(JNIEnv* env, std::string_view addition = {});
 
 // The check after each JNI call that can fail.

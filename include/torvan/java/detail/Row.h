@@ -86,7 +86,7 @@ struct TextRow {
     }
   }
 };
-// A view of a Java string that is gone would be a result of no use.
+// As a result it would be a view of a Java string that is gone.
 // clang-format off
 template <> struct Row<std::string>         : TextRow<std::string, true> {};
 template <> struct Row<std::u16string>      : TextRow<std::u16string, true> {};
@@ -94,7 +94,7 @@ template <> struct Row<std::string_view>    : TextRow<std::string_view, false> {
 template <> struct Row<std::u16string_view> : TextRow<std::u16string_view, false> {};
 // clang-format on
 
-// A literal, or C's text, whose null is Java's.
+// A literal or a C string; a null pointer is Java's null.
 template <typename Unit>
 struct Row<const Unit*, std::enable_if_t<std::is_same_v<Unit, char> || std::is_same_v<Unit, char16_t>>>
     : TextRow<std::basic_string_view<Unit>, false> {

@@ -20,11 +20,11 @@ struct SharedRef {
 // Throws Error when the VM has no memory for it, and std::bad_alloc.
 SharedRef* MakeShared(JNIEnv* env, jobject ref, bool isWeak);
 
-// Gives up a reference that nobody counts any more. On a thread that is not attached it is deleted later: nothing here
-// fails, waits or attaches. After the end of the VM its memory alone is freed.
+// Deletes a reference whose count is zero. On a thread that is not attached it is deleted later: this never fails,
+// waits or attaches. After the end of the VM its memory alone is freed.
 void DropShared(SharedRef* shared) noexcept;
 
-// Throws what is pending after the VM has refused a global reference, or else std::bad_alloc.
+// Throws what is pending after the VM has refused a global reference, else std::bad_alloc.
 [[noreturn]] void ThrowOutOfReferences(JNIEnv* env);
 
 // Deletes what threads that were not attached have dropped.

@@ -46,7 +46,7 @@ GivenArgument Describe(const jvalue& value) {
   }
 }
 
-// The type of the table that stands for a value that is given.
+// The type of the table that a given value is passed as.
 template <typename U>
 constexpr bool MayBeGiven() {
   static_assert(!IsFunction<U>,
