@@ -47,7 +47,7 @@ class CountedVmTest : public testing::Test {
     return jvm.NewObject();
   }
 
-  // How many calls read so at their start.
+  // How many of the calls begin with this text.
   std::size_t Calls(const std::string& start) const {
     std::size_t count = 0;
     for (const std::string& call : jvm.Calls()) count += call.rfind(start, 0) == 0 ? 1 : 0;

@@ -1,4 +1,4 @@
-// What each operation on references does to their numbers.
+// How many references each operation makes and deletes.
 #include <torvan/java/Cast.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/Weak.h>

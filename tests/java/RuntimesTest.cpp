@@ -1,4 +1,4 @@
-// As a host uses it, on the machine that this runs on.
+// The search as a host uses it, on the machine that runs this test.
 #include <torvan/java/Runtimes.h>
 
 #include <gmock/gmock.h>

@@ -5,7 +5,7 @@
 
 namespace tests {
 
-// The text of the failure of this class that a function throws; "nothing" where it throws none.
+// The text of the failure of this class that a function throws; "nothing" when it throws none.
 template <typename Expected, typename Function>
 std::string WhatOf(Function&& function) {
   try {

@@ -1,4 +1,4 @@
-// Links, and files that are none.
+// Links, and what is no regular file.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

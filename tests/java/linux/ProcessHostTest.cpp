@@ -21,7 +21,7 @@ namespace {
 using java::Outcome;
 using java::Process;
 
-// Sets what happens on a signal, and puts back what was there.
+// Sets a signal's handler, and restores the one before.
 class OnSignal {
  public:
   OnSignal(int signal, void (*handler)(int), int flags = SA_RESTART) : m_signal(signal) {
@@ -40,7 +40,7 @@ class OnSignal {
 std::atomic<int> g_signals = 0;
 void Count(int) { ++g_signals; }
 
-// In a fork: exit code 0 when all of it is true.
+// Runs the function in a fork; it must return true.
 template <class Function>
 void ExpectInFork(const Function& function) {
   const pid_t id = fork();

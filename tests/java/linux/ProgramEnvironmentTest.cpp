@@ -1,4 +1,4 @@
-// What a program gets for an environment.
+// The environment that a program gets.
 #include <cstdlib>
 
 #include "java/processes/ProgramVariables.h"

@@ -1,4 +1,4 @@
-// Programs of a real Java: JAVA_HOME's.
+// Programs that a real Java runs, that of JAVA_HOME.
 #include <atomic>
 #include <cstdlib>
 #include <mutex>

@@ -38,7 +38,7 @@ std::vector<std::string> Split(const std::string& text, char end);
 // All of a file, as bytes.
 std::string ReadFile(const std::filesystem::path& path);
 
-// What is thrown says exactly this.
+// The function must throw this class with exactly this text.
 template <class Exception, class Function>
 void ExpectThrow(const Function& function, const std::string& text) {
   try {
@@ -49,7 +49,7 @@ void ExpectThrow(const Function& function, const std::string& text) {
   }
 }
 
-// Waits until something holds, for ten seconds at most.
+// Waits until the condition is true, for ten seconds at most. Returns whether it is.
 template <class Condition>
 bool Eventually(const Condition& condition) {
   const auto end = std::chrono::steady_clock::now() + 10s;

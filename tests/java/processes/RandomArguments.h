@@ -1,4 +1,4 @@
-// Arguments that nobody would write by hand.
+// Arguments that are likely to be lost or split on their way to a program.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace tests {
 
-// The table of arguments that have once been lost or split somewhere.
+// Those that have been, somewhere.
 inline const std::vector<std::string>& KnownArguments() {
   static const std::vector<std::string> s_known = {"plain",
                                                    "two words",
@@ -59,7 +59,7 @@ inline const std::vector<std::string>& KnownArguments() {
   return s_known;
 }
 
-// Random texts, always the same ones, of what quoting, shells, launchers and encodings stumble over.
+// Random texts, the same in every run, of what quoting, shells, launchers and encodings get wrong.
 class RandomArguments {
  public:
   explicit RandomArguments(const std::vector<std::string>& pieces) : m_pieces(pieces) {}
@@ -85,7 +85,7 @@ class RandomArguments {
   std::uint64_t m_state = 1;
 };
 
-// Of the basic kind, and of all that UTF-8 has.
+// Pieces of ASCII, and pieces of all that UTF-8 has.
 inline const std::vector<std::string>& AsciiPieces() {
   static const std::vector<std::string> s_pieces = [] {
     std::vector<std::string> pieces = {"\\", "\\\\", "\"",   "\"", " ", " ", "'",
@@ -107,7 +107,7 @@ inline const std::vector<std::string>& AllPieces() {
   return s_pieces;
 }
 
-// How many: few of them in continuous integration, by hand as many as RANDOM_ARGUMENTS says.
+// How many to try: `few`, unless the variable RANDOM_ARGUMENTS says otherwise.
 inline std::size_t RandomArgumentCount(std::size_t few) {
   const char* const count = std::getenv("RANDOM_ARGUMENTS");
   return count != nullptr ? std::strtoul(count, nullptr, 10) : few;

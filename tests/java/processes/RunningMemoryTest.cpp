@@ -24,7 +24,7 @@ void* Allocate(std::size_t size) {
 
 }  // namespace
 
-// Those of the whole program; the other forms call these.
+// These replace those of the whole program; the other forms call them.
 void* operator new(std::size_t size) { return Allocate(size); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
@@ -38,7 +38,7 @@ constexpr long FewestSteps = OnWindows ? 5 : 50;
 using java::Outcome;
 using java::Process;
 
-// Does it with less and less memory, until it has enough, and looks each time at what is left behind.
+// Runs it with memory for one more allocation each time, until that is enough. Each run must leave nothing.
 template <class Function>
 long StepsUntilThereIsEnough(const Function& function) {
   function();

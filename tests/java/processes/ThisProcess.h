@@ -21,7 +21,7 @@ std::size_t MemoryNow();
 std::filesystem::path OwnProgram();
 unsigned long OwnId();
 
-// Tells whether a process runs; one that has ended and waits to be reaped does not.
+// Returns whether a process runs; false for one that has ended and waits to be reaped.
 bool Runs(unsigned long id);
 
 }  // namespace tests

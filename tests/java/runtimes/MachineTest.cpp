@@ -1,4 +1,4 @@
-// The questions to the real system.
+// What the real system answers.
 #include "java/runtimes/Machine.h"
 
 #include <gmock/gmock.h>

@@ -40,7 +40,7 @@ inline std::string LibraryFor(std::size_t machine) { return OnWindows ? PeHeader
 // The variable with the user's folder.
 constexpr const char* UserVariable = OnThisSystem("USERPROFILE", "HOME");
 
-// Files and links are real ones, in a folder that goes with it; usual folders are below that folder, too.
+// Its files are real ones, in a folder that is removed with it; the usual folders are below that folder, too.
 class MadeUpMachine : public Machine {
  public:
   // As the system writes it.
@@ -54,7 +54,7 @@ class MadeUpMachine : public Machine {
   std::string AddFile(const std::string& name, const std::string& text = {}) { return m_folder.AddFile(name, text); }
   // A program that may be run.
   void AddProgram(const std::string& name);
-  // A runtime that nothing is wrong with. Returns its home.
+  // A valid runtime. Returns its home.
   std::string AddRuntime(const std::string& home, const std::string& version, bool isJdk = true);
   void Set(const std::string& name, const std::string& value) { m_variables[name] = value; }
 

@@ -14,7 +14,7 @@ using namespace torvan::java::detail;
 
 constexpr int Never = -1;
 
-// Answers one question as a system does that refuses to.
+// Refuses to answer one of the questions.
 class FailingMachine : public MadeUpMachine {
  public:
   std::optional<std::string> Variable(const std::string& name) const override {
@@ -57,7 +57,7 @@ class SearchFailingMachineTest : public testing::Test {
     machine.Set("PATH", machine.Path("path/bin"));
   }
 
-  // What is found is whole, what is refused says why, and nothing else is told.
+  // What is found is complete, what is refused has a reason, and nothing else is listed.
   void ExpectSense(const Runtimes& runtimes) const {
     std::size_t ours = 0;
     for (const Runtime& runtime : runtimes.found) {

@@ -15,7 +15,7 @@ int s_allocationsLeft = Never;
 
 }  // namespace
 
-// Those of the whole program; the forms for arrays call these.
+// These replace those of the whole program; the forms for arrays call them.
 void* operator new(std::size_t size) {
   if (s_allocationsLeft == 0) throw std::bad_alloc();
   if (s_allocationsLeft > 0) --s_allocationsLeft;
@@ -51,7 +51,8 @@ class SearchMemoryTest : public testing::Test {
   MadeUpMachine machine;
 };
 
-// Runs `f` with less and less memory, until it has enough. Every time but the last it throws std::bad_alloc.
+// Runs `f` with memory for one more allocation each time, until that is enough. Every time but the last it throws
+// std::bad_alloc.
 template <typename F>
 int StepsUntilThereIsEnough(F f) {
   for (int steps = 0;; ++steps) {

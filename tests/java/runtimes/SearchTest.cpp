@@ -17,7 +17,7 @@ using testing::IsEmpty;
 constexpr const char* NoLibrary =
     OnThisSystem("has no VM library such as bin\\server\\jvm.dll", "has no VM library such as lib/server/libjvm.so");
 
-// The current folder, until it goes.
+// Changes the current folder while it lives.
 class CurrentFolder {
  public:
   explicit CurrentFolder(const std::string& folder) { std::filesystem::current_path(ToPath(folder)); }

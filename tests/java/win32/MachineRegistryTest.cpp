@@ -1,5 +1,5 @@
-// The real registry. This process sees keys of its own in the places of HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER, so
-// that nothing that is installed on the machine is read or changed.
+// The real registry. In this process, keys of its own replace HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER, so that nothing
+// that is installed on the machine is read or changed.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -23,7 +23,7 @@ TEST(ProcessHostTest, NoOtherHandleReachesTheProgram) {
   SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
   std::vector<HANDLE> handles;
   for (int i = 0; i < 50; ++i) handles.push_back(CreateEventW(&inheritable, TRUE, FALSE, nullptr));
-  // The last ones have numbers that the program itself does not give to anything.
+  // The last ones have numbers that the program's own handles do not reach.
   const auto number = std::to_string(reinterpret_cast<std::intptr_t>(handles.back()));
   EXPECT_EQ(java::Run(Probe({"handle", number})).output, "not there");
   for (const HANDLE handle : handles) CloseHandle(handle);

@@ -1,5 +1,5 @@
-// Uses that must not compile. Below each stands the text that a person sees, once, in the first line of the one error;
-// for a descriptor the name of the function that cannot be called. wrong-uses compares them with what a compiler says.
+// Uses that must not compile. Below each is the text that a person sees, once, in the first line of the one error; for
+// a descriptor the name of the function that cannot be called. wrong-uses compares them with what a compiler says.
 #include <torvan/Java.h>
 
 #include <memory>

@@ -32,7 +32,7 @@ bool Fails() {
 
 }  // namespace
 
-// The linker leads the library's calls here (--wrap), and those of shared libraries that a sanitizer has changed.
+// The linker redirects the library's calls here (--wrap), also those of shared libraries that a sanitizer has changed.
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -96,7 +96,8 @@ using java::Ended;
 using java::Outcome;
 using java::Process;
 
-// Lets each call fail once, one run for each, until a run has none left. Returns what was said about it.
+// Runs the function again and again, each time with the next of its calls failing, until none is left. Returns the
+// texts of the failures.
 template <class Function>
 std::set<std::string> FailEach(int error, const Function& function) {
   std::set<std::string> texts;
@@ -129,7 +130,7 @@ std::size_t CountOf(const std::set<std::string>& texts, const std::string& begin
 TEST(RunningFailingSystemTest, ARunFailsWithTheStepThatFailed) {
   const auto texts = FailEach(EIO, [] {
     const Outcome outcome = java::Run(Probe({"echo", "descriptors"}).Folder(ProbeHome()).Input("text"));
-    // What is not told as a failure has no effect.
+    // A failed call that is not reported has no effect.
     EXPECT_EQ(outcome.output, "text0 1 2 ");
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.ended, Ended::Exited);

@@ -84,7 +84,7 @@ void Leaves() {
   Put(std::to_string(Again(g_program, "sleep " + std::to_string(NextNumber()) + " says late", false)) + "\n");
 }
 
-// Each level writes its own id and starts the next; the second one stands apart.
+// Each level writes its own id and starts the next; the second one is apart.
 void Tree() {
   const std::string time = std::to_string(NextNumber());
   const std::string level = Next();
