@@ -17,7 +17,3 @@ std::string WhatOf(Function&& function) {
 }
 
 }  // namespace tests
-
-namespace javatest {
-using tests::WhatOf;
-}

@@ -10,19 +10,10 @@
 #include <dlfcn.h>
 #endif
 
+#include "ChildProcess.h"
+
 namespace tests {
 namespace {
-
-constexpr int ExitFailed = 99;
-
-// In a child process GoogleTest prints no failures.
-void PrintFailures() {
-  const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
-  for (int i = 0; i < result.total_part_count(); ++i) {
-    const testing::TestPartResult& part = result.GetTestPartResult(i);
-    if (part.failed()) std::fprintf(stderr, "%s:%d: %s\n", part.file_name(), part.line_number(), part.message());
-  }
-}
 
 // An unloaded VM library would leave memory whose owner a leak checker cannot name, so it stays loaded.
 void KeepRuntimeMapped() {
@@ -41,8 +32,7 @@ void KeepRuntimeMapped() {
     ADD_FAILURE() << "thrown: " << exception.GetClass()->GetName() << " " << (message != nullptr ? message : "");
   }
   torvan::Terminate();
-  PrintFailures();
-  std::exit(testing::Test::HasFailure() ? ExitFailed : 0);
+  ExitWithTheResult();
 }
 
 // Never destroyed: the VM's threads go on to print while the process ends.

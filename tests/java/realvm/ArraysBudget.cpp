@@ -7,7 +7,7 @@
 #include "java/realvm/Fixtures.h"
 #include "java/realvm/Measure.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 struct Arrays {
@@ -82,9 +82,9 @@ void Run(int rounds) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests
 
 int main(int argc, char** argv) {
-  javatest::Run(argc > 1 ? std::atoi(argv[1]) : 201);
+  tests::Run(argc > 1 ? std::atoi(argv[1]) : 201);
   return 0;
 }

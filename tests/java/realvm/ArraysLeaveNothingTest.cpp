@@ -3,7 +3,7 @@
 
 #include "java/realvm/NothingLeft.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Array;
@@ -76,4 +76,4 @@ TEST_F(ArraysLeaveNothingTest, WhereverMemoryRunsOut) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -5,7 +5,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 
 struct Arrays {
   static constexpr char JavaName[] = "fixture/Arrays";
@@ -20,23 +20,23 @@ struct Samples {
   std::vector<double> values;
 };
 
-}  // namespace javatest
+}  // namespace tests
 
 template <>
-struct torvan::java::Convert<javatest::Weight> : ConvertAs<jlong> {
-  static jlong To(const javatest::Weight& weight) {
+struct torvan::java::Convert<tests::Weight> : ConvertAs<jlong> {
+  static jlong To(const tests::Weight& weight) {
     if (weight.grams < 0) throw std::domain_error("a weight below zero");
     return weight.grams;
   }
-  static javatest::Weight From(jlong grams) { return {grams}; }
+  static tests::Weight From(jlong grams) { return {grams}; }
 };
 template <>
-struct torvan::java::Convert<javatest::Samples> : ConvertAs<std::vector<double>> {
-  static const std::vector<double>& To(const javatest::Samples& samples) { return samples.values; }
-  static javatest::Samples From(std::vector<double> values) { return {std::move(values)}; }
+struct torvan::java::Convert<tests::Samples> : ConvertAs<std::vector<double>> {
+  static const std::vector<double>& To(const tests::Samples& samples) { return samples.values; }
+  static tests::Samples From(std::vector<double> values) { return {std::move(values)}; }
 };
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Array;
@@ -266,4 +266,4 @@ TEST_F(ArraysTest, AHundredMillionBytes) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

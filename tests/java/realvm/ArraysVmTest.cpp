@@ -6,7 +6,7 @@
 
 #include "java/realvm/OwnProcess.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using namespace std::chrono_literals;
@@ -47,4 +47,4 @@ TEST(ArraysVmTest, WhileManyReadLargeArraysOthersFindMemory) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -4,7 +4,7 @@
 
 #include "java/realvm/NothingLeft.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::BufferView;
@@ -252,4 +252,4 @@ TEST_F(ByteBufferTest, NothingIsLeft) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

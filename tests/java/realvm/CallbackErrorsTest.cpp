@@ -5,7 +5,7 @@
 #include "java/realvm/CallbackTags.h"
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Error;
@@ -43,7 +43,7 @@ TEST_F(CallbackErrorsTest, AnythingElseIsSaidWithItsType) {
 #ifdef __GNUC__
   EXPECT_EQ(Thrown([] { throw 5; }), "java.lang.RuntimeException: a C++ exception of type int");
   EXPECT_EQ(Thrown([] { throw Odd(); }),
-            "java.lang.RuntimeException: a C++ exception of type javatest::(anonymous namespace)::Odd");
+            "java.lang.RuntimeException: a C++ exception of type tests::(anonymous namespace)::Odd");
 #else
   EXPECT_EQ(Thrown([] { throw 5; }), "java.lang.RuntimeException: a C++ exception of an unknown type");
 #endif
@@ -110,4 +110,4 @@ TEST_F(CallbackErrorsTest, ItGoesThroughJavaBackToCpp) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

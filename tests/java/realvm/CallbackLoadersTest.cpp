@@ -1,11 +1,12 @@
 // C++ functions and classes of other loaders, which are not kept alive by them.
+#include <ThisSystem.h>
 #include <atomic>
 #include <string>
 
 #include "java/realvm/Counted.h"
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Implement;
@@ -18,10 +19,10 @@ using java::StaticMethod;
 class CallbackLoadersTest : public RealVmTest {};
 
 class NativeLoadersTest : public RealVmTest {
-#ifdef _WIN32
  protected:
-  void SetUp() override { GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods"; }
-#endif
+  void SetUp() override {
+    if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
+  }
 };
 
 constexpr StaticMethod<Local<java::Class>(std::string_view)> CopyOf{"fixture/Strict", "copyOf"};
@@ -62,9 +63,7 @@ constexpr StaticMethod<bool(Ref<java::Class>)> IsInALayer{"fixture/Layers", "isI
 
 // The module exports nothing, and no other loader knows its classes.
 TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
-#ifdef _WIN32
-  GTEST_SKIP() << "this VM's bridge to Wine knows no file by its Windows name";
-#endif
+  if (OnWindows) GTEST_SKIP() << "this VM's bridge to Wine knows no file by its Windows name";
   std::atomic<int> count{0};
   java::Weak<java::Class> weak;
   {
@@ -89,9 +88,7 @@ TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
 
 // What was found out about a class's methods is kept with the implementation, and no longer.
 TEST_F(CallbackLoadersTest, MethodsOfAClassAreLookedUpOnce) {
-#ifdef _WIN32
-  GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
-#endif
+  if (OnWindows) GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
   static const JNINativeInterface_* real = nullptr;
   static int calls = 0;
   static JNINativeInterface_ table;
@@ -174,4 +171,4 @@ TEST_F(NativeLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -5,7 +5,7 @@
 
 #include "java/realvm/Fixtures.h"
 
-namespace javatest {
+namespace tests {
 
 struct Callbacks {
   static constexpr char JavaName[] = "fixture/Callbacks";
@@ -52,4 +52,4 @@ constexpr java::StaticMethod<jlong(java::Ref<IntOperator>, jint, jint)> CallFrom
                                                                                         "callFromThreads"};
 constexpr java::StaticMethod<void()> Collect{"fixture/Callbacks", "collect"};
 
-}  // namespace javatest
+}  // namespace tests

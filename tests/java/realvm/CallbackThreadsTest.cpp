@@ -1,4 +1,5 @@
 // C++ functions on threads of Java's own, deeply nested, and how long they live.
+#include <ThisSystem.h>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -10,7 +11,7 @@
 #include "java/realvm/OneVm.h"
 #include "java/realvm/Resident.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Error;
@@ -70,16 +71,14 @@ Global<IntOperator> NewNested() {
 
 TEST_F(CallbackThreadsTest, AThousandCallsDeepOnAThreadWithTheStackForIt) {
   const Global<IntOperator> nested = NewNested();
-#ifndef _WIN32  // there a std::thread has a megabyte or two
-  std::thread([&] { EXPECT_EQ(Nest(nested, 1000), 1000); }).join();
-#endif
+  if (!OnWindows) {  // where a std::thread has a megabyte or two
+    std::thread([&] { EXPECT_EQ(Nest(nested, 1000), 1000); }).join();
+  }
   EXPECT_EQ(NestInThread(nested, 1000, 64 << 20), "1000");
 }
 
 TEST_F(CallbackThreadsTest, StackThatRunsOutIsJavasError) {
-#ifdef _WIN32
-  GTEST_SKIP() << "the VM's bridge to Wine does not see the end of a Java thread's stack";
-#endif
+  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not see the end of a Java thread's stack";
   const Global<IntOperator> nested = NewNested();
   EXPECT_EQ(NestInThread(nested, 1000000, 1 << 20), "java.lang.StackOverflowError");
   std::thread([&] {
@@ -119,11 +118,7 @@ TEST_F(CallbackThreadsTest, ObjectsOfOneImplementationShareItsFunctions) {
 
 TEST_F(CallbackThreadsTest, AMillionAreMadeAndCollectedAndMemoryIsFlat) {
   std::atomic<int> count{0};
-#ifdef _WIN32
-  const int times = 10000;  // the VM's bridge to Wine ends at more
-#else
-  const int times = IsChecked() ? 10000 : 500000;
-#endif
+  const int times = OnWindows || IsChecked() ? 10000 : 500000;  // the VM's bridge to Wine ends at more
   const auto make = [&] {
     for (int i = 0; i < times; ++i) {
       Thrown([counted = Counted(count)] {});
@@ -190,4 +185,4 @@ TEST_F(CallbackThreadsTest, ManyThreadsMakeObjectsAtOnce) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -1,18 +1,15 @@
 // C++ called from Java in VMs that end, that have no Cleaner, or that were started in another way.
+#include <ThisSystem.h>
 #include <atomic>
 #include <chrono>
 #include <fstream>
 #include <thread>
 
-#ifndef _WIN32
-#include <dlfcn.h>
-#endif
-
 #include "java/realvm/Counted.h"
 #include "java/realvm/CountedReferences.h"
 #include "java/realvm/OwnProcess.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using namespace std::chrono_literals;
@@ -85,9 +82,7 @@ struct Slow {
 
 // Functions are made, called and destroyed, and what they throw is read, until the process is gone.
 TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
-#ifdef _WIN32
-  GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
-#endif
+  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
   Expected expected;
   expected.printed = testing::HasSubstr("runs while the process exits");
   InProcessOfItsOwn(
@@ -109,7 +104,6 @@ TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
       expected);
 }
 
-#ifndef _WIN32
 // Stands between the thread and the VM's functions: this VM is of a Java before version 9.
 void HideWhatIsNew(JNIEnv* env) {
   static const JNINativeInterface_* const real = env->functions;
@@ -123,25 +117,19 @@ void HideWhatIsNew(JNIEnv* env) {
   };
   env->functions = &table;
 }
-#endif
 
 TEST(CallbackVmTest, ThePlatformLoaderBeforeJava9) {
-#ifdef _WIN32
-  GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
-#else
+  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not use the function table";
   InProcessOfItsOwn([] {
     java::VmSettings settings = FixtureSettings();
     const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
     HideWhatIsNew(java::detail::Env());
     EXPECT_THAT(ClassOf(java::ClassLoader::Platform()), testing::EndsWith("PlatformClassLoader"));
   });
-#endif
 }
 
 TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
-#ifdef _WIN32
-  GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
-#else
+  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not use the function table";
   InProcessOfItsOwn([] {
     const Vm vm = StartVm(FixtureSettings());
     HideWhatIsNew(java::detail::Env());
@@ -152,10 +140,8 @@ TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
     for (int i = 0; i < 10; ++i) Collect();
     EXPECT_EQ(count, 100);
   });
-#endif
 }
 
-#ifndef _WIN32
 // How many global references are kept with the first object of an implementation.
 constexpr int KeptWithTheFirst = 15;
 
@@ -193,15 +179,11 @@ int MadeAtLast(bool fails) {
   EXPECT_EQ(Thrown([] { throw std::runtime_error("thrown"); }), "java.lang.RuntimeException: thrown");
   return kept;
 }
-#endif
 
 TEST(CallbackVmTest, TheFirstObjectFailsAtAnyStepAndIsMadeAtLast) {
-#ifdef _WIN32
-  GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
-#else
+  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not use the function table";
   InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(false), KeptWithTheFirst); });
   InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(true), KeptWithTheFirst); });
-#endif
 }
 
 TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
@@ -215,44 +197,6 @@ TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
     EXPECT_THAT(WhatOf<java::Error>([&] { platform.FindClass("fixture.Callbacks"); }),
                 testing::StartsWith("java.lang.ClassNotFoundException: fixture.Callbacks"));
   });
-}
-
-// As a library of the host's has one, and another library another one.
-TEST(CallbackVmTest, TwoCopiesOfTheLayerInOneVm) {
-#ifdef _WIN32
-  GTEST_SKIP() << "left to Linux, where the library is that joins the VM of a program of Java's own";
-#else
-  InProcessOfItsOwn([] {
-    Vm vm = StartVm(FixtureSettings());
-    EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
-    void* const library = dlopen(TORVAN_TEST_JOINED, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library, nullptr) << dlerror();
-    const auto join = reinterpret_cast<jstring (*)(JNIEnv*, jclass, jint)>(dlsym(library, "Java_fixture_Joined_join"));
-    const Local<java::Class> type = java::FindClass("fixture/Joined");
-    const auto text = java::Adopt<java::String>(join(java::detail::Env(), static_cast<jclass>(type.Get()), 7));
-    EXPECT_EQ(java::ToText(text), "7 by a call, Z\xC3\xBCrich, ends: no");
-    EXPECT_EQ(Nest([](jint x) { return 3 * x; }, 14), 42);
-  });
-#endif
-}
-
-// Their native methods have slots of their own, 64 for functions of one type in each.
-TEST(CallbackVmTest, TwoLibrariesThatShowTheirSymbolsBindEachTheirOwn) {
-#ifdef _WIN32
-  GTEST_SKIP() << "left to Linux, where libraries share symbols";
-#else
-  InProcessOfItsOwn([] {
-    const Vm vm = StartVm(FixtureSettings());
-    JavaVM* raw = nullptr;
-    ASSERT_EQ(java::detail::Env()->GetJavaVM(&raw), JNI_OK);
-    for (const char* const path : {TORVAN_TEST_BINDING_ONE, TORVAN_TEST_BINDING_OTHER}) {
-      void* const library = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
-      ASSERT_NE(library, nullptr) << dlerror();
-      const auto bind = reinterpret_cast<jint (*)(JavaVM*, jint)>(dlsym(library, "BindMethods"));
-      EXPECT_EQ(bind(raw, 40), 40) << path;
-    }
-  });
-#endif
 }
 
 TEST(CallbackVmTest, AnOwnBootLayer) {
@@ -280,4 +224,4 @@ TEST(CallbackVmTest, ASystemClassLoaderThatRefusesWhatItDoesNotKnow) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -4,7 +4,7 @@
 #include "java/realvm/Counted.h"
 #include "java/realvm/NothingLeft.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Implement;
@@ -149,4 +149,4 @@ TEST_F(CallbacksLeaveNothingTest, WhereReferencesRunOutAndTheVmDoesNotSayWhyJava
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -4,7 +4,7 @@
 #include "java/realvm/MembersTags.h"
 #include "java/realvm/NothingLeft.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::ClassLoader;
@@ -193,4 +193,4 @@ TEST_F(ClassLoaderTest, NothingIsLeft) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -5,7 +5,7 @@
 
 #include "java/realvm/CallbackTags.h"
 
-namespace javatest {
+namespace tests {
 
 // Counts the functions that hold one.
 struct Counted {
@@ -22,4 +22,4 @@ inline bool ComesDownTo(const std::atomic<int>& count, int wanted) {
   return count == wanted;
 }
 
-}  // namespace javatest
+}  // namespace tests

@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace javatest {
+namespace tests {
 
 // Stands between the thread and the VM's functions while it lives. One at a time, and no other thread calls meanwhile.
 class CountedReferences {
@@ -135,4 +135,4 @@ class CountedReferences {
   Jni m_table;
 };
 
-}  // namespace javatest
+}  // namespace tests

@@ -7,7 +7,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 
 // A host's own type by way of a number.
 struct Price {
@@ -15,14 +15,14 @@ struct Price {
   friend bool operator==(const Price& a, const Price& b) { return a.cents == b.cents; }
 };
 
-}  // namespace javatest
+}  // namespace tests
 
 template <>
-struct torvan::java::Convert<javatest::Price> : ConvertAs<jlong> {
-  static javatest::Price From(jlong cents) { return {cents}; }
+struct torvan::java::Convert<tests::Price> : ConvertAs<jlong> {
+  static tests::Price From(jlong cents) { return {cents}; }
 };
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Copy;
@@ -174,4 +174,4 @@ TEST_F(EachTest, WhatJavaThrowsOnTheWayComesOut) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

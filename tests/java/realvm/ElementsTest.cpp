@@ -3,7 +3,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Array;
@@ -243,4 +243,4 @@ TEST_F(ElementsTest, AThreadThatIsGivenIsFoundOutWithAssertions) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -4,7 +4,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Error;
@@ -240,4 +240,4 @@ static_assert(std::is_nothrow_copy_constructible_v<Error> && std::is_nothrow_cop
 
 }  // namespace
 
-}  // namespace javatest
+}  // namespace tests

@@ -3,7 +3,7 @@
 #include <cstdarg>
 #include <cstdlib>
 
-namespace javatest {
+namespace tests {
 
 java::VmSettings FixtureSettings() {
   java::VmSettings settings;
@@ -71,4 +71,4 @@ java::Local<java::String> NewText(const char* ascii) {
   return java::Adopt<java::String>(java::detail::Env()->NewStringUTF(ascii));
 }
 
-}  // namespace javatest
+}  // namespace tests

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace javatest {
+namespace tests {
 
 namespace java = torvan::java;
 
@@ -49,4 +49,4 @@ jint CallStaticInt(const char* type, const char* method, const char* descriptor,
 jobject CallObject(jobject object, const char* method, const char* descriptor, ...);
 java::Local<java::String> NewText(const char* ascii);
 
-}  // namespace javatest
+}  // namespace tests

@@ -8,7 +8,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Error;
@@ -186,4 +186,4 @@ TEST_F(GuardTest, AVmWithoutJvmtiSaysThatTheReasonIsLost) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -6,7 +6,7 @@
 #include "java/realvm/CallbackTags.h"
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Global;
@@ -353,4 +353,4 @@ TEST_F(ImplementTest, FunctionsThatNoInterfaceTakes) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace javatest {
+namespace tests {
 
 inline volatile jint sink;
 
@@ -61,4 +61,4 @@ inline void Check(JNIEnv* env) {
   if (env->ExceptionCheck() != JNI_FALSE) std::abort();
 }
 
-}  // namespace javatest
+}  // namespace tests

@@ -3,7 +3,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 
 struct Members {
   static constexpr char JavaName[] = "fixture/Members";
@@ -50,4 +50,4 @@ inline bool JavaKnowsOtherClasses() { return java::Call<bool>(java::New<File>(TO
 #define SKIP_WITHOUT_OTHER_CLASSES() \
   if (!JavaKnowsOtherClasses()) GTEST_SKIP() << "this Java does not know " << TORVAN_TEST_OTHER_CLASSES
 
-}  // namespace javatest
+}  // namespace tests

@@ -5,7 +5,7 @@
 
 #include "java/realvm/MembersTags.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Constructor;
@@ -215,4 +215,4 @@ TEST_F(MembersTest, MembersAreCopiedAsDeclarations) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -1,4 +1,5 @@
 // C++ functions as native methods.
+#include <ThisSystem.h>
 #include <atomic>
 #include <functional>
 #include <string>
@@ -8,7 +9,7 @@
 #include "java/realvm/CallbackTags.h"
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Error;
@@ -20,10 +21,10 @@ using java::Ref;
 using java::StaticMethod;
 
 class NativeMethodTest : public RealVmTest {
-#ifdef _WIN32
  protected:
-  void SetUp() override { GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods"; }
-#endif
+  void SetUp() override {
+    if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
+  }
 };
 
 constexpr const char* Type = "fixture/Natives";
@@ -212,4 +213,4 @@ TEST_F(NativeMethodTest, WhatIsNotThereIsSaid) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-namespace javatest {
+namespace tests {
 
 namespace {
 
@@ -26,4 +26,4 @@ RealVmTest::~RealVmTest() {
   EXPECT_EQ(pending.has_value() ? pending->what() : "", std::string()) << "left pending by the test";
 }
 
-}  // namespace javatest
+}  // namespace tests

@@ -7,7 +7,7 @@
 #include "java/What.h"
 #include "java/realvm/Fixtures.h"
 
-namespace javatest {
+namespace tests {
 
 // The VM of all tests.
 const java::Vm& TheVm();
@@ -18,4 +18,4 @@ class RealVmTest : public testing::Test {
   ~RealVmTest() override;
 };
 
-}  // namespace javatest
+}  // namespace tests

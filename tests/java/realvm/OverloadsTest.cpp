@@ -1,7 +1,7 @@
 // One callable of several members.
 #include "java/realvm/MembersTags.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Constructor;
@@ -89,4 +89,4 @@ TEST_F(OverloadsTest, ConstructorsAndMethodsOfObjects) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

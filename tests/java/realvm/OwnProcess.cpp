@@ -6,20 +6,11 @@
 #include <fstream>
 #include <iterator>
 
-namespace javatest {
+#include "ChildProcess.h"
+
+namespace tests {
 
 namespace {
-
-constexpr int ExitFailed = 99;
-
-// In a child process GoogleTest keeps failures to itself.
-void PrintFailures() {
-  const testing::TestResult& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
-  for (int i = 0; i < result.total_part_count(); ++i) {
-    const testing::TestPartResult& part = result.GetTestPartResult(i);
-    if (part.failed()) std::fprintf(stderr, "%s:%d: %s\n", part.file_name(), part.line_number(), part.message());
-  }
-}
 
 [[noreturn]] void RunAndExit(const std::function<void()>& body) {
   try {
@@ -29,8 +20,7 @@ void PrintFailures() {
   } catch (const mirel::base::CException& exception) {
     ADD_FAILURE() << "thrown: " << exception.GetMessageText();
   }
-  PrintFailures();
-  std::exit(testing::Test::HasFailure() ? ExitFailed : 0);
+  ExitWithTheResult();
 }
 
 }  // namespace
@@ -57,4 +47,4 @@ std::string Note::Text() const {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-}  // namespace javatest
+}  // namespace tests

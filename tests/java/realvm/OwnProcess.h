@@ -10,7 +10,7 @@
 #include "java/What.h"
 #include "java/realvm/Fixtures.h"
 
-namespace javatest {
+namespace tests {
 
 // What became of a process: its exit code, and what it printed on the standard error stream has to match.
 struct Expected {
@@ -38,4 +38,4 @@ class Note {
   std::string m_path;
 };
 
-}  // namespace javatest
+}  // namespace tests

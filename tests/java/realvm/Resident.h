@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-namespace javatest {
+namespace tests {
 
 // What of the process is in memory; 0 where the system does not tell.
 inline std::size_t ResidentKibibytes() {
@@ -30,4 +30,4 @@ inline void ExpectGrowthToEnd(std::size_t kibibytes, const std::function<void()>
   EXPECT_TRUE(hasEnded) << "more than " << kibibytes << " KiB in each round";
 }
 
-}  // namespace javatest
+}  // namespace tests

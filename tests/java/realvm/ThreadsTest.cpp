@@ -8,7 +8,7 @@
 #include "java/realvm/OneVm.h"
 #include "java/realvm/Resident.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Global;
@@ -156,4 +156,4 @@ TEST_F(ThreadsTest, ManyThreadsFindOneClassAtOnce) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

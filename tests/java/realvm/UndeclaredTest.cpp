@@ -1,7 +1,7 @@
 // Calls without a declaration.
 #include "java/realvm/MembersTags.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Call;
@@ -91,4 +91,4 @@ TEST_F(UndeclaredTest, NoneSaysWhatThereIs) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

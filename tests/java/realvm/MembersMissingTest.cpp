@@ -3,7 +3,7 @@
 
 #include "java/realvm/MembersTags.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::ClassLoader;
@@ -15,9 +15,9 @@ using java::Misuse;
 using java::StaticField;
 using java::StaticMethod;
 
-class MissingMembersTest : public RealVmTest {};
+class MembersMissingTest : public RealVmTest {};
 
-TEST_F(MissingMembersTest, WhatTheClassHasInsteadIsListed) {
+TEST_F(MembersMissingTest, WhatTheClassHasInsteadIsListed) {
   const Local<Derived> derived = java::New<Derived>();
   EXPECT_EQ(AddedBy([&] { Method<Derived, jint(jint)>{"shared"}(derived, 1); }),
             "(fixture.Members$Derived has no int shared(int); it has int shared())");
@@ -45,14 +45,14 @@ TEST_F(MissingMembersTest, WhatTheClassHasInsteadIsListed) {
             "(fixture.Members has no static int cals, and nothing else of that name)");
 }
 
-TEST_F(MissingMembersTest, WhatTheJavaCompilerMadeIsNotListed) {
+TEST_F(MembersMissingTest, WhatTheJavaCompilerMadeIsNotListed) {
   const Local<Derived> derived = java::New<Derived>();
   EXPECT_EQ(AddedBy([&] { Method<Derived, jint(jint)>{"compareTo"}(derived, 1); }),
             "(fixture.Members$Derived has no int compareTo(int); it has int compareTo(fixture.Members$Derived))");
   EXPECT_EQ(java::Call<jint>(derived, "compareTo", java::Ref<java::Object>(derived)), 0);
 }
 
-TEST_F(MissingMembersTest, StaticAndNotIsTold) {
+TEST_F(MembersMissingTest, StaticAndNotIsTold) {
   const Local<Members> members = java::New<Members>();
   EXPECT_EQ(AddedBy([&] { Method<Members, jlong()>{"count"}(members); }),
             "(static long count() of fixture.Members is static: declare it as StaticMethod)");
@@ -68,7 +68,7 @@ TEST_F(MissingMembersTest, StaticAndNotIsTold) {
             "(int made of fixture.Members$Derived is not static: declare it as Field)");
 }
 
-TEST_F(MissingMembersTest, AClassThatIsNotThereNamesTheClassPath) {
+TEST_F(MembersMissingTest, AClassThatIsNotThereNamesTheClassPath) {
   const std::string path = java::CallStatic<std::string>("java/lang/System", "getProperty", "java.class.path");
   const std::string expected = "java.lang.ClassNotFoundException: fixture.NoSuch (not on the class path " + path +
                                "; bind members of another loader's class with In)";
@@ -78,7 +78,7 @@ TEST_F(MissingMembersTest, AClassThatIsNotThereNamesTheClassPath) {
   EXPECT_EQ(ErrorOf([] { java::CallStatic<void>("fixture/NoSuch", "none"); }), expected);
 }
 
-TEST_F(MissingMembersTest, ALookUpThatFailedIsMadeAgain) {
+TEST_F(MembersMissingTest, ALookUpThatFailedIsMadeAgain) {
   const StaticMethod<void()> none{"fixture/Members", "none"};
   EXPECT_NE(ErrorOf([&] { none(); }), "");
   EXPECT_NE(ErrorOf([&] { none(); }), "");
@@ -88,7 +88,7 @@ struct Plugin {
   static constexpr char JavaName[] = "fixture/Plugin";
 };
 
-TEST_F(MissingMembersTest, MembersOfAnotherLoadersClass) {
+TEST_F(MembersMissingTest, MembersOfAnotherLoadersClass) {
   SKIP_WITHOUT_OTHER_CLASSES();
   const ClassLoader loader = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES});
   const Local<java::Class> type = loader.FindClass("fixture.Plugin");
@@ -115,7 +115,7 @@ TEST_F(MissingMembersTest, MembersOfAnotherLoadersClass) {
 }
 
 // Two loaders, two classes of one name: an object of one is none of the other, whatever its tag says.
-TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefused) {
+TEST_F(MembersMissingTest, AnObjectOfAnotherLoadersClassIsRefused) {
   SKIP_WITHOUT_OTHER_CLASSES();
   const Local<java::Class> first = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
   const Local<java::Class> second = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
@@ -134,7 +134,7 @@ TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefused) {
 }
 
 // The class path has the class, and a loader that does not ask it has another one.
-TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheClassPath) {
+TEST_F(MembersMissingTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheClassPath) {
   SKIP_WITHOUT_OTHER_CLASSES();
   static constexpr Method<Derived, jint()> Shared{"shared"};
   const Local<Derived> own = java::New<Derived>();
@@ -149,7 +149,7 @@ TEST_F(MissingMembersTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheC
   EXPECT_EQ(Shared(own), 20);
 }
 
-TEST_F(MissingMembersTest, WrongUseOfLoaders) {
+TEST_F(MembersMissingTest, WrongUseOfLoaders) {
   EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::OfJars({"no/such.jar"}); }),
             "there is no no/such.jar to load classes from");
   EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::Of(nullptr); }), "null has no class loader");
@@ -163,4 +163,4 @@ TEST_F(MissingMembersTest, WrongUseOfLoaders) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -6,7 +6,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 
 struct Values {
   static constexpr char JavaName[] = "fixture/Values";
@@ -29,39 +29,37 @@ struct Nickname {
   std::string text;
 };
 
-}  // namespace javatest
+}  // namespace tests
 
 template <>
-struct torvan::java::Convert<javatest::Cents> : ConvertAs<jlong> {
-  static jlong To(const javatest::Cents& cents) { return cents.value; }
-  static javatest::Cents From(jlong value) { return {value}; }
+struct torvan::java::Convert<tests::Cents> : ConvertAs<jlong> {
+  static jlong To(const tests::Cents& cents) { return cents.value; }
+  static tests::Cents From(jlong value) { return {value}; }
 };
 template <>
-struct torvan::java::Convert<javatest::Name> : ConvertAs<std::string> {
-  static std::string To(const javatest::Name& name) { return name.first + " " + name.last; }
-  static javatest::Name From(const std::string& text) {
+struct torvan::java::Convert<tests::Name> : ConvertAs<std::string> {
+  static std::string To(const tests::Name& name) { return name.first + " " + name.last; }
+  static tests::Name From(const std::string& text) {
     const std::size_t space = text.find(' ');
     return {text.substr(0, space), text.substr(space + 1)};
   }
 };
 template <>
-struct torvan::java::Convert<javatest::Seconds> : ConvertAs<Local<javatest::Duration>> {
-  static Local<javatest::Duration> To(const javatest::Seconds& seconds) {
-    return CallStatic<Local<javatest::Duration>>("java.time.Duration", "ofSeconds", seconds.value);
+struct torvan::java::Convert<tests::Seconds> : ConvertAs<Local<tests::Duration>> {
+  static Local<tests::Duration> To(const tests::Seconds& seconds) {
+    return CallStatic<Local<tests::Duration>>("java.time.Duration", "ofSeconds", seconds.value);
   }
-  static javatest::Seconds From(const Local<javatest::Duration>& duration) {
-    return {Call<jlong>(duration, "getSeconds")};
-  }
+  static tests::Seconds From(const Local<tests::Duration>& duration) { return {Call<jlong>(duration, "getSeconds")}; }
 };
 template <>
-struct torvan::java::Convert<javatest::Nickname> : ConvertAs<std::optional<std::string>> {
-  static std::optional<std::string> To(const javatest::Nickname& name) {
+struct torvan::java::Convert<tests::Nickname> : ConvertAs<std::optional<std::string>> {
+  static std::optional<std::string> To(const tests::Nickname& name) {
     return name.text.empty() ? std::nullopt : std::optional<std::string>(name.text);
   }
-  static javatest::Nickname From(const std::optional<std::string>& text) { return {text.value_or("")}; }
+  static tests::Nickname From(const std::optional<std::string>& text) { return {text.value_or("")}; }
 };
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Global;
@@ -73,7 +71,7 @@ using java::StaticMethod;
 
 using namespace std::string_literals;
 
-class ValuesTest : public RealVmTest {};
+class ConvertTest : public RealVmTest {};
 
 // What a value is in Java, and what it is after it has been there.
 template <typename T>
@@ -102,7 +100,7 @@ template <typename T>
 constexpr std::initializer_list<T> Extremes{std::numeric_limits<T>::min(), T{-1}, T{0}, T{1},
                                             std::numeric_limits<T>::max()};
 
-TEST_F(ValuesTest, IntegersGoByWidthAndSign) {
+TEST_F(ConvertTest, IntegersGoByWidthAndSign) {
   GoesBothWays<signed char>("byte", Extremes<signed char>);
   GoesBothWays<short>("short", Extremes<short>);
   GoesBothWays<int>("int", Extremes<int>);
@@ -118,7 +116,7 @@ TEST_F(ValuesTest, IntegersGoByWidthAndSign) {
   }
 }
 
-TEST_F(ValuesTest, AByteIsItsBits) {
+TEST_F(ConvertTest, AByteIsItsBits) {
   static constexpr StaticMethod<jlong(jlong)> SameLong{"fixture/Values", "same"};
   for (const int bits : {0, 1, 0x7F, 0x80, 0xFF}) {
     const auto byte = static_cast<std::byte>(bits);
@@ -128,7 +126,7 @@ TEST_F(ValuesTest, AByteIsItsBits) {
   EXPECT_EQ(SameLong(std::byte{0xFF}), -1);  // what Java makes of it
 }
 
-TEST_F(ValuesTest, BooleansAreOneBitOfAByte) {
+TEST_F(ConvertTest, BooleansAreOneBitOfAByte) {
   for (const bool value : {false, true}) {
     EXPECT_EQ(Back(value), value);
     EXPECT_EQ(Back<std::uint8_t>(value), value);
@@ -145,7 +143,7 @@ F FromBits(Bits bits) {
   return value;
 }
 
-TEST_F(ValuesTest, EveryBitOfAFloatArrives) {
+TEST_F(ConvertTest, EveryBitOfAFloatArrives) {
   for (const std::uint32_t bits :
        {0u, 0x80000000u, 1u, 0x7F7FFFFFu, 0x7F800000u, 0xFF800000u, 0x7FC00000u, 0x7FC12345u, 0xFFFFFFFFu}) {
     std::ostringstream hex;
@@ -165,7 +163,7 @@ TEST_F(ValuesTest, EveryBitOfAFloatArrives) {
   }
 }
 
-TEST_F(ValuesTest, NumbersWidenWhereNothingIsLost) {
+TEST_F(ConvertTest, NumbersWidenWhereNothingIsLost) {
   static constexpr StaticMethod<jlong(jlong)> SameLong{"fixture/Values", "same"};
   static constexpr StaticMethod<double(double)> SameDouble{"fixture/Values", "same"};
   static constexpr StaticMethod<float(float)> SameFloat{"fixture/Values", "same"};
@@ -180,7 +178,7 @@ constexpr StaticMethod<std::string(std::string_view)> SameText{"fixture/Values",
 constexpr StaticMethod<std::u16string(std::u16string_view)> SameUnits{"fixture/Values", "same"};
 constexpr StaticMethod<std::string(std::string_view)> UnitsOf{"fixture/Values", "units"};
 
-TEST_F(ValuesTest, TextGoesBothWays) {
+TEST_F(ConvertTest, TextGoesBothWays) {
   for (const std::string& text :
        {""s, "x"s, "\0"s, "a\0b"s, "Z\xC3\xBCrich"s, "\xE4\xB8\xAD\xE6\x96\x87"s, "\xF0\x9F\x98\x80"s,
         std::string(5000, 'x'), std::string(1023, 'x') + "\xF0\x9F\x98\x80" + std::string(2000, 'y'), "ends in \0"s}) {
@@ -193,7 +191,7 @@ TEST_F(ValuesTest, TextGoesBothWays) {
   EXPECT_EQ(UnitsOf(u""), "");
 }
 
-TEST_F(ValuesTest, UnitsAreNotLookedAt) {
+TEST_F(ConvertTest, UnitsAreNotLookedAt) {
   for (const std::u16string& units : {u""s, u"\0"s, u"a\0b"s, u"\xD83D\xDE00"s, u"\xD800"s, u"\xDC00\xD800"s}) {
     EXPECT_EQ(SameUnits(units), units);
   }
@@ -207,7 +205,7 @@ std::int64_t HashOf(const std::u16string& units) {
   return static_cast<std::int64_t>(hash);
 }
 
-TEST_F(ValuesTest, LongTexts) {
+TEST_F(ConvertTest, LongTexts) {
   static constexpr StaticMethod<std::u16string(jint, bool)> Made{"fixture/Values", "made"};
   static constexpr StaticMethod<std::string(jint, bool)> MadeUtf8{"fixture/Values", "made"};
   static constexpr StaticMethod<jlong(std::u16string_view)> Hash{"fixture/Values", "hash"};
@@ -224,13 +222,13 @@ TEST_F(ValuesTest, LongTexts) {
   }
 }
 
-TEST_F(ValuesTest, TextThatIsNotUtf8IsRefusedWithItsByte) {
+TEST_F(ConvertTest, TextThatIsNotUtf8IsRefusedWithItsByte) {
   EXPECT_EQ(WhatOf<Misuse>([] { SameText("abc\xFF"); }), "invalid UTF-8 at byte 3");
   EXPECT_EQ(WhatOf<Misuse>([] { SameText(std::string(3000, 'x') + "\xC3"); }), "invalid UTF-8 at byte 3000");
   EXPECT_EQ(WhatOf<Misuse>([] { java::NewString("\xC0\x80"); }), "invalid UTF-8 at byte 0");
 }
 
-TEST_F(ValuesTest, NullGoesAsAnOptionalAPointerOrNull) {
+TEST_F(ConvertTest, NullGoesAsAnOptionalAPointerOrNull) {
   using Text = std::optional<std::string>;
   static constexpr StaticMethod<Text(Text)> Same{"fixture/Values", "same"};
   static constexpr StaticMethod<Text()> None{"fixture/Values", "none"};
@@ -245,7 +243,7 @@ TEST_F(ValuesTest, NullGoesAsAnOptionalAPointerOrNull) {
   EXPECT_EQ(Same(java::NewString("made")), "made");
 }
 
-TEST_F(ValuesTest, ANullThatTheTypeHasNotNamesTheMember) {
+TEST_F(ConvertTest, ANullThatTheTypeHasNotNamesTheMember) {
   static constexpr StaticMethod<std::string()> None{"fixture/Values", "none"};
   static constexpr StaticMethod<Name()> NoName{"fixture/Values", "none"};
   static constexpr java::Method<Values, std::u16string()> NoneOfObject{"noneOfObject"};
@@ -273,7 +271,7 @@ void IsBoxed(const char* type, T value, const std::string& text) {
   EXPECT_EQ(Seen(value), std::string("java.lang.") + type + " " + text);
 }
 
-TEST_F(ValuesTest, OptionalNumbersAreJavasObjects) {
+TEST_F(ConvertTest, OptionalNumbersAreJavasObjects) {
   IsBoxed<bool>("Boolean", true, "true");
   IsBoxed<jbyte>("Byte", -128, "-128");
   IsBoxed<char16_t>("Character", u'x', "x");
@@ -286,7 +284,7 @@ TEST_F(ValuesTest, OptionalNumbersAreJavasObjects) {
   EXPECT_EQ(NoNumber(), std::nullopt);
 }
 
-TEST_F(ValuesTest, ANumberOfAnotherClassIsRefused) {
+TEST_F(ConvertTest, ANumberOfAnotherClassIsRefused) {
   static constexpr StaticMethod<std::optional<jint>(Ref<Object>)> Any{"fixture/Values", "any",
                                                                       "(Ljava/lang/Object;)Ljava/lang/Object;"};
   EXPECT_EQ(Any(NewInteger(5)), 5);
@@ -295,7 +293,7 @@ TEST_F(ValuesTest, ANumberOfAnotherClassIsRefused) {
             "java.lang.Integer");
 }
 
-TEST_F(ValuesTest, AHostsOwnTypes) {
+TEST_F(ConvertTest, AHostsOwnTypes) {
   static constexpr StaticMethod<Cents(Cents)> SameCents{"fixture/Values", "same"};
   static constexpr StaticMethod<Name(Name)> SameName{"fixture/Values", "same"};
   static constexpr StaticMethod<Seconds(Seconds)> SameSeconds{"fixture/Values", "any",
@@ -319,7 +317,7 @@ TEST_F(ValuesTest, AHostsOwnTypes) {
   EXPECT_EQ(java::CallStatic<std::string>("fixture/Values", "units", Name{"a", "b"}), "61 20 62");
 }
 
-TEST_F(ValuesTest, ReferencesGoAsTheyAre) {
+TEST_F(ConvertTest, ReferencesGoAsTheyAre) {
   static constexpr StaticMethod<Local<Object>(Ref<Object>)> Same{"fixture/Values", "same"};
   static constexpr StaticMethod<Global<Object>(Ref<Object>)> SameGlobal{"fixture/Values", "same"};
   const Local<Values> values = java::New<Values>();
@@ -335,7 +333,7 @@ TEST_F(ValuesTest, ReferencesGoAsTheyAre) {
   EXPECT_EQ(java::ToText(Ref<java::String>(Same("text").Get())), "text");
 }
 
-TEST_F(ValuesTest, FieldsOfEveryType) {
+TEST_F(ConvertTest, FieldsOfEveryType) {
   const Local<Values> values = java::New<Values>();
   const java::Thread thread;
   const auto goes = [&](const auto& field, const auto& staticField, auto value) {
@@ -367,4 +365,4 @@ TEST_F(ValuesTest, FieldsOfEveryType) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

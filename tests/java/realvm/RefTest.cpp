@@ -7,7 +7,7 @@
 
 #include "java/realvm/OneVm.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Cast;
@@ -20,7 +20,7 @@ using java::Ref;
 using java::Same;
 using java::Weak;
 
-class ReferencesTest : public RealVmTest {};
+class RefTest : public RealVmTest {};
 
 // Whether a call on the object works and gives what the class is made for.
 std::string NameOf(const Ref<Named>& named) {
@@ -28,7 +28,7 @@ std::string NameOf(const Ref<Named>& named) {
   return java::detail::ReadUtf8(java::detail::Env(), static_cast<jstring>(name.Get()));
 }
 
-TEST_F(ReferencesTest, ALocalIsMovedAndLeavesNull) {
+TEST_F(RefTest, ALocalIsMovedAndLeavesNull) {
   Local<Child> first = New<Child>();
   jobject const raw = first.Get();
   Local<Child> second = std::move(first);
@@ -43,7 +43,7 @@ TEST_F(ReferencesTest, ALocalIsMovedAndLeavesNull) {
   static_assert(!std::is_copy_constructible_v<Local<Child>> && std::is_nothrow_move_constructible_v<Local<Child>>);
 }
 
-TEST_F(ReferencesTest, AReferenceIsCastUpWithoutATest) {
+TEST_F(RefTest, AReferenceIsCastUpWithoutATest) {
   Local<Child> child = New<Child>();
   jobject const raw = child.Get();
   const Global<Child> global(child);
@@ -57,7 +57,7 @@ TEST_F(ReferencesTest, AReferenceIsCastUpWithoutATest) {
   EXPECT_TRUE(Same(object, parent));
 }
 
-TEST_F(ReferencesTest, AReferenceIsCastDownWithATest) {
+TEST_F(RefTest, AReferenceIsCastDownWithATest) {
   const Global<Object> object(New<Child>());
   EXPECT_EQ(NameOf(Cast<Child>(object)), "child");
   EXPECT_EQ(Cast<Child>(object).Get(), object.Get()) << "a global is shared";
@@ -71,7 +71,7 @@ TEST_F(ReferencesTest, AReferenceIsCastDownWithATest) {
   EXPECT_FALSE(Cast<Child>(Ref<Object>(nullptr)));
 }
 
-TEST_F(ReferencesTest, AWrongCastNamesBothClassesAndKeepsTheReference) {
+TEST_F(RefTest, AWrongCastNamesBothClassesAndKeepsTheReference) {
   Local<Object> integer = NewInteger(7);
   const std::string text = "A java.lang.Integer is given where a fixture.Kinds$Named is needed";
   EXPECT_EQ(WhatOf<Misuse>([&] { Cast<Named>(std::move(integer)); }), text);
@@ -82,7 +82,7 @@ TEST_F(ReferencesTest, AWrongCastNamesBothClassesAndKeepsTheReference) {
   EXPECT_EQ(WhatOf<Misuse>([&] { java::Adopt<Named>(integer.Release()); }), text);
 }
 
-TEST_F(ReferencesTest, KnowsInstancesAndSameness) {
+TEST_F(RefTest, KnowsInstancesAndSameness) {
   const Local<Parent> parent = New<Parent>();
   EXPECT_TRUE(IsInstance<Named>(parent));
   EXPECT_FALSE(IsInstance<Child>(parent));
@@ -94,7 +94,7 @@ TEST_F(ReferencesTest, KnowsInstancesAndSameness) {
   EXPECT_TRUE(Same(nullptr, Local<Child>()));
 }
 
-TEST_F(ReferencesTest, EachKindIsMadeOfEachOther) {
+TEST_F(RefTest, EachKindIsMadeOfEachOther) {
   const Local<Child> local = New<Child>();
   const Global<Child> global(local);
   EXPECT_EQ(NameOf(Local<Child>(global)), "child");
@@ -109,7 +109,7 @@ TEST_F(ReferencesTest, EachKindIsMadeOfEachOther) {
   EXPECT_FALSE(Weak<Child>().Lock());
 }
 
-TEST_F(ReferencesTest, HandlesOfTheFixedInterfaceGoBothWays) {
+TEST_F(RefTest, HandlesOfTheFixedInterfaceGoBothWays) {
   const Local<Child> child = New<Child>();
   const torvan::jni::CJavaObject handle = java::Handle(child);
   EXPECT_EQ(handle.CallIntMethod("number", "()I"), 2);
@@ -124,7 +124,7 @@ TEST_F(ReferencesTest, HandlesOfTheFixedInterfaceGoBothWays) {
             "A fixture.Kinds$Child is given where a java.lang.String is needed");
 }
 
-TEST_F(ReferencesTest, AWeakReferenceLetsItsObjectGo) {
+TEST_F(RefTest, AWeakReferenceLetsItsObjectGo) {
   Weak<Object> weak;
   {
     const Local<Child> child = New<Child>();
@@ -137,7 +137,7 @@ TEST_F(ReferencesTest, AWeakReferenceLetsItsObjectGo) {
   EXPECT_FALSE(weak.Lock());
 }
 
-TEST_F(ReferencesTest, LocalsThatStrayAreDroppedQuietly) {
+TEST_F(RefTest, LocalsThatStrayAreDroppedQuietly) {
   auto stray = std::make_unique<Local<Child>>();
   std::thread([&] {
     *stray = New<Child>();
@@ -153,7 +153,7 @@ TEST_F(ReferencesTest, LocalsThatStrayAreDroppedQuietly) {
   }).join();
 }
 
-TEST_F(ReferencesTest, AThreadThatIsNotAttachedCopiesAndDropsAndStaysUnattached) {
+TEST_F(RefTest, AThreadThatIsNotAttachedCopiesAndDropsAndStaysUnattached) {
   Global<Child> global(New<Child>());
   std::thread([moved = std::move(global)]() mutable {
     const Global<Child> copy = moved;
@@ -168,7 +168,7 @@ struct Annotated : std::runtime_error {
   Global<Child> child{New<Child>()};
 };
 
-TEST_F(ReferencesTest, GoWhereverValuesGo) {
+TEST_F(RefTest, GoWhereverValuesGo) {
   const Global<Child> global(New<Child>());
   const std::function<std::string()> function = [global] { return NameOf(global); };
   EXPECT_EQ(function(), "child");
@@ -187,7 +187,7 @@ TEST_F(ReferencesTest, GoWhereverValuesGo) {
 }
 
 // 65,536 is more than the VM would bear of locals that stay.
-TEST_F(ReferencesTest, AMillionRoundsLeaveNothing) {
+TEST_F(RefTest, AMillionRoundsLeaveNothing) {
   const Local<Child> child = New<Child>();
   const Global<Child> global(child);
   for (int i = 0; i < 1000000; ++i) {
@@ -198,7 +198,7 @@ TEST_F(ReferencesTest, AMillionRoundsLeaveNothing) {
   EXPECT_EQ(NameOf(global), "child");
 }
 
-TEST_F(ReferencesTest, AFrameEndsWhatTheFixedInterfaceLeaves) {
+TEST_F(RefTest, AFrameEndsWhatTheFixedInterfaceLeaves) {
   const torvan::jni::CJavaObject handle = java::Handle(New<Child>());
   JNIEnv* const env = java::detail::Env();
   jobject left = nullptr;
@@ -214,4 +214,4 @@ static_assert(std::is_nothrow_copy_constructible_v<Global<>> && std::is_nothrow_
 static_assert(std::is_nothrow_copy_constructible_v<Weak<>> && std::is_nothrow_destructible_v<Local<>>);
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

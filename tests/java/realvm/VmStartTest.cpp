@@ -1,10 +1,11 @@
 // VMs that start, and those that do not, in words.
+#include <ThisSystem.h>
 #include <cstdlib>
 #include <fstream>
 
 #include "java/realvm/OwnProcess.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::StartFailure;
@@ -26,13 +27,9 @@ std::string Property(const char* name) {
   return value ? TextOf(value.Get()) : "(null)";
 }
 
-TEST(StartTest, SettingsReachTheVm) {
-#ifdef _WIN32
-  // To the VM under Wine, which is one of Linux, options are UTF-8 and not in the system's code page.
-  static constexpr char Text[] = "Zurich = 1";
-#else
-  static constexpr char Text[] = "Z\xC3\xBCrich = 1";
-#endif
+TEST(VmStartTest, SettingsReachTheVm) {
+  // The VM under Wine is one of Linux, so it takes options as UTF-8 and not in the system's code page.
+  static constexpr const char* Text = OnThisSystem("Zurich = 1", "Z\xC3\xBCrich = 1");
   InProcessOfItsOwn([] {
     VmSettings settings = FixtureSettings();
     settings.Property("fixture.empty", "").Property("fixture.text", Text).Option("-Dfixture.option=2");
@@ -45,25 +42,22 @@ TEST(StartTest, SettingsReachTheVm) {
   });
 }
 
-TEST(StartTest, WithoutARuntimeTheOneOfTheMachineIsTaken) {
-#ifdef _WIN32
-  GTEST_SKIP() << "the runtime under Wine has none of the files that a search looks for";
-#else
+TEST(VmStartTest, WithoutARuntimeTheOneOfTheMachineIsTaken) {
+  if (OnWindows) GTEST_SKIP() << "the runtime under Wine has none of the files that a search looks for";
   InProcessOfItsOwn([] {
     const std::filesystem::path library = std::getenv("TORVAN_TEST_LIBJVM");
     const std::filesystem::path home = library.parent_path().parent_path().parent_path();
-    setenv("JAVA_HOME", home.c_str(), 1);
+    SetVariable("JAVA_HOME", home.string().c_str());
     const java::Vm vm = StartVm();
-    EXPECT_EQ(Property("java.home"), home);
+    EXPECT_EQ(Property("java.home"), home.string());
   });
   InProcessOfItsOwn([] {
     const java::Vm vm = StartVm(VmSettings().Runtime(java::ChooseRuntime()));
-    EXPECT_EQ(Property("java.home"), java::ChooseRuntime().Home());
+    EXPECT_EQ(Property("java.home"), java::ChooseRuntime().Home().string());
   });
-#endif
 }
 
-TEST(StartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
+TEST(VmStartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
   InProcessOfItsOwn([] {
     const java::Vm vm = StartVm(FixtureSettings());
     EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
@@ -71,8 +65,19 @@ TEST(StartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
   });
 }
 
-// Settings that are refused, and what is said. Nothing of it harms the process: it starts a VM afterwards.
-TEST(StartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
+// The settings must be refused with a text that begins so, and the process must be able to start a VM afterwards.
+void ExpectRefused(const std::function<void(VmSettings&)>& set, const std::string& text) {
+  InProcessOfItsOwn([&] {
+    VmSettings settings = FixtureSettings();
+    set(settings);
+    EXPECT_THAT(WhatOf<StartFailure>([&] { StartVm(settings); }), StartsWith(text));
+    EXPECT_EQ(WhatOf<java::Misuse>([] { java::Thread(); }), "No Java VM runs: call StartVm or JoinVm first");
+    const java::Vm vm = StartVm(FixtureSettings());
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
+  });
+}
+
+TEST(VmStartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
   const Note noLibrary;
   std::ofstream(noLibrary.Path()) << "no library";
   const struct {
@@ -112,11 +117,6 @@ TEST(StartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
        "The option -agentpath:no/such.so cannot be used: there is no file no/such.so"},
       {"an agent by name", [](VmSettings& s) { s.Agent("nosuch"); },
        "The option -agentlib:nosuch cannot be used: no library "},
-#ifndef _WIN32  // under Wine nothing tells which modules the runtime has
-      {"a module", [](VmSettings& s) { s.Option("--add-modules=java.base,no.such"); },
-       "The option --add-modules=java.base,no.such cannot be used: the runtime has no module no.such, and no module "
-       "path is given"},
-#endif
       {"an empty option", [](VmSettings& s) { s.Option(""); },
        "An option of the Java VM is empty or has a NUL in it: \"\""},
       {"a NUL", [](VmSettings& s) { s.Property("a", std::string_view("b\0c", 3)); },
@@ -125,19 +125,19 @@ TEST(StartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    InProcessOfItsOwn([&] {
-      VmSettings settings = FixtureSettings();
-      row.set(settings);
-      EXPECT_THAT(WhatOf<StartFailure>([&] { StartVm(settings); }), StartsWith(row.text));
-      EXPECT_EQ(WhatOf<java::Misuse>([] { java::Thread(); }), "No Java VM runs: call StartVm or JoinVm first");
-      const java::Vm vm = StartVm(FixtureSettings());
-      EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
-    });
+    ExpectRefused(row.set, row.text);
   }
 }
 
+TEST(VmStartTest, AModuleThatTheRuntimeDoesNotHaveIsNamed) {
+  if (OnWindows) GTEST_SKIP() << "under Wine nothing tells which modules the runtime has";
+  ExpectRefused([](VmSettings& s) { s.Option("--add-modules=java.base,no.such"); },
+                "The option --add-modules=java.base,no.such cannot be used: the runtime has no module no.such, and no "
+                "module path is given");
+}
+
 // What the VM itself refuses, with its words, the option and the runtime.
-TEST(StartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
+TEST(VmStartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
   const struct {
     const char* name;
     std::function<void(VmSettings&)> set;
@@ -167,7 +167,7 @@ TEST(StartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
   }
 }
 
-TEST(StartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
+TEST(VmStartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
   InProcessOfItsOwn([] {
     const java::Vm vm = StartVm(FixtureSettings());
     EXPECT_EQ(WhatOf<StartFailure>([] { StartVm(FixtureSettings()); }),
@@ -176,7 +176,7 @@ TEST(StartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
   });
 }
 
-TEST(StartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
+TEST(VmStartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
   InProcessOfItsOwn([] {
     const torvan::jni::CJavaVm fixed = FixedVm();
     EXPECT_EQ(WhatOf<StartFailure>([] { StartVm(FixtureSettings()); }),
@@ -191,11 +191,11 @@ TEST(StartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
   });
 }
 
-TEST(StartTest, WithoutAVmNothingIsJoined) {
+TEST(VmStartTest, WithoutAVmNothingIsJoined) {
   InProcessOfItsOwn([] { EXPECT_EQ(WhatOf<StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process"); });
 }
 
-TEST(StartTest, WhatTheVmPrintsComesToTheHost) {
+TEST(VmStartTest, WhatTheVmPrintsComesToTheHost) {
   InProcessOfItsOwn([] {
     static std::string printed;
     const java::Vm vm = StartVm(FixtureSettings()
@@ -207,7 +207,7 @@ TEST(StartTest, WhatTheVmPrintsComesToTheHost) {
 }
 
 // Java asks the process to end; the VM is gone for what is destroyed then.
-TEST(StartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
+TEST(VmStartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
   InProcessOfItsOwn(
       [] {
         static std::optional<java::Vm> vm;  // destroyed while the process exits
@@ -223,7 +223,7 @@ TEST(StartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
 }
 
 // What the VM does not survive and nobody sees before.
-TEST(StartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
+TEST(VmStartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
   InProcessOfItsOwn(
       [] {
         StartVm(FixtureSettings().Option("-XX:+UseSerialGC").Option("-XX:+UseParallelGC").OnExit([](jint code) {
@@ -234,4 +234,4 @@ TEST(StartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

@@ -4,7 +4,7 @@
 #include "java/realvm/MembersTags.h"
 #include "java/realvm/NothingLeft.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using java::Constructor;
@@ -20,7 +20,7 @@ struct Values {
   static constexpr char JavaName[] = "fixture/Values";
 };
 
-class NothingIsLeftTest : public NothingLeftTest {};
+class MembersLeaveNothingTest : public NothingLeftTest {};
 
 constexpr StaticMethod<std::string(std::string_view)> Same{"fixture/Values", "same"};
 constexpr StaticMethod<Local<Object>(Ref<Object>)> SameObject{"fixture/Values", "same"};
@@ -28,7 +28,7 @@ constexpr Constructor<Values()> Make;
 constexpr Field<Values, std::string> Text{"textField"};
 constexpr Field<Values, Local<Object>> Any{"objectField"};
 
-TEST_F(NothingIsLeftTest, TheCountSeesWhatIsLeft) {
+TEST_F(MembersLeaveNothingTest, TheCountSeesWhatIsLeft) {
   const Global<Values> first{Make()};  // deletes what other threads have dropped
   const CountedReferences counted(java::detail::Env());
   const Local<Values> values = Make();
@@ -37,7 +37,7 @@ TEST_F(NothingIsLeftTest, TheCountSeesWhatIsLeft) {
   EXPECT_EQ(counted.Globals(), 1);
 }
 
-TEST_F(NothingIsLeftTest, AfterAMillionCalls) {
+TEST_F(MembersLeaveNothingTest, AfterAMillionCalls) {
   static constexpr StaticMethod<std::optional<jint>(std::optional<jint>)> SameNumber{"fixture/Values", "same"};
   const Local<Values> values = Make();
   const java::Thread thread;
@@ -51,7 +51,7 @@ TEST_F(NothingIsLeftTest, AfterAMillionCalls) {
       250000);
 }
 
-TEST_F(NothingIsLeftTest, AfterCallsThatReturn) {
+TEST_F(MembersLeaveNothingTest, AfterCallsThatReturn) {
   static constexpr StaticMethod<Global<Object>(Ref<Object>)> SameGlobal{"fixture/Values", "same"};
   const Local<Values> values = Make();
   ExpectNothing([] { Same(std::string(5000, 'x')); });
@@ -66,7 +66,7 @@ TEST_F(NothingIsLeftTest, AfterCallsThatReturn) {
 }
 
 // What such a member needs to test the objects is not looked up anew, and not kept anew, with each call.
-TEST_F(NothingIsLeftTest, AfterMembersThatAreDeclaredInsideAFunction) {
+TEST_F(MembersLeaveNothingTest, AfterMembersThatAreDeclaredInsideAFunction) {
   const Local<ArrayList> list = java::New<ArrayList>();
   java::Call<void>(list, "add", "text");
   ExpectNothing([&] {
@@ -78,7 +78,7 @@ TEST_F(NothingIsLeftTest, AfterMembersThatAreDeclaredInsideAFunction) {
   });
 }
 
-TEST_F(NothingIsLeftTest, AfterCallsThatThrow) {
+TEST_F(MembersLeaveNothingTest, AfterCallsThatThrow) {
   static constexpr StaticMethod<std::string(std::string_view, std::string_view)> Missing{"fixture/Members", "missing"};
   static constexpr StaticMethod<void()> NoClass{"fixture/NoSuch", "missing"};
   static constexpr StaticMethod<void(std::string_view)> Fails{"fixture/Members", "fails"};
@@ -105,7 +105,7 @@ TEST_F(NothingIsLeftTest, AfterCallsThatThrow) {
   ExpectNothingOfThrowing([] { Text.Get(Local<Values>()); });
 }
 
-TEST_F(NothingIsLeftTest, AfterCallsThatAreLookedUp) {
+TEST_F(MembersLeaveNothingTest, AfterCallsThatAreLookedUp) {
   const Local<ArrayList> list = java::New<ArrayList>();
   ExpectNothing([&] { java::Call<void>(list, "add", 0, "text"); });
   ExpectNothing([&] { java::Call<void>(list, "clear"); });
@@ -119,7 +119,7 @@ TEST_F(NothingIsLeftTest, AfterCallsThatAreLookedUp) {
   ExpectNothingOfThrowing([] { java::CallStatic<std::string>("fixture/Values", "none"); });
 }
 
-TEST_F(NothingIsLeftTest, AfterMembersOfOtherLoaders) {
+TEST_F(MembersLeaveNothingTest, AfterMembersOfOtherLoaders) {
   static constexpr Method<Object, std::string()> ToString{"toString"};
   static constexpr Method<Object, std::string()> Missing{"missing"};
   const Local<java::Class> type = java::FindClass("java/lang/Object");
@@ -136,4 +136,4 @@ TEST_F(NothingIsLeftTest, AfterMembersOfOtherLoaders) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests

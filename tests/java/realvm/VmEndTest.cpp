@@ -5,7 +5,7 @@
 
 #include "java/realvm/OwnProcess.h"
 
-namespace javatest {
+namespace tests {
 namespace {
 
 using namespace std::chrono_literals;
@@ -22,7 +22,7 @@ void AddHook(const Note& note) {
   CallStaticInt("fixture/Vms", "addHook", "(Ljava/lang/String;)I", path.Get());
 }
 
-TEST(EndTest, TheDestructorEndsTheVmAndItsHooksRun) {
+TEST(VmEndTest, TheDestructorEndsTheVmAndItsHooksRun) {
   const Note note;
   InProcessOfItsOwn([&] {
     {
@@ -37,7 +37,7 @@ TEST(EndTest, TheDestructorEndsTheVmAndItsHooksRun) {
   });
 }
 
-TEST(EndTest, EndingItAgainTellsTheSame) {
+TEST(VmEndTest, EndingItAgainTellsTheSame) {
   InProcessOfItsOwn([] {
     Vm vm = StartVm(FixtureSettings());
     const auto start = Clock::now();
@@ -47,7 +47,7 @@ TEST(EndTest, EndingItAgainTellsTheSame) {
   });
 }
 
-TEST(EndTest, AnyThreadEndsIt) {
+TEST(VmEndTest, AnyThreadEndsIt) {
   const Note note;
   InProcessOfItsOwn([&] {
     Vm vm = StartVm(FixtureSettings());
@@ -57,7 +57,7 @@ TEST(EndTest, AnyThreadEndsIt) {
   });
 }
 
-TEST(EndTest, ThreadsOfTheHostAreNotWaitedFor) {
+TEST(VmEndTest, ThreadsOfTheHostAreNotWaitedFor) {
   InProcessOfItsOwn([] {
     Vm vm = StartVm(FixtureSettings());
     std::atomic<int> attached{0};
@@ -80,7 +80,7 @@ TEST(EndTest, ThreadsOfTheHostAreNotWaitedFor) {
   });
 }
 
-TEST(EndTest, AThreadOfJavasOwnIsWaitedForAsLongAsTheGrace) {
+TEST(VmEndTest, AThreadOfJavasOwnIsWaitedForAsLongAsTheGrace) {
   const Note note;
   InProcessOfItsOwn([&] {
     Vm vm = StartVm(FixtureSettings());
@@ -94,7 +94,7 @@ TEST(EndTest, AThreadOfJavasOwnIsWaitedForAsLongAsTheGrace) {
   });
 }
 
-TEST(EndTest, WhenTheGraceIsOverTheHooksRunAllTheSame) {
+TEST(VmEndTest, WhenTheGraceIsOverTheHooksRunAllTheSame) {
   const Note note;
   InProcessOfItsOwn([&] {
     Vm vm = StartVm(FixtureSettings());
@@ -110,7 +110,7 @@ TEST(EndTest, WhenTheGraceIsOverTheHooksRunAllTheSame) {
   });
 }
 
-TEST(EndTest, AThreadInsideACallAtThatMomentIsToldOrStandsStill) {
+TEST(VmEndTest, AThreadInsideACallAtThatMomentIsToldOrStandsStill) {
   InProcessOfItsOwn([] {
     Vm vm = StartVm(FixtureSettings());
     static std::atomic<long> calls{0};
@@ -182,17 +182,17 @@ void ClosesAfterTheGrace() {
   EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
 }
 
-TEST(EndTest, ElementsThatAreOpenAreWaitedFor) {
+TEST(VmEndTest, ElementsThatAreOpenAreWaitedFor) {
   InProcessOfItsOwn(&EndWaitsFor<java::Elements<jint>>);
   InProcessOfItsOwn(&EndWaitsFor<java::CriticalElements<jint>>);
 }
 
-TEST(EndTest, ElementsThatAreOpenAfterTheGraceAreWrittenNevertheless) {
+TEST(VmEndTest, ElementsThatAreOpenAfterTheGraceAreWrittenNevertheless) {
   InProcessOfItsOwn(&ClosesAfterTheGrace<java::Elements<jint>>);
   InProcessOfItsOwn(&ClosesAfterTheGrace<java::CriticalElements<jint>>);
 }
 
-TEST(EndTest, AThreadWithElementsCannotEndIt) {
+TEST(VmEndTest, AThreadWithElementsCannotEndIt) {
   InProcessOfItsOwn([] {
     Vm vm = StartVm(FixtureSettings());
     const java::Local<java::Array<jint>> array = java::NewArray<jint>(1);
@@ -213,7 +213,7 @@ TEST(EndTest, AThreadWithElementsCannotEndIt) {
   });
 }
 
-TEST(EndTest, AReleasedVmGoesOn) {
+TEST(VmEndTest, AReleasedVmGoesOn) {
   const Note note;
   InProcessOfItsOwn([&] {
     {
@@ -227,7 +227,7 @@ TEST(EndTest, AReleasedVmGoesOn) {
   });
 }
 
-TEST(EndTest, AMovedVmIsEndedOnce) {
+TEST(VmEndTest, AMovedVmIsEndedOnce) {
   const Note note;
   InProcessOfItsOwn([&] {
     Vm first = StartVm(FixtureSettings());
@@ -250,7 +250,7 @@ jint JNICALL EndInCallBack(JNIEnv*, jclass, jint) {
   return 5;
 }
 
-TEST(EndTest, AThreadThatJavaCalledCannotEndIt) {
+TEST(VmEndTest, AThreadThatJavaCalledCannotEndIt) {
   InProcessOfItsOwn([] {
     Vm vm = StartVm(FixtureSettings());
     char name[] = "callBack";
@@ -264,7 +264,7 @@ TEST(EndTest, AThreadThatJavaCalledCannotEndIt) {
   });
 }
 
-TEST(EndTest, AHostOfTheFixedInterfaceEndsItsVm) {
+TEST(VmEndTest, AHostOfTheFixedInterfaceEndsItsVm) {
   const Note note;
   InProcessOfItsOwn([&] {
     const torvan::jni::CJavaVm vm = FixedVm();
@@ -276,7 +276,7 @@ TEST(EndTest, AHostOfTheFixedInterfaceEndsItsVm) {
   });
 }
 
-TEST(EndTest, AThreadThatTheFixedInterfaceLeftAttachedIsWaitedFor) {
+TEST(VmEndTest, AThreadThatTheFixedInterfaceLeftAttachedIsWaitedFor) {
   const Note note;
   InProcessOfItsOwn([&] {
     const torvan::jni::CJavaVm vm = FixedVm();
@@ -285,7 +285,7 @@ TEST(EndTest, AThreadThatTheFixedInterfaceLeftAttachedIsWaitedFor) {
   });
 }
 
-TEST(EndTest, ReferencesAndErrorsOutliveTheVm) {
+TEST(VmEndTest, ReferencesAndErrorsOutliveTheVm) {
   InProcessOfItsOwn([] {
     static java::Global<> inStatic;
     Vm vm = StartVm(FixtureSettings());
@@ -321,4 +321,4 @@ TEST(EndTest, ReferencesAndErrorsOutliveTheVm) {
 }
 
 }  // namespace
-}  // namespace javatest
+}  // namespace tests
