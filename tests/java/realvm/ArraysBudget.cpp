@@ -1,5 +1,4 @@
-// What vectors cost against the copies of a region that JNI makes, with the memory for them: java_arrays_budget
-// [ROUNDS].
+// What vectors cost compared with JNI's copies of a region and the memory for them: java_arrays_budget [ROUNDS].
 #include <cstdlib>
 #include <memory>
 #include <vector>

@@ -1,4 +1,4 @@
-// What arrays, buffers and collections do leaves no reference, whatever comes of it.
+// Operations on arrays, buffers and collections leave no reference, whether they succeed or fail.
 #include <map>
 
 #include "java/realvm/NothingLeft.h"

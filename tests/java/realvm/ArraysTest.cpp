@@ -171,7 +171,7 @@ TEST_F(ArraysTest, ReferencesAsElements) {
   EXPECT_EQ(SeenAs(elements), "[Lfixture.Arrays;: [Arrays, null, Arrays]");
 }
 
-// More than a VM makes room for by itself, which it says when it is asked to check.
+// More references than a VM has room for by default, which one that checks calls would report.
 TEST_F(ArraysTest, ThousandsOfReferencesAsElements) {
   static constexpr StaticMethod<std::vector<Local<Arrays>>(Ref<Array<Arrays>>)> Same{Fixture, "same"};
   const Local<Array<Arrays>> array = java::NewArray<Arrays>(2000);

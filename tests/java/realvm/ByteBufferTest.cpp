@@ -17,7 +17,7 @@ using java::Ref;
 using java::StaticMethod;
 using java::ViewOf;
 
-// The host's own tags are as good.
+// The host's own tags work, too.
 struct Buffer {
   static constexpr char JavaName[] = "java/nio/ByteBuffer";
 };

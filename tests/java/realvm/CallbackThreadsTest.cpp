@@ -133,7 +133,7 @@ struct Runnables {
   static constexpr char JavaName[] = "[Ljava/lang/Runnable;";
 };
 
-// Nobody has the object any more but the call itself.
+// Only the call itself still holds the object.
 TEST_F(CallbackThreadsTest, AFunctionIsNotDestroyedWhileItRuns) {
   constexpr StaticMethod<void(Ref<Runnables>)> RunAndForget{"fixture/Callbacks", "runAndForget"};
   std::atomic<int> count{0};

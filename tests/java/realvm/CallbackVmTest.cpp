@@ -104,7 +104,7 @@ TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
       expected);
 }
 
-// Stands between the thread and the VM's functions: this VM is of a Java before version 9.
+// Replaces the thread's table of JNI functions, so that the VM looks like a Java before version 9.
 void HideWhatIsNew(JNIEnv* env) {
   static const JNINativeInterface_* const real = env->functions;
   static JNINativeInterface_ table = *real;

@@ -1,4 +1,4 @@
-// What callbacks cost against native methods that look at nothing, behind the same proxy and the same Java class:
+// What callbacks cost compared with native methods that check nothing, called through the same proxy and Java class:
 // java_callbacks_budget [ROUNDS].
 #include <cstdlib>
 #include <string>

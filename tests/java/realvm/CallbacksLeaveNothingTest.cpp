@@ -1,4 +1,4 @@
-// Making objects of C++ functions, and calling them, leaves no reference and no function, whatever comes of it.
+// Making objects of C++ functions, and calling them, leaves no reference and no function, whether it succeeds or fails.
 #include <atomic>
 
 #include "java/realvm/Counted.h"

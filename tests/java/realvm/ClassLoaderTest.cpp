@@ -1,4 +1,4 @@
-// Class loaders: whom they ask, what they close, and when Java lets them go.
+// Class loaders: which they ask first, what they close, and when Java collects them.
 #include <thread>
 
 #include "java/realvm/MembersTags.h"

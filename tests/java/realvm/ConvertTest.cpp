@@ -1,4 +1,4 @@
-// Every type of the conversion table, against a class that gives back what it gets.
+// Every type of the conversion table, against a class that returns what it gets.
 #include <cstring>
 #include <limits>
 #include <sstream>

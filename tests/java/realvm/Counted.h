@@ -16,7 +16,7 @@ struct Counted {
   std::atomic<int>* count;
 };
 
-// Whether the count comes down to it, while Java collects.
+// Has Java collect until the count is down to this. Returns whether it comes to that.
 inline bool ComesDownTo(const std::atomic<int>& count, int wanted) {
   for (int i = 0; i < 500 && count > wanted; ++i) Collect();
   return count == wanted;

@@ -9,7 +9,7 @@
 
 namespace tests {
 
-// Stands between the thread and the VM's functions while it lives. One at a time, and no other thread calls meanwhile.
+// Replaces the thread's table of JNI functions while it lives. One at a time, and no other thread calls meanwhile.
 class CountedReferences {
  public:
   explicit CountedReferences(JNIEnv* env) : m_env(env) {

@@ -37,7 +37,7 @@ struct Integer {
   static constexpr char JavaName[] = "java/lang/Integer";
 };
 
-// Raw JNI, for what is no subject of the test.
+// Raw JNI, for what the test is not about.
 template <typename T>
 java::Local<T> New() {
   JNIEnv* const env = java::detail::Env();

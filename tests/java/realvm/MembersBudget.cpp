@@ -1,4 +1,4 @@
-// What members cost against JNI by hand, whose IDs are cached and which asks after each call whether Java threw:
+// What members cost compared with JNI by hand that caches its IDs and checks for an exception after each call:
 // java_members_budget [ROUNDS]. Interleaved rounds, medians of the ratios of a round.
 #include <cstdlib>
 #include <memory>

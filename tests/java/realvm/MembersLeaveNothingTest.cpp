@@ -1,4 +1,4 @@
-// Calls leave no reference, whatever comes of them.
+// Calls leave no reference, whether they succeed or fail.
 #include <string>
 
 #include "java/realvm/MembersTags.h"

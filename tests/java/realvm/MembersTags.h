@@ -12,7 +12,7 @@ struct Greeter {
   static constexpr char JavaName[] = "fixture/Members$Greeter";
 };
 struct Base {
-  static constexpr char JavaName[] = "fixture.Members$Base";  // dots are as good
+  static constexpr char JavaName[] = "fixture.Members$Base";  // dots work, too
   using Super = Greeter;
 };
 struct Derived {

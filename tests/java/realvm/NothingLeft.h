@@ -1,4 +1,4 @@
-// Tests that an operation leaves no reference, whatever comes of it.
+// Tests that an operation leaves no reference, whether it succeeds or fails.
 #pragma once
 
 #include <ThisSystem.h>

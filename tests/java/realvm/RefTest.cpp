@@ -22,7 +22,7 @@ using java::Weak;
 
 class RefTest : public RealVmTest {};
 
-// Whether a call on the object works and gives what the class is made for.
+// Whether a call on the object works and returns what it should.
 std::string NameOf(const Ref<Named>& named) {
   const auto name = java::Adopt<java::String>(CallObject(named.Get(), "name", "()Ljava/lang/String;"));
   return java::detail::ReadUtf8(java::detail::Env(), static_cast<jstring>(name.Get()));
@@ -186,7 +186,7 @@ TEST_F(RefTest, GoWhereverValuesGo) {
   }
 }
 
-// 65,536 is more than the VM would bear of locals that stay.
+// The VM has no room for 65,536 local references that are not deleted.
 TEST_F(RefTest, AMillionRoundsLeaveNothing) {
   const Local<Child> child = New<Child>();
   const Global<Child> global(child);

@@ -9,7 +9,7 @@
 
 namespace tests {
 
-// What of the process is in memory; 0 where the system does not tell.
+// How much of the process is in memory; 0 when the system does not tell.
 inline std::size_t ResidentKibibytes() {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
@@ -18,7 +18,7 @@ inline std::size_t ResidentKibibytes() {
   return 0;
 }
 
-// What leaks grows in each round. The VM also grows, as it likes, but not in each.
+// A leak grows in each round. The VM grows, too, but not in each.
 inline void ExpectGrowthToEnd(std::size_t kibibytes, const std::function<void()>& round) {
   round();
   bool hasEnded = false;

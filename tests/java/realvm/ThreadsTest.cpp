@@ -82,7 +82,7 @@ TEST_F(ThreadsTest, AThreadHasItsNameForItsScope) {
   });
 }
 
-// The environment that a thread remembers must not survive its detachment by somebody else.
+// The environment that is cached for a thread must not be used after other code has detached the thread.
 TEST_F(ThreadsTest, AThreadThatIsDetachedBehindTheBackIsAttachedAgain) {
   InThreads(4, [] {
     for (int i = 0; i < 200; ++i) {

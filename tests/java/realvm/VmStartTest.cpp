@@ -222,7 +222,7 @@ TEST(VmStartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
       {7, HasSubstr("exit 7, thread The Java VM has ended")});
 }
 
-// What the VM does not survive and nobody sees before.
+// What ends the process inside the VM and cannot be checked before.
 TEST(VmStartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
   InProcessOfItsOwn(
       [] {

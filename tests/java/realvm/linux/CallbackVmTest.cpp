@@ -11,7 +11,7 @@ using java::Local;
 using java::StartVm;
 using java::Vm;
 
-// As a library of the host's has one, and another library another one.
+// As when two libraries of a host have one each.
 TEST(CallbackVmTest, TwoCopiesOfTheLayerInOneVm) {
   InProcessOfItsOwn([] {
     Vm vm = StartVm(FixtureSettings());
