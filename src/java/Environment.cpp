@@ -88,7 +88,7 @@ JNIEnv* AskForEnv() noexcept {
   JavaVM* const vm = runningVm.load(std::memory_order_acquire);
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
-  // Also where somebody else attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
+  // Also where other code attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
   // has left the VM by then.
   DetachAtThreadEnd(true);
   if (!t_isCritical && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));

@@ -7,7 +7,7 @@
 
 namespace torvan::java::detail {
 
-// The class, found once and kept for good. Classes and objects are global references.
+// The class, found once and never released. Classes and objects are global references.
 struct HandlerClass {
   jclass type;
   jmethodID newPlan;     // (Class, Method[], String[], Class[][], long)
@@ -35,13 +35,13 @@ class OwnedByJava {
   virtual ~OwnedByJava();
 
  private:
-  // All that there are, so that nothing is taken for lost when the process ends.
+  // All of them, so that a leak checker finds them when the process ends.
   OwnedByJava* m_previous = nullptr;
   OwnedByJava* m_next = nullptr;
 };
 
-// Has `owned` destroyed after `object` is collected: it is Java's from then on. Where Java has no Cleaner it stays for
-// good. Throws Error, and nothing has changed then.
+// Has `owned` destroyed after `object` is collected: it is Java's from then on. Where Java has no Cleaner it is never
+// destroyed. When it throws Error, nothing has changed.
 void GiveToJava(JNIEnv* env, jobject object, OwnedByJava* owned);
 
 // Calls a function for Java: what it throws is thrown into Java, and the result is zero then.

@@ -107,8 +107,7 @@ std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
   return std::make_shared<const Plan>(Plan{Global<Object>(made), std::move(texts)});
 }
 
-// Plans by the interface's name and the types of the functions, kept for good, as the classes are that have these
-// names.
+// Plans by the interface's name and the types of the functions, never released, like the classes of these names.
 struct KeptPlans {
   std::mutex mutex;
   std::map<std::string, std::shared_ptr<const Plan>> plans;

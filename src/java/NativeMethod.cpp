@@ -125,7 +125,7 @@ struct NativeBinding final : OwnedByJava {
   HandledFunction handled{};
 };
 
-// Puts the binding into the slot that the method has already, or into a free one. Gives its index and what was there.
+// Puts the binding into the slot that the method has already, or into a free one. Returns its index and what was there.
 std::pair<std::size_t, const void*> TakeSlot(JNIEnv* env, NativeBinding& binding, jclass type,
                                              const NativeSlots& slots) {
   const std::lock_guard<std::mutex> guard(SlotsLock());
@@ -188,7 +188,7 @@ DeclaredNative FindNative(JNIEnv* env, jclass type, const MemberName& name) {
   return found;
 }
 
-// The VM looks neither whether a method is static nor in which class it is. Returns the test of what it returns.
+// The VM checks neither whether a method is static nor in which class it is. Returns the test of what it returns.
 std::optional<Test> RequireNative(JNIEnv* env, jclass type, const MemberName& name) {
   DeclaredNative found = FindNative(env, type, name);
   if (found.wrong != nullptr) throw Misuse("java/NativeMethod", __LINE__, SpellWithClass(name) + found.wrong);

@@ -12,8 +12,8 @@
 
 namespace torvan::java {
 
-// Makes a Java array of a vector, by the conversion table: a std::vector<jint> becomes an int[], one of texts a
-// String[], one of Local<T> a T[]. Members take vectors as they are; use this to keep the array, or to hand the same
+// Makes a Java array from a vector, by the conversion table: a std::vector<jint> becomes an int[], one of texts a
+// String[], one of Local<T> a T[]. Members take vectors as they are; use this to keep the array, or to pass the same
 // one to several calls. Throws Misuse for what no Java array or text can be, Error when Java's memory is full, and as
 // Thread() does.
 template <typename E, typename A>
@@ -34,7 +34,7 @@ Local<Array<T>> NewArray(const std::vector<Local<T>, A>& values, const Ref<Class
   return detail::Own<Array<T>>(env, made.Get());
 }
 
-// Makes an array of so many zeros, or nulls where E is a tag: `NewArray<jbyte>(8192)`. Throws as above.
+// Makes an array of that many zeros, or nulls where E is a tag: `NewArray<jbyte>(8192)`. Throws as above.
 template <typename E>
 Local<Array<E>> NewArray(std::size_t size) {
   JNIEnv* const env = detail::CallEnv();
@@ -46,14 +46,14 @@ Local<Array<E>> NewArray(std::size_t size) {
   }
 }
 
-// The elements of a Java array, used in place. It is of one thread and of its scope, and keeps the array alive.
+// The elements of a Java array, used in place. Use it in one thread and within its scope; it keeps the array alive.
 //
 //   java::Elements<jint> numbers(array);
 //   for (jint& number : numbers) number *= 2;
 //
 // Of numbers, `At`, `data` and iterators are the memory itself. The VM may have copied it: Java is sure to see what was
-// written once the scope has ended, and is not to write meanwhile. Elements<const jint> only reads and writes nothing
-// back. The end of the VM waits for the end of such a scope as it does for a thread of Java's.
+// written only after the scope has ended, and must not write meanwhile. Elements<const jint> only reads and writes
+// nothing back. The end of the VM waits for the end of such a scope as it does for a thread of Java's.
 // Throws Misuse when the array is null and when an index is outside of it, Error when Java's memory is full, and as
 // Thread() does.
 template <typename E, typename = void>
@@ -62,7 +62,7 @@ class Elements : public detail::InPlace<E, detail::Copied> {
   explicit Elements(const Ref<Array<std::remove_const_t<E>>>& array) : Elements::InPlace(array) {}
 };
 
-// The elements of a Java array of objects, read and written one by one; nothing is left of one but what the host keeps.
+// The elements of a Java array of objects, read and written one by one. Only the references that the host keeps remain.
 // E is a tag, whose elements come as Local<E>, or a type of the conversion table: Elements<std::string> of a String[].
 // Throws as above, Error for an object that the array does not take, and Misuse for a null where E has none.
 template <typename E>
@@ -124,10 +124,10 @@ class Elements<E, std::enable_if_t<detail::IsObjectElement<E>()>> {
   Local<detail::ArrayOf<Value>> m_array;
 };
 
-// As Elements of numbers, but the array's own memory, without a copy on nearly all VMs. Java's memory may not be
-// cleaned up meanwhile, so that the scope has to be short, and JNI forbids every call in it: calls throw Misuse "Java
-// is called while CriticalElements are open in this thread". Where assertions are on, references that are dropped in it
-// and members that are given a Thread are found out, too.
+// Like Elements of numbers, but in the array's own memory, without a copy on nearly all VMs. Garbage collection may
+// have to wait meanwhile, so keep the scope short; JNI forbids every call in it: calls throw Misuse "Java is called
+// while CriticalElements are open in this thread". With assertions on, references that are dropped in it and members
+// that are passed a Thread are detected, too.
 template <typename E>
 class CriticalElements : public detail::InPlace<E, detail::Critical> {
  public:

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-// Exceptions are caught by their type across the borders of a host's libraries, however those hide their symbols. What
+// Exceptions are caught by their type across the borders of a host's libraries, even if those hide their symbols. What
 // belongs to one copy of the layer is that library's own, however it shows them.
 #ifdef _WIN32
 #define TORVAN_JAVA_VISIBLE

@@ -5,14 +5,14 @@
 
 namespace torvan::java {
 
-// A native method of a Java class, with its C++ signature; with the class's tag as second argument it is one of
-// objects, and the function takes the object as Ref<T> first:
+// A native method of a Java class, with its C++ signature; with the class's tag as second argument it is an instance
+// method, and the function takes the object first, as Ref<T>:
 //
 //   java::NativeMethod<jint(jint)>("plugin/Host", "version").Bind([](jint level) { return level + 1; });
 //   java::NativeMethod<void(std::string_view), Host>("log").Bind([](java::Ref<Host> self, std::string_view text) {});
 //
 // The types, and the descriptor as the last argument where Java declares other classes, are those of a Method. Objects
-// of a more special C++ class than Java's are tested, and so is each object that is returned, which has to be of the
+// of a more specific C++ class than Java's are tested, and so is each object that is returned, which has to be of the
 // class that Java declares: a wrong one is a ClassCastException in Java that names both classes. Names are literals.
 //
 // Bind may be called before the class is initialised, and again: the function is replaced. It lives as long as the
@@ -22,7 +22,7 @@ namespace torvan::java {
 // and the same C++ type, such as function pointers of one signature; each lambda expression has its own type.
 //
 // Bind throws Error when there is no such class or method ("... (plugin.Host has no ...; it has ...)"), Misuse when the
-// method is not native, static where an object's was declared or the other way round, and as Thread() does.
+// method is not native, static where an instance method was declared or the other way round, and as Thread() does.
 template <typename F, typename T = void>
 class NativeMethod;
 
@@ -45,7 +45,7 @@ class NativeMethod<R(A...), T> {
     Binder::Bind(m_name, nullptr, std::move(function));
   }
 
-  // The same method of a class that another loader has.
+  // The same method of a class of another loader.
   class Bound {
    public:
     template <typename F>

@@ -11,32 +11,32 @@ namespace torvan::java {
 // How long the end of the VM waits for threads that are not daemons.
 inline constexpr std::chrono::milliseconds DefaultGrace{10000};
 
-// What came of ending a VM. Its shutdown hooks have run in both cases.
+// How a VM ended. Its shutdown hooks have run in both cases.
 enum class VmEnd {
-  Destroyed,   // no thread but daemons ran any more
+  Destroyed,   // only daemon threads still ran
   LeftRunning  // other threads still ran when the grace was over; they go on until the process ends
 };
 
 // The Java VM of the process, started by StartVm or joined by JoinVm.
-// All of the layer uses this one VM, so nothing else takes a Vm. Moved and not copied. May be used by any thread, by
+// All of the layer uses this one VM, so nothing else takes a Vm. It can be moved but not copied. Any thread may use it,
 // one at a time.
 class Vm {
  public:
   Vm(Vm&& other) noexcept;
   Vm& operator=(Vm&& other) noexcept;
-  // Ends a VM that this object started, as End() does; a VM that was joined or released goes on.
+  // Ends a VM that this object started, as End() does; a VM that was joined or released keeps running.
   ~Vm();
 
-  // The VM for the fixed interface; it is the same for all and lasts until the process ends. Copy it by one thread at a
-  // time, as that interface wants it.
+  // The VM for the fixed interface; it is the same for all and lasts until the process ends. Copy it from one thread at
+  // a time, as that interface requires.
   const jni::CJavaVm& Handle() const noexcept;
 
-  // Ends the VM: no more calls are let in (they throw Misuse "The Java VM has ended"); when only daemon threads run any
-  // more, or else when the grace is over, Java's shutdown hooks run, and data is saved. May be called on any thread;
-  // when the VM has ended already, tells again what came of it. Elements and CriticalElements that other threads have
-  // open are waited for as threads of Java's are, and what is written in them arrives, even after the grace. A thread
-  // that is inside a call at that moment does not come back from it. Throws Misuse when the calling thread was called
-  // by Java or has Elements open itself, and when the VM was joined or released.
+  // Ends the VM: from now on calls throw Misuse "The Java VM has ended"; when only daemon threads still run, or else
+  // when the grace is over, Java's shutdown hooks run, and data is saved. May be called on any thread; when the VM has
+  // ended already, returns the same again. Elements and CriticalElements that other threads have open are waited for as
+  // threads of Java's are, and what is written in them arrives, even after the grace. A thread that is inside a call at
+  // that moment does not return from it. Throws Misuse when the calling thread was called by Java or has Elements open
+  // itself, and when the VM was joined or released.
   VmEnd End(std::chrono::milliseconds grace = DefaultGrace);
 
   // Lets the VM run until the process ends. Its shutdown hooks do not run then unless Java itself ends the process.
@@ -55,14 +55,14 @@ class Vm {
 // Creates the Java VM of the process.
 // The calling thread is attached, as a daemon, as every thread of the host is that calls; so any of them can end the
 // VM. A process can have one VM, and only once. Throws StartFailure that says what was wrong: with the runtime, with a
-// setting (named), or what the VM itself said. What the VM does not survive and cannot be seen before (a file that is
-// no agent, contradicting options) ends the process with 1: what the VM prints comes to OnOutput or the standard error
-// stream, and then OnExit is called.
+// setting (named), or what the VM itself said. What the VM does not survive and cannot be checked before (a file that
+// is no agent, contradicting options) ends the process with exit code 1: what the VM prints goes to OnOutput or the
+// standard error stream, and then OnExit is called.
 Vm StartVm(const VmSettings& settings = VmSettings());
 
-// Joins the Java VM that runs in this process, which goes on when the Vm is dropped.
+// Joins the Java VM that runs in this process, which keeps running when the Vm is dropped.
 // For a host's library that Java has loaded, and for hosts that created the VM otherwise. Classes are found through the
-// calling thread's context class loader, or the system's where it has none. Joining again is fine.
+// calling thread's context class loader, or the system's where it has none. It may be joined again.
 // Throws StartFailure when no VM runs here.
 Vm JoinVm();
 Vm JoinVm(const jni::CJavaVm& vm);

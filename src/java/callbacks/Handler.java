@@ -14,8 +14,8 @@ import java.util.Map;
 
 /**
  * Runs C++ functions as the methods of an interface. Arguments are unpacked and results boxed here, by the JIT, which is
- * many times faster than through JNI. The natives are no static ones: a handler is not collected, and its functions not
- * dropped, as long as one of them runs.
+ * many times faster than through JNI. The natives are not static: a handler is not collected, and its functions not
+ * dropped, while one of them runs.
  *
  * <p>The library has the bytes of this class. Each copy of it puts a number of its own in place of the zeros.
  */

@@ -54,10 +54,10 @@ struct FromJava {
 
 struct HandledFunction;
 
-// A C++ function whose types are forgotten.
+// A C++ function with its types erased.
 class Callback {
  public:
-  // Calls it for Java, with the parameters of a native method, so that one has nothing to do but jump here.
+  // Calls it for Java, with the parameters of a native method, so that a native method only has to jump here.
   using Entry = jlong (*)(JNIEnv* env, jobject, const HandledFunction* function, jlong a, jlong b, jlong c);
 
   explicit Callback(Entry entry) : m_entry(entry) {}
@@ -180,7 +180,7 @@ class Arrived<Ref<T>> {
   Local<T> m_own;
 };
 
-// Whether a value of the type arrives from Java, or leaves for it.
+// Whether a value of the type can come from Java, or go to it.
 template <typename A>
 constexpr bool Arrives() {
   if constexpr (Row<A>::Letter == 0 || Row<A>::Letter == 'V') {
@@ -329,7 +329,7 @@ struct Interface {
 // Throws Misuse when the type is no interface or has no method for a function, and Error.
 jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions);
 
-// The same of one function, given where an object of T's interface is wanted.
+// The same of one function, passed where an object of T's interface is expected.
 template <typename T, typename F>
 jobject NewFunctionObject(JNIEnv* env, const F& function) {
   using Maker = CallbackMaker<typename SignatureOf<F>::Type, F>;

@@ -54,7 +54,7 @@ class OpenMemory {
 
 // Makes a VM the layer's own; null ends the use of it.
 void UseVm(JavaVM* vm) noexcept;
-// Ends calls to the VM, which lives on.
+// Ends calls to the VM, which keeps running.
 void EndCalls() noexcept;
 
 }  // namespace torvan::java::detail
