@@ -55,7 +55,8 @@ OpenMemory::OpenMemory() {
 OpenMemory::~OpenMemory() { CountOpenMemory(-1); }
 
 JNIEnv* OpenMemory::Env() noexcept {
-  if (HasVm()) return EnvIfAttached();
+  if (JNIEnv* const env = EnvIfAttached()) return env;
+  // The end of the VM may have begun, even since this call did: until it waits no longer, the memory is given back.
   JavaVM* const vm = livingVm.load(std::memory_order_acquire);
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;

@@ -1,8 +1,6 @@
 #include "java/HandlerNatives.h"
 
-#include <torvan/java/Cast.h>
 #include <torvan/java/Failure.h>
-#include <torvan/java/Method.h>
 #include <torvan/java/detail/Shared.h>
 
 #include <algorithm>
@@ -15,11 +13,6 @@
 namespace torvan::java::detail {
 
 namespace {
-
-struct ReflectedMethod {
-  static constexpr char JavaName[] = "java/lang/reflect/Method";
-};
-constexpr Method<ReflectedMethod, Local<Class>()> GetDeclaringClass{"getDeclaringClass"};
 
 // Makes room for references; some a native method may make without asking.
 void EnsureLocals(JNIEnv* env, std::size_t count) {
@@ -68,10 +61,9 @@ jobject JNICALL Any(JNIEnv* env, jobject self, jlong function, jobjectArray obje
 }
 
 // Runs an interface's own version of a method. `letters` are of the result and the arguments.
-jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jstring letters, jobjectArray objects) {
+jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jclass owner, jstring letters, jobjectArray objects) {
   const std::string kinds = ReadUtf8(env, letters);
-  const Local<Class> owner = GetDeclaringClass(Ref<ReflectedMethod>(method));
-  const CallTarget target{env->FromReflectedMethod(method), static_cast<jclass>(owner.Get())};
+  const CallTarget target{env->FromReflectedMethod(method), owner};
   EnsureLocals(env, kinds.size());
   std::vector<jvalue> arguments(kinds.size());
   for (std::size_t i = 1; i < kinds.size(); ++i) {
@@ -88,9 +80,10 @@ jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jstring letter
   return kinds[0] == 'L' ? result.l : Box(env, kinds[0], result);
 }
 
-jobject JNICALL Inherited(JNIEnv* env, jobject, jobject proxy, jobject method, jstring letters, jobjectArray objects) {
+jobject JNICALL Inherited(JNIEnv* env, jobject, jobject proxy, jobject method, jclass owner, jstring letters,
+                          jobjectArray objects) {
   try {
-    return CallInherited(env, proxy, method, letters, objects);
+    return CallInherited(env, proxy, method, owner, letters, objects);
   } catch (...) {
     ThrowIntoJava(env);
     return nullptr;
@@ -130,7 +123,8 @@ void RegisterHandlerNatives(JNIEnv* env, jclass handler) {
       {"numbers",     "(JJJJ)J",                                                                     reinterpret_cast<void*>(&Numbers)},
       {"any",         "(J[Ljava/lang/Object;[J)Ljava/lang/Object;",                                  reinterpret_cast<void*>(&Any)},
       {"anyToNumber", "(J[Ljava/lang/Object;[J)J",                                                   reinterpret_cast<void*>(&AnyToNumber)},
-      {"inherited",   "(Ljava/lang/Object;Ljava/lang/reflect/Method;Ljava/lang/String;[Ljava/lang/Object;)Ljava/lang/Object;", reinterpret_cast<void*>(&Inherited)},
+      {"inherited",   "(Ljava/lang/Object;Ljava/lang/reflect/Method;Ljava/lang/Class;"
+                      "Ljava/lang/String;[Ljava/lang/Object;)Ljava/lang/Object;",                    reinterpret_cast<void*>(&Inherited)},
       {"drop",        "(J)V",                                                                        reinterpret_cast<void*>(&Drop)},
   };
   // clang-format on

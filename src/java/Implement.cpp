@@ -15,6 +15,7 @@
 #include "java/ClassNames.h"
 #include "java/Handler.h"
 #include "java/Matching.h"
+#include "java/Reflection.h"
 
 namespace torvan::java::detail {
 
@@ -124,7 +125,8 @@ std::shared_ptr<const Plan> PlanOfClass(JNIEnv* env, jclass type, PlanPlace& pla
     if (place.plan != nullptr) return place.plan;
   }
   const Local<Object> loader = LoaderOf(type);
-  std::shared_ptr<const Plan> plan = MakePlan(env, type, loader ? loader.Get() : KeptLoader(), functions);
+  std::shared_ptr<const Plan> plan =
+      MakePlan(env, type, IsOtherLoader(loader) ? loader.Get() : KeptLoader(), functions);
   const std::lock_guard<std::mutex> guard(place.mutex);
   if (place.plan == nullptr) place.plan = std::move(plan);
   return place.plan;

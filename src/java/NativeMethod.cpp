@@ -202,12 +202,12 @@ TestedFunction::Arguments ArgumentsOf(JNIEnv* env, jclass type, const MemberName
   const DescriptorParts given = Split(name.descriptor);
   const DescriptorParts own = Split(name.own);
   const Local<Object> its = LoaderOf(type);
-  jobject const loader = its ? its.Get() : KeptLoader();
+  jobject const loader = IsOtherLoader(its) ? its.Get() : KeptLoader();
   for (std::size_t i = 0; i < own.arguments.size(); ++i) {
     const std::string& wanted = own.arguments[i];
     if (wanted == given.arguments[i] || wanted == "Ljava/lang/Object;") continue;
     const std::string loaded = wanted[0] == 'L' ? wanted.substr(1, wanted.size() - 2) : wanted;
-    const Local<Class> found = Own<Class>(env, LoadClass(env, loader, loaded.c_str()));
+    const Local<Class> found = Own<Class>(env, LoadClass(env, loader, loaded.c_str(), false));
     tests.emplace_back(i, TestFor(env, found.Get(), SpellType(wanted)));
   }
   return tests;

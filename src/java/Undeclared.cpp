@@ -160,7 +160,9 @@ void TestClass(JNIEnv* env, const UndeclaredCall& call, jobject result, const st
   const std::string wanted = SpellType(call.result);
   if (result == nullptr || wanted == declared || wanted == "java.lang.Object") return;
   const bool isArray = call.result[0] == '[';
-  const LocalScope type(env, LoadClass(env, LoaderOf(call.type).Get(), isArray ? call.result : wanted.c_str()));
+  const Local<Object> its = LoaderOf(call.type);
+  jobject const loader = IsOtherLoader(its) ? its.Get() : KeptLoader();
+  const LocalScope type(env, LoadClass(env, loader, isArray ? call.result : wanted.c_str()));
   RequireInstance(env, result, static_cast<jclass>(type.Get()));
 }
 

@@ -106,7 +106,8 @@ class BufferView {
  private:
   template <typename T>
   void* Number(std::size_t offset) const {
-    static_assert(std::is_arithmetic_v<T> && !std::is_same_v<T, bool>, "torvan::java: numbers are read from a buffer");
+    static_assert(std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && sizeof(T) <= 8,
+                  "torvan::java: a buffer has numbers of up to 8 bytes");
     detail::RequireInside(offset, sizeof(T), size());
     return static_cast<std::byte*>(m_facts.memory) + offset;
   }

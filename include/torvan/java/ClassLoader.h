@@ -50,6 +50,10 @@ class ClassLoader {
   // A reference that sees when Java has collected the loader, and so its classes. Throws as Weak does.
   Weak<Object> WeakReference() const { return Weak<Object>(m_loader); }
 
+  // Also moved: there is no class loader that is none.
+  ClassLoader(const ClassLoader&) = default;
+  ClassLoader& operator=(const ClassLoader&) = default;
+
   // The java.lang.ClassLoader.
   const Global<Object>& Loader() const noexcept { return m_loader; }
 

@@ -7,6 +7,7 @@
 #include <torvan/java/detail/Pending.h>
 
 #include <cstddef>
+#include <initializer_list>
 #include <iterator>
 #include <vector>
 
@@ -22,6 +23,11 @@ Local<detail::ArrayOf<E>> NewArray(const std::vector<E, A>& values) {
   detail::Passed made = detail::WriteArray(env, values);
   made.Release();
   return detail::Own<detail::ArrayOf<E>>(env, made.Get());
+}
+
+template <typename E>
+Local<detail::ArrayOf<E>> NewArray(std::initializer_list<E> values) {
+  return NewArray(std::vector<E>(values));
 }
 
 // The same with the class of the elements given, for a class of another loader. Throws Error also for an element of

@@ -94,6 +94,14 @@ TEST_F(ClassLoaderTest, OnceClosedItKeepsWhatIsLoaded) {
   EXPECT_THAT(ErrorOf([&] { late(); }), testing::StartsWith("java.lang.NoClassDefFoundError: fixture/Task$Late"));
 }
 
+TEST_F(ClassLoaderTest, IsOneAlsoWhenItWasMoved) {
+  ClassLoader first = Others();
+  const ClassLoader second = std::move(first);
+  EXPECT_TRUE(first.FindClass("fixture/Plugin"));
+  first.Close();
+  EXPECT_TRUE(java::Same(first.Loader(), second.Loader()));
+}
+
 TEST_F(ClassLoaderTest, OnesThatCannotBeClosedSaySo) {
   const std::string what = WhatOf<Misuse>([] { ClassLoader::System().Close(); });
   EXPECT_THAT(what, testing::EndsWith("AppClassLoader is no class loader that can be closed"));

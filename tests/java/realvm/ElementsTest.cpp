@@ -32,6 +32,8 @@ TEST_F(ElementsTest, NewArrays) {
   EXPECT_EQ(Seen(NewArray<java::String>(2)), "[Ljava.lang.String;: [null, null]");
   EXPECT_EQ(Seen(NewArray<Array<jdouble>>(1)), "[[D: [null]");
   EXPECT_EQ(Seen(NewArray<jlong>(0)), "[J: []");
+  EXPECT_EQ(Seen(NewArray<jint>({5})), "[I: [5]");
+  EXPECT_EQ(Seen(NewArray<jint>({5, 6})), "[I: [5, 6]");
   const Local<Array<java::String>> texts = NewArray(std::vector<std::string>{"a", "b"});
   const Ref<Array<Object>> objects = texts;  // an array of a class is one of what it extends
   EXPECT_EQ(Seen(objects), "[Ljava.lang.String;: [a, b]");

@@ -184,9 +184,17 @@ TEST_F(NativeMethodTest, AResultOfTheSameClassOfAnotherLoaderIsRefused) {
             "another class loader, and the method returns a fixture.Natives");
 }
 
+struct EarlyTo {
+  static constexpr char JavaName[] = "fixture/Natives$EarlyTo";
+};
+
 TEST_F(NativeMethodTest, AClassIsNotInitialisedByIt) {
   NativeMethod<jint()>("fixture/Natives$Early", "early").Bind([] { return 7; });
   EXPECT_EQ(java::CallStatic<jint>("fixture/Natives$Early", "value"), 7);
+  // Nor by a test of what it is given.
+  NativeMethod<jint(std::optional<Local<EarlyTo>>)>("fixture/Natives$EarlyTo", "early", "(Ljava/lang/Object;)I")
+      .Bind([](const std::optional<Local<EarlyTo>>&) { return 8; });
+  EXPECT_EQ(java::CallStatic<jint>("fixture/Natives$EarlyTo", "value"), 8);
 }
 
 TEST_F(NativeMethodTest, WhatIsNotThereIsSaid) {

@@ -27,6 +27,16 @@ TEST_F(UndeclaredTest, TheArgumentsTypesChooseTheMethod) {
   EXPECT_EQ(CallStatic<std::string>(Type, "secret"), "told");
 }
 
+// The class of the list has no loader that would know the host's.
+TEST_F(UndeclaredTest, WhatAListHasMayBeOfAClassOfTheHosts) {
+  const Local<ArrayList> list = New<ArrayList>();
+  Call<void>(list, "add", New<Derived>("text"));
+  Call<void>(list, "add", "text");
+  EXPECT_TRUE(Call<Local<Derived>>(list, "get", 0));
+  EXPECT_THAT(WhatOf<Misuse>([&] { Call<Local<Derived>>(list, "get", 1); }),
+              testing::StartsWith("A java.lang.String is given where a fixture.Members$Derived"));
+}
+
 TEST_F(UndeclaredTest, ElseTheOnlyOneThatTakesThem) {
   const Local<ArrayList> list = New<ArrayList>(16);
   EXPECT_TRUE(Call<bool>(list, "add", "text"));

@@ -167,6 +167,10 @@ void WrongArrays(const Local<java::Array<jint>>& ints, const Local<java::Array<j
   java::Elements<std::size_t> sizes(nullptr);
   // torvan::java: the elements of an array are used in place as what they are in Java: jint, jdouble, std::byte,
   // jboolean for a boolean[]
+  jint* const gone = java::Elements<jint>(ints).data();
+  // torvan::java: these elements are given back at the end of the line; name them first
+  java::ViewOf(nullptr).Put(0, 1.0L);
+  // torvan::java: a buffer has numbers of up to 8 bytes
   java::CriticalElements<java::String> strings(nullptr);
   // torvan::java: the elements of an array are used in place as what they are in Java: jint, jdouble, std::byte,
   // jboolean for a boolean[]

@@ -192,7 +192,9 @@ template <typename V>
 V ReadObjects(JNIEnv* env, jobject array) {
   const jsize size = env->GetArrayLength(static_cast<jarray>(array));
   // A VM that has less room than it is asked for makes some more anyway, as all do.
-  if constexpr (IsLocal<typename V::value_type>) static_cast<void>(env->EnsureLocalCapacity(size));
+  if constexpr (IsLocal<typename V::value_type>) {
+    if (env->EnsureLocalCapacity(size) != JNI_OK) env->ExceptionClear();
+  }
   V values;
   values.reserve(static_cast<std::size_t>(size));
   for (jsize i = 0; i < size; ++i) values.push_back(ReadObject<typename V::value_type>(env, array, i));

@@ -201,7 +201,7 @@ jlong Leave([[maybe_unused]] JNIEnv* env, R&& result) {
     return BitsOf(result.Release());
   } else {
     const auto passed = Row<Type>::Pass(env, result);
-    return BitsOf(env->NewLocalRef(passed.Get()));
+    return passed.Get() != nullptr ? BitsOf(NewLocal(env, passed.Get())) : 0;
   }
 }
 

@@ -51,9 +51,18 @@ class InPlace {
  public:
   InPlace(const InPlace&) = delete;
   InPlace& operator=(const InPlace&) = delete;
+  // It belongs to a scope of one thread.
+  static void* operator new(std::size_t) = delete;
+  static void* operator new[](std::size_t) = delete;
 
   std::size_t size() const noexcept { return m_size; }
-  E* data() const noexcept { return m_elements; }
+  E* data() const& noexcept { return m_elements; }
+  template <typename U = E>
+  U* data() const&& {
+    static_assert(sizeof(U) == 0,
+                  "torvan::java: these elements are given back at the end of the line; name them first");
+    return nullptr;
+  }
   E* begin() const noexcept { return m_elements; }
   E* end() const noexcept { return m_elements + m_size; }
   E& At(std::size_t index) const {
