@@ -127,6 +127,9 @@ void Make(JNIEnv* env, HandlerClass& made) {
     made.runtimeException = Kept<jclass>(env, LoadClass(env, nullptr, "java/lang/RuntimeException"));
   }
   made.newRuntimeException = MethodOf(env, made.runtimeException, "<init>", "(Ljava/lang/String;)V");
+  const LocalScope methods(env, LoadClass(env, nullptr, "java/lang/reflect/Method"));
+  made.getDeclaringClass =
+      MethodOf(env, static_cast<jclass>(methods.Get()), "getDeclaringClass", "()Ljava/lang/Class;");
   if (made.cleaner == nullptr) BindCleaner(env, made);
   if (made.noPlan == nullptr) made.noPlan = NewNoPlan(env, made);
 }

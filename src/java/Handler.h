@@ -21,6 +21,7 @@ struct HandlerClass {
 
   jclass runtimeException;
   jmethodID newRuntimeException;
+  jmethodID getDeclaringClass;  // of a java.lang.reflect.Method
 };
 
 // Defines the class in the VM at the first call. Throws Error, and Failure when the VM does not take native methods.

@@ -1,6 +1,8 @@
 #include "java/HandlerNatives.h"
 
 #include <torvan/java/Failure.h>
+#include <torvan/java/detail/LocalScope.h>
+#include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/Shared.h>
 
 #include <algorithm>
@@ -61,9 +63,12 @@ jobject JNICALL Any(JNIEnv* env, jobject self, jlong function, jobjectArray obje
 }
 
 // Runs an interface's own version of a method. `letters` are of the result and the arguments.
-jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jclass owner, jstring letters, jobjectArray objects) {
+jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jstring letters, jobjectArray objects) {
   const std::string kinds = ReadUtf8(env, letters);
-  const CallTarget target{env->FromReflectedMethod(method), owner};
+  // By JNI, which also works while the VM ends.
+  const LocalScope owner(env, env->CallObjectMethodA(method, TheHandlerClass(env).getDeclaringClass, nullptr));
+  CheckPending(env);
+  const CallTarget target{env->FromReflectedMethod(method), static_cast<jclass>(owner.Get())};
   EnsureLocals(env, kinds.size());
   std::vector<jvalue> arguments(kinds.size());
   for (std::size_t i = 1; i < kinds.size(); ++i) {
@@ -80,10 +85,9 @@ jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jclass owner, 
   return kinds[0] == 'L' ? result.l : Box(env, kinds[0], result);
 }
 
-jobject JNICALL Inherited(JNIEnv* env, jobject, jobject proxy, jobject method, jclass owner, jstring letters,
-                          jobjectArray objects) {
+jobject JNICALL Inherited(JNIEnv* env, jobject, jobject proxy, jobject method, jstring letters, jobjectArray objects) {
   try {
-    return CallInherited(env, proxy, method, owner, letters, objects);
+    return CallInherited(env, proxy, method, letters, objects);
   } catch (...) {
     ThrowIntoJava(env);
     return nullptr;
@@ -123,8 +127,7 @@ void RegisterHandlerNatives(JNIEnv* env, jclass handler) {
       {"numbers",     "(JJJJ)J",                                                                     reinterpret_cast<void*>(&Numbers)},
       {"any",         "(J[Ljava/lang/Object;[J)Ljava/lang/Object;",                                  reinterpret_cast<void*>(&Any)},
       {"anyToNumber", "(J[Ljava/lang/Object;[J)J",                                                   reinterpret_cast<void*>(&AnyToNumber)},
-      {"inherited",   "(Ljava/lang/Object;Ljava/lang/reflect/Method;Ljava/lang/Class;"
-                      "Ljava/lang/String;[Ljava/lang/Object;)Ljava/lang/Object;",                    reinterpret_cast<void*>(&Inherited)},
+      {"inherited",   "(Ljava/lang/Object;Ljava/lang/reflect/Method;Ljava/lang/String;[Ljava/lang/Object;)Ljava/lang/Object;", reinterpret_cast<void*>(&Inherited)},
       {"drop",        "(J)V",                                                                        reinterpret_cast<void*>(&Drop)},
   };
   // clang-format on

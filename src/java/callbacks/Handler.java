@@ -191,7 +191,7 @@ final class Handler_0000000000000000 implements InvocationHandler, Runnable {
     if (method.isDefault()) {
       final StringBuilder letters = new StringBuilder().append(letter(method.getReturnType()));
       for (final Class<?> c : asked) letters.append(letter(c));
-      return inherited(proxy, method, method.getDeclaringClass(), letters.toString(), a);
+      return inherited(proxy, method, letters.toString(), a);
     }
     final int i = overriding(method, asked);
     if (i < 0) throw new UnsupportedOperationException("no C++ function is given for " + method);
@@ -278,7 +278,7 @@ final class Handler_0000000000000000 implements InvocationHandler, Runnable {
 
   private native long anyToNumber(long function, Object[] a, long[] numbers);
 
-  private native Object inherited(Object proxy, Method method, Class<?> owner, String letters, Object[] a);
+  private native Object inherited(Object proxy, Method method, String letters, Object[] a);
 
   private native void drop(long functions);
 }
