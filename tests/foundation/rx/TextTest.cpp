@@ -24,6 +24,19 @@ TEST(TextTest, LengthCountsUnitsBeforeTheTerminatingZero) {
   EXPECT_EQ(RX::ucslen(RX_TEXT("ab\0cd")), 2u);
 }
 
+TEST(TextTest, LengthIsTheSameWhereverATextBeginsInMemory) {
+  // No unit is zero, but one half of each is.
+  WideText units;
+  for (int i = 0; i < 200; ++i) units += static_cast<RX::UniChar>(i % 2 == 0 ? 0x0100 : 0x00FF);
+  for (std::size_t begin = 0; begin < 16; ++begin) {
+    for (std::size_t length = 0; begin + length < units.size(); ++length) {
+      WideText text = units;
+      text[begin + length] = 0;
+      ASSERT_EQ(RX::ucslen(text.c_str() + begin), length) << "from " << begin;
+    }
+  }
+}
+
 TEST(TextTest, AConstantIsTheLiteralItselfAndKnownToTheCompiler) {
   static constexpr RX::UniChar literal[] = RX_TEXT("text");
   static constexpr const RX::UniChar* constant = RX::DefineConstantUTF16CharacterOrString(literal);
