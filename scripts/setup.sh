@@ -39,7 +39,11 @@ need libsaxonhe-java test -f /usr/share/java/Saxon-HE.jar
 need googletest test -f /usr/src/googletest/CMakeLists.txt
 for target in "${targets[@]}"; do
   case $target in
-    linux) need clang-format-14 command -v clang-format-14 ;;
+    linux)
+      need clang-format-14 command -v clang-format-14
+      need libbenchmark-dev test -f /usr/include/benchmark/benchmark.h
+      need python3 command -v python3
+      ;;
     linux-asan)
       need clang command -v clang++
       need clang-tidy command -v clang-tidy
