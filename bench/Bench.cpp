@@ -21,7 +21,7 @@ struct Measured {
   std::string failure;
 };
 
-// Takes what the ways of one row took.
+// Collects the times of the ways of one row.
 class Collector : public benchmark::BenchmarkReporter {
  public:
   explicit Collector(bool isElapsed) : m_isElapsed(isElapsed) {}
@@ -57,7 +57,7 @@ std::string Quoted(const std::string& text) {
   return quoted + '"';
 }
 
-// What the ways of a row return differently, or what one of them throws; empty when nothing.
+// Says which way of a row returns another result than the first, or throws; empty when none does.
 std::string Difference(const Row& row) {
   constexpr long argument = 7;
   std::optional<long> expected;

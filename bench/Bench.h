@@ -10,14 +10,14 @@
 
 namespace bench {
 
-// One way. The number that it returns for an argument is the same in all ways of a row: they do the same thing.
+// One way. All ways of a row return the same number for an argument, which shows that they do the same thing.
 struct Way {
   std::string name;
   std::function<long(long)> once;
   std::function<void(benchmark::State&)> run;
 };
 
-// The first way is what the others are compared with.
+// The other ways are compared with the first.
 struct Row {
   std::string group;
   std::string name;
@@ -35,7 +35,7 @@ inline void Add(const char* group, const std::string& name, std::vector<Way> way
 // How many blocks the calling thread has taken from the heap so far.
 unsigned long HeapBlocks() noexcept;
 
-// Must be called where a benchmark's loop ends: `each` operations were one turn of it.
+// Counts the heap blocks of a benchmark's loop. End() is called after it: `each` operations were one turn.
 class Counted {
  public:
   explicit Counted(benchmark::State& state) : m_state(state), m_before(HeapBlocks()) {}
@@ -61,11 +61,11 @@ Way Single(std::string name, Operation operation, long each = 1) {
           }};
 }
 
-// Runs the rows that the command line names and writes what they took. The exit code is 1 when one failed, took no
-// time, or when two ways of a row do not do the same.
+// Runs the rows that the command line names and writes their times. Returns the exit code: 1 when a row failed or took
+// no time, or when two of its ways do not return the same.
 int Run(int argc, char** argv, const char* program, const std::function<void()>& addRows);
 
-// A folder that the command line gives with --java=FOLDER: the home of the Java runtime to use.
+// The home of the Java runtime to use, from the command line's --java=FOLDER; empty for the installed one.
 const std::string& JavaHome();
 
 }  // namespace bench

@@ -1,5 +1,5 @@
-// Counts blocks of the heap: the C library's functions are called by another name, and this program's come before them
-// in every library of the process, also in the Java VM.
+// Counts blocks of the heap. These functions replace the C library's in the whole process, also in the Java VM, and
+// call those by their other names.
 #include <cstddef>
 
 #include "Bench.h"

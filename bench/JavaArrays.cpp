@@ -1,4 +1,4 @@
-// Vectors of torvan::java, against the copies of a region that JNI makes, with the memory for them.
+// Vectors of torvan::java, compared with JNI's copies of a region and the memory for them.
 #include <memory>
 #include <vector>
 

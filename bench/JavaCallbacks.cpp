@@ -1,4 +1,4 @@
-// C++ functions called from Java, against native methods that look at nothing, behind the same proxy and Java class.
+// C++ functions called from Java, compared with native methods that check nothing, called through the same proxy.
 #include <functional>
 #include <string>
 

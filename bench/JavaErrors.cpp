@@ -1,4 +1,4 @@
-// A Java exception caught as torvan::java's Error, against the fixed interface where its failures are readable.
+// A Java exception caught as torvan::java's Error, compared with the fixed interface where its failures are readable.
 #include "Host.h"
 
 namespace bench {

@@ -1,4 +1,4 @@
-// Members of torvan::java, against JNI with cached IDs that asks after each call whether Java threw.
+// Members of torvan::java, compared with JNI by hand that caches its IDs and checks for an exception after each call.
 
 #include <atomic>
 

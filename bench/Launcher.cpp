@@ -1,5 +1,4 @@
-// What the launcher costs: its own work on long lists, and a launch until the end of the program. No VM is in this
-// process.
+// What the launcher costs: its own work on long lists, and a program from launch to exit. This process has no VM.
 #include <torvan/Torvan.h>
 
 #include <spawn.h>

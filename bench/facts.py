@@ -82,14 +82,16 @@ def constructors(library):
 
 
 def clean_build(target, folder):
-    """Seconds of processing a clean build of the libraries alone, with as many jobs as cores."""
+    """Seconds that a clean build of the libraries alone takes, with as many jobs as cores."""
     settings = ["-DTORVAN_BUILD_TESTS=OFF", "-DTORVAN_BUILD_EXAMPLES=OFF", "-DTORVAN_BUILD_BENCHMARKS=OFF"]
     environment = {name: value for name, value in os.environ.items() if not name.endswith("_COMPILER_LAUNCHER")}
-    begin = time.monotonic()
+    begin, before = time.monotonic(), os.times()
     for command in (["cmake", "--preset", target, "-B", folder, *settings],
                     ["cmake", "--build", folder, "-j", str(os.cpu_count())]):
         subprocess.run(command, check=True, stdout=subprocess.DEVNULL, env=environment)
-    return time.monotonic() - begin
+    after = os.times()
+    return {"elapsed": time.monotonic() - begin,
+            "processor": sum(after[2:4]) - sum(before[2:4])}  # of the compilers and what else was started
 
 
 def main(arguments):
@@ -101,6 +103,8 @@ def main(arguments):
     libraries = {name: os.path.join(build, "bin", name) for name in LIBRARIES}
     with tempfile.TemporaryDirectory() as folder:
         facts = {
+            "busy": os.getloadavg()[1],  # of the last minutes
+            "cores": os.cpu_count(),
             "date": datetime.date.today().isoformat(),
             "machine": machine(),
             "system": system(),
@@ -124,9 +128,9 @@ def main(arguments):
 
 
 def settings(processes):
-    return [f"The ways of a row run in one process, by turns in an order drawn at random, 9 times 10 ms of processor time each; the ratio "
-            f"of a process is that of its medians, and what is shown is the median of {processes} processes. Fixed-interface "
-            "operations run in batches of 64 in a local frame."]
+    return ("The ways of a row run in one process, by turns in an order drawn at random, 9 times 10 ms of processor time each; the "
+            f"ratio of a process is that of its medians, and what is shown is the median of {processes} processes. What calls Java "
+            "runs in batches of 64 in a local frame.")
 
 
 if __name__ == "__main__":

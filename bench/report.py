@@ -10,6 +10,7 @@ import os
 import re
 import statistics
 import sys
+import textwrap
 from xml.sax.saxutils import escape
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -120,7 +121,8 @@ def build_rows(facts, budgets):
     rows = []
     for name, budget in budgets.items():
         if name == "clean build":
-            values = [(f"{budget['title']}, `{target}`", seconds) for target, seconds in facts["builds"].items()]
+            values = [(f"{budget['title']}, `{target}` ({build['processor']:.0f} s of processor time)", build["elapsed"])
+                      for target, build in facts["builds"].items()]
         else:
             value = facts["load"]["own"] - facts["load"]["bare"] if name == "load" else sum(facts["sizes"].values())
             values = [(budget["title"], value / (1e3 if name == "load" else 1024))]
@@ -132,7 +134,11 @@ def build_rows(facts, budgets):
 
 def table(head, rows):
     lines = ["| " + " | ".join(head) + " |", "|" + "---|" * len(head)]
-    return lines + ["| " + " | ".join(row) + " |" for row in rows] + [""]
+    return lines + ["| " + " | ".join(row).replace("<", "&lt;") + " |" for row in rows] + [""]
+
+
+def paragraph(text):
+    return textwrap.wrap(text, 130, break_long_words=False, break_on_hyphens=False)
 
 
 def marked(cell):
@@ -148,9 +154,9 @@ def page(measured, facts, budgets, notes):
     lines = ["# Performance", "",
              "What the library costs beside the same work by hand. This page is made by `scripts/bench.sh`; nobody writes in it.",
              "",
-             f"Measured on {facts['date']}: {facts['machine']}; {facts['system']}; {facts['compiler']}, "
-             f"`{facts['build type']}`; " + ", ".join(facts["javas"][jdk] for jdk in jdks) + ".",
-             "", *facts["settings"], "", "![Ratio to the same work by hand](performance.svg)", "", "## Budgets", ""]
+             *paragraph(f"Measured on {facts['date']}: {facts['machine']}; {facts['system']}; {facts['compiler']}, "
+                        f"`{facts['build type']}`; " + ", ".join(facts["javas"][jdk] for jdk in jdks) + "."),
+             "", *paragraph(facts["settings"]), "", *busy(facts), "![Ratio to the same work by hand](performance.svg)", "", "## Budgets", ""]
     for jdk in jdks:
         cells = [row[4][jdk] for row in rows if jdk in row[4]]
         lines.append(f"- Java {jdk}: {sum(met for _, met in cells)} of {len(cells)} are met.")
@@ -168,8 +174,8 @@ def page(measured, facts, budgets, notes):
                      ", ".join(f"`{source}`" for source in facts["constructors"][name]) or "none"]
                     for name, size in facts["sizes"].items()])
     lines += ["## Everything measured", "",
-              "The first way of a row is what the others are compared with. Times are of one operation; blocks are those that "
-              "the operation takes from the heap, the VM's own included.", ""]
+              *paragraph("The other ways of a row are compared with its first. Times are of one operation; blocks are those that the "
+                         "operation takes from the heap, the VM's own included."), ""]
     for group, title in GROUPS.items():
         keys = [key for key in dict.fromkeys(key for found in measured.values() for key in found) if key[0] == group]
         if not keys:
@@ -196,6 +202,14 @@ def page(measured, facts, budgets, notes):
                 body.append(cells)
         lines += table(head, body)
     return "\n".join(lines).rstrip() + "\n"
+
+
+def busy(facts):
+    """A warning when others worked on the machine: the programs of a run keep one core busy."""
+    if facts["busy"] < facts["cores"]:
+        return []
+    return [*paragraph(f"**The machine was busy**: a load of {facts['busy']:.1f} on {facts['cores']} cores. A ratio can be off by a "
+                       "tenth and more; what lies close to its budget is not decided."), ""]
 
 
 def picture(measured, budgets):
@@ -259,7 +273,7 @@ def main(arguments):
     print(terminal(measured, budgets["rows"]))
     if len(arguments) == 3:
         with open(os.path.join(HERE, "notes.md"), encoding="utf-8") as file:
-            notes = file.read().splitlines() + [""]
+            notes = file.read().rstrip().splitlines() + [""]
         facts = read(os.path.join(arguments[0], "facts.json"))
         text = page(measured, facts, budgets, notes)
         own = re.search(r"/(work|home|root|tmp|build)/", text)

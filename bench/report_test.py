@@ -24,10 +24,10 @@ BUDGETS = {
     },
 }
 FACTS = {
-    "date": "2001-02-03", "machine": "a machine", "system": "a system", "compiler": "a compiler", "build type": "Release",
-    "javas": {"8": "Eight", "17": "Seventeen"}, "settings": ["Settings."],
+    "busy": 1.9, "cores": 2, "date": "2001-02-03", "machine": "a machine", "system": "a system", "compiler": "a compiler", "build type": "Release",
+    "javas": {"8": "Eight", "17": "Seventeen"}, "settings": "Settings.",
     "load": {"own": 400.0, "bare": 100.0, "times": 9}, "sizes": {"a.so": 327680, "b.so": 1024},
-    "relocations": {"a.so": 3, "b.so": 4}, "constructors": {"a.so": ["A.cpp"], "b.so": []}, "builds": {"linux": 61.0},
+    "relocations": {"a.so": 3, "b.so": 4}, "constructors": {"a.so": ["A.cpp"], "b.so": []}, "builds": {"linux": {"elapsed": 61.0, "processor": 99.6}},
 }
 
 
@@ -39,7 +39,7 @@ def process(*rows):
 
 def measured():
     a = ("calls", "a", [("raw", 0, [500, 100, 90]), ("narrow", 2, [103, 900, 1]), ("wide", 2.5, [107, 107, 107])])
-    b = ("objects", "b", [("raw", 0, [3, 3, 3]), ("copy", 0, [5.04, 5.04, 5.04])])
+    b = ("objects", "b", [("raw", 0, [3, 3, 3]), ("copy<x>", 0, [4]), ("copy", 0, [5.04, 5.04, 5.04])])
     c = ("texts", "c", [("raw", 1, [10]), ("narrow", 1, [6])])
     slow = ("calls", "a", [("raw", 0, [200]), ("narrow", 2, [260]), ("wide", 2.5, [300])])
     slower = ("calls", "a", [("raw", 0, [200]), ("narrow", 2, [300]), ("wide", 2.5, [320])])
@@ -68,12 +68,18 @@ class ReportTest(unittest.TestCase):
                      "| Calls and fields | a | narrow | 1.03 | 1.03 | **1.30** missed |",
                      "| Texts | c | narrow | 0.50 |  | **0.60** missed |",
                      "| Load | 1 ms | 0.30 ms |", "| Size | 320 KiB | **321.00 KiB** missed |",
-                     "| Build, `linux` | 60 s | **61.00 s** missed |", "A note.",
+                     "| Build, `linux` (100 s of processor time) | 60 s | **61.00 s** missed |", "A note.",
+                     "|  | copy&lt;x> | 0 | 4.0 ns | 1.33 | 1.33 to 1.33 | 4.0 ns | 1.33 | 1.33 to 1.33 |",
                      "| a.so | 320.0 KiB | 3 | `A.cpp` |", "| b.so | 1.0 KiB | 4 | none |",
                      "|  | narrow | 2 | 103.0 ns | 1.03 | 1.03 to 1.03 | 260.0 ns | 1.30 | 1.03 to 1.50 |",
                      "|  | wide | 2.5 | 107.0 ns | 1.07 | 1.07 to 1.07 | 300.0 ns | 1.50 | 1.07 to 1.60 |"):
             self.assertIn(line, text.splitlines())
         self.assertIn("2001-02-03: a machine; a system; a compiler, `Release`; Eight, Seventeen.", text)
+
+    def test_the_page_says_that_the_machine_was_busy(self):
+        for load, said in ((1.9, False), (2.0, True)):
+            text = report.page(measured(), {**FACTS, "busy": load}, BUDGETS, [])
+            self.assertEqual("The machine was busy" in text, said, load)
 
     def test_the_picture_has_a_bar_for_each_ratio_and_no_other(self):
         root = xml.etree.ElementTree.fromstring(report.picture(measured(), BUDGETS["rows"]))
