@@ -42,7 +42,4 @@ std::string OptionText(const std::string& utf8);
 // The file name of a library, "libjdwp.so" or "jdwp.dll".
 std::string LibraryFileName(const std::string& name);
 
-// The character between the parts of a path list.
-extern const char PathListSeparator;
-
 }  // namespace torvan::java::detail

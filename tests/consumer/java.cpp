@@ -1,5 +1,5 @@
-// Uses the installed torvan::java as a host does. Starts a VM when it finds a runtime. The exit code is 0 when
-// everything works.
+// Uses the installed torvan::java as a host does. Runs Java as a process and as a VM when it finds a runtime. The exit
+// code is 0 when everything works.
 #include <torvan/Java.h>
 
 #include <cstdio>
@@ -32,6 +32,9 @@ constexpr java::StaticMethod<java::Local<Numbers>(jint, jint)> Range{"java/util/
 constexpr java::Method<Numbers, java::Local<Numbers>(java::Ref<Operator>)> Map{"map"};
 constexpr java::Method<Numbers, jint()> Sum{"sum"};
 
+// Java in a process of its own.
+bool RunsJava() { return java::Run(java::Program::MainClass("no.Such").Option("-version")).exitCode == 0; }
+
 bool StartsAVm() {
   java::Vm vm = java::StartVm(java::VmSettings().MaximumHeap("64m"));
   const java::Global<java::String> text(java::Adopt<java::String>(java::Thread().Env()->NewStringUTF("text")));
@@ -51,7 +54,7 @@ int main() try {
   good = good && Says<java::StartFailure>("The Java runtime no/such/home is not there",
                                           [] { java::StartVm(java::VmSettings().Runtime("no/such/home")); });
   const bool runs = !java::FindRuntimes().found.empty();
-  good = good && (!runs || StartsAVm());
+  good = good && (!runs || (RunsJava() && StartsAVm()));
   std::printf("java: %s%s\n", good ? "as it should be" : "not as it should be", runs ? ", in a VM" : ", without a VM");
   return good ? 0 : 1;
 } catch (const java::Failure& failure) {

@@ -6,7 +6,6 @@ namespace torvan::java::detail {
 
 const char* const VmLibraryPlaces[4] = {"lib/server/libjvm.so", "jre/lib/amd64/server/libjvm.so",
                                         "lib/amd64/server/libjvm.so", "lib/client/libjvm.so"};
-const char PathListSeparator = ':';
 
 void* LoadLibraryAt(const std::filesystem::path& path, std::string& reason) {
   void* const module = dlopen(path.c_str(), RTLD_NOW);

@@ -13,9 +13,8 @@
 
 namespace torvan::java::detail {
 
-// The name of the program of a runtime's "bin" folder, and the separator in a list of paths.
+// The name of the program of a runtime's "bin" folder.
 extern const char* const JavaProgramName;
-extern const NativeText::value_type PathListSeparator;
 
 // Checked UTF-8 as the system has it.
 inline NativeText ToNative(std::string_view text) { return ToPath(std::string(text)).native(); }
@@ -46,10 +45,14 @@ class TemporaryFile {
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  const std::filesystem::path& Path() const noexcept { return m_path; }
+  // Absolute.
+  const NativeText& Path() const noexcept { return m_path; }
 
  private:
-  std::filesystem::path m_path;
+  // Makes it, under a name of its own, and returns the system's error or 0. There is no file after an error.
+  int Write(const std::string& bytes) noexcept;
+
+  NativeText m_path;
 };
 
 }  // namespace torvan::java::detail

@@ -7,34 +7,20 @@
 
 #include <vector>
 
+#include "java/processes/Surroundings.h"
+
 namespace torvan::java::detail {
 
 const char* const VmLibraryPlaces[4] = {"bin/server/jvm.dll", "jre/bin/server/jvm.dll", "bin/client/jvm.dll",
                                         "jre/bin/client/jvm.dll"};
-const char PathListSeparator = ';';
-
-namespace {
-
-std::string Narrow(const wchar_t* text) { return ToUtf8(reinterpret_cast<const char16_t*>(text)); }
-
-// The system's words without the line end that it puts after them.
-std::string TextOf(DWORD error) {
-  wchar_t buffer[512] = {};
-  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, buffer,
-                                static_cast<DWORD>(std::size(buffer)), nullptr);
-  while (length > 0 && (buffer[length - 1] == L'\n' || buffer[length - 1] == L'\r' || buffer[length - 1] == L' ')) {
-    buffer[--length] = L'\0';
-  }
-  const std::string number = "Windows error " + std::to_string(error);
-  return length == 0 ? number : Narrow(buffer) + " (" + number + ")";
-}
-
-}  // namespace
 
 void* LoadLibraryAt(const std::filesystem::path& path, std::string& reason) {
   // The VM's own folder is searched for what the VM needs.
   HMODULE const module = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-  if (module == nullptr) reason = TextOf(GetLastError());
+  if (module == nullptr) {
+    const DWORD error = GetLastError();
+    reason = ReasonOf(error) + " (Windows error " + std::to_string(error) + ")";
+  }
   return module;
 }
 
