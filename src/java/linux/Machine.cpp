@@ -11,21 +11,12 @@
 #include <memory>
 #include <system_error>
 
+#include "java/linux/Descriptor.h"
+
 namespace torvan::java::detail {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Descriptor {
-  explicit Descriptor(int opened) : number(opened) {}
-  ~Descriptor() {
-    if (number >= 0) close(number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  const int number;
-};
 
 bool HasType(const struct stat& status, mode_t type) { return (status.st_mode & S_IFMT) == type; }
 
@@ -70,11 +61,11 @@ class LinuxMachine final : public Machine {
     // A pipe would wait for its other end.
     const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status;
-    if (opened.number < 0 || fstat(opened.number, &status) != 0 || !HasType(status, S_IFREG)) return std::nullopt;
+    if (!opened || fstat(opened.Number(), &status) != 0 || !HasType(status, S_IFREG)) return std::nullopt;
     std::string front(bytes, '\0');
     std::size_t size = 0;
     while (size < bytes) {
-      const ssize_t count = read(opened.number, front.data() + size, bytes - size);
+      const ssize_t count = read(opened.Number(), front.data() + size, bytes - size);
       if (count < 0 && errno == EINTR) continue;
       if (count < 0) return std::nullopt;
       if (count == 0) break;

@@ -6,7 +6,7 @@ namespace torvan::java::detail {
 
 const Places& UsualPlaces() {
   static const Places s_places{
-      ':',
+      false,
       '/',
       {},
       {},

@@ -21,7 +21,7 @@ struct RegistryPlaces {
 };
 
 struct Places {
-  char pathSeparator;  // of the variable PATH
+  bool hasQuotes;  // in the variable PATH: around parts that hold its separator
   char folderSeparator;
   std::vector<const char*> registryRoots;  // what all registry patterns are below
   std::vector<RegistryPlaces> registry;

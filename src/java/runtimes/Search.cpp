@@ -23,12 +23,18 @@ std::string Joined(const std::vector<const char*>& texts) {
 
 std::vector<fs::path> FoldersOfPath(const std::string& variable) {
   std::vector<fs::path> folders;
-  std::size_t begin = 0;
-  while (begin <= variable.size()) {
-    const std::size_t end = std::min(variable.find(UsualPlaces().pathSeparator, begin), variable.size());
-    fs::path folder = ToPath(variable.substr(begin, end - begin));
-    if (folder.is_absolute()) folders.push_back(std::move(folder));
-    begin = end + 1;
+  std::string part;
+  bool isQuoted = false;
+  for (const char unit : variable + PathListSeparator) {
+    if (unit == '"' && UsualPlaces().hasQuotes) {
+      isQuoted = !isQuoted;
+    } else if (unit != PathListSeparator || isQuoted) {
+      part += unit;
+    } else {
+      fs::path folder = ToPath(part);
+      if (folder.is_absolute()) folders.push_back(std::move(folder));
+      part.clear();
+    }
   }
   return folders;
 }
@@ -107,7 +113,10 @@ void Search::LookIntoUsualFolders() {
   for (const FolderPlaces& row : places.folders) {
     const std::optional<std::string> base = BaseOf(m_machine, row.base);
     if (!base) continue;
-    m_looked.push_back(*base + ": " + Joined(row.patterns));
+    std::string looked = *base + ": " + Joined(row.patterns);
+    // Several variables may have one value.
+    if (std::find(m_looked.begin(), m_looked.end(), looked) != m_looked.end()) continue;
+    m_looked.push_back(std::move(looked));
     for (const char* pattern : row.patterns) {
       for (const Match& match : Expand(*base, pattern, places.folderSeparator, foldersIn)) {
         Glance(ToPath(match.place), match.foundIn);

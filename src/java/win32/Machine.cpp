@@ -11,6 +11,8 @@
 #include <utility>
 
 #include "java/PathText.h"
+#include "java/processes/Surroundings.h"
+#include "java/win32/Handle.h"
 
 namespace torvan::java::detail {
 namespace {
@@ -22,11 +24,6 @@ constexpr std::size_t LongestName = 32767;  // of an environment variable's valu
 std::wstring Wide(const std::string& text) { return ToPath(text).wstring(); }
 std::string Narrow(const std::wstring& units) { return ToText(fs::path(units)); }
 
-struct CloseHandleOf {
-  void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using Handle = std::unique_ptr<void, CloseHandleOf>;
-
 struct EndSearch {
   void operator()(HANDLE search) const { FindClose(search); }
 };
@@ -36,11 +33,6 @@ struct CloseKeyOf {
   void operator()(HKEY key) const { RegCloseKey(key); }
 };
 using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKeyOf>;
-
-template <typename Owner>
-Owner Owned(HANDLE handle) {
-  return Owner(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
-}
 
 // Such a path may be longer than MAX_PATH. Relative ones go below the current folder.
 std::wstring ForSystem(const fs::path& path) {
@@ -60,29 +52,19 @@ std::wstring WithoutPrefix(const std::wstring& path) {
 }
 
 // Links are followed.
-Handle Open(const fs::path& path, DWORD access) {
-  return Owned<Handle>(CreateFileW(ForSystem(path).c_str(), access,
+WindowsHandle Open(const fs::path& path, DWORD access) {
+  return WindowsHandle(CreateFileW(ForSystem(path).c_str(), access,
                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-}
-
-std::string LastReason() {
-  const DWORD error = GetLastError();
-  wchar_t text[512];
-  DWORD size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
-                              static_cast<DWORD>(std::size(text)), nullptr);
-  while (size > 0 && (text[size - 1] <= L' ' || text[size - 1] == L'.')) --size;
-  if (size == 0) return "system error " + std::to_string(error);
-  return Narrow(std::wstring(text, size));
 }
 
 bool HasType(const fs::path& path, bool isFolder) {
   const DWORD found = GetFileAttributesW(ForSystem(path).c_str());
   if (found == INVALID_FILE_ATTRIBUTES) return false;
   if ((found & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return ((found & FILE_ATTRIBUTE_DIRECTORY) != 0) == isFolder;
-  const Handle opened = Open(path, 0);
+  const WindowsHandle opened = Open(path, 0);
   BY_HANDLE_FILE_INFORMATION file{};
-  return opened != nullptr && GetFileInformationByHandle(opened.get(), &file) &&
+  return opened && GetFileInformationByHandle(opened.Get(), &file) &&
          ((file.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) == isFolder;
 }
 
@@ -112,10 +94,10 @@ class WindowsMachine final : public Machine {
   }
 
   Location Locate(const fs::path& path) const override {
-    const Handle opened = Open(path, 0);
-    if (opened == nullptr) return {{}, LastReason()};
+    const WindowsHandle opened = Open(path, 0);
+    if (!opened) return {{}, ReasonOf(GetLastError())};
     std::wstring real(LongestName, L'\0');
-    const DWORD size = GetFinalPathNameByHandleW(opened.get(), real.data(), static_cast<DWORD>(real.size()), 0);
+    const DWORD size = GetFinalPathNameByHandleW(opened.Get(), real.data(), static_cast<DWORD>(real.size()), 0);
     // Some file systems do not tell it, those of RAM disks among them. Links stay in the path then.
     if (size == 0 || size >= real.size()) return {fs::path(WithoutPrefix(ForSystem(path))), {}};
     real.resize(size);
@@ -129,8 +111,9 @@ class WindowsMachine final : public Machine {
   std::vector<std::string> FoldersIn(const fs::path& folder) const override {
     std::vector<std::string> names;
     WIN32_FIND_DATAW entry;
-    const FileSearch search = Owned<FileSearch>(FindFirstFileW((ForSystem(folder) + L"\\*").c_str(), &entry));
-    if (search == nullptr) return names;
+    const HANDLE first = FindFirstFileW((ForSystem(folder) + L"\\*").c_str(), &entry);
+    if (first == INVALID_HANDLE_VALUE) return names;
+    const FileSearch search(first);
     do {
       const std::string name = Narrow(entry.cFileName);
       if (name != "." && name != ".." && IsFolder(folder / fs::path(entry.cFileName))) names.push_back(name);
@@ -141,13 +124,13 @@ class WindowsMachine final : public Machine {
 
   std::optional<std::string> ReadFront(const fs::path& file, std::size_t bytes) const override {
     if (!IsFile(file)) return std::nullopt;
-    const Handle opened = Open(file, GENERIC_READ);
-    if (opened == nullptr || GetFileType(opened.get()) != FILE_TYPE_DISK) return std::nullopt;
+    const WindowsHandle opened = Open(file, GENERIC_READ);
+    if (!opened || GetFileType(opened.Get()) != FILE_TYPE_DISK) return std::nullopt;
     std::string front(bytes, '\0');
     std::size_t size = 0;
     while (size < bytes) {
       DWORD count = 0;
-      if (!ReadFile(opened.get(), front.data() + size, static_cast<DWORD>(bytes - size), &count, nullptr)) {
+      if (!ReadFile(opened.Get(), front.data() + size, static_cast<DWORD>(bytes - size), &count, nullptr)) {
         return std::nullopt;
       }
       if (count == 0) break;

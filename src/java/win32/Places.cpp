@@ -16,7 +16,7 @@ const std::vector<const char*> Installed{
 
 const Places& UsualPlaces() {
   static const Places s_places{
-      ';',
+      true,
       '\\',
       // 32-bit installers write to the second, and some 64-bit ones do. HKCU is for installations of one user.
       {"HKLM\\SOFTWARE", "HKLM\\SOFTWARE\\WOW6432Node", "HKCU\\SOFTWARE", "HKCU\\SOFTWARE\\WOW6432Node"},

@@ -52,6 +52,15 @@ TEST_F(ChoiceTest, ThatOfJavaHomeIsTakenWhereItFits) {
   EXPECT_EQ(Chosen(AtLeast(17)), "25");
 }
 
+TEST_F(ChoiceTest, APlaceThatSeveralVariablesNameIsLookedAtOnce) {
+  const std::string folder = machine.Path(OnThisSystem("programs", "home/linuxbrew/.linuxbrew"));
+  for (const char* variable : {"HOMEBREW_PREFIX", "ProgramFiles", "ProgramW6432"}) machine.Set(variable, folder);
+  const std::string text = FailureOf();
+  const std::string line = "\n  " + folder + ": ";
+  ASSERT_THAT(text, HasSubstr(line));
+  EXPECT_EQ(text.find(line), text.rfind(line));
+}
+
 TEST_F(ChoiceTest, AMachineWithoutJavaTellsWhereWasLooked) {
   machine.Set(UserVariable, machine.Path("user"));
   const std::string text = FailureOf(AtLeast(11));

@@ -44,7 +44,7 @@ class SearchTest : public testing::Test {
   }
 
   MadeUpMachine machine;
-  const std::string separator = std::string(1, UsualPlaces().pathSeparator);
+  const std::string separator = OnThisSystem(";", ":");
 };
 
 TEST_F(SearchTest, AnEmptyMachineHasNone) { EXPECT_THAT(Found(), IsEmpty()); }
@@ -95,6 +95,21 @@ TEST_F(SearchTest, TheFirstJavaOfThePathCounts) {
   SetPath({"", ".", "bin", "../second/bin", machine.Path("nowhere"), machine.Path("empty"), machine.Path("first/bin"),
            machine.Path("second/bin")});
   EXPECT_THAT(Found(), ElementsAre(first + " 11 PATH"));
+}
+
+TEST_F(SearchTest, APartOfThePathMayBeInQuotesOnWindows) {
+  const std::string home = machine.AddRuntime("a " + separator + "b", "11");
+  SetPath({"\"" + machine.Path("a " + separator + "b") + "\"" + UsualPlaces().folderSeparator + "bin"});
+  if (OnWindows) {
+    EXPECT_THAT(Found(), ElementsAre(home + " 11 PATH"));
+    SetPath({machine.Path("nowhere"), "\"" + machine.Path("a " + separator + "b/bin") + "\"", "x"});
+    EXPECT_THAT(Found(), ElementsAre(home + " 11 PATH"));
+  } else {
+    EXPECT_THAT(Found(), IsEmpty());
+    machine.AddRuntime("with \" quote", "17");
+    SetPath({machine.Path("with \" quote/bin")});
+    EXPECT_EQ(Found().size(), 1u);
+  }
 }
 
 TEST_F(SearchTest, ALauncherThatIsNoLinkIsRefused) {
