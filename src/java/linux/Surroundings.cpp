@@ -1,5 +1,6 @@
 #include "java/processes/Surroundings.h"
 
+#include <langinfo.h>
 #include <locale.h>
 #include <strings.h>
 #include <unistd.h>
@@ -15,7 +16,6 @@
 namespace torvan::java::detail {
 
 const char* const JavaProgramName = "java";
-const NativeText::value_type PathListSeparator = ':';
 
 namespace {
 
@@ -26,20 +26,47 @@ std::string* Find(std::vector<NativeText>& environment, const char* prefix) {
   return nullptr;
 }
 
-bool IsUtf8Locale(const std::string& name) {
-  const std::size_t dot = name.find('.');
-  if (dot == std::string::npos) return false;
-  const std::string codeset = name.substr(dot + 1, name.find('@') - dot - 1);
-  return strcasecmp(codeset.c_str(), "UTF-8") == 0 || strcasecmp(codeset.c_str(), "UTF8") == 0;
+// The variables of a locale; the first and the last are for all categories.
+constexpr const char* LocaleVariables[] = {
+    "LC_ALL",   "LC_CTYPE", "LC_MESSAGES", "LC_TIME",      "LC_NUMERIC",     "LC_MONETARY",       "LC_COLLATE",
+    "LC_PAPER", "LC_NAME",  "LC_ADDRESS",  "LC_TELEPHONE", "LC_MEASUREMENT", "LC_IDENTIFICATION", "LANG"};
+
+class Locale {
+ public:
+  explicit Locale(const std::string& name) : m_locale(newlocale(LC_ALL_MASK, name.c_str(), nullptr)) {}
+  ~Locale() {
+    if (m_locale != nullptr) freelocale(m_locale);
+  }
+  Locale(const Locale&) = delete;
+  Locale& operator=(const Locale&) = delete;
+
+  bool IsInstalled() const { return m_locale != nullptr; }
+  bool IsUtf8() const { return m_locale != nullptr && strcasecmp(nl_langinfo_l(CODESET, m_locale), "UTF-8") == 0; }
+
+ private:
+  const locale_t m_locale;
+};
+
+std::string ValueOf(std::vector<NativeText>& environment, const char* name) {
+  const std::string prefix = std::string(name) + "=";
+  const std::string* const variable = Find(environment, prefix.c_str());
+  return variable != nullptr ? variable->substr(prefix.size()) : std::string();
 }
 
-// A locale of which only the encoding is used.
-const char* Utf8Locale() {
-  for (const char* name : {"C.UTF-8", "en_US.UTF-8"}) {
-    if (const locale_t locale = newlocale(LC_CTYPE_MASK, name, nullptr); locale != nullptr) {
-      freelocale(locale);
-      return name;
-    }
+// That of texts: the name as the environment has it.
+std::string LocaleOfTexts(std::vector<NativeText>& environment) {
+  std::string locale;
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    if (locale.empty()) locale = ValueOf(environment, name);
+  }
+  return locale;
+}
+
+// The same language in UTF-8, if that is installed: "de_DE.UTF-8" for "de_DE@euro". Else one without a language.
+std::string Utf8LocaleLike(const std::string& locale) {
+  for (const std::string& name :
+       {locale.substr(0, locale.find_first_of(".@")) + ".UTF-8", std::string("C.UTF-8"), std::string("en_US.UTF-8")}) {
+    if (Locale(name).IsUtf8()) return name;
   }
   return "C.UTF-8";
 }
@@ -63,27 +90,27 @@ bool IsSameVariable(const NativeText& one, const NativeText& other) {
   return one.compare(0, end, other, 0, other.find('=') + 1) == 0;
 }
 
-// Java takes the encoding of arguments, paths and variables from the locale. The rest of the locale, such as its
-// language, stays as it is.
+// Java takes the encoding of arguments, paths and variables from LC_CTYPE, and from it the formats of numbers and
+// dates, too, so that these lose their language where it is not installed in UTF-8. The language of messages stays as
+// it is. A locale that is not installed makes the C library reject all others with it, the encoding's included: it
+// goes.
 void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector<EnvironmentChange>& changes) {
   for (const EnvironmentChange& change : changes) {
     if (change.name == "LC_ALL" || change.name == "LC_CTYPE" || change.name == "LANG") return;
   }
-  for (const char* name : {"LC_ALL=", "LC_CTYPE=", "LANG="}) {
-    const std::string* const variable = Find(environment, name);
-    const std::string locale = variable != nullptr ? variable->substr(variable->find('=') + 1) : "";
-    if (locale.empty()) continue;
-    if (IsUtf8Locale(locale)) return;
-    if (std::string(name) == "LC_ALL=") {
-      // It would override LC_CTYPE. LANG says the same, and LC_CTYPE overrides it.
-      for (const char* lesser : {"LC_MESSAGES", "LC_TIME", "LC_NUMERIC", "LC_MONETARY", "LC_COLLATE"}) {
-        Change(environment, {lesser, locale});
-      }
-      Change(environment, {"LC_ALL", std::nullopt});
-    }
-    break;
+  const std::string before = LocaleOfTexts(environment);
+  for (const char* name : LocaleVariables) {
+    const std::string value = ValueOf(environment, name);
+    if (!value.empty() && !Locale(value).IsInstalled()) Change(environment, {name, std::nullopt});
   }
-  Change(environment, {"LC_CTYPE", Utf8Locale()});
+  const std::string now = LocaleOfTexts(environment);
+  if (!now.empty() && Locale(now).IsUtf8()) return;
+  if (const std::string all = ValueOf(environment, "LC_ALL"); !all.empty()) {
+    // It would override LC_CTYPE. The others say the same.
+    for (const char* name : LocaleVariables) Change(environment, {name, all});
+    Change(environment, {"LC_ALL", std::nullopt});
+  }
+  Change(environment, {"LC_CTYPE", Utf8LocaleLike(before)});
 }
 
 std::string ToArgumentFileBytes(const NativeText& argument) { return argument; }
@@ -100,21 +127,30 @@ std::thread StartQuietThread(std::function<void()> run) {
 
 TemporaryFile::TemporaryFile(const std::string& bytes) {
   const char* const folder = std::getenv("TMPDIR");
-  std::string name = std::string(folder != nullptr && *folder != '\0' ? folder : "/tmp") + "/java-arguments-XXXXXX";
-  Descriptor file(mkostemp(name.data(), O_CLOEXEC));
-  bool isWritten = static_cast<bool>(file);
-  if (isWritten) m_path = std::filesystem::absolute(name);
+  std::error_code noFolder;
+  m_path = std::filesystem::path(folder != nullptr && *folder != '\0' ? folder : "/tmp") / "java-arguments-XXXXXX";
+  m_path = std::filesystem::absolute(m_path, noFolder).native();
+  int error = noFolder.value();
+  if (error == 0) error = Write(bytes);
+  if (error == 0) return;
+  throw StartFailure(
+      "java/linux/Surroundings", __LINE__,
+      "Could not write the argument file \"" + m_path + "\": " + ReasonOf(static_cast<unsigned long>(error)));
+}
+
+int TemporaryFile::Write(const std::string& bytes) noexcept {
+  Descriptor file(mkostemp(m_path.data(), O_CLOEXEC));
+  if (!file) return errno;
+  bool isWritten = file.MoveAboveStandard();
   for (std::size_t at = 0; isWritten && at < bytes.size();) {
     const ssize_t size = write(file.Number(), bytes.data() + at, bytes.size() - at);
     if (size > 0) at += static_cast<std::size_t>(size);
     isWritten = size > 0 || errno == EINTR;
   }
-  if (isWritten) return;
+  if (isWritten) return 0;
   const int error = errno;
-  if (file) unlink(name.c_str());
-  throw StartFailure(
-      "java/linux/Surroundings", __LINE__,
-      "Could not write the argument file \"" + name + "\": " + ReasonOf(static_cast<unsigned long>(error)));
+  unlink(m_path.c_str());
+  return error;
 }
 
 TemporaryFile::~TemporaryFile() { unlink(m_path.c_str()); }

@@ -19,9 +19,10 @@ Program JavaProbe(const std::vector<std::string>& arguments) {
   return Program::MainClass("ProcessProbe").ClassPath({PROCESS_PROBE_CLASSES}).Arguments(arguments);
 }
 
-// A locale in which Java would lose all that is not ASCII.
-Program InAsciiLocale(Program program) {
-  setenv("LC_ALL", "POSIX", 1);
+// Locales in which Java would lose all that is not ASCII; the second is not installed.
+constexpr const char* AsciiLocales[] = {"POSIX", "xx_XX.UTF-8"};
+Program InAsciiLocale(Program program, const char* locale = AsciiLocales[0]) {
+  setenv("LC_ALL", locale, 1);
   return program;
 }
 
@@ -52,7 +53,10 @@ TEST(JavaProgramTest, ArgumentsThatAreTooLongForTheSystemArriveFromAFile) {
 }
 
 TEST(JavaProgramTest, TextIsUtf8InEveryLocale) {
-  EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"arguments", Foreign}))).output, std::string(Foreign) + '\0');
+  for (const char* locale : AsciiLocales) {
+    EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"arguments", Foreign}), locale)).output, std::string(Foreign) + '\0')
+        << locale;
+  }
   EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"variable", "FOREIGN"}).Environment("FOREIGN", Foreign))).output,
             Foreign);
   EXPECT_EQ(java::Run(InAsciiLocale(JavaProbe({"property", "foreign"}).Property("foreign", Foreign))).output, Foreign);
