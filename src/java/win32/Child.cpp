@@ -14,10 +14,9 @@ namespace torvan::java::detail {
 
 namespace {
 
-// As on Linux, where it is 128 and the number of the signal.
-constexpr UINT CodeOfKilled = 137;
-// From here on the codes are those of unhandled exceptions.
-constexpr DWORD LeastException = 0xC0000000;
+// The codes of unhandled exceptions: errors (0xC...) of the system. What a program chooses itself, such as -1, is not
+// among them.
+bool IsException(DWORD code) { return code >> 28 == 0xC; }
 
 [[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
   const std::string reason = ReasonOf(GetLastError());
@@ -31,7 +30,9 @@ struct System {
 
   static WindowsHandle Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
     const bool isThere = isInput || file == Nothing;
-    WindowsHandle handle(CreateFileW(file.native().c_str(), isInput ? GENERIC_READ : GENERIC_WRITE,
+    // Output is always added at the end, so that two streams may go to one file.
+    constexpr DWORD Append = FILE_GENERIC_WRITE & ~static_cast<DWORD>(FILE_WRITE_DATA);
+    WindowsHandle handle(CreateFileW(file.native().c_str(), isInput ? GENERIC_READ : Append,
                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                      isThere ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!handle) {
@@ -40,22 +41,14 @@ struct System {
     return handle;
   }
 
-  static WindowsHandle Duplicate(const StartPlan& plan, const WindowsHandle& handle) {
-    return Duplicate(plan, handle.Get(), "open the output file twice");
-  }
-
-  static WindowsHandle Duplicate(const StartPlan& plan, HANDLE handle, const char* step) {
-    HANDLE copy = nullptr;
-    const BOOL isDone =
-        DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS);
-    if (isDone == FALSE) Throw(plan, step);
-    return WindowsHandle(copy);
-  }
-
   static WindowsHandle Inherited(const StartPlan& plan, int stream) {
     const HANDLE own = GetStdHandle(stream == 1 ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
     if (own == nullptr || own == INVALID_HANDLE_VALUE) return Open(plan, Nothing, false);  // a windowed host
-    return Duplicate(plan, own, "pass on an output");
+    HANDLE copy = nullptr;
+    const BOOL isDone =
+        DuplicateHandle(GetCurrentProcess(), own, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS);
+    if (isDone == FALSE) Throw(plan, "pass on an output");
+    return WindowsHandle(copy);
   }
 
   // A named pipe, because others have no overlapped transfers. The name is new and has one instance, so that no other
@@ -135,7 +128,11 @@ void Child::Wait(bool forInput, Clock::time_point until) {
   } else if (forInput) {
     handles[count++] = m_parts->input.Event();
   }
-  WaitForMultipleObjects(count, handles, FALSE, milliseconds);
+  if (WaitForMultipleObjects(count, handles, FALSE, milliseconds) == WAIT_FAILED) {
+    throw Failure(
+        "java/win32/Child", __LINE__,
+        "Could not wait for process " + std::to_string(m_parts->spawned.id) + ": " + ReasonOf(GetLastError()));
+  }
 }
 
 void Child::Wake() noexcept { SetEvent(m_parts->wake.Get()); }
@@ -151,7 +148,7 @@ std::optional<Exit> Child::Reap() noexcept {
   // What the program has left running runs on, as on Linux.
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION none{};
   SetInformationJobObject(m_parts->job.Get(), JobObjectExtendedLimitInformation, &none, sizeof none);
-  return Exit{static_cast<int>(code), code >= LeastException};
+  return Exit{static_cast<int>(code), IsException(code)};
 }
 
 const char* Child::WhyLost() noexcept { return "the system does not know it"; }

@@ -1,8 +1,9 @@
 #include "java/win32/Console.h"
 
-#include <mutex>
+#include <windows.h>
 
-#include "java/win32/Handle.h"
+#include <atomic>
+#include <mutex>
 
 namespace torvan::java::detail {
 
@@ -11,12 +12,19 @@ namespace {
 constexpr DWORD LongestWait = 1000;  // milliseconds
 
 std::mutex s_mutex;
-HANDLE s_seen = nullptr;
+std::atomic<bool> s_isExpected = false;
 
-// The event comes to this process, too, on a thread of its own: it would end it.
+// Never closed: a late event may still set it.
+HANDLE Seen() {
+  static const HANDLE s_seen = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+  return s_seen;
+}
+
+// The event comes to this process, too, on a thread of its own, and would end it. Whose it is decides, and not whether
+// it is still waited for: the system may be slow to start that thread.
 BOOL WINAPI Swallow(DWORD event) {
-  if (event != CTRL_C_EVENT) return FALSE;
-  SetEvent(s_seen);
+  if (event != CTRL_C_EVENT || !s_isExpected.exchange(false)) return FALSE;
+  SetEvent(Seen());
   return TRUE;
 }
 
@@ -47,17 +55,22 @@ const char* SendControlC(DWORD processId) {
            "ends it";
   }
   const StandardHandlesKept kept;
-  const WindowsHandle seen(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   FreeConsole();  // a process can be bound to a console that is gone, or (under Wine) to none at all
-  if (!seen || AttachConsole(processId) == FALSE) {
+  if (Seen() == nullptr || AttachConsole(processId) == FALSE) {
     return "The program cannot be asked to stop: its console cannot be reached. Kill() ends it";
   }
-  s_seen = seen.Get();
-  SetConsoleCtrlHandler(Swallow, TRUE);
-  const bool isSent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
-  if (isSent) WaitForSingleObject(seen.Get(), LongestWait);
-  FreeConsole();
+  // The handler that was added last is called first: it goes before what the host has added meanwhile, and stays.
   SetConsoleCtrlHandler(Swallow, FALSE);
+  SetConsoleCtrlHandler(Swallow, TRUE);
+  ResetEvent(Seen());
+  s_isExpected = true;
+  const bool isSent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
+  if (isSent) {
+    WaitForSingleObject(Seen(), LongestWait);
+  } else {
+    s_isExpected = false;
+  }
+  FreeConsole();
   return isSent ? nullptr : "The program cannot be asked to stop: the system refuses Ctrl+C. Kill() ends it";
 }
 

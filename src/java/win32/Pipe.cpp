@@ -1,12 +1,21 @@
 #include "java/win32/Pipe.h"
 
+#include <torvan/java/Failure.h>
+
 #include <algorithm>
 #include <cstring>
 
+#include "java/processes/Surroundings.h"
+
 namespace torvan::java::detail {
 
-PipeEnd::PipeEnd(WindowsHandle pipe)
-    : m_pipe(std::move(pipe)), m_event(CreateEventW(nullptr, TRUE, FALSE, nullptr)), m_buffer(new char[BufferSize]) {
+PipeEnd::PipeEnd(WindowsHandle pipe) : m_pipe(std::move(pipe)) {
+  if (!m_pipe) return;
+  m_event = WindowsHandle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  if (!m_event) {
+    throw StartFailure("java/win32/Pipe", __LINE__, "Could not make an event for a pipe: " + ReasonOf(GetLastError()));
+  }
+  m_buffer.reset(new char[BufferSize]);
   m_transfer.hEvent = m_event.Get();
 }
 

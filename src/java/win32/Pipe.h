@@ -14,7 +14,7 @@ namespace torvan::java::detail {
 class PipeEnd {
  public:
   PipeEnd() = default;
-  // Takes an end that was opened for overlapped transfers.
+  // Takes an end that was opened for overlapped transfers, or none. Throws a StartFailure.
   explicit PipeEnd(WindowsHandle pipe);
   ~PipeEnd() { Close(); }
   PipeEnd(const PipeEnd&) = delete;

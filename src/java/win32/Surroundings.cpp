@@ -2,8 +2,10 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 #include "java/processes/Environment.h"
@@ -12,13 +14,12 @@
 namespace torvan::java::detail {
 
 const char* const JavaProgramName = "java.exe";
-const NativeText::value_type PathListSeparator = L';';
 
 std::string ReasonOf(unsigned long error) {
   wchar_t text[512];
   DWORD size = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
                               static_cast<DWORD>(std::size(text)), nullptr);
-  while (size > 0 && (text[size - 1] == L'\n' || text[size - 1] == L'\r' || text[size - 1] == L' ')) --size;
+  while (size > 0 && (text[size - 1] <= L' ' || text[size - 1] == L'.')) --size;
   return size > 0 ? ToText(std::wstring(text, size)) : "error " + std::to_string(error);
 }
 
@@ -44,36 +45,62 @@ bool IsSameVariable(const NativeText& one, const NativeText& other) {
 }
 
 // Without it a program cannot load the system's own libraries for networks and random numbers.
-void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector<EnvironmentChange>&) {
-  const auto isSet = [](const std::vector<NativeText>& variables) {
-    for (const NativeText& variable : variables) {
-      if (IsSameVariable(L"SystemRoot=", variable)) return true;
-    }
-    return false;
-  };
+void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector<EnvironmentChange>& changes) {
+  const auto isIt = [](const NativeText& variable) { return IsSameVariable(L"SystemRoot=", variable); };
+  for (const EnvironmentChange& change : changes) {
+    if (isIt(ToNative(change.name + "="))) return;
+  }
   wchar_t folder[MAX_PATH];
-  if (!isSet(environment) && GetWindowsDirectoryW(folder, MAX_PATH) != 0) {
+  if (std::none_of(environment.begin(), environment.end(), isIt) && GetWindowsDirectoryW(folder, MAX_PATH) != 0) {
     environment.push_back(std::wstring(L"SystemRoot=") + folder);
   }
 }
 
-std::string ToArgumentFileBytes(const NativeText& argument) {
+namespace {
+
+// In the system's code page; nothing for a text with characters that it lacks.
+std::optional<std::string> InCodePage(const NativeText& text) {
   const bool isUtf8 = GetACP() == CP_UTF8;
   BOOL isLost = FALSE;
   const DWORD flags = isUtf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS;
   BOOL* const lost = isUtf8 ? nullptr : &isLost;
-  const auto size = static_cast<int>(argument.size());
-  std::string bytes(3 * argument.size(), '\0');
-  const int written = WideCharToMultiByte(CP_ACP, flags, argument.data(), size, bytes.data(),
+  const auto size = static_cast<int>(text.size());
+  std::string bytes(3 * text.size(), '\0');
+  const int written = WideCharToMultiByte(CP_ACP, flags, text.data(), size, bytes.data(),
                                           static_cast<int>(bytes.size()), nullptr, lost);
-  if (isLost != FALSE || (written == 0 && size > 0)) {
-    throw Misuse("java/win32/Surroundings", __LINE__,
-                 "\"" + ToText(argument) +
-                     "\" cannot be passed to java.exe, which reads its command line in code page " +
-                     std::to_string(GetACP()) + ": pass it in a file, a variable or the input");
-  }
+  if (isLost != FALSE || (written == 0 && size > 0)) return std::nullopt;
   bytes.resize(static_cast<std::size_t>(written));
   return bytes;
+}
+
+[[noreturn]] void ThrowNoFile(const std::string& what, const std::string& reason) {
+  throw StartFailure("java/win32/Surroundings", __LINE__, "Could not write the argument file" + what + ": " + reason);
+}
+
+// Absolute, with a backslash at its end, and in words that java.exe can read from its command line.
+std::wstring TemporaryFolder() {
+  constexpr DWORD Room = 32768;
+  std::wstring folder(Room, L'\0');
+  const DWORD size = GetTempPathW(Room, folder.data());
+  if (size == 0 || size >= Room) ThrowNoFile("", "no folder for temporary files: " + ReasonOf(GetLastError()));
+  folder.resize(size);
+  std::wstring full(Room, L'\0');  // TEMP may be a relative path
+  full.resize(GetFullPathNameW(folder.c_str(), Room, full.data(), nullptr));
+  if (InCodePage(full)) return full;
+  std::wstring plain(Room, L'\0');
+  plain.resize(GetShortPathNameW(full.c_str(), plain.data(), Room));
+  if (!plain.empty() && InCodePage(plain)) return plain;
+  ThrowNoFile(" in \"" + ToText(full) + "\"", "java.exe reads its name in code page " + std::to_string(GetACP()) +
+                                                  ", which lacks characters of it: set TEMP to another folder");
+}
+
+}  // namespace
+
+std::string ToArgumentFileBytes(const NativeText& argument) {
+  if (std::optional<std::string> bytes = InCodePage(argument)) return *std::move(bytes);
+  throw Misuse("java/win32/Surroundings", __LINE__,
+               "\"" + ToText(argument) + "\" cannot be passed to java.exe, which reads its command line in code page " +
+                   std::to_string(GetACP()) + ": pass it in a file, a variable or the input");
 }
 
 std::thread StartQuietThread(std::function<void()> run) {
@@ -87,26 +114,25 @@ std::thread StartQuietThread(std::function<void()> run) {
 
 TemporaryFile::TemporaryFile(const std::string& bytes) {
   static std::atomic<unsigned long> s_count = 0;
-  wchar_t folder[MAX_PATH + 1];
-  const DWORD size = GetTempPathW(MAX_PATH + 1, folder);
-  m_path = std::wstring(folder, size) + L"java-arguments-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+  m_path = TemporaryFolder() + L"java-arguments-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
            std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++s_count);
-  WindowsHandle file(
-      CreateFileW(m_path.native().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr));
-  DWORD written = 0;
-  if (file && WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE &&
-      written == bytes.size()) {
-    return;
-  }
-  const DWORD error = GetLastError();
-  if (file) {
-    file.Close();
-    DeleteFileW(m_path.native().c_str());
-  }
-  throw StartFailure("java/win32/Surroundings", __LINE__,
-                     "Could not write the argument file \"" + ToText(m_path) + "\": " + ReasonOf(error));
+  const int error = Write(bytes);
+  if (error != 0) ThrowNoFile(" \"" + ToText(m_path) + "\"", ReasonOf(static_cast<unsigned long>(error)));
 }
 
-TemporaryFile::~TemporaryFile() { DeleteFileW(m_path.native().c_str()); }
+int TemporaryFile::Write(const std::string& bytes) noexcept {
+  WindowsHandle file(
+      CreateFileW(m_path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr));
+  if (!file) return static_cast<int>(GetLastError());
+  DWORD written = 0;
+  const BOOL isWritten = WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  if (isWritten != FALSE && written == bytes.size()) return 0;
+  const DWORD error = isWritten != FALSE ? ERROR_DISK_FULL : GetLastError();
+  file.Close();
+  DeleteFileW(m_path.c_str());
+  return static_cast<int>(error);
+}
+
+TemporaryFile::~TemporaryFile() { DeleteFileW(m_path.c_str()); }
 
 }  // namespace torvan::java::detail

@@ -1,5 +1,7 @@
 // The environment that a program gets.
+#include "java/processes/Environment.h"
 #include "java/processes/ProgramVariables.h"
+#include "java/processes/Surroundings.h"
 
 namespace tests {
 namespace {
@@ -10,6 +12,20 @@ TEST(ProgramEnvironmentTest, AClearedEnvironmentHasWhatIsSetAfterwards) {
   // Wine sets some for every process.
   for (const char* name : {"SystemRoot", "AFTER", "LANG"}) EXPECT_NE(Find(variables, name), nullptr) << name;
   for (const char* name : {"BEFORE", "PATH", "Path", "WINEPREFIX"}) EXPECT_EQ(Find(variables, name), nullptr) << name;
+}
+
+// Of Windows itself a program needs SystemRoot.
+TEST(ProgramEnvironmentTest, SystemRootStaysUnlessItIsRemoved) {
+  const auto hasIt = [](const java::Program& program) {
+    for (const auto& variable : EnvironmentOf(program.Settings())) {
+      if (torvan::java::detail::IsSameVariable(L"SystemRoot=", variable)) return true;
+    }
+    return false;
+  };
+  EXPECT_TRUE(hasIt(Bare()));
+  EXPECT_TRUE(hasIt(Bare().RemoveEnvironment("SystemRoot").ClearEnvironment()));
+  EXPECT_FALSE(hasIt(Bare().RemoveEnvironment("SYSTEMROOT")));
+  EXPECT_FALSE(hasIt(Bare().ClearEnvironment().RemoveEnvironment("SystemRoot")));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ std::string Words(DWORD error) {
   char text[512];
   DWORD size = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text,
                               sizeof text, nullptr);
-  while (size > 0 && (text[size - 1] == '\n' || text[size - 1] == '\r' || text[size - 1] == ' ')) --size;
+  while (size > 0 && (text[size - 1] <= ' ' || text[size - 1] == '.')) --size;
   return {text, size};
 }
 

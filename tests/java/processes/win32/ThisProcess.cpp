@@ -42,6 +42,10 @@ std::filesystem::path OwnProgram() {
 
 unsigned long OwnId() { return GetCurrentProcessId(); }
 
+void UseTemporaryFolder(const std::filesystem::path& folder) {
+  for (const wchar_t* name : {L"TMP", L"TEMP"}) SetEnvironmentVariableW(name, folder.native().c_str());
+}
+
 bool Runs(unsigned long id) {
   const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, id);
   if (process == nullptr) return false;
