@@ -76,10 +76,14 @@ Program Program::MainClass(std::string_view name) {
 
 Program& Program::Runtime(const std::filesystem::path& home) {
   m_settings.home = Absolute("the runtime's home", home);
+  m_settings.runtime.reset();
   return *this;
 }
 
-Program& Program::Runtime(const java::Runtime& runtime) { return Runtime(runtime.Home()); }
+Program& Program::Runtime(const java::Runtime& runtime) {
+  m_settings.runtime = runtime;
+  return *this;
+}
 
 Program& Program::ClassPath(const std::vector<std::filesystem::path>& parts) {
   std::vector<std::filesystem::path> checked = m_settings.classPath;

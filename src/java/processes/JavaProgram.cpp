@@ -20,22 +20,32 @@ bool IsFile(const fs::path& path) {
   return fs::is_regular_file(path, error);
 }
 
-}  // namespace
+JavaProgram InRuntime(const Runtime& runtime) {
+  if (runtime.Java().empty()) {
+    throw StartFailure("java/processes/JavaProgram", __LINE__,
+                       "The runtime in \"" + ToText(runtime.Home()) + "\" has no bin/" + JavaProgramName +
+                           ": it was cut down to its library");
+  }
+  constexpr int FirstWithArgumentFiles = 9;
+  return {runtime.Java(), runtime.Version().Feature() >= FirstWithArgumentFiles};
+}
 
-fs::path FindJava(const ProgramSettings& settings) {
-  const fs::path home = settings.home.empty() ? ChooseRuntime().Home() : settings.home;
-  // A version 8 kit has a runtime in it.
-  for (const fs::path& bin : {home / "bin", home / "jre" / "bin"}) {
-    if (IsFile(bin / JavaProgramName)) return bin / JavaProgramName;
+JavaProgram InHome(const fs::path& home) {
+  // A version 8 kit has a runtime in it. Java 8 and earlier have their own classes in rt.jar.
+  for (const fs::path& runtime : {home, home / "jre"}) {
+    const fs::path file = runtime / "bin" / JavaProgramName;
+    const bool isOld = IsFile(runtime / "lib" / "rt.jar") || IsFile(runtime / "jre" / "lib" / "rt.jar");
+    if (IsFile(file)) return {file, !isOld};
   }
   throw StartFailure("java/processes/JavaProgram", __LINE__,
                      "No bin/" + std::string(JavaProgramName) + " in \"" + ToText(home) + "\"");
 }
 
-bool ReadsArgumentFiles(const fs::path& java) {
-  // Java 8 and earlier have their own classes in rt.jar.
-  const fs::path home = java.parent_path().parent_path();
-  return !IsFile(home / "lib" / "rt.jar") && !IsFile(home / "jre" / "lib" / "rt.jar");
+}  // namespace
+
+JavaProgram FindJava(const ProgramSettings& settings) {
+  if (settings.runtime) return InRuntime(*settings.runtime);
+  return settings.home.empty() ? InRuntime(ChooseRuntime()) : InHome(settings.home);
 }
 
 }  // namespace torvan::java::detail

@@ -7,11 +7,13 @@
 
 namespace torvan::java::detail {
 
-// The java of the settings' home, or of the runtime that ChooseRuntime() returns. Throws a StartFailure as that does,
-// and where a home has none.
-std::filesystem::path FindJava(const ProgramSettings& settings);
+struct JavaProgram {
+  std::filesystem::path file;
+  bool readsArgumentFiles;  // version 9 and later do
+};
 
-// Tells whether this java is version 9 or later, which reads argument files.
-bool ReadsArgumentFiles(const std::filesystem::path& java);
+// The java of the settings' runtime or home, or of the runtime that ChooseRuntime() returns. Throws a StartFailure as
+// that does, and where there is none.
+JavaProgram FindJava(const ProgramSettings& settings);
 
 }  // namespace torvan::java::detail

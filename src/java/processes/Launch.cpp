@@ -77,7 +77,9 @@ StartPlan PlanOf(const ProgramSettings& settings) {
   plan.streams[0] = PlanOfInput(settings);
   plan.streams[1] = PlanOf(settings.output);
   plan.streams[2] = PlanOf(settings.error);
-  plan.program = FindJava(settings);
+  JavaProgram java = FindJava(settings);
+  plan.program = std::move(java.file);
+  plan.readsArgumentFiles = java.readsArgumentFiles;
   plan.arguments = ArgumentsOf(settings);
   plan.environment = EnvironmentOf(settings);
   plan.folder = settings.folder;
@@ -99,7 +101,7 @@ Launched Launch(const ProgramSettings& settings) {
     launched.child = std::make_unique<Child>(plan);
     return launched;
   } catch (const TooLong& tooLong) {
-    if (!ReadsArgumentFiles(plan.program)) {
+    if (!plan.readsArgumentFiles) {
       throw StartFailure("java/processes/Launch", __LINE__,
                          std::string(tooLong.what()) + "; only Java 9 and later can read them from a file");
     }
@@ -107,7 +109,7 @@ Launched Launch(const ProgramSettings& settings) {
   std::string file;
   for (const NativeText& argument : plan.arguments) AppendToArgumentFile(file, ToArgumentFileBytes(argument));
   launched.arguments = std::make_unique<TemporaryFile>(file);
-  plan.arguments = {ToNative("@") + launched.arguments->Path().native()};
+  plan.arguments = {ToNative("@") + launched.arguments->Path()};
   launched.child = std::make_unique<Child>(plan);
   return launched;
 }

@@ -28,6 +28,7 @@ struct StreamPlan {
 
 struct StartPlan {
   std::filesystem::path program;
+  bool readsArgumentFiles = true;
   std::vector<NativeText> arguments;    // after the program's name
   std::vector<NativeText> environment;  // "NAME=value"
   std::filesystem::path folder;         // empty: the current one

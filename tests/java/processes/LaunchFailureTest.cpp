@@ -19,6 +19,39 @@ TEST(LaunchFailureTest, AHomeWithoutJava) {
                             std::string("No bin/") + Java + " in \"" + home.u8string() + "\"");
 }
 
+// A runtime as it was found, whose java is this file.
+java::Runtime FoundRuntime(const fs::path& java, const char* version) {
+  return java::Runtime({ProbeHome() / "empty", java::Version::Parse(version), "", "x86_64", false, "", java, "PATH"});
+}
+
+TEST(LaunchFailureTest, ARuntimeWithoutJava) {
+  const auto program = Program::MainClass("X").Runtime(FoundRuntime("", "17"));
+  ExpectThrow<StartFailure>([&] { java::Run(program); }, "The runtime in \"" + (ProbeHome() / "empty").u8string() +
+                                                             "\" has no bin/" + Java +
+                                                             ": it was cut down to its library");
+}
+
+TEST(LaunchFailureTest, TheJavaOfARuntimeIsRunWhereverItIs) {
+  const auto program = Program::MainClass("Probe").Runtime(FoundRuntime(JavaOf(ProbeHome()), "17"));
+  EXPECT_EQ(java::Run(Program(program).Arguments({"says", "x"})).output, "x");
+  // The last one counts.
+  EXPECT_THROW(java::Run(Program(program).Runtime(ProbeHome() / "empty")), StartFailure);
+  EXPECT_EQ(java::Run(Program(program).Runtime(ProbeHome() / "empty").Runtime(FoundRuntime(JavaOf(ProbeHome()), "9")))
+                .exitCode,
+            0);
+}
+
+TEST(LaunchFailureTest, TheVersionOfARuntimeTellsWhetherArgumentsMayBeInAFile) {
+  const std::vector<std::string> arguments = {"arguments", std::string(3 << 20, 'x')};
+  const auto with = [&](const char* version) {
+    return Program::MainClass("Probe").Runtime(FoundRuntime(JavaOf(ProbeHome()), version)).Arguments(arguments);
+  };
+  EXPECT_EQ(java::Run(with("9")).exitCode, 0);  // the probe reads no such file: it has no step
+  ExpectThrow<StartFailure>([&] { java::Run(with("1.8.0_391")); },
+                            "Could not run \"" + TheJava() + "\": " + Reasons().tooLong +
+                                "; only Java 9 and later can read them from a file");
+}
+
 TEST(LaunchFailureTest, AFolderThatIsNotThere) {
   const fs::path folder = ProbeHome() / "nowhere";
   const auto text =

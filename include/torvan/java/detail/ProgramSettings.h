@@ -1,6 +1,8 @@
 // What a Program is made of.
 #pragma once
 
+#include <torvan/java/Runtime.h>
+
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -36,7 +38,8 @@ struct EnvironmentChange {
 struct ProgramSettings {
   std::filesystem::path jar;  // or, where it is empty:
   std::string mainClass;
-  std::filesystem::path home;  // empty: the machine's own choice
+  std::optional<java::Runtime> runtime;  // or a home; neither: the machine's own choice
+  std::filesystem::path home;
   std::vector<std::filesystem::path> classPath;
   std::vector<std::string> options;  // and properties, in the order they came
   std::vector<std::string> arguments;
