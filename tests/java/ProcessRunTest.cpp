@@ -25,6 +25,15 @@ TEST(ProcessRunTest, AnExitCodeOf127IsTheProgramsOwn) {
   EXPECT_EQ(outcome.ended, Ended::Exited);
 }
 
+// Some of which the system would use for exceptions.
+TEST(ProcessRunTest, EveryExitCodeIsTheProgramsOwn) {
+  for (const int code : {-1, 255, 129, 137, -2147483647, -536870912}) {
+    const Outcome outcome = java::Run(Probe({"exit", std::to_string(code)}));
+    EXPECT_EQ(outcome.exitCode, OnWindows ? code : code & 255);
+    EXPECT_EQ(outcome.ended, Ended::Exited) << code;
+  }
+}
+
 TEST(ProcessRunTest, TheInputIsEmptyUnlessGiven) { EXPECT_EQ(java::Run(Probe({"echo", "says", "end"})).output, "end"); }
 
 TEST(ProcessRunTest, TheInputIsWhatIsGiven) {
@@ -49,6 +58,19 @@ TEST(ProcessRunTest, TheInputComesFromAFunctionUntilItReturnsNothing) {
   };
   EXPECT_EQ(java::Run(Probe({"echo"}).InputFrom(next)).output, "1;3;");
   EXPECT_EQ(calls, 4);
+}
+
+TEST(ProcessRunTest, AFunctionThatHasNothingYetIsAskedAgainLater) {
+  int calls = 0;
+  const auto begin = std::chrono::steady_clock::now();
+  const auto next = [&]() -> std::optional<std::string> {
+    ++calls;
+    if (std::chrono::steady_clock::now() - begin > 300ms) return std::nullopt;
+    return "";
+  };
+  EXPECT_EQ(java::Run(Probe({"echo", "says", "end"}).InputFrom(next)).output, "end");
+  EXPECT_GT(calls, 1);
+  EXPECT_LT(calls, 40);
 }
 
 TEST(ProcessRunTest, InputThatNobodyReadsIsDropped) {
@@ -99,8 +121,11 @@ TEST(ProcessRunTest, OutputGoesToFiles) {
 
 TEST(ProcessRunTest, BothOutputsMayGoToOneFile) {
   const fs::path file = ProbeHome() / "both.txt";
-  java::Run(Probe({"says", "1", "complains", "2", "says", "3"}).OutputFile(file).ErrorFile(file));
-  EXPECT_EQ(ReadFile(file), "123");
+  for (const fs::path& other : {file, ProbeHome() / "." / "both.txt"}) {
+    std::ofstream(file) << "what was there before";
+    java::Run(Probe({"says", "1", "complains", "2", "says", "3"}).OutputFile(file).ErrorFile(other));
+    EXPECT_EQ(ReadFile(file), "123") << other;
+  }
 }
 
 TEST(ProcessRunTest, WhatThrowsInAFunctionEndsTheProgramAndComesOut) {

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "java/processes/Probe.h"
+#include "java/processes/ThisProcess.h"
 
 namespace tests {
 namespace {
@@ -36,6 +37,7 @@ TEST_F(ProcessTest, WaitingForATimeReturnsNothingWhileTheProgramRuns) {
   EXPECT_FALSE(process.Wait(20ms));
   EXPECT_FALSE(process.Wait(0ms));
   EXPECT_FALSE(process.Wait(-5ms));
+  EXPECT_FALSE(process.Wait(-18446744063709ms));  // as nanoseconds they would be 10,000 s
   process.Kill();
   const auto outcome = process.Wait(0ms);
   ASSERT_TRUE(outcome);
@@ -184,6 +186,87 @@ TEST_F(ProcessTest, AFunctionOfTheProgramMayDropIt) {
   }));
   isThere = true;
   EXPECT_TRUE(Eventually([&] { return dropped.load(); }));
+}
+
+TEST_F(ProcessTest, NoFunctionIsCalledOnceOneHasDroppedTheProcess) {
+  std::atomic<int> lines = 0;
+  std::atomic<int> inputs = 0;
+  std::atomic<bool> isThere = false;
+  auto process = std::make_shared<std::optional<Process>>();
+  // The function's own copy of this ends when nothing can call it any more.
+  const auto last = std::make_shared<int>();
+  *process = java::Start(Probe({"echo", "sleep", "60000"})
+                             .InputFrom([&inputs]() -> std::optional<std::string> {
+                               ++inputs;
+                               return "1\n2\n3\n4";
+                             })
+                             .OnOutputLine([&, last](std::string_view) {
+                               while (!isThere) std::this_thread::yield();
+                               ++lines;
+                               process->reset();
+                               inputs = 0;
+                             }));
+  isThere = true;
+  EXPECT_TRUE(Eventually([&last] { return last.use_count() == 1; }));
+  EXPECT_EQ(lines, 1);
+  EXPECT_EQ(inputs, 0);
+}
+
+TEST_F(ProcessTest, AProgramIsEndedWhileAFunctionOfItWaits) {
+  enum class Way { Kill, Stop, Drop };
+  for (const Way way : {Way::Kill, Way::Stop, Way::Drop}) {
+    std::atomic<bool> isCalled = false;
+    std::atomic<bool> isEnough = false;
+    std::optional<Process> process =
+        java::Start(Probe({"says", "begun\n", "sleep", "60000"}).OnOutputLine([&](std::string_view) {
+          isCalled = true;
+          while (!isEnough) std::this_thread::sleep_for(1ms);
+        }));
+    const std::uint32_t id = process->Id();
+    EXPECT_TRUE(Eventually([&] { return isCalled.load(); }));
+    std::thread other([&] {
+      if (way == Way::Kill) process->Kill();
+      if (way == Way::Stop) process->Stop(300ms);
+      if (way == Way::Drop) process.reset();
+    });
+    EXPECT_TRUE(Eventually([id] { return !Runs(id); })) << static_cast<int>(way);
+    isEnough = true;
+    other.join();
+  }
+}
+
+TEST_F(ProcessTest, AProgramThatEndsByItselfMeanwhileHasExited) {
+  for (const bool kills : {false, true}) {
+    std::atomic<bool> isCalled = false;
+    std::atomic<bool> isEnough = false;
+    Process process =
+        java::Start(Probe({"says", "begun\n", "exit", "3"}).TimeLimit(1s).OnOutputLine([&](std::string_view) {
+          isCalled = true;
+          while (!isEnough) std::this_thread::sleep_for(1ms);
+        }));
+    EXPECT_TRUE(Eventually([&] { return isCalled.load() && !Runs(process.Id()); }));
+    std::thread other([&] { kills ? process.Kill() : process.Stop(1s); });
+    std::this_thread::sleep_for(1200ms);
+    isEnough = true;
+    other.join();
+    EXPECT_EQ(process.Wait().ended, Ended::Exited);
+    EXPECT_EQ(process.Wait().exitCode, 3);
+  }
+}
+
+TEST_F(ProcessTest, AProgramThatIsKilledAfterItWasAskedCountsByItsEnd) {
+  // It ends by itself at once, while the grace is none.
+  for (int i = 0; i < 20; ++i) {
+    std::atomic<bool> begun = false;
+    Process process = java::Start(
+        Probe({"orderly", "42", "says", "begun\n", "sleep", "60000"}).OnOutputLine([&begun](std::string_view) {
+          begun = true;
+        }));
+    ASSERT_TRUE(Eventually([&] { return begun.load(); }));
+    process.Stop(std::chrono::milliseconds(i / 4));
+    const Outcome outcome = process.Wait();
+    EXPECT_EQ(outcome.ended, outcome.exitCode == 137 ? Ended::Killed : Ended::Stopped) << outcome.exitCode;
+  }
 }
 
 TEST_F(ProcessTest, WhatAFunctionThrowsComesOutOfEveryWait) {

@@ -43,18 +43,14 @@ struct System {
   static constexpr const char* Nothing = "/dev/null";
 
   static Descriptor Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
-    Descriptor descriptor(open(file.c_str(), O_CLOEXEC | O_NOCTTY | (isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC),
-                               S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+    // Output is always added at the end, so that two streams may go to one file.
+    const int access = isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC | O_APPEND;
+    Descriptor descriptor(
+        open(file.c_str(), O_CLOEXEC | O_NOCTTY | access, S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
     if (!descriptor || !descriptor.MoveAboveStandard()) {
       Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
     }
     return descriptor;
-  }
-
-  static Descriptor Duplicate(const StartPlan& plan, const Descriptor& descriptor) {
-    Descriptor copy(fcntl(descriptor.Number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    if (!copy) Throw(plan, "open the output file twice");
-    return copy;
   }
 
   // A program whose standard output is closed would print into the first file that it opens.
@@ -96,7 +92,6 @@ struct Child::Parts {
   Descriptor ours[StreamCount];
   Descriptor wake;
   Spawned spawned;
-  bool hasEnded = false;
   bool isReaped = false;
   bool inputIsReady = false;
   char pieces[StreamCount][PieceSize];
@@ -123,7 +118,6 @@ Child::Child(const StartPlan& plan) : m_parts(new Parts) {
 Child::~Child() {
   if (m_parts->isReaped) return;
   KillTree();
-  while (!m_parts->hasEnded) Wait(false, Clock::time_point::max());
   Reap();
 }
 
@@ -140,8 +134,10 @@ void Child::Wait(bool forInput, Clock::time_point until) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
     milliseconds = static_cast<int>(std::clamp<decltype(left)>(left, 0, INT_MAX));
   }
-  if (poll(entries, std::size(entries), milliseconds) <= 0) return;  // a signal: the caller comes again
-  m_parts->hasEnded |= entries[0].revents != 0;
+  const int found = poll(entries, std::size(entries), milliseconds);
+  const bool isForNow = errno == EINTR || errno == EAGAIN || errno == ENOMEM;  // the caller comes again
+  if (found < 0 && !isForNow) ThrowBroken("wait for the end", m_parts->spawned.id);
+  if (found <= 0) return;
   m_parts->inputIsReady = entries[2].revents != 0;
   if (entries[1].revents != 0) {
     eventfd_t count;
@@ -151,7 +147,10 @@ void Child::Wait(bool forInput, Clock::time_point until) {
 
 void Child::Wake() noexcept { eventfd_write(m_parts->wake.Number(), 1); }
 
-bool Child::HasEnded() const noexcept { return m_parts->hasEnded; }
+bool Child::HasEnded() const noexcept {
+  pollfd entry{m_parts->spawned.process.Number(), POLLIN, 0};
+  return poll(&entry, 1, 0) > 0;
+}
 
 std::optional<Exit> Child::Reap() noexcept {
   siginfo_t end{};

@@ -6,6 +6,7 @@
 #include <sys/syscall.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -111,7 +112,7 @@ void KillTree(pid_t leader, int process) noexcept {
     // No memory for a search: its group must do.
   }
   // Where the host has taken the child away, its number may be another group's.
-  if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) == 0) kill(-leader, SIGKILL);
+  if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) == 0 || errno != ESRCH) kill(-leader, SIGKILL);
   try {
     for (int round = 0; !tree.empty() && round < MostRounds; ++round) {
       for (const Entry& entry : tree) Kill(entry);

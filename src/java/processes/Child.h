@@ -20,7 +20,11 @@ struct Exit {
   bool bySignal;
 };
 
-// A child with its pipes. All but Wake() is for one thread at a time, and only Wait() waits.
+// The code of a process that was killed: on Linux that of SIGKILL, on Windows the one that we pass.
+constexpr int CodeOfKilled = 137;
+
+// A child with its pipes. Wake(), HasEnded(), AskToStop() and KillTree() may be called on any thread, the last two not
+// once Reap() has begun; all others are for one thread at a time. Only Wait() waits.
 class Child {
  public:
   // Throws a StartFailure, or TooLong.
@@ -33,7 +37,7 @@ class Child {
   std::uint32_t Id() const noexcept;
 
   // Waits until the program has ended, or a pipe has something to read, or (where `forInput`) the input may take more,
-  // or Wake() was called, or it is `until`.
+  // or Wake() was called, or it is `until`. Throws a Failure when the system cannot wait.
   void Wait(bool forInput, Clock::time_point until);
   // Ends a Wait() that is under way, or the next one.
   void Wake() noexcept;

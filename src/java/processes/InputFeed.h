@@ -17,10 +17,10 @@ class InputFeed {
   InputFeed(const InputFeed&) = delete;
   InputFeed& operator=(const InputFeed&) = delete;
 
-  void Append(std::string_view written) { m_written.append(written); }
+  void Append(std::string_view written);
   // Tells whether Next() has something, or will ask for it.
   bool HasMore() const noexcept { return m_asks || !m_piece.empty() || !m_written.empty(); }
-  // What comes next; empty when the function of the settings has returned nothing this time.
+  // What comes next; empty when the function of the settings has returned an empty text, and then at the end of all.
   std::string_view Next();
   void Take(std::size_t size);
   void Drop() noexcept;
@@ -29,11 +29,14 @@ class InputFeed {
   std::size_t Taken() const noexcept { return m_taken; }
 
  private:
+  void DropWritten() noexcept;
+
   const InputSettings& m_settings;
   std::string m_returned;    // by the function
   std::string_view m_piece;  // the rest of that, or of the settings' text
   bool m_asks;
   std::string m_written;
+  std::size_t m_start = 0;  // of what is left of it
   std::size_t m_taken = 0;
 };
 

@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::chrono::milliseconds GraceOfTimeLimit = std::chrono::seconds(2);
 
+// How long the function for input is left alone after it has returned an empty text.
+constexpr std::chrono::milliseconds PauseOfInput{10};
+
 // More than a pipe holds. What others go on writing into it is not waited for.
 constexpr std::size_t MostInPipes = 1 << 20;
 
@@ -20,6 +23,7 @@ constexpr std::size_t MostInPipes = 1 << 20;
 
 Clock::time_point After(std::chrono::milliseconds time) {
   const Clock::time_point now = Clock::now();
+  if (time.count() <= 0) return now;
   const auto most = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::time_point::max() - now);
   return time < most ? now + time : Clock::time_point::max();
 }
@@ -52,8 +56,13 @@ void Running::Serve() noexcept {
   } catch (...) {
     failure = std::current_exception();
   }
+  Launched launched;
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    std::swap(launched, m_launched);
+  }
+  launched = {};  // before the end is reported; a program that still runs has to be killed and waited for
   const std::lock_guard<std::mutex> lock(m_mutex);
-  m_launched = {};  // freed before the end is reported
   m_failure = std::move(failure);
   m_isOver = true;
   m_changed.notify_all();
@@ -64,17 +73,13 @@ void Running::ServeOnThread() {
 }
 
 void Running::Abandon() noexcept {
-  if (IsServedHere()) {
-    KillTree();
-    m_thread.detach();  // it ends after this function of the program
-    return;
-  }
+  const bool isHere = IsServedHere();
+  m_isAbandoned = true;
   {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_orders.kill = true;
-    Wake();
+    KillTree();
   }
-  m_thread.join();
+  isHere ? m_thread.detach() : m_thread.join();  // a thread that is detached ends after this function of the program
 }
 
 // What other threads ask for
@@ -110,6 +115,10 @@ bool Running::WaitUntil(Clock::time_point time) const {
     throw Misuse("java/processes/Running", __LINE__, "a function of the program cannot wait for the program's end");
   }
   std::unique_lock<std::mutex> lock(m_mutex);
+  return WaitUntil(time, lock);
+}
+
+bool Running::WaitUntil(Clock::time_point time, std::unique_lock<std::mutex>& lock) const {
   const auto isOver = [this] { return m_isOver; };
   if (time != Clock::time_point::max()) return m_changed.wait_until(lock, time, isOver);
   m_changed.wait(lock, isOver);
@@ -117,27 +126,40 @@ bool Running::WaitUntil(Clock::time_point time) const {
 }
 
 void Running::Stop(std::chrono::milliseconds grace) {
-  const char* cannot = nullptr;
-  if (IsServedHere()) {
-    cannot = AskToStop(Ended::Stopped, grace);
-  } else {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    m_cannotStop = nullptr;
-    m_orders.stop = grace;
-    Wake();
-    m_changed.wait(lock, [this] { return m_isOver || m_cannotStop != nullptr; });
-    if (!m_isOver) cannot = m_cannotStop;
+  std::unique_lock<std::mutex> lock(m_mutex);
+  if (const char* const cannot = AskToStop(Ended::Stopped); cannot != nullptr) {
+    throw Failure("java/processes/Running", __LINE__, cannot);
   }
-  if (cannot != nullptr) throw Failure("java/processes/Running", __LINE__, cannot);
+  if (IsServedHere()) {
+    m_killAt = std::min(m_killAt, After(grace));
+  } else if (!WaitUntil(After(grace), lock)) {
+    KillTree();
+    WaitUntil(Clock::time_point::max(), lock);
+  }
 }
 
 void Running::Kill() {
-  if (IsServedHere()) return KillTree();
   std::unique_lock<std::mutex> lock(m_mutex);
-  m_orders.kill = true;
-  Wake();
-  m_changed.wait(lock, [this] { return m_isOver; });
+  KillTree();
+  if (!IsServedHere()) WaitUntil(Clock::time_point::max(), lock);
 }
+
+// The two for all threads. They work while a function of the program keeps the serving thread busy.
+
+const char* Running::AskToStop(Ended cause) {
+  if (!IsRunning()) return nullptr;
+  const char* const cannot = TheChild().AskToStop();
+  if (cannot == nullptr && !m_cause) m_cause = cause;
+  return cannot;
+}
+
+void Running::KillTree() noexcept {
+  if (m_isReaped || !m_launched.child) return;
+  m_isKilled |= IsRunning();
+  TheChild().KillTree();
+}
+
+bool Running::IsRunning() const noexcept { return !m_isReaped && m_launched.child && !TheChild().HasEnded(); }
 
 Outcome& Running::Result() {
   if (m_failure) std::rethrow_exception(m_failure);
@@ -147,69 +169,64 @@ Outcome& Running::Result() {
 // The loop
 
 void Running::ServeOnce() {
-  Obey([this] {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return std::exchange(m_orders, {});
-  }());
-  KeepTime();
+  TakeOrders();
+  const Clock::time_point until = KeepTime();
   const bool forInput = FeedInput();
-  TheChild().Wait(forInput, std::min(m_stopAt, m_killAt));
+  TheChild().Wait(forInput, std::min(until, m_askAt.value_or(Clock::time_point::max())));
   for (Output& output : m_outputs) {
     std::size_t budget = 1;
-    output.Forward(TheChild(), budget);
+    Forward(output, budget);
   }
 }
 
-void Running::Obey(Orders orders) {
-  if (m_inputIsOpen) m_feed.Append(orders.input);
-  if (orders.closeInput) m_inputIsToEnd = true;
-  if (orders.kill) return KillTree();
-  if (!orders.stop) return;
-  if (const char* const cannot = AskToStop(Ended::Stopped, *orders.stop); cannot != nullptr) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_cannotStop = cannot;
-    m_changed.notify_all();
-  }
+void Running::TakeOrders() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  if (m_inputIsOpen) m_feed.Append(m_orders.input);
+  m_inputIsToEnd |= m_orders.closeInput;
+  m_orders = {};
 }
 
-void Running::KeepTime() {
+// Returns when there is something to do for it again.
+Clock::time_point Running::KeepTime() {
+  const std::lock_guard<std::mutex> lock(m_mutex);
   const Clock::time_point now = Clock::now();
-  if (now >= m_killAt) return KillTree();
-  if (now < m_stopAt) return;
-  m_stopAt = Clock::time_point::max();
-  if (!m_cause) m_cause = Ended::TimedOut;
-  if (AskToStop(*m_cause, GraceOfTimeLimit) != nullptr) KillTree();
-}
-
-const char* Running::AskToStop(Ended cause, std::chrono::milliseconds grace) {
-  const char* const cannot = TheChild().AskToStop();
-  if (cannot != nullptr) return cannot;
-  if (!m_cause) m_cause = cause;
-  m_killAt = std::min(m_killAt, After(grace));
-  return nullptr;
-}
-
-void Running::KillTree() noexcept {
-  if (m_cause != Ended::TimedOut) m_cause = Ended::Killed;
-  m_stopAt = m_killAt = Clock::time_point::max();
-  TheChild().KillTree();
+  if (now >= m_stopAt) {
+    m_stopAt = Clock::time_point::max();
+    m_killAt = std::min(m_killAt, AskToStop(Ended::TimedOut) == nullptr ? After(GraceOfTimeLimit) : now);
+  }
+  if (now >= m_killAt) {
+    m_stopAt = m_killAt = Clock::time_point::max();
+    // Also for a time limit whose program cannot be asked.
+    if (!m_cause && !m_isKilled && IsRunning()) m_cause = Ended::TimedOut;
+    KillTree();
+  }
+  return std::min(m_stopAt, m_killAt);
 }
 
 // Returns whether the child is to be waited for until it takes more.
 bool Running::FeedInput() {
   if (!m_inputIsOpen) return false;
+  if (m_isAbandoned) m_feed.Drop();
   Child& child = TheChild();
   if (m_feed.HasMore()) {
+    if (m_askAt && Clock::now() < *m_askAt) return false;
+    m_askAt.reset();
     if (!child.IsInputReady()) return true;
-    const std::optional<std::size_t> taken = child.Write(m_feed.Next());
-    if (taken) {
-      m_feed.Take(*taken);
-    } else {
-      m_feed.Drop();
-      m_inputIsToEnd = true;
+    if (const std::string_view piece = m_feed.Next(); !piece.empty()) {
+      const std::optional<std::size_t> taken = child.Write(piece);
+      if (taken) {
+        m_feed.Take(*taken);
+      } else {
+        m_feed.Drop();
+        m_inputIsToEnd = true;
+      }
+      TellInput(!taken);
+      return true;
     }
-    TellInput(!taken);
-    return true;
+    if (m_feed.HasMore()) {
+      m_askAt = After(PauseOfInput);
+      return false;
+    }
   }
   if (!m_inputIsToEnd) return false;
   m_inputIsOpen = !child.CloseInput();
@@ -226,33 +243,39 @@ void Running::TellInput(bool isGone) {
 void Running::Finish() {
   for (Output& output : m_outputs) {
     std::size_t budget = MostInPipes;
-    while (output.Forward(TheChild(), budget)) {
+    while (Forward(output, budget)) {
     }
-    output.Finish();
+    if (output.settings.kind == OutputSettings::Kind::Lines) output.lines.Finish(FunctionOf(output));
   }
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  m_isReaped = true;
   const std::optional<Exit> exit = TheChild().Reap();
   if (!exit) {
     throw Failure("java/processes/Running", __LINE__,
                   "The exit code of process " + std::to_string(m_id) + " is lost: " + Child::WhyLost());
   }
   m_outcome.exitCode = exit->code;
-  m_outcome.ended = m_cause.value_or(exit->bySignal ? Ended::Signalled : Ended::Exited);
+  m_outcome.ended = EndedBy(*exit);
+}
+
+// What was done to the program counts when it has ended by that, and not by itself in the same moment.
+Ended Running::EndedBy(const Exit& exit) const noexcept {
+  const bool byKill = m_isKilled && exit.code == CodeOfKilled;
+  if (m_cause == Ended::TimedOut) return Ended::TimedOut;
+  if (byKill) return Ended::Killed;
+  return m_cause.value_or(exit.bySignal ? Ended::Signalled : Ended::Exited);
 }
 
 // Hands on what there is, once, and takes it off the budget. Returns whether there can be more within the budget.
-bool Running::Output::Forward(Child& child, std::size_t& budget) {
-  const std::string_view piece = child.Read(stream);
-  if (settings.kind == OutputSettings::Kind::Lines) {
-    lines.Add(piece, settings.onLine);
+bool Running::Forward(Output& output, std::size_t& budget) {
+  const std::string_view piece = TheChild().Read(output.stream);
+  if (output.settings.kind == OutputSettings::Kind::Lines) {
+    output.lines.Add(piece, FunctionOf(output));
   } else {
-    captured.append(piece);
+    output.captured.append(piece);
   }
   budget -= std::min(budget, piece.size());
   return !piece.empty() && budget > 0;
-}
-
-void Running::Output::Finish() {
-  if (settings.kind == OutputSettings::Kind::Lines) lines.Finish(settings.onLine);
 }
 
 }  // namespace torvan::java::detail

@@ -40,11 +40,8 @@ Streams<typename System::Handle> MakeStreams(const StartPlan& plan) {
         streams.childs[i] = std::move(pipe.childs);
         break;
       }
-      case StreamPlan::Kind::File: {
-        const bool isShared = i == 2 && plan.streams[1].kind == stream.kind && plan.streams[1].file == stream.file;
-        streams.childs[i] =
-            isShared ? System::Duplicate(plan, streams.childs[1]) : System::Open(plan, stream.file, isInput);
-      }
+      case StreamPlan::Kind::File:
+        streams.childs[i] = System::Open(plan, stream.file, isInput);
     }
   }
   return streams;
