@@ -121,11 +121,13 @@ TORVAN_IN_CHILD int Become(void* argument) {
   return Fail(birth, Step::Execute);
 }
 
-// Ends at once and leaves its own child to the system.
+// Ends at once and leaves its own child to the system; one that never became a program is reaped here.
 TORVAN_IN_CHILD int BecomeParent(void* argument) {
   Birth& birth = *static_cast<Birth*>(argument);
   birth.id = __clone(Become, birth.stackOfSecond, CLONE_VM | CLONE_VFORK | SIGCHLD, argument);
-  return birth.id < 0 ? Fail(birth, Step::Clone) : 0;
+  if (birth.id < 0) return Fail(birth, Step::Clone);
+  if (birth.failed != Step::None) syscall(SYS_wait4, birth.id, nullptr, __WALL, nullptr);
+  return 0;
 }
 
 #undef TORVAN_IN_CHILD

@@ -3,6 +3,7 @@
 #include <pthread.h>
 #include <signal.h>
 #include <sys/epoll.h>
+#include <sys/prctl.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -145,6 +146,32 @@ TEST(ProcessHostTest, ItsEpollSetSeesNothing) {
   ASSERT_EQ(write(pipe[1], "x", 1), 1);
   EXPECT_EQ(epoll_wait(set, &event, 1, 1000), 1);
   for (const int descriptor : {set, pipe[0], pipe[1]}) close(descriptor);
+}
+
+// What is registered lasts until every copy of its descriptor is closed, those in programs included.
+TEST(ProcessHostTest, WhatItClosesLeavesItsEpollSetWhileAProgramRuns) {
+  const int set = epoll_create1(EPOLL_CLOEXEC);
+  int pipe[2];
+  ASSERT_EQ(::pipe(pipe), 0);  // not closed on execution
+  epoll_event event{};
+  event.events = EPOLLIN;
+  ASSERT_EQ(epoll_ctl(set, EPOLL_CTL_ADD, pipe[0], &event), 0);
+  const Process process = java::Start(Probe({"sleep", "60000"}));
+  ASSERT_EQ(write(pipe[1], "x", 1), 1);
+  EXPECT_EQ(epoll_wait(set, &event, 1, 1000), 1);
+  close(pipe[0]);
+  EXPECT_EQ(epoll_wait(set, &event, 1, 0), 0);
+  for (const int descriptor : {set, pipe[1]}) close(descriptor);
+}
+
+TEST(ProcessHostTest, HandlersOfFaultsRunOnAProgramsThread) {
+  sigset_t set;
+  sigemptyset(&set);
+  java::Start(Probe({"says", "x\n"}).OnOutputLine([&set](std::string_view) {
+    pthread_sigmask(SIG_SETMASK, nullptr, &set);
+  })).Wait();
+  for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGSYS}) EXPECT_EQ(sigismember(&set, fault), 0);
+  for (const int other : {SIGTERM, SIGCHLD, SIGPIPE, SIGUSR1}) EXPECT_EQ(sigismember(&set, other), 1);
 }
 
 int g_forks = 0;
@@ -294,6 +321,20 @@ TEST(ProcessHostTest, ADetachedProgramIsNoChild) {
   EXPECT_EQ(waitpid(id, nullptr, 0), -1);
   EXPECT_EQ(errno, ECHILD);
   EXPECT_EQ(getsid(id), id);
+}
+
+// What loses its parent becomes a child of such a host.
+TEST(ProcessHostTest, ADetachedProgramThatCannotStartLeavesNothingToASubreaper) {
+  ProbeHome();
+  ExpectInFork([] {
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    try {
+      Probe({}).Folder(ProbeHome() / "nowhere").Detached();
+      return false;
+    } catch (const java::StartFailure&) {
+      return waitpid(-1, nullptr, __WALL) == -1 && errno == ECHILD;
+    }
+  });
 }
 
 TEST(ProcessHostTest, AGrandchildWhoseParentHasEndedIsFoundInTheSession) {
