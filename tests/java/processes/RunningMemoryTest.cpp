@@ -81,6 +81,53 @@ TEST(RunningMemoryTest, AProcessWithoutMemoryLeavesNothing) {
             FewestSteps);
 }
 
+TEST(RunningMemoryTest, FunctionsWithoutMemoryLeaveNothing) {
+  std::string lines;
+  lines.reserve(100);
+  int calls = 0;
+  const java::Program program = Probe({"echo"})
+                                    .InputFrom([&calls]() -> std::optional<std::string> {
+                                      if (++calls > 2) return std::nullopt;
+                                      return std::string(40, 'x') + "\n";
+                                    })
+                                    .OnOutputLine([&lines](std::string_view line) { lines += line.substr(0, 2); });
+  EXPECT_GT(StepsUntilThereIsEnough([&] {
+              lines.clear();
+              calls = 0;
+              java::Run(program);
+              if (lines != "xxxx") std::abort();
+            }),
+            FewestSteps);
+}
+
+TEST(RunningMemoryTest, AnArgumentFileWithoutMemoryLeavesNothing) {
+  const std::filesystem::path folder = ProbeHome() / "temporary";
+  std::filesystem::create_directories(folder);
+  UseTemporaryFolder(folder);
+  // Too long for the system. The probe sees the name of the file, and no step.
+  const java::Program program = Probe({"arguments", std::string(200000, 'x')});
+  EXPECT_GT(StepsUntilThereIsEnough([&] {
+              try {
+                if (java::Run(program).exitCode != 0) std::abort();
+              } catch (const std::bad_alloc&) {
+                g_allocationsLeft = Never;
+                EXPECT_TRUE(std::filesystem::is_empty(folder));
+                throw;
+              }
+            }),
+            FewestSteps);
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST(RunningMemoryTest, ADetachedProgramWithoutMemoryLeavesNothing) {
+  const java::Program program = Probe({"exit", "0"});
+  EXPECT_GT(StepsUntilThereIsEnough([&program] {
+              const std::uint32_t id = program.Detached();
+              if (!Eventually([id] { return !Runs(id); })) std::abort();
+            }),
+            FewestSteps);
+}
+
 TEST(RunningMemoryTest, KillingNeedsNoMemory) {
   for (long steps = 0; steps < 3; ++steps) {
     Process process = java::Start(Probe({"sleep", "60000"}));

@@ -21,6 +21,9 @@ std::size_t MemoryNow();
 std::filesystem::path OwnProgram();
 unsigned long OwnId();
 
+// Where temporary files go from now on.
+void UseTemporaryFolder(const std::filesystem::path& folder);
+
 // Returns whether a process runs; false for one that has ended and waits to be reaped.
 bool Runs(unsigned long id);
 

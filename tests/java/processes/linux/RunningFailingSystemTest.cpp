@@ -9,8 +9,10 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <fstream>
 #include <set>
@@ -23,6 +25,9 @@ namespace {
 // The calls that are counted, in this process and in a child before it becomes a program, and the one that fails.
 std::atomic<long> g_left = -1;
 std::atomic<int> g_error = 0;
+std::atomic<bool> g_isTaken = false;
+// The least descriptor that the library has written a file by.
+std::atomic<int> g_leastWritten = INT_MAX;
 
 bool Fails() {
   if (g_left < 0 || g_left-- != 0) return false;
@@ -49,8 +54,26 @@ WRAPPED(int, poll, (pollfd* entries, nfds_t count, int time), (entries, count, t
 WRAPPED(ssize_t, read, (int from, void* to, std::size_t size), (from, to, size))
 WRAPPED(ssize_t, send, (int to, const void* from, std::size_t size, int flags), (to, from, size, flags))
 WRAPPED(int, mkostemp, (char* name, int flags), (name, flags))
+WRAPPED(int, shutdown, (int socket, int how), (socket, how))
 // clang-format on
 #undef WRAPPED
+
+// Fails in the one way that there is: other code has taken the child.
+int __real_waitid(idtype_t type, id_t id, siginfo_t* end, int options);
+int __wrap_waitid(idtype_t type, id_t id, siginfo_t* end, int options);
+int __wrap_waitid(idtype_t type, id_t id, siginfo_t* end, int options) {
+  const int result = __real_waitid(type, id, end, options);
+  if (!g_isTaken) return result;
+  errno = ECHILD;
+  return -1;
+}
+
+ssize_t __real_write(int to, const void* from, std::size_t size);
+ssize_t __wrap_write(int to, const void* from, std::size_t size);
+ssize_t __wrap_write(int to, const void* from, std::size_t size) {
+  g_leastWritten = std::min(g_leastWritten.load(), to);
+  return Fails() ? -1 : __real_write(to, from, size);
+}
 
 int __real_open(const char* path, int flags, mode_t mode);
 int __wrap_open(const char* path, int flags, ...);
@@ -143,6 +166,7 @@ TEST(RunningFailingSystemTest, ARunFailsWithTheStepThatFailed) {
   EXPECT_EQ(texts.count("Could not change to the folder \"" + ProbeHome().string() + "\"" + end), 1u);
   EXPECT_EQ(texts.count("Could not run \"" + (ProbeHome() / "bin" / "java").string() + "\": Input/output error"), 1u);
   EXPECT_GE(CountOf(texts, "Could not write the input of process "), 1u);
+  EXPECT_GE(CountOf(texts, "Could not wait for the end of process "), 1u);
   EXPECT_GE(CountOf(texts, "Could not read the output of process "), 1u);
 }
 
@@ -155,10 +179,37 @@ TEST(RunningFailingSystemTest, AProcessFailsWithTheStepThatFailed) {
   EXPECT_EQ(texts.count("Could not start a thread for the program: Resource temporarily unavailable"), 1u);
 }
 
+TEST(RunningFailingSystemTest, AnExitCodeThatOtherCodeHasTakenIsLost) {
+  ProbeHome();
+  const Held before = HeldNow();
+  g_isTaken = true;
+  const Process process = java::Start(Probe({"says", "x"}));
+  EXPECT_THROW(process.Wait(), java::Failure);
+  g_isTaken = false;
+  ExpectThrow<java::Failure>([&] { process.Wait(); },
+                             "The exit code of process " + std::to_string(process.Id()) +
+                                 " is lost: other code of this process waits for every child, and has taken it");
+  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
+  EXPECT_EQ(HeldNow().children, before.children);
+}
+
+TEST(RunningFailingSystemTest, TheArgumentFileOfAHostWithoutInputIsNotItsInput) {
+  ProbeHome();
+  const int input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  g_leastWritten = INT_MAX;
+  const int code = java::Run(Probe({std::string(200000, 'x')})).exitCode;
+  dup2(input, STDIN_FILENO);
+  close(input);
+  EXPECT_EQ(code, 0);
+  EXPECT_GT(g_leastWritten, STDERR_FILENO);
+  EXPECT_LT(g_leastWritten, INT_MAX);
+}
+
 TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
   const auto folder = ProbeHome() / "temporary";
   std::filesystem::create_directories(folder);
-  setenv("TMPDIR", folder.c_str(), 1);
+  UseTemporaryFolder(folder);
   const auto texts = FailEach(ENOSPC, [&folder] {
     const auto clean = [&folder] { return std::filesystem::is_empty(folder); };
     try {
@@ -170,7 +221,8 @@ TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
     EXPECT_TRUE(clean());
   });
   unsetenv("TMPDIR");
-  EXPECT_EQ(CountOf(texts, "Could not write the argument file \"" + folder.string() + "/java-arguments-"), 1u);
+  EXPECT_EQ(CountOf(texts, "Could not write the argument file \"" + folder.string() + "/java-arguments-"),
+            2u);  // made, written
 }
 
 TEST(RunningFailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {

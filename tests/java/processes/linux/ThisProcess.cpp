@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -39,6 +40,8 @@ std::size_t MemoryNow() {
 
 fs::path OwnProgram() { return fs::read_symlink("/proc/self/exe"); }
 unsigned long OwnId() { return static_cast<unsigned long>(getpid()); }
+
+void UseTemporaryFolder(const fs::path& folder) { setenv("TMPDIR", folder.c_str(), 1); }
 
 bool Runs(unsigned long id) {
   std::ostringstream text;
