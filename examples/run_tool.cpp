@@ -3,6 +3,7 @@
 #include <torvan/Java.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
@@ -24,6 +25,7 @@ namespace {
 // As timeout(1) has them; 0 to 123 and the ones above are the tool's own.
 constexpr int ExitTimedOut = 124;
 constexpr int ExitFailed = 125;
+constexpr int ExitOfSignal = 128;  // and its number
 
 constexpr const char* Usage =
     "usage: run_tool [OPTION]... JAR [ARGUMENT]...\n"
@@ -40,7 +42,7 @@ constexpr const char* Usage =
     "  --progress       shows the time while it runs\n"
     "  --help           prints this\n"
     "\n"
-    "The exit code is the tool's own; 125 if it could not be run.\n";
+    "Ctrl+C and SIGTERM end the tool, too. The exit code is the tool's own; 125 if it could not be run.\n";
 
 struct Request {
   java::Program program;
@@ -104,26 +106,46 @@ Request Parse(const std::vector<Text>& texts) {
   throw UserError("a jar or --class is missing; see --help");
 }
 
-// Captured at once, so that the tool's output and the progress do not mix.
-java::Outcome RunWithProgress(const java::Program& program) {
-  const java::Process process = java::Start(program);
+// The signal that asks this tool to end, if one has come.
+volatile std::sig_atomic_t g_signal = 0;
+void Remember(int signal) { g_signal = signal; }
+
+// In an orderly way, where that can be.
+void End(java::Process& process) try { process.Stop(5s); } catch (const java::Failure&) {
+  process.Kill();
+}
+
+// Captured at once, so that the tool's output and the progress do not mix. Java would outlive this tool on Linux.
+java::Outcome RunToItsEnd(const Request& request) {
+  std::signal(SIGINT, Remember);
+  std::signal(SIGTERM, Remember);
+  java::Process process = java::Start(request.program);
   const auto begin = std::chrono::steady_clock::now();
+  long long shown = 0;
   for (;;) {
-    if (const auto outcome = process.Wait(1s)) {
-      std::fprintf(stderr, "\r");
+    const auto outcome = process.Wait(100ms);
+    if (outcome) {
+      if (shown > 0) std::fprintf(stderr, "\r");
       return *outcome;
     }
+    if (g_signal != 0) End(process);
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin);
-    std::fprintf(stderr, "\rrun_tool: %lld s ", static_cast<long long>(seconds.count()));
+    if (!request.showsProgress || seconds.count() == shown) continue;
+    shown = seconds.count();
+    std::fprintf(stderr, "\rrun_tool: %lld s ", shown);
     std::fflush(stderr);
   }
 }
 
 int RunTool(const Request& request) {
-  const java::Outcome outcome = request.showsProgress ? RunWithProgress(request.program) : java::Run(request.program);
+  const java::Outcome outcome = RunToItsEnd(request);
   std::fwrite(outcome.output.data(), 1, outcome.output.size(), stdout);
   std::fflush(stdout);
   std::fwrite(outcome.error.data(), 1, outcome.error.size(), stderr);
+  if (g_signal != 0) {
+    std::fprintf(stderr, "run_tool: interrupted\n");
+    return ExitOfSignal + g_signal;
+  }
   if (outcome.ended == java::Ended::TimedOut) {
     std::fprintf(stderr, "run_tool: the tool took too long and was ended\n");
     return ExitTimedOut;

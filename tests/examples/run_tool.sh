@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Runs the example that runs a Java tool and compares what it prints: run_tool.sh PROGRAM CLASS-FOLDER JAR JAVA-HOME
-# The class folder and the jar hold ProcessProbe.
+# Runs the example that runs a Java tool and compares what it prints: run_tool.sh PROGRAM CLASS-FOLDER JAR JAVA-HOME SAXON
+# The class folder and the jar hold ProcessProbe; SAXON is the jar of an XSLT processor.
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$1"
-classes=$2 jar=$3 home=$4
+classes=$2 jar=$3 home=$4 saxon=$5
 export JAVA_HOME=$home
 
-expect 'help' 0 "usage: run_tool \[OPTION\]\.\.\. JAR \[ARGUMENT\]\.\.\.${any}The exit code is the tool's own; 125 if it could not be run\." --help
+expect 'help' 0 "usage: run_tool \[OPTION\]\.\.\. JAR \[ARGUMENT\]\.\.\.${any}Ctrl\+C and SIGTERM end the tool, too\. The exit code is the tool's own; 125 if it could not be run\." --help
 expect 'nothing' 125 'run_tool: a jar or --class is missing; see --help'
 expect 'no class' 125 'run_tool: a jar or --class is missing; see --help' --class
 expect 'unknown option' 125 "run_tool: '--wrong' is no option; see --help" --wrong x "$jar"
@@ -24,4 +24,39 @@ expect 'input' 0 'hcirüZ' --input "$folder/input" "$jar" reverse
 expect 'what Java complains about' 1 "Exception in thread \"main\" java\.lang\.IllegalArgumentException: wrong$any" "$jar" wrong
 expect 'a tool that takes too long' 124 'ready\nhookrun_tool: the tool took too long and was ended' --time 3 "$jar" stop
 expect 'progress' 124 'run_tool: 1 s run_tool: 2 s .*ready\nhookrun_tool: the tool took too long and was ended' --progress --time 3 "$jar" stop
+
+# A signal to this tool ends Java, too.
+for signal in TERM INT; do
+  "$program" "$jar" stop >"$folder/output" 2>&1 </dev/null &
+  tool=$!
+  for ((i = 0; i < 100; i++)); do
+    java=$(pgrep -P $tool) && grep -qz "$jar" "/proc/$java/cmdline" && sleep 2 && break
+    sleep 0.1
+  done
+  kill -$signal $tool
+  wait $tool
+  code=$?
+  printed=$(<"$folder/output")
+  if [ $code -eq $((128 + $(kill -l $signal))) ] && [ "$printed" = $'ready\nhookrun_tool: interrupted' ] &&
+     [ ! -e "/proc/$java" ]; then
+    passed=$((passed + 1))
+  else
+    fail "$signal: exit code $code; printed:" "$printed"
+  fi
+done
+
+# A tool of this machine: runs a style sheet on itself.
+if [ -e "$saxon" ]; then
+  cat >"$folder/answer.xsl" <<'EOF'
+<xsl:stylesheet version="2.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
+  <xsl:output method="text" encoding="UTF-8"/>
+  <xsl:param name="what"/>
+  <xsl:template match="/">Grüezi <xsl:value-of select="$what, string-join(for $i in 1 to 3 return string($i * $i), ' ')"/></xsl:template>
+</xsl:stylesheet>
+EOF
+  expect 'a tool of this machine' 0 'Grüezi Zürich 1 4 9' --vm -Xmx256m --time 60 "$saxon" \
+    "-xsl:$folder/answer.xsl" "-s:$folder/answer.xsl" 'what=Zürich'
+else
+  echo "the tool of this machine is left out: there is no '$saxon'. Run scripts/setup.sh."
+fi
 finish
