@@ -1,0 +1,77 @@
+// A fuzzer's checks without libFuzzer: inputs made of the words of its dictionary, the same in every run. By another
+// compiler than clang they find little that is new, but show at once when what held holds no more.
+//   replay DICTIONARY COUNT
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "fuzz/Fuzz.h"
+
+namespace {
+
+// The words of a dictionary: "..." a line, with \", \\ and \xNN.
+std::vector<std::string> ReadWords(const char* path) {
+  std::vector<std::string> words;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    if (line.size() < 2 || line[0] != '"') continue;
+    std::string word;
+    for (std::size_t i = 1; i + 1 < line.size(); ++i) {
+      if (line[i] != '\\') {
+        word += line[i];
+      } else if (line[i + 1] == 'x') {
+        word += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
+        i += 3;
+      } else {
+        word += line[++i];
+      }
+    }
+    words.push_back(word);
+  }
+  return words;
+}
+
+class Inputs {
+ public:
+  explicit Inputs(std::vector<std::string> words) : m_words(std::move(words)) {}
+
+  std::string Next() {
+    std::string input;
+    for (std::size_t left = Below(10); left > 0; --left) {
+      const std::size_t kind = Below(8);
+      input += kind == 0 ? std::string(1, static_cast<char>(Below(256))) : m_words[Below(m_words.size())];
+      if (kind == 1 && !input.empty()) input[Below(input.size())] = static_cast<char>(Below(256));
+      if (kind == 2) input += std::to_string(Below(100));
+    }
+    return input;
+  }
+
+ private:
+  std::size_t Below(std::size_t end) {
+    m_state = m_state * 6364136223846793005u + 1442695040888963407u;
+    return static_cast<std::size_t>(m_state >> 33) % end;
+  }
+
+  std::vector<std::string> m_words;
+  std::uint64_t m_state = 1;
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const std::vector<std::string> words = count == 3 ? ReadWords(arguments[1]) : std::vector<std::string>();
+  if (words.empty()) {
+    std::fprintf(stderr, "usage: replay DICTIONARY COUNT; a dictionary has words\n");
+    return 2;
+  }
+  Inputs inputs(words);
+  for (long left = std::atol(arguments[2]); left > 0; --left) {
+    const std::string input = inputs.Next();
+    LLVMFuzzerTestOneInput(reinterpret_cast<const unsigned char*>(input.data()), input.size());
+  }
+  std::printf("%s inputs\n", arguments[2]);
+  return 0;
+}
