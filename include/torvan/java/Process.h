@@ -19,7 +19,7 @@ class Running;
 // How a program ended.
 enum class Ended {
   Exited,     // by itself
-  Stopped,    // by itself, after Process::Stop() asked it to
+  Stopped,    // by itself, after Process::Stop() asked it to while it ran
   Killed,     // by Process::Kill(), or by a Stop() that had to
   TimedOut,   // by its time limit
   Signalled,  // by a signal that came from elsewhere; on Windows by an exception such as an access violation
@@ -36,7 +36,8 @@ struct Outcome {
 // A program that was started.
 // A thread of its own in this process reads and feeds it, keeps its time limit and cleans up when it has ended: from
 // then on no descriptor or handle is held, and no zombie is left. That thread takes no signals. Dropping a Process
-// whose program runs kills the program with all that it has started. Any thread may call any member at any time, but
+// whose program runs kills the program with all that it has started, at once, and waits until a function of the program
+// that is being called has returned; none is called after that. Any thread may call any member at any time, but
 // nothing else may run while it is moved or dropped. A process that the host forks must not use it (a Misuse) and may
 // drop it, which leaves the program alone.
 class Process {
@@ -67,7 +68,8 @@ class Process {
   // is impossible when this process has a console or the program shares it: then this throws a Failure, and the program
   // runs on. Called from a function of the program it asks and does not wait.
   void Stop(std::chrono::milliseconds grace = std::chrono::seconds(10));
-  // Ends the program and all that it has started, at once, and waits until the program is gone.
+  // Ends the program and all that it has started, at once, and waits until the program is gone and a function of it
+  // that is being called has returned. Called from such a function it does not wait.
   void Kill();
 
  private:
