@@ -3,6 +3,15 @@
 #include "java/runtimes/BinaryHeader.h"
 
 namespace torvan::java::detail {
+namespace {
+
+#if defined(__GLIBC__)
+constexpr const char* ForeignLibc = "musl";
+#else
+constexpr const char* ForeignLibc = "gnu";
+#endif
+
+}  // namespace
 
 const Places& UsualPlaces() {
   static const Places s_places{
@@ -39,6 +48,7 @@ const Layout& UsualLayout() {
        "lib/arm"},
       "ELF",
       CpuOfElf,
+      ForeignLibc,
   };
   return s_layout;
 }

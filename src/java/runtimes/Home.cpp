@@ -50,6 +50,10 @@ std::string ReadReleaseOf(const Machine& machine, const fs::path& home, Release&
   if (!text) return "its release file cannot be read";
   release = ReadRelease(*text);
   if (release.versionText.empty()) return "its release file tells no version";
+  if (!release.libc.empty() && release.libc == UsualLayout().foreignLibc) {
+    return "its release file tells that it is for the C library \"" + release.libc +
+           "\", which this program does not use";
+  }
   if (!release.version) return "its release file tells \"" + release.versionText + "\", which is not a version of Java";
   return {};
 }

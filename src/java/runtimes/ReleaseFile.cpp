@@ -68,6 +68,7 @@ Release ReadRelease(std::string_view file) {
   std::string_view version;
   std::string_view runtimeVersion;
   std::string_view vendor;
+  std::string_view libc;
   constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
   if (file.substr(0, ByteOrderMark.size()) == ByteOrderMark) file.remove_prefix(ByteOrderMark.size());
   while (!file.empty()) {
@@ -80,10 +81,12 @@ Release ReadRelease(std::string_view file) {
     if (key == "JAVA_VERSION") version = value;
     if (key == "JAVA_RUNTIME_VERSION") runtimeVersion = value;
     if (key == "IMPLEMENTOR") vendor = value;
+    if (key == "LIBC") libc = value;
   }
 
   Release release;
   release.vendor = Cleaned(vendor);
+  release.libc = Cleaned(libc);
   release.versionText = Cleaned(version);
   if (release.versionText.empty()) release.versionText = Cleaned(runtimeVersion);
   release.version = Version::TryParse(version);

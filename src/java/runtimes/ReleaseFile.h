@@ -14,6 +14,7 @@ struct Release {
   std::string versionText;         // empty when the file has none
   std::optional<Version> version;  // absent when the text is no version, too
   std::string vendor;              // empty when the file has none
+  std::string libc;                // "gnu", "musl"; empty when the file has none
 };
 
 // Reads the text of a release file: lines of KEY="VALUE". Of a key that comes twice the last line counts.

@@ -51,7 +51,7 @@ const Places& UsualPlaces() {
 
 const Layout& UsualLayout() {
   static const Layout s_layout{
-      "bin\\java.exe", "bin\\javac.exe", "jvm.dll", {"bin", "jre\\bin"}, "PE", CpuOfPe,
+      "bin\\java.exe", "bin\\javac.exe", "jvm.dll", {"bin", "jre\\bin"}, "PE", CpuOfPe, "",
   };
   return s_layout;
 }

@@ -126,6 +126,18 @@ TEST_F(HomeTest, WithoutAVersionItIsRefused) {
   EXPECT_EQ(ReasonOf("jdk"), "its release file tells \"seventeen\", which is not a version of Java");
 }
 
+TEST_F(HomeTest, OneForAnotherCLibraryIsRefused) {
+  machine.AddRuntime("jdk", "17");
+  for (const char* libc : {"", "gnu", "default", "musl"}) {
+    machine.AddFile("jdk/release", "JAVA_VERSION=\"17\"\nLIBC=\"" + std::string(libc) + "\"\n");
+    const bool isForeign = !OnWindows && libc == std::string("musl");
+    EXPECT_EQ(Read("jdk").reason, isForeign
+                                      ? "its release file tells that it is for the C library \"musl\", which this "
+                                        "program does not use"
+                                      : "");
+  }
+}
+
 TEST_F(HomeTest, OfAHugeReleaseFileTheFrontCounts) {
   machine.AddRuntime("jdk", "17");
   const std::string version = "JAVA_VERSION=\"21\"\n";
