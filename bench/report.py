@@ -152,7 +152,7 @@ def page(measured, facts, budgets, notes):
     jdks = list(measured)
     rows = budget_rows(measured, budgets["rows"])
     lines = ["# Performance", "",
-             "What the library costs beside the same work by hand. This page is made by `scripts/bench.sh`; nobody writes in it.",
+             "What the library costs beside the same work by hand. This page is made by `scripts/bench.sh`; it is not edited by hand.",
              "",
              *paragraph(f"Measured on {facts['date']}: {facts['machine']}; {facts['system']}; {facts['compiler']}, "
                         f"`{facts['build type']}`; " + ", ".join(facts["javas"][jdk] for jdk in jdks) + "."),
