@@ -12,6 +12,7 @@
 #include "java/Bindings.h"
 #include "java/ClassNames.h"
 #include "java/PathText.h"
+#include "java/PendingAside.h"
 #include "java/Reflection.h"
 
 namespace torvan::java {
@@ -111,31 +112,30 @@ void ClassLoader::Close() const {
                "a " + detail::NameOf(env, static_cast<jclass>(type.Get())) + " is no class loader that can be closed");
 }
 
-ContextClassLoader::ContextClassLoader(const ClassLoader& loader) : m_env(detail::CallEnv()) {
+ContextClassLoader::ContextClassLoader(const ClassLoader& loader) : m_attachment(detail::CallEnv()) {
+  JNIEnv* const env = m_attachment.Env();
   const detail::Bindings& bound = *detail::Bound();
-  const auto made = [this](jobject local) {
-    Local<Object> own = detail::Own<Object>(m_env, local);
-    detail::CheckPending(m_env);
+  const auto made = [env](jobject local) {
+    Local<Object> own = detail::Own<Object>(env, local);
+    detail::CheckPending(env);
     return own;
   };
-  m_thread = made(m_env->CallStaticObjectMethodA(bound.threadClass, bound.currentThread, nullptr));
-  m_before = made(m_env->CallObjectMethodA(m_thread.Get(), bound.getContextClassLoader, nullptr));
+  m_thread = made(env->CallStaticObjectMethodA(bound.threadClass, bound.currentThread, nullptr));
+  m_before = made(env->CallObjectMethodA(m_thread.Get(), bound.getContextClassLoader, nullptr));
   jvalue wanted{};
   wanted.l = loader.Loader().Get();
-  m_env->CallVoidMethodA(m_thread.Get(), bound.setContextClassLoader, &wanted);
-  detail::CheckPending(m_env);
+  env->CallVoidMethodA(m_thread.Get(), bound.setContextClassLoader, &wanted);
+  detail::CheckPending(env);
 }
 
 ContextClassLoader::~ContextClassLoader() {
-  if (detail::EnvIfAttached() != m_env) return;
-  // What raw JNI or the fixed interface left pending stays so: nothing may be called with it.
-  const detail::LocalScope pending(m_env, m_env->ExceptionOccurred());
-  m_env->ExceptionClear();
+  if (!m_attachment.IsHere()) return;
+  JNIEnv* const env = m_attachment.Env();
+  const detail::PendingAside pending(env);  // of raw JNI or the fixed interface
   jvalue before{};
   before.l = m_before.Get();
-  m_env->CallVoidMethodA(m_thread.Get(), detail::Bound()->setContextClassLoader, &before);
-  m_env->ExceptionClear();
-  if (pending.Get() != nullptr) m_env->Throw(static_cast<jthrowable>(pending.Get()));
+  env->CallVoidMethodA(m_thread.Get(), detail::Bound()->setContextClassLoader, &before);
+  env->ExceptionClear();
 }
 
 }  // namespace torvan::java

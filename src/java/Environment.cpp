@@ -5,6 +5,7 @@
 
 #include <cassert>
 #include <string>
+#include <thread>
 
 #include "java/Bindings.h"
 #include "java/Threads.h"
@@ -21,6 +22,27 @@ std::atomic<bool> s_hadVm{false};
 
 thread_local bool t_isCritical = false;
 
+std::atomic<std::uintptr_t> s_lastAttachment{0};
+std::atomic<int> s_entering{0};
+
+// A thread that asks the VM about itself, is attached or detached. Counts first: either the end of the VM waits for it,
+// or it finds none.
+class Entering {
+ public:
+  explicit Entering(const std::atomic<JavaVM*>& vm) noexcept {
+    s_entering.fetch_add(1);
+    m_vm = vm.load();
+  }
+  Entering(const Entering&) = delete;
+  Entering& operator=(const Entering&) = delete;
+  ~Entering() { s_entering.fetch_sub(1); }
+
+  JavaVM* Vm() const noexcept { return m_vm; }
+
+ private:
+  JavaVM* m_vm;
+};
+
 std::atomic<int> s_openMemory{0};
 thread_local int t_openMemory = 0;
 
@@ -33,15 +55,15 @@ void CountOpenMemory(int by) noexcept {
 
 void UseVm(JavaVM* vm) noexcept {
   if (vm == nullptr) EndCalls();
-  livingVm.store(vm, std::memory_order_release);
+  livingVm.store(vm);  // in one order with Entering
   if (vm == nullptr) return;
-  s_hadVm.store(true, std::memory_order_relaxed);
   runningVm.store(vm, std::memory_order_release);
 }
 
 void EndCalls() noexcept {
   threadEndsAreSeen.store(false, std::memory_order_relaxed);
-  runningVm.store(nullptr);  // in one order with OpenMemory
+  s_hadVm.store(true, std::memory_order_relaxed);  // also one that was never ours
+  runningVm.store(nullptr);                        // in one order with OpenMemory and Entering
 }
 
 // Counts first: either the end of the VM sees what is opened, or it is not opened any more.
@@ -75,7 +97,7 @@ void ThrowNoVm() {
 // Clears the cached environment, so that the next call runs the checks below; other calls cost nothing more.
 void EnterCritical() noexcept {
   t_isCritical = true;
-  ForgetEnv();
+  CacheEnv(nullptr);
 }
 void LeaveCritical() noexcept { t_isCritical = false; }
 
@@ -86,7 +108,8 @@ void RequireNotCritical() {
 
 JNIEnv* AskForEnv() noexcept {
   assert(!t_isCritical && "a reference is dropped while CriticalElements are open in this thread");
-  JavaVM* const vm = runningVm.load(std::memory_order_acquire);
+  const Entering entering(runningVm);
+  JavaVM* const vm = entering.Vm();
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
   // Also where other code attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
@@ -97,11 +120,13 @@ JNIEnv* AskForEnv() noexcept {
 }
 
 JNIEnv* AttachedEnv(const char* name, bool* attached) {
-  JavaVM* const vm = runningVm.load(std::memory_order_acquire);
-  if (vm == nullptr) ThrowNoVm();
+  RequireVm();
   RequireNotCritical();
   if (JNIEnv* env = AskForEnv()) return env;
 
+  const Entering entering(runningVm);
+  JavaVM* const vm = entering.Vm();
+  if (vm == nullptr) ThrowNoVm();
   std::string text(name != nullptr ? name : "");
   JavaVMAttachArgs arguments{JNI_VERSION_1_6, name != nullptr ? text.data() : nullptr, nullptr};
   void* made = nullptr;
@@ -121,8 +146,29 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   return env;
 }
 
+void RememberEnv(JNIEnv* env) noexcept {
+  if (AttachmentNumber() == 0) SetAttachmentNumber(s_lastAttachment.fetch_add(1, std::memory_order_relaxed) + 1);
+  CacheEnv(env);
+}
+
+void ForgetEnv() noexcept {
+  CacheEnv(nullptr);
+  SetAttachmentNumber(0);
+}
+
+void WaitForThreads() noexcept {
+  while (s_entering.load() != 0) std::this_thread::yield();
+}
+
+void ThrowOtherThread() {
+  throw Misuse("java/Environment", __LINE__,
+               "This Thread belongs to another thread, or to one that was detached meanwhile");
+}
+
+// Also while the end of the VM waits, which is over the sooner.
 void DetachThread() noexcept {
-  JavaVM* const vm = runningVm.load(std::memory_order_acquire);
+  const Entering entering(livingVm);
+  JavaVM* const vm = entering.Vm();
   void* env = nullptr;
   if (vm != nullptr && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK) vm->DetachCurrentThread();
   ForgetEnv();

@@ -8,18 +8,19 @@
 
 namespace torvan::java {
 
-LocalFrame::LocalFrame(int capacity) : m_env(detail::Env()) {
+LocalFrame::LocalFrame(int capacity) : m_attachment(detail::Env()) {
   if (capacity < 0) {
     throw Misuse("java/LocalFrame", __LINE__,
                  "A frame of " + std::to_string(capacity) + " local references cannot be made");
   }
-  if (m_env->PushLocalFrame(capacity) == JNI_OK) return;
-  detail::CheckPending(m_env);
+  JNIEnv* const env = m_attachment.Env();
+  if (env->PushLocalFrame(capacity) == JNI_OK) return;
+  detail::CheckPending(env);
   throw std::bad_alloc();
 }
 
 LocalFrame::~LocalFrame() {
-  if (detail::EnvIfAttached() == m_env) m_env->PopLocalFrame(nullptr);
+  if (m_attachment.IsHere()) m_attachment.Env()->PopLocalFrame(nullptr);
 }
 
 }  // namespace torvan::java

@@ -7,7 +7,7 @@
 namespace torvan::java {
 
 Thread::Thread(std::string_view name)
-    : m_env(detail::AttachedEnv(detail::ToModifiedUtf8(detail::ToUtf16(name)).c_str(), &m_detaches)) {}
+    : m_attachment(detail::AttachedEnv(detail::ToModifiedUtf8(detail::ToUtf16(name)).c_str(), &m_detaches)) {}
 
 void Thread::Detach() noexcept { detail::DetachThread(); }
 

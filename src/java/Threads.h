@@ -21,11 +21,19 @@ void DetachThread() noexcept;
 // Asks a VM to report each thread that leaves it, and its own end. One without JVMTI reports nothing.
 void WatchVm(JavaVM* vm) noexcept;
 
+// Caches the calling thread's environment, and numbers its attachment if it is a new one.
+void RememberEnv(JNIEnv* env) noexcept;
+// Forgets both: the thread leaves the VM.
+void ForgetEnv() noexcept;
+
+// Waits until no thread asks the VM about itself, is attached or detached. It has to be over for all of them before.
+void WaitForThreads() noexcept;
+
 // The system's part.
 
-// Forgets the calling thread's environment.
-void ForgetEnv() noexcept;
-void RememberEnv(JNIEnv* env) noexcept;
+// Keeps the environment and the number of the calling thread's attachment.
+void CacheEnv(JNIEnv* env) noexcept;
+void SetAttachmentNumber(std::uintptr_t number) noexcept;
 // Has DetachThread() called when the calling thread ends, or not.
 void DetachAtThreadEnd(bool detaches) noexcept;
 // Keeps the code of the layer loaded until the process ends: the VM and ending threads call it.

@@ -2,10 +2,13 @@
 #include <torvan/java/Failure.h>
 #include <torvan/java/Thread.h>
 
+#include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 
 #include "java/CountedVm.h"
+#include "java/Threads.h"
 #include "java/What.h"
 
 namespace tests {
@@ -16,10 +19,12 @@ using testing::IsEmpty;
 using torvan::java::Failure;
 using torvan::java::Misuse;
 using torvan::java::Thread;
+using torvan::java::detail::EndCalls;
 using torvan::java::detail::Env;
 using torvan::java::detail::EnvIfAttached;
 using torvan::java::detail::OpenMemory;
 using torvan::java::detail::UseVm;
+using torvan::java::detail::WaitForThreads;
 
 class EnvironmentTest : public CountedVmTest {
  protected:
@@ -139,7 +144,7 @@ TEST_F(EnvironmentTest, MemoryIsOpenUntilItIsGivenBackAndNoneIsOpenedAfterTheEnd
       EXPECT_FALSE(OpenMemory::IsOpenInThisThread());
       EXPECT_EQ(OpenMemory::Env(), nullptr);
     });
-    torvan::java::detail::EndCalls();
+    EndCalls();
     EXPECT_EQ(WhatOf<Misuse>([] { const OpenMemory late; }), "The Java VM has ended");
     EXPECT_TRUE(OpenMemory::IsOpen());
     EXPECT_EQ(EnvIfAttached(), nullptr);
@@ -149,6 +154,34 @@ TEST_F(EnvironmentTest, MemoryIsOpenUntilItIsGivenBackAndNoneIsOpenedAfterTheEnd
   }
   EXPECT_FALSE(OpenMemory::IsOpen());
   EXPECT_FALSE(OpenMemory::IsOpenInThisThread());
+}
+
+TEST_F(EnvironmentTest, AThreadThatEndsWhileTheEndOfTheVmWaitsIsDetached) {
+  Elsewhere([&] {
+    Env();
+    EndCalls();
+  });
+  EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
+TEST_F(EnvironmentTest, TheEndWaitsForThreadsThatAreJustDetached) {
+  std::atomic<bool> hasBegun{false};
+  std::atomic<bool> isDone{false};
+  jvm.On<&Invocation::DetachCurrentThread>([&] {
+    hasBegun = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    isDone = true;
+    return JNI_OK;
+  });
+  std::thread leaving([] {
+    isAttached = true;
+    Env();
+  });
+  while (!hasBegun) std::this_thread::yield();
+  UseVm(nullptr);
+  WaitForThreads();
+  EXPECT_TRUE(isDone);
+  leaving.join();
 }
 
 // In a process that never had a VM.

@@ -66,7 +66,7 @@ class ClassLoader {
 // Sets the calling thread's context class loader, and restores the one before at the end of its scope. Java's service
 // look-ups and many libraries find classes by it. The scopes of a thread must end in the reverse order. Throws Error,
 // and as Thread() does.
-class ContextClassLoader {
+class [[nodiscard]] ContextClassLoader {
  public:
   explicit ContextClassLoader(const ClassLoader& loader);
   ContextClassLoader(const ContextClassLoader&) = delete;
@@ -74,7 +74,7 @@ class ContextClassLoader {
   ~ContextClassLoader();
 
  private:
-  JNIEnv* m_env;
+  detail::Attachment m_attachment;
   Local<Object> m_thread;
   Local<Object> m_before;
 };

@@ -30,18 +30,19 @@ class Local {
   // The class of a handle's object is tested here, and not again at each call. Throws as Ref<T> and Thread() do.
   explicit Local(const Ref<T>& other) {
     if (!other) return;
-    m_env = detail::Env();
-    m_ref = detail::NewLocal(m_env, other.Get());
+    JNIEnv* const env = detail::Env();
+    m_attachment = detail::Attachment(env);
+    m_ref = detail::NewLocal(env, other.Get());
   }
 
-  Local(Local&& other) noexcept : m_env(other.m_env), m_ref(std::exchange(other.m_ref, nullptr)) {}
+  Local(Local&& other) noexcept : m_attachment(other.m_attachment), m_ref(std::exchange(other.m_ref, nullptr)) {}
   template <typename U>
-  Local(Local<U>&& other) noexcept : m_env(other.m_env), m_ref(std::exchange(other.m_ref, nullptr)) {
+  Local(Local<U>&& other) noexcept : m_attachment(other.m_attachment), m_ref(std::exchange(other.m_ref, nullptr)) {
     detail::RequireIsA<U, T>();
   }
   Local& operator=(Local&& other) noexcept {
     Local taken(std::move(other));
-    std::swap(m_env, taken.m_env);
+    std::swap(m_attachment, taken.m_attachment);
     std::swap(m_ref, taken.m_ref);
     return *this;
   }
@@ -53,8 +54,7 @@ class Local {
 
   // Drops the reference: this object is null afterwards.
   void Reset() noexcept {
-    // The environment of a thread that has left the VM must not be touched.
-    if (m_ref != nullptr && detail::EnvIfAttached() == m_env) m_env->DeleteLocalRef(m_ref);
+    if (m_ref != nullptr && m_attachment.IsHere()) m_attachment.Env()->DeleteLocalRef(m_ref);
     m_ref = nullptr;
   }
 
@@ -66,9 +66,9 @@ class Local {
   friend class Local;
   friend Local detail::Own<T>(JNIEnv* env, jobject local) noexcept;
 
-  Local(JNIEnv* env, jobject local) noexcept : m_env(env), m_ref(local) {}
+  Local(JNIEnv* env, jobject local) noexcept : m_attachment(env), m_ref(local) {}
 
-  JNIEnv* m_env = nullptr;
+  detail::Attachment m_attachment;
   jobject m_ref = nullptr;
 };
 

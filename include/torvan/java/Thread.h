@@ -8,15 +8,16 @@
 namespace torvan::java {
 
 // The calling thread, attached to the Java VM.
-// Every thread is attached when it first calls, and detached when it ends, without a Thread. Make one to name a thread
+// Every thread is attached when it first calls, and detached when it ends, without a Thread; so is one that other code
+// attached, once it has used the layer. Make one to name a thread
 // in Java, to detach it earlier, or to pass it as the first argument of calls, which saves each looking up the
 // environment. Use it in the thread that made it, within its scope.
-class Thread {
+class [[nodiscard]] Thread {
  public:
   // Attaches the calling thread if it is not attached. It stays attached until it ends.
   // Throws Misuse "No Java VM runs: call StartVm or JoinVm first" or "The Java VM has ended", and Failure when the VM
   // refuses the thread.
-  Thread() : m_env(detail::Env()) {}
+  Thread() : m_attachment(detail::Env()) {}
 
   // Attaches the calling thread under a name (UTF-8) if it is not attached, and then detaches it at the end of the
   // scope, which ends its local references. A thread that is attached keeps its name and stays attached.
@@ -29,20 +30,22 @@ class Thread {
     if (m_detaches) Detach();
   }
 
-  // The environment. Throws Misuse "The Java VM has ended" after the end.
+  // The environment. Throws Misuse "The Java VM has ended" after the end. Where asserts are on, also when it is used in
+  // another thread, or after its thread was detached.
   JNIEnv* Env() const {
     detail::RequireVm();
 #ifndef NDEBUG
     detail::RequireNotCritical();
+    if (!m_attachment.IsHere()) detail::ThrowOtherThread();
 #endif
-    return m_env;
+    return m_attachment.Env();
   }
 
  private:
   static void Detach() noexcept;
 
-  bool m_detaches = false;  // initialised before m_env, which sets it
-  JNIEnv* m_env;
+  bool m_detaches = false;  // initialised before the attachment, which sets it
+  detail::Attachment m_attachment;
 };
 
 }  // namespace torvan::java

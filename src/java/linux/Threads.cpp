@@ -5,6 +5,8 @@
 
 namespace torvan::java::detail {
 
+__thread std::uintptr_t t_attachmentNumber = 0;
+
 namespace {
 
 thread_local JNIEnv* t_env = nullptr;
@@ -33,8 +35,8 @@ JNIEnv* EnvIfAttached() noexcept {
   return AskForEnv();
 }
 
-void ForgetEnv() noexcept { t_env = nullptr; }
-void RememberEnv(JNIEnv* env) noexcept { t_env = env; }
+void CacheEnv(JNIEnv* env) noexcept { t_env = env; }
+void SetAttachmentNumber(std::uintptr_t number) noexcept { t_attachmentNumber = number; }
 
 void DetachAtThreadEnd(bool detaches) noexcept {
   const pthread_key_t key = KeyOfAttachedThreads();

@@ -8,6 +8,7 @@ namespace {
 
 // TlsGetValue, because thread_local is emulated by MinGW and costs several times as much.
 const DWORD s_envIndex = TlsAlloc();
+const DWORD s_numberIndex = TlsAlloc();
 
 // The process is ending: other threads are gone, and with them whatever locks they held.
 bool ProcessIsEnding() noexcept {
@@ -43,8 +44,12 @@ JNIEnv* EnvIfAttached() noexcept {
   return AskForEnv();
 }
 
-void ForgetEnv() noexcept { TlsSetValue(s_envIndex, nullptr); }
-void RememberEnv(JNIEnv* env) noexcept { TlsSetValue(s_envIndex, env); }
+std::uintptr_t AttachmentNumber() noexcept { return reinterpret_cast<std::uintptr_t>(TlsGetValue(s_numberIndex)); }
+
+void CacheEnv(JNIEnv* env) noexcept { TlsSetValue(s_envIndex, env); }
+void SetAttachmentNumber(std::uintptr_t number) noexcept {
+  TlsSetValue(s_numberIndex, reinterpret_cast<void*>(number));
+}
 
 void DetachAtThreadEnd(bool detaches) noexcept {
   const DWORD slot = SlotOfAttachedThreads();

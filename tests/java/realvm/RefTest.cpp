@@ -2,10 +2,12 @@
 #include <exception>
 #include <functional>
 #include <future>
+#include <optional>
 #include <thread>
 #include <vector>
 
 #include "java/realvm/OneVm.h"
+#include "java/realvm/Resident.h"
 
 namespace tests {
 namespace {
@@ -153,6 +155,27 @@ TEST_F(RefTest, LocalsThatStrayAreDroppedQuietly) {
   }).join();
 }
 
+// The thread gets the same environment again, and the references in the places of the earlier ones.
+TEST_F(RefTest, WhatIsOfAnEarlierAttachmentLeavesTheNextOneAlone) {
+  std::thread([] {
+    std::optional<java::Thread> thread(std::in_place, "first");
+    Local<Child> stray = New<Child>();
+    std::optional<java::ContextClassLoader> loader(java::ClassLoader::Platform());
+    std::optional<java::LocalFrame> frame(std::in_place);
+    thread.reset();
+    thread.emplace("second");
+    std::vector<Local<Child>> live;
+    for (int i = 0; i < 16; ++i) live.push_back(New<Child>());
+    stray.Reset();
+    frame.reset();
+    loader.reset();
+    for (const Local<Child>& local : live) {
+      EXPECT_EQ(java::detail::Env()->GetObjectRefType(local.Get()), JNILocalRefType);
+    }
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 1);
+  }).join();
+}
+
 TEST_F(RefTest, AThreadThatIsNotAttachedCopiesAndDropsAndStaysUnattached) {
   Global<Child> global(New<Child>());
   std::thread([moved = std::move(global)]() mutable {
@@ -186,15 +209,16 @@ TEST_F(RefTest, GoWhereverValuesGo) {
   }
 }
 
-// The VM has no room for 65,536 local references that are not deleted.
 TEST_F(RefTest, AMillionRoundsLeaveNothing) {
   const Local<Child> child = New<Child>();
   const Global<Child> global(child);
-  for (int i = 0; i < 1000000; ++i) {
-    const Local<Child> local(global);
-    const Global<Named> named(local);
-    const Weak<Child> weak(local);
-  }
+  ExpectGrowthToEnd(1024, [&] {
+    for (int i = 0; i < 200000; ++i) {
+      const Local<Child> local(global);
+      const Global<Named> named(local);
+      const Weak<Child> weak(local);
+    }
+  });
   EXPECT_EQ(NameOf(global), "child");
 }
 

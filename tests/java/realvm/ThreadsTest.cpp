@@ -1,6 +1,7 @@
 // Threads of the host in one VM.
 #include <atomic>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -40,6 +41,24 @@ TEST_F(ThreadsTest, AThousandThreadsLeaveNoneBehind) {
     InThreads(8, [] { EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -3), 3); });
   }
   EXPECT_EQ(CallStaticInt("fixture/Vms", "threads", "()I"), before);
+}
+
+TEST_F(ThreadsTest, AThreadThatIsUsedElsewhereIsFoundOutWithAssertions) {
+#ifdef NDEBUG
+  GTEST_SKIP() << "this build has no assertions";
+#else
+  const std::string text = "This Thread belongs to another thread, or to one that was detached meanwhile";
+  const java::Thread own;
+  EXPECT_EQ(own.Env(), Env());
+  InThreads(1, [&] {
+    EXPECT_EQ(WhatOf<java::Misuse>([&] { own.Env(); }), text);
+    std::optional<java::Thread> outer(std::in_place, "outer");
+    const java::Thread inner;
+    outer.reset();
+    Env();
+    EXPECT_EQ(WhatOf<java::Misuse>([&] { inner.Env(); }), text);
+  });
+#endif
 }
 
 TEST_F(ThreadsTest, ThreadsThatTheFixedInterfaceAttachedAreDetachedAtTheirEnd) {

@@ -4,6 +4,7 @@
 #include <torvan/jni/JniTypes.h>
 
 #include <atomic>
+#include <cstdint>
 
 namespace torvan::java::detail {
 
@@ -28,6 +29,42 @@ JNIEnv* Env();
 
 // The calling thread's environment if it is attached to a VM that runs, else null.
 JNIEnv* EnvIfAttached() noexcept;
+
+// Throws Misuse: "This Thread belongs to another thread, or to one that was detached meanwhile".
+[[noreturn]] void ThrowOtherThread();
+
+// The number of the calling thread's attachment to the VM; no two attachments have the same. 0 where there is none, or
+// where the VM does not report the threads that leave it.
+#ifdef _WIN32
+std::uintptr_t AttachmentNumber() noexcept;
+#else
+// Declared this way, the compiler knows that nothing initialises it, and reads it without a call.
+extern __thread std::uintptr_t t_attachmentNumber;
+inline std::uintptr_t AttachmentNumber() noexcept { return t_attachmentNumber; }
+#endif
+
+// A thread's attachment to the VM, which something belongs to. A thread that is detached and attached again, or another
+// one, may well get the same environment: that alone does not tell them apart.
+class Attachment {
+ public:
+  Attachment() noexcept = default;
+  // The calling thread's, of which this is the environment.
+  explicit Attachment(JNIEnv* env) noexcept : m_env(env), m_number(AttachmentNumber()) {}
+
+  JNIEnv* Env() const noexcept { return m_env; }
+
+  // Whether the calling thread has this attachment, and the VM runs. Otherwise the environment must not be touched.
+  bool IsHere() const noexcept {
+#ifndef NDEBUG
+    EnvIfAttached();  // asserts that no CriticalElements are open
+#endif
+    return m_number != 0 ? m_number == AttachmentNumber() && HasVm() : EnvIfAttached() == m_env;
+  }
+
+ private:
+  JNIEnv* m_env = nullptr;
+  std::uintptr_t m_number = 0;
+};
 
 // The start and the end of the calling thread's use of an array's own memory, in which JNI allows no call. Meanwhile
 // Env() throws Misuse "Java is called while CriticalElements are open in this thread".
