@@ -6,6 +6,8 @@
 #include <atomic>
 #include <string>
 
+#include "java/PendingAside.h"
+
 namespace torvan::java::detail {
 
 namespace {
@@ -82,6 +84,7 @@ const Bindings* Bound() noexcept { return s_bound.load(std::memory_order_acquire
 
 void Bind(JNIEnv* env) {
   if (Bound() != nullptr) return;
+  const PendingAside pending(env);
   static Bindings bindings{};
   for (const ClassRow& row : Classes) {
     bindings.*row.place = static_cast<jclass>(Kept(env, env->FindClass(row.name), row.name));

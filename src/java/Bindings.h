@@ -38,7 +38,7 @@ struct Bindings {
 const Bindings* Bound() noexcept;
 
 // Finds everything in the VM of the environment. The class loader is the calling thread's context class loader, or the
-// system's where the thread has none. Throws StartFailure when the VM lacks any of it; nothing is left pending.
+// system's where the thread has none. Throws StartFailure when the VM lacks any of it. What is pending stays so.
 void Bind(JNIEnv* env);
 
 // Sets the context class loader of the calling thread, which was just attached, to that of Java's own threads: service

@@ -7,6 +7,7 @@
 
 #include "java/Bindings.h"
 #include "java/ErrorReader.h"
+#include "java/PendingAside.h"
 
 namespace torvan::java {
 
@@ -25,7 +26,9 @@ std::string Error::StackTrace() const {
   if (m_facts->trace.has_value()) return *m_facts->trace;
   const std::string unread = std::string(what()) + "\n\t(the stack trace was not read: ";
   if (!detail::HasVm()) return unread + "the Java VM has ended)\n";
-  m_facts->trace = ErrorReader(detail::Env()).Trace(m_facts->throwable.Get());
+  JNIEnv* const env = detail::Env();
+  const detail::PendingAside pending(env);
+  m_facts->trace = ErrorReader(env).Trace(m_facts->throwable.Get());
   return m_facts->trace.value_or(unread + "Java failed to print it)\n");
 }
 
@@ -33,6 +36,7 @@ std::optional<Error> Error::Cause() const {
   const std::lock_guard<std::mutex> guard(m_facts->lock);
   if (m_facts->cause.has_value()) return *m_facts->cause;
   JNIEnv* const env = detail::Env();
+  const detail::PendingAside pending(env);
   jobject const own = m_facts->throwable.Get();
   const detail::LocalScope cause(env, env->CallObjectMethodA(own, detail::Bound()->getCause, nullptr));
   detail::CheckPending(env);

@@ -11,6 +11,7 @@
 
 #include "java/Bindings.h"
 #include "java/PathText.h"
+#include "java/PendingAside.h"
 #include "java/Threads.h"
 #include "java/VmLibrary.h"
 #include "java/VmState.h"
@@ -31,6 +32,25 @@ jni::CJavaVm HandleOf(const VmLibrary& library, jint jniVersion) {
   mirel::util::CVector<jni::CJavaVm> vms(1, 1);
   runtime.GetCreatedJavaVms(vms);
   return vms[0];
+}
+
+// Before the lock is waited for.
+void RequireNotEnding() {
+  if (TheVm().ending.load() != nullptr) detail::ThrowNoVm();
+}
+
+// Whether the end of the VM may wait for the calling thread: one that is attached, but not by the layer.
+bool IsShutdownHook() {
+  JavaVM* const vm = TheVm().ending.load();
+  void* env = nullptr;
+  return vm != nullptr && detail::AttachmentNumber() == 0 && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
+}
+
+JavaVM* VmOf(JNIEnv* env) {
+  const detail::PendingAside pending(env);
+  JavaVM* vm = nullptr;
+  env->GetJavaVM(&vm);
+  return vm;
 }
 
 JavaVM* VmOf(const VmLibrary& library) {
@@ -57,18 +77,19 @@ void detail::TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniV
 }
 
 Vm JoinVm() {
+  RequireNotEnding();
   JavaVM* const vm = VmOf(detail::LoadedVmLibrary());
   if (vm == nullptr) throw StartFailure("java/Vm", __LINE__, "No Java VM runs in this process");
   return JoinVm(vm);
 }
 
 Vm JoinVm(const jni::CJavaVm& vm) {
-  JavaVM* raw = nullptr;
-  vm.Attach()->GetJavaVM(&raw);
-  return JoinVm(raw);
+  RequireNotEnding();
+  return JoinVm(VmOf(vm.Attach()));
 }
 
 Vm JoinVm(JavaVM* vm) {
+  RequireNotEnding();
   const std::lock_guard<std::recursive_mutex> guard(TheVm().lock);
   if (TheVm().end.has_value()) detail::ThrowNoVm();
   if (detail::runningVm.load(std::memory_order_acquire) == vm && vm != nullptr) return Vm(false);
@@ -77,7 +98,12 @@ Vm JoinVm(JavaVM* vm) {
   if (!wasAttached && (vm == nullptr || vm->AttachCurrentThreadAsDaemon(&env, nullptr) != JNI_OK)) {
     throw StartFailure("java/Vm", __LINE__, "The Java VM does not attach this thread");
   }
-  detail::TakeVm(vm, static_cast<JNIEnv*>(env), detail::LoadedVmLibrary(), JNI_VERSION_1_6);
+  try {
+    detail::TakeVm(vm, static_cast<JNIEnv*>(env), detail::LoadedVmLibrary(), JNI_VERSION_1_6);
+  } catch (...) {
+    if (!wasAttached) vm->DetachCurrentThread();
+    throw;
+  }
   if (!wasAttached) {
     // Once more, as every thread that calls is attached.
     vm->DetachCurrentThread();
@@ -109,6 +135,7 @@ const jni::CJavaVm& Vm::Handle() const noexcept { return *TheVm().handle; }
 void Vm::Release() noexcept { m_owns = false; }
 
 VmEnd Vm::End(std::chrono::milliseconds grace) {
+  if (IsShutdownHook()) detail::ThrowNoVm();
   const std::lock_guard<std::recursive_mutex> guard(TheVm().lock);
   if (TheVm().end.has_value()) return *TheVm().end;
   if (!m_owns) {
@@ -121,12 +148,12 @@ VmEnd Vm::End(std::chrono::milliseconds grace) {
 }
 
 VmEnd EndVm(const jni::CJavaVm& vm, std::chrono::milliseconds grace) {
+  RequireNotEnding();
   const std::lock_guard<std::recursive_mutex> guard(TheVm().lock);
   if (TheVm().end.has_value()) return *TheVm().end;
   JNIEnv* const env = vm.Attach();
-  JavaVM* raw = nullptr;
-  env->GetJavaVM(&raw);
-  return detail::EndNow(raw, env, grace);
+  detail::Bind(env);  // what Java throws meanwhile can be read even if the VM was never joined
+  return detail::EndNow(VmOf(env), env, grace);
 }
 
 }  // namespace torvan::java

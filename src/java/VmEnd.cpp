@@ -3,8 +3,13 @@
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Pending.h>
 
+#include <algorithm>
+#include <exception>
+#include <optional>
 #include <thread>
+#include <utility>
 
+#include "java/PendingAside.h"
 #include "java/Threads.h"
 #include "java/VmState.h"
 
@@ -44,7 +49,7 @@ class JavaThreads {
   bool OthersRun() {
     try {
       return AskForOthers();
-    } catch (const Failure&) {
+    } catch (const std::exception&) {
       return true;
     }
   }
@@ -96,8 +101,12 @@ class JavaThreads {
 // Also for C++ to close what it has open of Java's memory: it may be written, and the garbage collector may wait for
 // it.
 bool WaitForOthers(JavaThreads& threads, std::chrono::milliseconds grace) {
-  constexpr std::chrono::milliseconds step{5};
-  for (const auto end = Clock::now() + grace; OpenMemory::IsOpen() || threads.OthersRun();) {
+  using Milliseconds = std::chrono::milliseconds;
+  constexpr Milliseconds step{5};
+  const auto start = Clock::now();
+  const auto longest = std::chrono::duration_cast<Milliseconds>(Clock::time_point::max() - start);
+  for (const auto end = start + std::clamp(grace, Milliseconds(0), longest);
+       OpenMemory::IsOpen() || threads.OthersRun();) {
     if (Clock::now() >= end) return false;
     std::this_thread::sleep_for(step);
   }
@@ -106,13 +115,40 @@ bool WaitForOthers(JavaThreads& threads, std::chrono::milliseconds grace) {
 
 // What the VM itself calls when it is destroyed.
 void RunShutdownHooks(JNIEnv* env) {
-  jclass const shutdown = env->FindClass("java/lang/Shutdown");
+  const LocalScope found(env, env->FindClass("java/lang/Shutdown"));
   CheckPending(env);
+  const auto shutdown = static_cast<jclass>(found.Get());
   const jmethodID run = env->GetStaticMethodID(shutdown, "shutdown", "()V");
   CheckPending(env);
   env->CallStaticVoidMethodA(shutdown, run, nullptr);
   CheckPending(env);
 }
+
+// The local references of the end itself. Where Java has no memory for a frame there is none.
+class Frame {
+ public:
+  explicit Frame(JNIEnv* env) noexcept : m_env(env), m_isThere(env->PushLocalFrame(32) == JNI_OK) {
+    if (!m_isThere) env->ExceptionClear();
+  }
+  Frame(const Frame&) = delete;
+  Frame& operator=(const Frame&) = delete;
+  ~Frame() {
+    if (m_isThere) m_env->PopLocalFrame(nullptr);
+  }
+
+ private:
+  JNIEnv* m_env;
+  bool m_isThere;
+};
+
+// A scope in which other threads see that the VM ends.
+class Ending {
+ public:
+  explicit Ending(JavaVM* vm) noexcept { TheVm().ending = vm; }
+  Ending(const Ending&) = delete;
+  Ending& operator=(const Ending&) = delete;
+  ~Ending() { TheVm().ending = nullptr; }
+};
 
 }  // namespace
 
@@ -120,28 +156,30 @@ VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
   if (OpenMemory::IsOpenInThisThread()) {
     throw Misuse("java/VmEnd", __LINE__, "The Java VM cannot be ended while Elements are open in this thread");
   }
-  CheckPending(env);
-  if (env->PushLocalFrame(32) != JNI_OK) CheckPending(env);
+  std::optional<Frame> frame(std::in_place, env);
+  PendingAside pending(env);
   JavaThreads threads(env);
   if (threads.IsInJava()) {
-    env->PopLocalFrame(nullptr);
     throw Misuse("java/VmEnd", __LINE__, "The Java VM cannot be ended by a thread that Java has called");
   }
+  pending.Drop();
   EndCalls();
-  ForgetEnv();
+  const Ending ending(vm);
+  const bool isAlone = WaitForOthers(threads, grace);
+  frame.reset();
   VmState& state = TheVm();
-  if (!WaitForOthers(threads, grace)) {
+  state.end = isAlone ? VmEnd::Destroyed : VmEnd::LeftRunning;
+  if (!isAlone) {
     RunShutdownHooks(env);
-    env->PopLocalFrame(nullptr);
-    state.end = VmEnd::LeftRunning;
-  } else {
-    UseVm(nullptr);
-    // As a thread that is not attached: the VM takes one that is for a daemon in native code, and waits for it.
-    vm->DetachCurrentThread();
-    vm->DestroyJavaVM();
-    state.end = VmEnd::Destroyed;
+    return VmEnd::LeftRunning;
   }
-  return *state.end;
+  UseVm(nullptr);
+  ForgetEnv();
+  WaitForThreads();
+  // As a thread that is not attached: the VM takes one that is for a daemon in native code, and waits for it.
+  vm->DetachCurrentThread();
+  vm->DestroyJavaVM();
+  return VmEnd::Destroyed;
 }
 
 }  // namespace torvan::java::detail

@@ -93,13 +93,15 @@ JavaVMOption HookOption(const char* name, Function function) {
 
 }  // namespace
 
-std::vector<JavaVMOption> BeginStart(HostHooks host) {
+void BeginStart(HostHooks host, std::vector<JavaVMOption>& options) noexcept {
   Hooks& hooks = TheHooks();
   const std::lock_guard<std::mutex> guard(hooks.lock);
   hooks.host = std::move(host);
   hooks.isStarting = true;
   hooks.kept.clear();
-  return {HookOption("vfprintf", &OnPrint), HookOption("exit", &OnExit), HookOption("abort", &OnAbort)};
+  options.push_back(HookOption("vfprintf", &OnPrint));
+  options.push_back(HookOption("exit", &OnExit));
+  options.push_back(HookOption("abort", &OnAbort));
 }
 
 void PrintKept() {

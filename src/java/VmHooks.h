@@ -3,6 +3,7 @@
 
 #include <torvan/jni/JniTypes.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -17,9 +18,11 @@ struct HostHooks {
   std::function<void(std::string_view)> onOutput;
 };
 
-// Takes the host's functions and begins to keep what the VM prints; returns the options that name the hooks. They come
-// first, so that what the VM says about the others is seen.
-std::vector<JavaVMOption> BeginStart(HostHooks hooks);
+inline constexpr std::size_t HookCount = 3;
+
+// Takes the host's functions and begins to keep what the VM prints; adds the options that name the hooks, for which
+// there is room. They come first, so that what the VM says about the others is seen.
+void BeginStart(HostHooks hooks, std::vector<JavaVMOption>& options) noexcept;
 
 // Stops keeping it. After a success the kept text is printed; after a failure it is returned, and the host's functions
 // are dropped.

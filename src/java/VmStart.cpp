@@ -61,11 +61,13 @@ std::string OneLine(const std::string& printed) {
   return line;
 }
 
+[[noreturn]] void ThrowEnded() {
+  throw StartFailure("java/VmStart", __LINE__, "The Java VM has ended; a process can have one, and only once");
+}
+
 void RequireNoVm() {
   const std::string reason = "This process has a Java VM already; a process can have one, and only once";
-  if (detail::TheVm().end.has_value()) {
-    throw StartFailure("java/VmStart", __LINE__, "The Java VM has ended; a process can have one, and only once");
-  }
+  if (detail::TheVm().end.has_value()) ThrowEnded();
   if (detail::HasVm()) throw StartFailure("java/VmStart", __LINE__, reason);
   const VmLibrary loaded = detail::LoadedVmLibrary();
   JavaVM* vm = nullptr;
@@ -81,11 +83,11 @@ void RequireNoVm() {
 class VmStart {
  public:
   VmStart(const VmSettings& settings, const VmLibrary& library)
-      : m_library(library),
-        m_jniVersion(settings.m_jniVersion),
-        m_options(settings, library.path),
-        m_records(detail::BeginStart({settings.m_onExit, settings.m_onAbort, settings.m_onOutput})) {
+      : m_library(library), m_jniVersion(settings.m_jniVersion), m_options(settings, library.path) {
     for (const std::string& text : m_options.Texts()) m_encoded.push_back(detail::OptionText(text));
+    // Last, because nothing may fail between this and the creation.
+    m_records.reserve(m_encoded.size() + detail::HookCount);
+    detail::BeginStart({settings.m_onExit, settings.m_onAbort, settings.m_onOutput}, m_records);
     for (std::string& text : m_encoded) m_records.push_back({text.data(), nullptr});
   }
 
@@ -120,6 +122,7 @@ class VmStart {
 };
 
 Vm StartVm(const VmSettings& settings) {
+  if (detail::TheVm().ending.load() != nullptr) ThrowEnded();  // before the lock is waited for
   const std::lock_guard<std::recursive_mutex> guard(detail::TheVm().lock);
   RequireNoVm();
   const VmLibrary library = detail::LoadVmLibrary(VmOptions::LibraryOf(settings));

@@ -3,6 +3,7 @@
 
 #include <torvan/java/Vm.h>
 
+#include <atomic>
 #include <mutex>
 #include <optional>
 
@@ -10,6 +11,8 @@ namespace torvan::java::detail {
 
 struct VmState {
   std::recursive_mutex lock;  // one start or end at a time; shutdown hooks may come back here on the same thread
+  // The VM while it ends, else null. A shutdown hook must not wait for the lock then, because the end waits for it.
+  std::atomic<JavaVM*> ending{nullptr};
   std::optional<jni::CJavaVm> handle;
   std::optional<VmEnd> end;
 };

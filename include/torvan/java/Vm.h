@@ -35,8 +35,11 @@ class Vm {
   // when the grace is over, Java's shutdown hooks run, and data is saved. May be called on any thread; when the VM has
   // ended already, returns the same again. Elements and CriticalElements that other threads have open are waited for as
   // threads of Java's are, and what is written in them arrives, even after the grace. A thread that is inside a call at
-  // that moment does not return from it. Throws Misuse when the calling thread was called by Java or has Elements open
-  // itself, and when the VM was joined or released.
+  // that moment does not return from it. The grace may be as long as the type allows. An exception that is pending in
+  // the calling thread is dropped, because an end that was refused for it could not be made up for in the destructor.
+  // Throws Misuse when the calling thread was called by Java or has Elements open itself, when the VM was joined or
+  // released, and in a shutdown hook: "The Java VM has ended". Throws Error when Java cannot tell its threads or run
+  // its hooks.
   VmEnd End(std::chrono::milliseconds grace = DefaultGrace);
 
   // Lets the VM run until the process ends. Its shutdown hooks do not run then unless Java itself ends the process.
@@ -58,12 +61,13 @@ class Vm {
 // setting (named), or what the VM itself said. What the VM does not survive and cannot be checked before (a file that
 // is no agent, contradicting options) ends the process with exit code 1: what the VM prints goes to OnOutput or the
 // standard error stream, and then OnExit is called.
-Vm StartVm(const VmSettings& settings = VmSettings());
+[[nodiscard]] Vm StartVm(const VmSettings& settings = VmSettings());
 
 // Joins the Java VM that runs in this process, which keeps running when the Vm is dropped.
 // For a host's library that Java has loaded, and for hosts that created the VM otherwise. Classes are found through the
 // calling thread's context class loader, or the system's where it has none. It may be joined again.
-// Throws StartFailure when no VM runs here.
+// An exception that is pending stays so. Throws StartFailure when no VM runs here, and Misuse "The Java VM has ended"
+// once its end has begun, so also in a shutdown hook.
 Vm JoinVm();
 Vm JoinVm(const jni::CJavaVm& vm);
 Vm JoinVm(JavaVM* vm);
@@ -71,8 +75,8 @@ Vm JoinVm(JavaVM* vm);
 // Ends a VM that a host of the fixed interface has created, as Vm::End() does. Handles of that interface may live on.
 // That interface attaches threads as non-daemons: such a thread is waited for even after it has ended, unless
 // CJavaVm::Detach() was called in it.
-// Throws Misuse when the calling thread was called by Java or has Elements open, and CJavaVmException when it cannot be
-// attached.
+// Throws as Vm::End() does, CJavaVmException when the calling thread cannot be attached, and StartFailure when the VM
+// lacks a class of Java's own.
 VmEnd EndVm(const jni::CJavaVm& vm, std::chrono::milliseconds grace = DefaultGrace);
 
 }  // namespace torvan::java

@@ -48,6 +48,8 @@ class VmSettings {
   // The version of JNI that the runtime has to support, JNI_VERSION_1_6 by default.
   VmSettings& JniVersion(jint version);
 
+  // The three functions must not throw, which ends the process: the VM calls them.
+
   // Called with the exit code before Java ends the process (System.exit). The process ends when it returns.
   VmSettings& OnExit(std::function<void(jint)> function);
 
@@ -55,7 +57,7 @@ class VmSettings {
   VmSettings& OnAbort(std::function<void()> function);
 
   // Called with all that the VM itself prints, piece by piece, instead of the standard streams.
-  // That does not include what Java's System.out prints.
+  // That does not include what Java's System.out prints. Several threads may call it at once.
   VmSettings& OnOutput(std::function<void(std::string_view)> function);
 
  private:

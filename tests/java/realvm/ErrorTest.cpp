@@ -238,6 +238,21 @@ TEST_F(ErrorTest, ACallThatFindsAnExceptionPendingThrowsIt) {
 
 static_assert(std::is_nothrow_copy_constructible_v<Error> && std::is_nothrow_copy_assignable_v<Error>);
 
+TEST_F(ErrorTest, WhatIsPendingStaysSoWhileAnotherErrorIsRead) {
+  const Error error = Caught("endlessCauses");
+  JNIEnv* const env = java::detail::Env();
+  env->ThrowNew(static_cast<jclass>(java::detail::ClassOf<RuntimeException>(env)), "left pending");
+  const std::string trace = error.StackTrace();
+  EXPECT_EQ(env->ExceptionCheck(), JNI_TRUE);
+  const auto cause = error.Cause();
+  EXPECT_EQ(env->ExceptionCheck(), JNI_TRUE);
+  const auto pending = java::TakePending();
+  ASSERT_TRUE(pending.has_value());
+  EXPECT_STREQ(pending->what(), "java.lang.RuntimeException: left pending");
+  EXPECT_THAT(trace, StartsWith(error.what()));
+  EXPECT_TRUE(cause.has_value());
+}
+
 }  // namespace
 
 }  // namespace tests

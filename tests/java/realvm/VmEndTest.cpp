@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "java/realvm/CountedReferences.h"
 #include "java/realvm/OwnProcess.h"
 
 namespace tests {
@@ -31,7 +32,7 @@ TEST(VmEndTest, TheDestructorEndsTheVmAndItsHooksRun) {
     }
     EXPECT_EQ(note.Text(), "hook");
     EXPECT_EQ(WhatOf<Misuse>([] { java::Thread(); }), "The Java VM has ended");
-    EXPECT_EQ(WhatOf<java::StartFailure>([] { StartVm(FixtureSettings()); }),
+    EXPECT_EQ(WhatOf<java::StartFailure>([] { const Vm second = StartVm(FixtureSettings()); }),
               "The Java VM has ended; a process can have one, and only once");
     EXPECT_EQ(WhatOf<java::StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process");
   });
@@ -44,6 +45,105 @@ TEST(VmEndTest, EndingItAgainTellsTheSame) {
     EXPECT_EQ(vm.End(), VmEnd::Destroyed);
     EXPECT_LT(Clock::now() - start, 5s);
     EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+  });
+}
+
+void ThrowPending(JNIEnv* env) { env->ThrowNew(env->FindClass("java/lang/IllegalStateException"), "left pending"); }
+
+TEST(VmEndTest, AnExceptionThatIsPendingDoesNotKeepItFromEnding) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    {
+      const Vm vm = StartVm(FixtureSettings());
+      AddHook(note);
+      ThrowPending(java::detail::Env());
+    }
+    EXPECT_EQ(note.Text(), "hook");
+  });
+}
+
+TEST(VmEndTest, AFailureOfJavasLeavesNothingAndTheEndCanBeTriedAgain) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    Vm vm = StartVm(FixtureSettings());
+    AddHook(note);
+    for (int step = 1; step <= 2; ++step) {
+      const CountedReferences counted(java::detail::Env());
+      CountedReferences::FailAt(step);
+      EXPECT_EQ(WhatOf<java::Error>([&] { vm.End(); }), "java.lang.OutOfMemoryError: as the test wants");
+      EXPECT_EQ(counted.Locals(), 0);
+    }
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+    EXPECT_EQ(note.Text(), "hook");
+  });
+}
+
+TEST(VmEndTest, TheGraceMayBeAsLongAsItsTypeAllows) {
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    CallStaticInt("fixture/Vms", "runFor", "(I)I", 200);
+    EXPECT_EQ(vm.End(std::chrono::milliseconds::max()), VmEnd::Destroyed);
+  });
+  InProcessOfItsOwn([] {
+    Vm vm = StartVm(FixtureSettings());
+    CallStaticInt("fixture/Vms", "runFor", "(I)I", 600000);
+    EXPECT_EQ(vm.End(std::chrono::milliseconds::min()), VmEnd::LeftRunning);
+  });
+}
+
+// What the layer says to a shutdown hook, which the end of the VM waits for.
+struct SaidToHook {
+  Vm* vm = nullptr;
+  std::vector<std::string> texts;
+};
+SaidToHook& TheHook() {
+  static SaidToHook said;
+  return said;
+}
+jint JNICALL AskInHook(JNIEnv*, jclass, jint) {
+  Vm& vm = *TheHook().vm;
+  TheHook().texts = {WhatOf<Misuse>([] { java::JoinVm(); }), WhatOf<Misuse>([&] { java::JoinVm(vm.Handle()); }),
+                     WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }), WhatOf<Misuse>([&] { vm.End(); }),
+                     WhatOf<java::StartFailure>([] { const Vm second = StartVm(); })};
+  return 0;
+}
+
+void EndWithAHookThatAsks(int milliseconds, VmEnd expected) {
+  Vm vm = StartVm(FixtureSettings());
+  TheHook().vm = &vm;
+  JNIEnv* const env = java::detail::Env();
+  const auto type = java::Adopt<java::Class>(java::detail::LoadClass(env, "fixture/Work"));
+  char name[] = "callBack";
+  char signature[] = "(I)I";
+  const JNINativeMethod method = {name, signature, reinterpret_cast<void*>(&AskInHook)};
+  if (env->RegisterNatives(static_cast<jclass>(type.Get()), &method, 1) != JNI_OK) return;  // the bridge refuses it
+  java::CallStatic<void>("fixture/Work", "callBackAtEnd", 1);
+  CallStaticInt("fixture/Vms", "runFor", "(I)I", milliseconds);
+  EXPECT_EQ(vm.End(500ms), expected);
+  const std::string ended = "The Java VM has ended";
+  EXPECT_THAT(TheHook().texts,
+              testing::ElementsAre(ended, ended, ended, ended, ended + "; a process can have one, and only once"));
+}
+
+TEST(VmEndTest, AShutdownHookIsToldAndDoesNotWait) {
+  InProcessOfItsOwn([] { EndWithAHookThatAsks(0, VmEnd::Destroyed); });
+  InProcessOfItsOwn([] { EndWithAHookThatAsks(600000, VmEnd::LeftRunning); });
+}
+
+TEST(VmEndTest, AThreadThatEndsInTheGraceIsNotWaitedFor) {
+  InProcessOfItsOwn([] {
+    const torvan::jni::CJavaVm fixed = FixedVm();
+    Vm vm = java::JoinVm();
+    std::atomic<bool> isAttached{false};
+    std::thread ending([&] {
+      fixed.Attach();  // not as a daemon
+      const java::Thread thread;
+      isAttached = true;
+      std::this_thread::sleep_for(200ms);
+    });
+    while (!isAttached) std::this_thread::yield();
+    EXPECT_EQ(java::EndVm(fixed, 20s), VmEnd::Destroyed);
+    ending.join();
   });
 }
 
@@ -247,6 +347,10 @@ jint JNICALL EndInCallBack(JNIEnv*, jclass, jint) {
   Vm vm = java::JoinVm();
   EXPECT_EQ(WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }),
             "The Java VM cannot be ended by a thread that Java has called");
+  ThrowPending(java::detail::Env());
+  EXPECT_THROW(java::EndVm(vm.Handle()), Misuse);
+  const auto pending = java::TakePending();
+  EXPECT_TRUE(pending.has_value() && *pending->Message() == "left pending");
   return 5;
 }
 
@@ -273,6 +377,19 @@ TEST(VmEndTest, AHostOfTheFixedInterfaceEndsItsVm) {
     EXPECT_EQ(java::EndVm(vm), VmEnd::Destroyed);
     EXPECT_EQ(note.Text(), "hook");
     EXPECT_EQ(java::EndVm(vm), VmEnd::Destroyed);
+  });
+}
+
+TEST(VmEndTest, AVmThatWasNeverJoinedEndsWithAnExceptionPending) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    const torvan::jni::CJavaVm vm = FixedVm();
+    const torvan::jni::CJavaString path = vm.NewString(Wide(note.Path()).c_str());
+    vm.FindClass("fixture/Vms").CallStaticIntMethod("addHook", "(Ljava/lang/String;)I", static_cast<jstring>(path));
+    ThrowPending(vm.Attach());
+    EXPECT_EQ(java::EndVm(vm), VmEnd::Destroyed);
+    EXPECT_EQ(note.Text(), "hook");
+    EXPECT_EQ(WhatOf<Misuse>([] { const java::Thread thread; }), "The Java VM has ended");
   });
 }
 
