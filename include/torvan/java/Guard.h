@@ -40,7 +40,7 @@ std::invoke_result_t<Function> Guard(Function&& function) {
     } else {
       std::invoke_result_t<Function> result = std::forward<Function>(function)();
       detail::EndGuard();
-      return static_cast<std::invoke_result_t<Function>>(result);
+      return std::forward<std::invoke_result_t<Function>>(result);
     }
   } catch (const Failure&) {
     throw;

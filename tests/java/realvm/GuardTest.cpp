@@ -152,6 +152,9 @@ TEST_F(GuardTest, GivesTheResultOfItsFunction) {
   int value = 1;
   Guard([&]() -> int& { return value; }) = 2;
   EXPECT_EQ(value, 2);
+  EXPECT_EQ(*Guard([] { return std::make_unique<int>(7); }), 7);
+  auto moved = std::make_unique<int>(8);
+  EXPECT_EQ(Guard([&]() -> std::unique_ptr<int>&& { return std::move(moved); }).get(), moved.get());
   Guard([&] { value = 3; });
   EXPECT_EQ(value, 3);
   const CJavaObject object = Guard([&] { return vm.NewObject("fixture/Throwing", "()V"); });
