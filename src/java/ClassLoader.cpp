@@ -101,7 +101,9 @@ ClassLoader ClassLoader::Of(const Ref<Object>& object) {
 
 Local<Class> ClassLoader::FindClass(const char* name) const {
   JNIEnv* const env = detail::Env();
-  return detail::Own<Class>(env, detail::LoadClass(env, m_loader.Get(), name));
+  Local<Class> found = detail::Own<Class>(env, detail::LoadClass(env, m_loader.Get(), name));
+  if (detail::IsOtherLoader(detail::LoaderOf(found))) detail::otherLoaders.store(true, std::memory_order_relaxed);
+  return found;
 }
 
 void ClassLoader::Close() const {

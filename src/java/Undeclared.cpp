@@ -3,6 +3,8 @@
 #include <torvan/java/Failure.h>
 #include <torvan/java/LocalFrame.h>
 
+#include <algorithm>
+#include <string_view>
 #include <vector>
 
 #include "java/CallByLetter.h"
@@ -28,12 +30,18 @@ std::string ArgumentName(const GivenArgument& argument) {
   return argument.descriptor != nullptr ? SpellType(argument.descriptor) : "an object";
 }
 
-bool IsExact(const UndeclaredCall& call, const Candidate& candidate) {
+// Whether an object may be passed. Its type's name alone does not tell: another loader's class may have it.
+bool IsInstanceOrNull(JNIEnv* env, const GivenArgument& argument, const Local<Class>& type) {
+  jobject const object = argument.value.l;
+  return object == nullptr || env->IsInstanceOf(object, static_cast<jclass>(type.Get())) != JNI_FALSE;
+}
+
+bool IsExact(JNIEnv* env, const UndeclaredCall& call, const Candidate& candidate) {
   if (candidate.arguments.size() != call.count) return false;
   for (std::size_t i = 0; i < call.count; ++i) {
-    if (call.arguments[i].descriptor == nullptr || ArgumentName(call.arguments[i]) != candidate.arguments[i]) {
-      return false;
-    }
+    const GivenArgument& argument = call.arguments[i];
+    if (argument.descriptor == nullptr || ArgumentName(argument) != candidate.arguments[i]) return false;
+    if (argument.letter == 'L' && !IsInstanceOrNull(env, argument, candidate.argumentClasses[i])) return false;
   }
   return true;
 }
@@ -66,7 +74,7 @@ std::string SpellCall(JNIEnv* env, const UndeclaredCall& call) {
 
 const Candidate* Choose(JNIEnv* env, const UndeclaredCall& call, const std::vector<Candidate>& candidates) {
   for (const Candidate& candidate : candidates) {
-    if (candidate.kind == call.kind && IsExact(call, candidate)) return &candidate;
+    if (candidate.kind == call.kind && IsExact(env, call, candidate)) return &candidate;
   }
   for (const bool boxing : {false, true}) {
     std::vector<const Candidate*> applicable;
@@ -96,7 +104,8 @@ struct Plan {
   const std::string type = NameOf(env, call.type);
   const std::string exact = ExactDescriptor(call);
   FindId(env, call.type, {call.kind, type.c_str(), call.name, exact.c_str(), exact.c_str()});
-  throw Misuse("java/Undeclared", __LINE__, "no member takes the arguments of " + SpellCall(env, call));
+  throw Misuse("java/Undeclared", __LINE__,
+               "no member takes the arguments of " + SpellCall(env, call) + ": one is of another class loader's class");
 }
 
 Plan MakePlan(JNIEnv* env, const UndeclaredCall& call) {
@@ -155,6 +164,20 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
   return jvalue{};
 }
 
+// Whether the names of the arguments' types choose the method as their classes do: not where an object may be of a
+// class that another loader has by the same name.
+bool NamesTell(const UndeclaredCall& call) {
+  if (!otherLoaders.load(std::memory_order_relaxed)) {
+    if (!IsOtherLoader(LoaderOf(call.type))) return true;
+    otherLoaders.store(true, std::memory_order_relaxed);
+  }
+  const auto isJavas = [](const GivenArgument& argument) {
+    return argument.letter != 'L' || argument.descriptor == nullptr ||
+           std::string_view(argument.descriptor).substr(0, 6) == "Ljava/";
+  };
+  return std::all_of(call.arguments, call.arguments + call.count, isJavas);
+}
+
 // Tests a result that is an object for the class of the C++ type, unless the method declares that class.
 void TestClass(JNIEnv* env, const UndeclaredCall& call, jobject result, const std::string& declared) {
   const std::string wanted = SpellType(call.result);
@@ -171,7 +194,7 @@ void TestClass(JNIEnv* env, const UndeclaredCall& call, jobject result, const st
 jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
   const std::string exact = ExactDescriptor(call);
   const MemberName name{call.kind, "", call.name, exact.c_str(), exact.c_str()};
-  void* const id = FindIdOrNull(env, call.type, name);
+  void* const id = NamesTell(call) ? FindIdOrNull(env, call.type, name) : nullptr;
   jvalue result{};
   if (id != nullptr) {
     std::vector<jvalue> values(call.count + 1);

@@ -72,6 +72,29 @@ TEST_F(ClassLoaderTest, FindsArraysOfItsClasses) {
   EXPECT_THAT(ErrorOf([&] { java::NewArray(plugins); }), testing::HasSubstr("fixture.Plugin (not on the class path "));
 }
 
+TEST_F(ClassLoaderTest, ACallWithoutADeclarationTellsClassesOfOneNameApart) {
+  const ClassLoader first = Others();
+  const java::Constructor<Plugin(jint)> make;
+  const Local<Plugin> own = make.In(first.FindClass("fixture/Plugin"))(1);
+  const Local<Plugin> same = make.In(first.FindClass("fixture/Plugin"))(2);
+  const Local<Plugin> other = make.In(Others().FindClass("fixture/Plugin"))(4);
+  EXPECT_EQ(java::Call<jint>(own, "plus", same), 3);
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(own, "plus", other); }),
+            "no member takes the arguments of fixture.Plugin.plus(fixture.Plugin): one is of another class loader's "
+            "class");
+}
+
+// As if no other loader had been seen before.
+TEST_F(ClassLoaderTest, AClassThatAnotherLoaderFoundHasItsObjectsTested) {
+  const bool before = java::detail::otherLoaders.exchange(false);
+  const Local<java::Class> type = Others().FindClass("fixture/Plugin");
+  EXPECT_TRUE(java::detail::otherLoaders.exchange(false));
+  ClassLoader::System().FindClass("fixture/Members");
+  EXPECT_FALSE(java::detail::otherLoaders);
+  java::CallStatic<std::string>(type, "where");
+  EXPECT_TRUE(java::detail::otherLoaders.exchange(before));
+}
+
 TEST_F(ClassLoaderTest, HasStaticFieldsOfItsOwn) {
   const java::StaticField<jint> calls{"fixture/Task", "calls"};
   const auto first = calls.In(Others().FindClass("fixture/Task"));
