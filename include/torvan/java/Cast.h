@@ -7,7 +7,7 @@
 namespace torvan::java {
 
 // Returns whether the object is an instance of T's class; false for a null reference.
-// Throws Error when the class cannot be found, and as Thread() does.
+// Throws Error when the class cannot be found, and as Thread() does. Nothing may be pending when T is first asked for.
 template <typename T>
 bool IsInstance(const Ref<Object>& ref) {
   if (!ref) return false;
@@ -35,7 +35,8 @@ Global<T> Cast(const Global<From>& ref) {
   return Global<T>(ref.m_share);
 }
 
-// Returns whether both references are to the same object; two null references are. Throws as Thread() does.
+// Returns whether both references are to the same object; two null references are. Throws as Thread()
+// does. What is pending stays so.
 inline bool Same(const Ref<Object>& left, const Ref<Object>& right) {
   if (!left || !right) return !left && !right;
   return detail::Env()->IsSameObject(left.Get(), right.Get()) != JNI_FALSE;

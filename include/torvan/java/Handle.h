@@ -7,8 +7,8 @@
 namespace torvan::java {
 
 // Returns a handle of the fixed interface for the same object; null for a null reference.
-// That interface's rules hold for it: handles share their counts, so copy and drop them from one thread at a time.
-// Throws Misuse when no VM was started or joined, or it has ended, and mirel::base::CMemoryException.
+// That interface's rules hold for it: handles share their counts, so make, copy and drop them from one thread at a
+// time. Throws Misuse when no VM was started or joined, or it has ended, and mirel::base::CMemoryException.
 jni::CJavaObject Handle(const Ref<Object>& ref);
 
 // Takes ownership of a raw local reference of the calling thread, even when this throws. Its class is tested unless T

@@ -11,7 +11,8 @@ namespace torvan::java {
 
 // Makes a Java string from UTF-8, which is checked, or from UTF-16, whose units are taken as they are. Both are
 // counted: a NUL is a character like any other, and an empty text is an empty string.
-// Throws Misuse "invalid UTF-8 at byte N" (from 0), Error when Java's memory is full, and as Thread() does.
+// Throws Misuse "invalid UTF-8 at byte N" (from 0), Error when Java's memory is full, and as Thread() does. Nothing may
+// be pending.
 inline Local<String> NewString(std::string_view text) {
   JNIEnv* const env = detail::Env();
   return detail::Own<String>(env, detail::NewText(env, text));
