@@ -36,11 +36,17 @@ bool HasLibrary(const std::string& name, const fs::path& home) {
 
 // A size as the VM reads it, or nothing.
 std::optional<unsigned long long> SizeOf(std::string_view text) {
+  const bool isHexadecimal = StartsWith(text, "0x") || StartsWith(text, "0X");
+  if (isHexadecimal) text.remove_prefix(2);
+  const unsigned base = isHexadecimal ? 16 : 10;
+  const std::string_view digits = std::string_view("0123456789abcdefABCDEF").substr(0, isHexadecimal ? 22 : 10);
   unsigned long long size = 0;
   std::size_t i = 0;
-  for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
-    if (size > (~0ull - 9) / 10) return std::nullopt;
-    size = size * 10 + static_cast<unsigned long long>(text[i] - '0');
+  for (; i < text.size(); ++i) {
+    const std::size_t place = digits.find(text[i]);
+    if (place == std::string_view::npos) break;
+    if (size > (~0ull - base) / base) return std::nullopt;
+    size = size * base + (place < 16 ? place : place - 6);
   }
   if (i == 0 || text.size() > i + 1) return std::nullopt;
   if (i == text.size()) return size;
@@ -116,6 +122,21 @@ void CheckHeap(const std::vector<std::string>& options) {
     Refuse(*initial.option, "it is more than " + *maximum.option);
   }
   if (!CanReserve(initial.bytes)) Refuse(*initial.option, "the system has no address space of that size");
+}
+
+void CheckCollectors(const std::vector<std::string>& options) {
+  constexpr std::string_view Names[] = {"UseSerialGC", "UseParallelGC",   "UseG1GC",     "UseConcMarkSweepGC",
+                                        "UseZGC",      "UseShenandoahGC", "UseEpsilonGC"};
+  const std::string* first = nullptr;
+  for (const std::string_view name : Names) {
+    const std::string* last = nullptr;  // the last sign counts
+    for (const std::string& option : options) {
+      if (StartsWith(option, "-XX:") && option.size() == name.size() + 5 && option.substr(5) == name) last = &option;
+    }
+    if (last == nullptr || (*last)[4] != '+') continue;
+    if (first != nullptr) Refuse(*last, "a Java VM has one garbage collector, and " + *first + " is given, too");
+    first = last;
+  }
 }
 
 void CheckModules(const std::vector<std::string>& options, const fs::path& home) {

@@ -13,6 +13,9 @@ void CheckAgents(const std::vector<std::string>& options, const std::filesystem:
 // The sizes of the heap do not contradict one another, and the system has the address space for them.
 void CheckHeap(const std::vector<std::string>& options);
 
+// Not more than one garbage collector is switched on.
+void CheckCollectors(const std::vector<std::string>& options);
+
 // The modules that are asked for are the runtime's own; there is no module path.
 void CheckModules(const std::vector<std::string>& options, const std::filesystem::path& home);
 

@@ -2,7 +2,11 @@
 
 #include <torvan/java/Failure.h>
 
+#include <fstream>
+#include <utility>
+
 #include "java/PathText.h"
+#include "java/runtimes/BinaryHeader.h"
 
 namespace torvan::java::detail {
 
@@ -14,6 +18,18 @@ bool TakeSymbols(void* module, VmLibrary& library) {
   return library.create != nullptr && library.list != nullptr;
 }
 
+// Why the system did not load a file: it is for another CPU, which some systems call missing, or what the system says.
+std::string ReasonFor(const std::filesystem::path& path, std::string said) {
+  std::string head(HeaderBytes, '\0');
+  std::ifstream file(path, std::ios::binary);
+  file.read(head.data(), static_cast<std::streamsize>(head.size()));
+  head.resize(static_cast<std::size_t>(file.gcount()));
+  auto cpu = CpuOfElf(head);
+  if (!cpu.has_value()) cpu = CpuOfPe(head);
+  if (!cpu.has_value() || *cpu == OwnCpu) return said;
+  return "it is for " + *cpu + ", and this program for " + OwnCpu;
+}
+
 }  // namespace
 
 VmLibrary LoadVmLibrary(const std::filesystem::path& path) {
@@ -21,11 +37,13 @@ VmLibrary LoadVmLibrary(const std::filesystem::path& path) {
   std::string reason;
   void* const module = LoadLibraryAt(path, reason);
   if (module == nullptr) {
-    throw StartFailure("java/VmLibrary", __LINE__, "The Java VM library " + name + " cannot be loaded: " + reason);
+    throw StartFailure("java/VmLibrary", __LINE__,
+                       "The Java VM library " + name + " cannot be loaded: " + ReasonFor(path, std::move(reason)));
   }
   VmLibrary library{path};
   if (!TakeSymbols(module, library)) {
-    throw StartFailure("java/VmLibrary", __LINE__, name + " is no Java VM library: it has no JNI_CreateJavaVM");
+    const char* const missing = library.create == nullptr ? "JNI_CreateJavaVM" : "JNI_GetCreatedJavaVMs";
+    throw StartFailure("java/VmLibrary", __LINE__, name + " is no Java VM library: it has no " + missing);
   }
   return library;
 }

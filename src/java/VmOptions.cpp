@@ -20,7 +20,10 @@ namespace {
 void RequireThere(const char* what, const fs::path& part) {
   std::error_code error;
   if (fs::exists(part, error)) return;
-  throw StartFailure("java/VmOptions", __LINE__, std::string(what) + " " + ToText(part) + " is not there");
+  const std::string text = ToText(part);
+  const bool isList = text.find(detail::PathListSeparator) != std::string::npos;
+  throw StartFailure("java/VmOptions", __LINE__,
+                     std::string(what) + " " + text + " is not there" + (isList ? ": give each part by itself" : ""));
 }
 
 // "folder/*" means the archives of the folder, which is something that Java's own launcher does and the VM does not.
@@ -120,6 +123,7 @@ void VmOptions::Check() const {
   }
   detail::CheckAgents(m_texts, m_home);
   detail::CheckHeap(m_texts);
+  detail::CheckCollectors(m_texts);
   if (!m_hasModulePath) detail::CheckModules(m_texts, m_home);
 }
 

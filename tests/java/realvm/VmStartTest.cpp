@@ -1,9 +1,14 @@
 // VMs that start, and those that do not, in words.
 #include <ThisSystem.h>
+#include <atomic>
 #include <cstdlib>
 #include <fstream>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 #include "java/realvm/OwnProcess.h"
+#include "java/runtimes/Headers.h"
 
 namespace tests {
 namespace {
@@ -33,7 +38,8 @@ TEST(VmStartTest, SettingsReachTheVm) {
   InProcessOfItsOwn([] {
     VmSettings settings = FixtureSettings();
     settings.Property("fixture.empty", "").Property("fixture.text", Text).Option("-Dfixture.option=2");
-    const java::Vm vm = StartVm(settings.MaximumHeap("48m"));
+    settings.Option("-XX:+UseSerialGC").Option("-XX:-UseSerialGC").Option("-XX:+UseG1GC");  // the last counts
+    const java::Vm vm = StartVm(settings.MaximumHeap("0x30m"));
     EXPECT_EQ(Property("fixture.empty"), "");
     EXPECT_EQ(Property("fixture.text"), Text);
     EXPECT_EQ(Property("fixture.option"), "2");
@@ -70,7 +76,7 @@ void ExpectRefused(const std::function<void(VmSettings&)>& set, const std::strin
   InProcessOfItsOwn([&] {
     VmSettings settings = FixtureSettings();
     set(settings);
-    EXPECT_THAT(WhatOf<StartFailure>([&] { StartVm(settings); }), StartsWith(text));
+    EXPECT_THAT(WhatOf<StartFailure>([&] { const java::Vm vm = StartVm(settings); }), StartsWith(text));
     EXPECT_EQ(WhatOf<java::Misuse>([] { java::Thread(); }), "No Java VM runs: call StartVm or JoinVm first");
     const java::Vm vm = StartVm(FixtureSettings());
     EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
@@ -96,6 +102,18 @@ TEST(VmStartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
        "The class path part no/such is not there"},
       {"a module path part", [](VmSettings& s) { s.ModulePath({"no/such"}); },
        "The module path part no/such is not there"},
+      {"several parts in one", [](VmSettings& s) { s.ClassPath({OnThisSystem("a.jar;b.jar", "a.jar:b.jar")}); },
+       OnThisSystem("The class path part a.jar;b.jar is not there: give each part by itself",
+                    "The class path part a.jar:b.jar is not there: give each part by itself")},
+      {"two collectors", [](VmSettings& s) { s.Option("-XX:+UseSerialGC").Option("-XX:+UseParallelGC"); },
+       "The option -XX:+UseParallelGC cannot be used: a Java VM has one garbage collector, and -XX:+UseSerialGC is "
+       "given, too"},
+      {"a hexadecimal size too small", [](VmSettings& s) { s.MaximumHeap("0x1fFk"); },
+       "The option -Xmx0x1fFk cannot be used: the heap has 2 MiB at least"},
+      {"a hexadecimal size beyond 64 bits", [](VmSettings& s) { s.MaximumHeap("0x10000000000000000"); },
+       "The option -Xmx0x10000000000000000 cannot be used: a size is"},
+      {"hexadecimal digits alone", [](VmSettings& s) { s.MaximumHeap("40a"); },
+       "The option -Xmx40a cannot be used: a size is"},
       {"a size in words", [](VmSettings& s) { s.MaximumHeap("much"); },
        "The option -Xmxmuch cannot be used: a size is a number of bytes, or a number with k, m, g or t"},
       {"a size of an unknown unit", [](VmSettings& s) { s.MaximumHeap("64q"); },
@@ -129,11 +147,62 @@ TEST(VmStartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
   }
 }
 
+TEST(VmStartTest, ALibraryThatIsNoVmSaysWhatItLacks) {
+  const Note other;
+  std::ofstream(other.Path(), std::ios::binary) << ElfHeader(183);  // aarch64
+  const struct {
+    std::string library;
+    std::string text;
+  } rows[] = {
+      {TORVAN_TEST_WITHOUT_CREATE, TORVAN_TEST_WITHOUT_CREATE " is no Java VM library: it has no JNI_CreateJavaVM"},
+      {TORVAN_TEST_WITHOUT_LIST, TORVAN_TEST_WITHOUT_LIST " is no Java VM library: it has no JNI_GetCreatedJavaVMs"},
+      {other.Path(),
+       "The Java VM library " + other.Path() + " cannot be loaded: it is for aarch64, and this program for "},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.library);
+    ExpectRefused([&](VmSettings& s) { s.Runtime(row.library); }, row.text);
+  }
+}
+
 TEST(VmStartTest, AModuleThatTheRuntimeDoesNotHaveIsNamed) {
   if (OnWindows) GTEST_SKIP() << "under Wine nothing tells which modules the runtime has";
   ExpectRefused([](VmSettings& s) { s.Option("--add-modules=java.base,no.such"); },
                 "The option --add-modules=java.base,no.such cannot be used: the runtime has no module no.such, and no "
                 "module path is given");
+}
+
+// The table of JNI's functions is exchanged while threads call through it.
+TEST(VmStartTest, FailuresAreMadeReadableWhileThreadsCall) {
+  InProcessOfItsOwn([] {
+    const java::Vm vm = StartVm(FixtureSettings());
+    std::atomic<bool> isReadable{false};
+    std::atomic<int> calling{0};
+    std::vector<torvan::jni::CJavaObject> objects;  // one for each thread, made here: handles count without atomics
+    for (int i = 0; i < 4; ++i) objects.push_back(java::Handle(java::NewString("a")));
+    std::vector<std::thread> threads;
+    for (const torvan::jni::CJavaObject& object : objects) {
+      threads.emplace_back([&] {
+        const java::Thread thread;  // a daemon, which the end does not wait for
+        for (int more = 1000; more > 0; more -= isReadable ? 1 : 0) {
+          const java::LocalFrame frame;
+          if (object.CallIntMethod("hashCode", "()I") != 'a') std::abort();
+          ++calling;
+        }
+      });
+    }
+    while (calling < 1000) std::this_thread::yield();
+    const bool done = java::MakeFailuresReadable();
+    isReadable = true;
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(java::MakeFailuresReadable(), done);
+    // What the fixed interface asks for, and a VM has only then.
+    JNIEnv* const env = java::detail::Env();
+    const jmethodID id = env->GetMethodID(static_cast<jclass>(java::detail::ClassOf<java::Object>(env)), "getClass",
+                                          "()Ljava/lang/String;");
+    EXPECT_EQ(id != nullptr, done);
+    env->ExceptionClear();
+  });
 }
 
 // What the VM itself refuses, with its words, the option and the runtime.
@@ -160,7 +229,7 @@ TEST(VmStartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
         [&] {
           VmSettings settings = FixtureSettings();
           row.set(settings);
-          const std::string text = WhatOf<StartFailure>([&] { StartVm(settings); });
+          const std::string text = WhatOf<StartFailure>([&] { const java::Vm vm = StartVm(settings); });
           for (const std::string& part : row.parts) EXPECT_THAT(text, HasSubstr(part));
         },
         {0, testing::Not(HasSubstr("Unrecognized"))});
@@ -170,7 +239,7 @@ TEST(VmStartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
 TEST(VmStartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
   InProcessOfItsOwn([] {
     const java::Vm vm = StartVm(FixtureSettings());
-    EXPECT_EQ(WhatOf<StartFailure>([] { StartVm(FixtureSettings()); }),
+    EXPECT_EQ(WhatOf<StartFailure>([] { const java::Vm second = StartVm(FixtureSettings()); }),
               "This process has a Java VM already; a process can have one, and only once");
     EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
   });
@@ -179,7 +248,7 @@ TEST(VmStartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
 TEST(VmStartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
   InProcessOfItsOwn([] {
     const torvan::jni::CJavaVm fixed = FixedVm();
-    EXPECT_EQ(WhatOf<StartFailure>([] { StartVm(FixtureSettings()); }),
+    EXPECT_EQ(WhatOf<StartFailure>([] { const java::Vm second = StartVm(FixtureSettings()); }),
               "This process has a Java VM already; a process can have one, and only once; join it with JoinVm()");
     java::Vm vm = java::JoinVm();
     EXPECT_TRUE(vm.Handle() == fixed);
@@ -191,17 +260,34 @@ TEST(VmStartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
   });
 }
 
+TEST(VmStartTest, JoiningLeavesWhatIsPending) {
+  InProcessOfItsOwn([] {
+    JNIEnv* const env = FixedVm().Attach();
+    env->ThrowNew(env->FindClass("java/lang/IllegalStateException"), "left pending");
+    const java::Vm vm = java::JoinVm();
+    EXPECT_EQ(env->ExceptionCheck(), JNI_TRUE);
+    const auto pending = java::TakePending();
+    ASSERT_TRUE(pending.has_value());
+    EXPECT_STREQ(pending->what(), "java.lang.IllegalStateException: left pending");
+  });
+}
+
 TEST(VmStartTest, WithoutAVmNothingIsJoined) {
   InProcessOfItsOwn([] { EXPECT_EQ(WhatOf<StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process"); });
 }
 
 TEST(VmStartTest, WhatTheVmPrintsComesToTheHost) {
   InProcessOfItsOwn([] {
+    static std::mutex lock;
     static std::string printed;
     const java::Vm vm = StartVm(FixtureSettings()
                                     .Option("-Xlog:startuptime")
-                                    .OnOutput([](std::string_view text) { printed += text; })
+                                    .OnOutput([](std::string_view text) {
+                                      const std::lock_guard<std::mutex> guard(lock);
+                                      printed += text;
+                                    })
                                     .Verbose("class"));
+    const std::lock_guard<std::mutex> guard(lock);
     EXPECT_THAT(printed, HasSubstr("java.lang.Object"));
   });
 }
@@ -224,13 +310,15 @@ TEST(VmStartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
 
 // What ends the process inside the VM and cannot be checked before.
 TEST(VmStartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
+  const Note noAgent;
+  std::ofstream(noAgent.Path()) << "no agent";
   InProcessOfItsOwn(
-      [] {
-        StartVm(FixtureSettings().Option("-XX:+UseSerialGC").Option("-XX:+UseParallelGC").OnExit([](jint code) {
+      [&] {
+        const java::Vm vm = StartVm(FixtureSettings().Agent(noAgent.Path()).OnExit([](jint code) {
           std::fprintf(stderr, "exit function: %d\n", static_cast<int>(code));
         }));
       },
-      {1, AllOf(HasSubstr("garbage collectors selected"), HasSubstr("exit function: 1"))});
+      {1, AllOf(HasSubstr("Could not find agent library"), HasSubstr("exit function: 1"))});
 }
 
 }  // namespace
