@@ -1,7 +1,6 @@
 #include "java/realvm/OwnProcess.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -31,9 +30,7 @@ void InProcessOfItsOwn(const std::function<void()>& body, const Expected& expect
 }
 
 Note::Note() {
-  const char* const folder = std::getenv("TORVAN_TEST_FOLDER");
-  m_path = std::string(folder != nullptr ? folder : ".") + "/note-" +
-           testing::UnitTest::GetInstance()->current_test_info()->name();
+  m_path = std::string("./note-") + testing::UnitTest::GetInstance()->current_test_info()->name();
   std::filesystem::remove(m_path);
 }
 
