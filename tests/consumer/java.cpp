@@ -50,9 +50,10 @@ bool StartsAVm() {
 }  // namespace
 
 int main() try {
-  bool good = Says<java::Misuse>("No Java VM runs: call StartVm or JoinVm first", [] { java::Thread(); });
-  good = good && Says<java::StartFailure>("The Java runtime no/such/home is not there",
-                                          [] { java::StartVm(java::VmSettings().Runtime("no/such/home")); });
+  bool good = Says<java::Misuse>("No Java VM runs: call StartVm or JoinVm first", [] { const java::Thread thread; });
+  good = good && Says<java::StartFailure>("The Java runtime no/such/home is not there", [] {
+           const java::Vm vm = java::StartVm(java::VmSettings().Runtime("no/such/home"));
+         });
   const bool runs = !java::FindRuntimes().found.empty();
   good = good && (!runs || (RunsJava() && StartsAVm()));
   std::printf("java: %s%s\n", good ? "as it should be" : "not as it should be", runs ? ", in a VM" : ", without a VM");

@@ -106,7 +106,7 @@ TEST_F(EnvironmentTest, AThreadWithoutANameStaysAttached) {
 }
 
 TEST_F(EnvironmentTest, ANameThatIsNotUtf8IsRefusedBeforeTheThreadIsAttached) {
-  Elsewhere([] { EXPECT_THROW(Thread("\xFF"), Misuse); });
+  Elsewhere([] { EXPECT_THROW(const Thread thread("\xFF"), Misuse); });
   EXPECT_THAT(jvm.Calls(), IsEmpty());
 }
 

@@ -231,7 +231,7 @@ TEST_F(RefTest, AFrameEndsWhatTheFixedInterfaceLeaves) {
     left = env->NewLocalRef(handle);
     EXPECT_EQ(env->GetObjectRefType(left), JNILocalRefType);
   }
-  EXPECT_EQ(WhatOf<Misuse>([] { java::LocalFrame(-1); }), "A frame of -1 local references cannot be made");
+  EXPECT_EQ(WhatOf<Misuse>([] { const java::LocalFrame frame(-1); }), "A frame of -1 local references cannot be made");
 }
 
 static_assert(std::is_nothrow_copy_constructible_v<Global<>> && std::is_nothrow_destructible_v<Global<>>);

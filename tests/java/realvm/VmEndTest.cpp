@@ -31,7 +31,7 @@ TEST(VmEndTest, TheDestructorEndsTheVmAndItsHooksRun) {
       AddHook(note);
     }
     EXPECT_EQ(note.Text(), "hook");
-    EXPECT_EQ(WhatOf<Misuse>([] { java::Thread(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([] { const java::Thread thread; }), "The Java VM has ended");
     EXPECT_EQ(WhatOf<java::StartFailure>([] { const Vm second = StartVm(FixtureSettings()); }),
               "The Java VM has ended; a process can have one, and only once");
     EXPECT_EQ(WhatOf<java::StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process");
@@ -170,7 +170,7 @@ TEST(VmEndTest, ThreadsOfTheHostAreNotWaitedFor) {
     });
     std::thread([&] {  // ends without detaching, as the fixed interface lets it
       vm.Handle().Attach();
-      java::Thread();
+      const java::Thread thread;
     })
         .join();
     while (attached == 0) std::this_thread::sleep_for(1ms);
@@ -205,7 +205,7 @@ TEST(VmEndTest, WhenTheGraceIsOverTheHooksRunAllTheSame) {
     EXPECT_LT(Clock::now() - start, 15s);
     EXPECT_EQ(note.Text(), "hook");
     EXPECT_EQ(vm.End(), VmEnd::LeftRunning);
-    EXPECT_EQ(WhatOf<Misuse>([] { java::Thread(); }), "The Java VM has ended");
+    EXPECT_EQ(WhatOf<Misuse>([] { const java::Thread thread; }), "The Java VM has ended");
     EXPECT_EQ(WhatOf<Misuse>([] { java::JoinVm(); }), "The Java VM has ended");
   });
 }

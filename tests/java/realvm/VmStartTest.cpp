@@ -77,7 +77,7 @@ void ExpectRefused(const std::function<void(VmSettings&)>& set, const std::strin
     VmSettings settings = FixtureSettings();
     set(settings);
     EXPECT_THAT(WhatOf<StartFailure>([&] { const java::Vm vm = StartVm(settings); }), StartsWith(text));
-    EXPECT_EQ(WhatOf<java::Misuse>([] { java::Thread(); }), "No Java VM runs: call StartVm or JoinVm first");
+    EXPECT_EQ(WhatOf<java::Misuse>([] { const java::Thread thread; }), "No Java VM runs: call StartVm or JoinVm first");
     const java::Vm vm = StartVm(FixtureSettings());
     EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
   });
@@ -300,7 +300,7 @@ TEST(VmStartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
         static java::Global<> left;
         vm.emplace(StartVm(FixtureSettings().OnExit([](jint code) {
           std::fprintf(stderr, "exit %d, thread %s\n", static_cast<int>(code),
-                       WhatOf<java::Misuse>([] { java::Thread(); }).c_str());
+                       WhatOf<java::Misuse>([] { const java::Thread thread; }).c_str());
         })));
         left = java::Global<>(NewText("kept"));
         CallStaticInt("fixture/Vms", "exit", "(I)I", 7);
