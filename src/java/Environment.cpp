@@ -4,6 +4,7 @@
 #include <torvan/java/detail/Shared.h>
 
 #include <cassert>
+#include <chrono>
 #include <string>
 #include <thread>
 
@@ -156,8 +157,10 @@ void ForgetEnv() noexcept {
   SetAttachmentNumber(0);
 }
 
+// Not for ever: Java runs code of its own in a thread that is attached or detached, and that may wait for this one.
 void WaitForThreads() noexcept {
-  while (s_entering.load() != 0) std::this_thread::yield();
+  using namespace std::chrono_literals;
+  for (int i = 0; i < 1000 && s_entering.load() != 0; ++i) std::this_thread::sleep_for(1ms);
 }
 
 void ThrowOtherThread() {

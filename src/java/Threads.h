@@ -26,7 +26,8 @@ void RememberEnv(JNIEnv* env) noexcept;
 // Forgets both: the thread leaves the VM.
 void ForgetEnv() noexcept;
 
-// Waits until no thread asks the VM about itself, is attached or detached. It has to be over for all of them before.
+// Waits, for a second at most, until no thread asks the VM about itself, is attached or detached. It has to be over for
+// all of them before.
 void WaitForThreads() noexcept;
 
 // The system's part.

@@ -3,7 +3,14 @@
 #include <cstdint>
 
 // Not under a sanitizer, which watches each unit.
-#if (defined(__SSE2__) || defined(_M_X64)) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define RX_IS_WATCHED
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
+#define RX_IS_WATCHED
+#endif
+#endif
+#if (defined(__SSE2__) || defined(_M_X64)) && !defined(RX_IS_WATCHED)
 #define RX_SCANS_BLOCKS
 #include <emmintrin.h>
 #endif

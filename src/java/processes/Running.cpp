@@ -150,7 +150,7 @@ const char* Running::AskToStop(Ended cause) {
   if (!IsRunning()) return nullptr;
   const char* const cannot = TheChild().AskToStop();
   if (cannot == nullptr && !m_cause) m_cause = cause;
-  return cannot;
+  return IsRunning() ? cannot : nullptr;  // it may have ended while it was asked
 }
 
 void Running::KillTree() noexcept {

@@ -12,7 +12,7 @@ namespace {
 constexpr DWORD LongestWait = 1000;  // milliseconds
 
 std::mutex s_mutex;
-std::atomic<bool> s_isExpected = false;
+std::atomic<int> s_expected = 0;  // events of this process's own that have not come yet
 
 // Never closed: a late event may still set it.
 HANDLE Seen() {
@@ -23,7 +23,11 @@ HANDLE Seen() {
 // The event comes to this process, too, on a thread of its own, and would end it. Whose it is decides, and not whether
 // it is still waited for: the system may be slow to start that thread.
 BOOL WINAPI Swallow(DWORD event) {
-  if (event != CTRL_C_EVENT || !s_isExpected.exchange(false)) return FALSE;
+  if (event != CTRL_C_EVENT) return FALSE;
+  int expected = s_expected.load();
+  do {
+    if (expected == 0) return FALSE;
+  } while (!s_expected.compare_exchange_weak(expected, expected - 1));
   SetEvent(Seen());
   return TRUE;
 }
@@ -63,12 +67,12 @@ const char* SendControlC(DWORD processId) {
   SetConsoleCtrlHandler(Swallow, FALSE);
   SetConsoleCtrlHandler(Swallow, TRUE);
   ResetEvent(Seen());
-  s_isExpected = true;
+  ++s_expected;
   const bool isSent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
   if (isSent) {
     WaitForSingleObject(Seen(), LongestWait);
   } else {
-    s_isExpected = false;
+    --s_expected;
   }
   FreeConsole();
   return isSent ? nullptr : "The program cannot be asked to stop: the system refuses Ctrl+C. Kill() ends it";
