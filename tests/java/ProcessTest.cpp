@@ -200,7 +200,7 @@ TEST_F(ProcessTest, NoFunctionIsCalledOnceOneHasDroppedTheProcess) {
   *process = java::Start(Probe({"echo", "sleep", "60000"})
                              .InputFrom([&inputs]() -> std::optional<std::string> {
                                ++inputs;
-                               return "1\n2\n3\n4";
+                               return "1\n2\n3\n" + std::string(100000, '4');
                              })
                              .OnOutputLine([&, last](std::string_view) {
                                while (!isThere) std::this_thread::yield();
