@@ -4,8 +4,6 @@
 #include <cstdio>
 #include <fstream>
 
-#include "java/processes/ThisProcess.h"
-
 namespace tests {
 
 namespace fs = std::filesystem;
@@ -63,6 +61,14 @@ std::string ReadFile(const fs::path& path) {
   for (int byte; (byte = std::fgetc(file)) != EOF;) text += static_cast<char>(byte);
   std::fclose(file);
   return text;
+}
+
+void ExpectHeld(const Held& before) {
+  EXPECT_TRUE(Eventually([&before] { return HeldNow().threads == before.threads; }))
+      << HeldNow().threads << " threads instead of " << before.threads;
+  const Held now = HeldNow();
+  EXPECT_EQ(now.descriptors, before.descriptors);
+  EXPECT_EQ(now.children, before.children);
 }
 
 }  // namespace tests

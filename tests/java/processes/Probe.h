@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+#include "java/processes/ThisProcess.h"
+
 namespace tests {
 
 namespace java = torvan::java;
@@ -59,5 +61,9 @@ bool Eventually(const Condition& condition) {
   }
   return true;
 }
+
+// Expects that the process holds what it held before. A system may list a thread for a moment after it has been joined,
+// so the threads are waited for.
+void ExpectHeld(const Held& before);
 
 }  // namespace tests

@@ -2,7 +2,6 @@
 #include <mutex>
 
 #include "java/processes/Probe.h"
-#include "java/processes/ThisProcess.h"
 
 namespace tests {
 namespace {
@@ -51,7 +50,7 @@ TEST(RunningLeftBehindTest, DroppingEndsTheWholeTree) {
   Tree tree;
   tree.TheProcess().reset();
   EXPECT_TRUE(Eventually([&] { return tree.Running() == 0; }));
-  EXPECT_EQ(HeldNow().children, before.children);
+  ExpectHeld(before);
 }
 
 TEST(RunningLeftBehindTest, WhatAProgramLeavesRunningAtItsOwnEndRunsOn) {
@@ -66,9 +65,7 @@ TEST(RunningLeftBehindTest, NothingIsHeldWhenAProgramHasEnded) {
   const Held before = HeldNow();
   const Process process = java::Start(Probe({"echo"}).Input("x"));
   process.Wait();
-  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
-  EXPECT_EQ(HeldNow().children, before.children);
-  EXPECT_TRUE(Eventually([&] { return HeldNow().threads == before.threads; }));
+  ExpectHeld(before);
 }
 
 TEST(RunningLeftBehindTest, NothingIsHeldWhenAProgramCannotStart) {
@@ -77,9 +74,7 @@ TEST(RunningLeftBehindTest, NothingIsHeldWhenAProgramCannotStart) {
     EXPECT_THROW(java::Start(Probe({}).Folder(ProbeHome() / "nowhere")), java::StartFailure);
     EXPECT_THROW(java::Run(Probe({}).InputFile(ProbeHome() / "nowhere")), java::StartFailure);
   }
-  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
-  EXPECT_EQ(HeldNow().threads, before.threads);
-  EXPECT_EQ(HeldNow().children, before.children);
+  ExpectHeld(before);
 }
 
 TEST(RunningLeftBehindTest, ManyInARowLeaveNothing) {
@@ -103,9 +98,7 @@ TEST(RunningLeftBehindTest, ManyInARowLeaveNothing) {
   const Held before = HeldNow();
   const std::size_t memory = MemoryNow();
   for (int i = 0; i < Count; ++i) round(i);
-  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
-  EXPECT_EQ(HeldNow().threads, before.threads);
-  EXPECT_EQ(HeldNow().children, before.children);
+  ExpectHeld(before);
   EXPECT_LT(MemoryNow(), memory + (1 << 20));
 }
 
@@ -114,9 +107,7 @@ TEST(RunningLeftBehindTest, ADetachedProgramOutlivesItsStartAndLeavesNothing) {
   const auto file = ProbeHome() / "detached.txt";
   const std::uint32_t id = Probe({"says", "begun", "sleep", "700", "says", " ended"}).OutputFile(file).Detached();
   EXPECT_TRUE(Runs(id));
-  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
-  EXPECT_EQ(HeldNow().threads, before.threads);
-  EXPECT_EQ(HeldNow().children, before.children);
+  ExpectHeld(before);
   EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
   EXPECT_EQ(ReadFile(file), "begun ended");
 }

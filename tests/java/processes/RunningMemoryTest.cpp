@@ -4,7 +4,6 @@
 #include <new>
 
 #include "java/processes/Probe.h"
-#include "java/processes/ThisProcess.h"
 
 namespace {
 
@@ -52,10 +51,8 @@ long StepsUntilThereIsEnough(const Function& function) {
       isEnough = false;
     }
     g_allocationsLeft = Never;
-    const Held now = HeldNow();
-    EXPECT_EQ(now.descriptors, before.descriptors) << "with " << steps;
-    EXPECT_EQ(now.threads, before.threads) << "with " << steps;
-    EXPECT_EQ(now.children, before.children) << "with " << steps;
+    SCOPED_TRACE("with " + std::to_string(steps));
+    ExpectHeld(before);
     if (isEnough || testing::Test::HasFailure()) return steps;
   }
 }
@@ -146,7 +143,7 @@ TEST(RunningMemoryTest, DroppingNeedsNoMemory) {
   process.reset();
   g_allocationsLeft = Never;
   EXPECT_FALSE(Runs(id));
-  EXPECT_EQ(HeldNow().children, before.children);
+  ExpectHeld(before);
 }
 
 }  // namespace

@@ -18,7 +18,6 @@
 #include <set>
 
 #include "java/processes/Probe.h"
-#include "java/processes/ThisProcess.h"
 
 namespace {
 
@@ -135,10 +134,8 @@ std::set<std::string> FailEach(int error, const Function& function) {
       texts.insert(failure.what());
     }
     const bool isDone = g_left.exchange(-1) >= 0;
-    const Held now = HeldNow();
-    EXPECT_EQ(now.descriptors, before.descriptors) << "call " << calls;
-    EXPECT_EQ(now.threads, before.threads) << "call " << calls;
-    EXPECT_EQ(now.children, before.children) << "call " << calls;
+    SCOPED_TRACE("call " + std::to_string(calls));
+    ExpectHeld(before);
     if (isDone || testing::Test::HasFailure()) break;
   }
   return texts;
@@ -189,8 +186,7 @@ TEST(RunningFailingSystemTest, AnExitCodeThatOtherCodeHasTakenIsLost) {
   ExpectThrow<java::Failure>([&] { process.Wait(); },
                              "The exit code of process " + std::to_string(process.Id()) +
                                  " is lost: other code of this process waits for every child, and has taken it");
-  EXPECT_EQ(HeldNow().descriptors, before.descriptors);
-  EXPECT_EQ(HeldNow().children, before.children);
+  ExpectHeld(before);
 }
 
 TEST(RunningFailingSystemTest, TheArgumentFileOfAHostWithoutInputIsNotItsInput) {
