@@ -19,28 +19,19 @@ struct Raw {
   }
   jint Int(long i) const {
     JNIEnv* const env = Attach(vm);
-    jclass const own = env->GetObjectClass(object);
-    const jmethodID method = env->GetMethodID(own, "inc", "(I)I");
-    Require(method != nullptr);
-    const jint result = env->CallIntMethod(object, method, static_cast<jint>(i));
+    const jint result = env->CallIntMethod(object, MethodOf(env, object, "inc", "(I)I"), static_cast<jint>(i));
     CheckOccurred(env);
     return result;
   }
   jint Get() const {
     JNIEnv* const env = Attach(vm);
-    jclass const own = env->GetObjectClass(object);
-    const jfieldID field = env->GetFieldID(own, "field", "I");
-    Require(field != nullptr);
-    const jint result = env->GetIntField(object, field);
+    const jint result = env->GetIntField(object, FieldOf(env, object, "field", "I"));
     CheckOccurred(env);
     return result;
   }
   void Set(jint value) const {
     JNIEnv* const env = Attach(vm);
-    jclass const own = env->GetObjectClass(object);
-    const jfieldID field = env->GetFieldID(own, "field", "I");
-    Require(field != nullptr);
-    env->SetIntField(object, field, value);
+    env->SetIntField(object, FieldOf(env, object, "field", "I"), value);
     CheckOccurred(env);
   }
   jint Mixed(long i) const {

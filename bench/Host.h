@@ -41,10 +41,22 @@ inline JNIEnv* Attach(JavaVM* vm) {
 inline void CheckOccurred(JNIEnv* env) { Require(env->ExceptionOccurred() == nullptr); }
 inline void Check(JNIEnv* env) { Require(env->ExceptionCheck() == JNI_FALSE); }
 
+// Looks up a member by hand, in the class of the object.
+inline jmethodID MethodOf(JNIEnv* env, jobject object, const char* name, const char* descriptor) {
+  const jmethodID method = env->GetMethodID(env->GetObjectClass(object), name, descriptor);
+  Require(method != nullptr);
+  return method;
+}
+inline jfieldID FieldOf(JNIEnv* env, jobject object, const char* name, const char* descriptor) {
+  const jfieldID field = env->GetFieldID(env->GetObjectClass(object), name, descriptor);
+  Require(field != nullptr);
+  return field;
+}
+
 struct Nothing {};
 
-// A way that is measured in batches, each in a local frame of its own, as a host does it that never returns to Java.
-// A Setting lives while the loop runs.
+// A way that is measured in batches. Each batch has a local frame, as in a host that never returns to Java. A Setting
+// lives while the loop runs.
 template <typename Setting = Nothing, typename Operation>
 Way Batched(std::string name, Operation operation) {
   return {std::move(name),
@@ -70,7 +82,7 @@ Way Batched(std::string name, Operation operation) {
           }};
 }
 
-// The rows, each group in a source of its own.
+// The rows: one function and one source for each group.
 void AddCalls();
 void AddObjects();
 void AddTexts();

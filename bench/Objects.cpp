@@ -21,10 +21,7 @@ struct Raw {
   }
   jobject Result() const {
     JNIEnv* const env = Attach(vm);
-    jclass const own = env->GetObjectClass(object);
-    const jmethodID method = env->GetMethodID(own, "self", "()Ljava/lang/Object;");
-    Require(method != nullptr);
-    jobject const result = env->CallObjectMethod(object, method);
+    jobject const result = env->CallObjectMethod(object, MethodOf(env, object, "self", "()Ljava/lang/Object;"));
     CheckOccurred(env);
     return result;
   }
@@ -76,7 +73,7 @@ void AddObjects() {
   const Raw raw{host.vm, host.rawClass, host.rawSubject};
   const auto& type = host.subjectClass;
   const auto& object = host.subject;
-  static const CJavaObject same = object.CallObjectMethod("self", "()Ljava/lang/Object;");  // a reference of its own
+  static const CJavaObject same = object.CallObjectMethod("self", "()Ljava/lang/Object;");  // another reference to it
 
   Add("objects", "object result",
       {Batched("raw", [raw](long) { return raw.Keep(raw.Result()); }),

@@ -10,22 +10,23 @@ namespace {
 const DWORD s_envIndex = TlsAlloc();
 const DWORD s_numberIndex = TlsAlloc();
 
-// The process is ending: other threads are gone, and with them whatever locks they held.
-bool ProcessIsEnding() noexcept {
-  using Question = BOOLEAN(NTAPI*)();
-  static const auto question = reinterpret_cast<Question>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress")));
-  return question != nullptr && question() != FALSE;
-}
+// Whether the process is ending: then other threads are gone, and their locks stay locked. Looking the function up
+// takes the loader lock, which a starting thread may hold while it waits for the list of fiber-local data that
+// OnThreadEnd has locked. So it is looked up before a thread can end.
+BOOLEAN(NTAPI* s_isEnding)() = nullptr;
 
 void NTAPI OnThreadEnd(void* attached) {
-  if (attached != nullptr && !ProcessIsEnding()) DetachThread();
+  if (attached != nullptr && s_isEnding() == FALSE) DetachThread();
 }
 
 // A fiber-local slot and not a thread_local destructor: its callback runs before the loader lock is taken, which a
 // thread that waits for a safepoint must not hold. It is never freed, since that would call back for living threads.
 DWORD SlotOfAttachedThreads() {
-  static const DWORD slot = FlsAlloc(&OnThreadEnd);
+  static const DWORD slot = [] {
+    s_isEnding = reinterpret_cast<BOOLEAN(NTAPI*)()>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress")));
+    return FlsAlloc(&OnThreadEnd);
+  }();
   return slot;
 }
 
