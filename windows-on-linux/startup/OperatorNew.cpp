@@ -1,4 +1,5 @@
 // The heap operators of programs. The libraries have their own, but for arrays that hosts make and delete.
+#include <malloc.h>
 #include <stdlib.h>
 
 #include <new>
@@ -15,3 +16,9 @@ void operator delete(void* block) noexcept { free(block); }
 void operator delete[](void* block) noexcept { free(block); }
 void operator delete(void* block, size_t) noexcept { free(block); }
 void operator delete[](void* block, size_t) noexcept { free(block); }
+
+void* operator new(size_t size, std::align_val_t alignment) {
+  if (void* const block = _aligned_malloc(size == 0 ? 1 : size, static_cast<size_t>(alignment))) return block;
+  abort();
+}
+void operator delete(void* block, size_t, std::align_val_t) noexcept { _aligned_free(block); }

@@ -63,12 +63,12 @@ std::string ReadFile(const fs::path& path) {
   return text;
 }
 
-void ExpectHeld(const Held& before) {
+void ExpectHeld(const Held& before, const std::string& moment) {
   EXPECT_TRUE(Eventually([&before] { return HeldNow().threads == before.threads; }))
-      << HeldNow().threads << " threads instead of " << before.threads;
+      << HeldNow().threads << " threads instead of " << before.threads << ' ' << moment;
   const Held now = HeldNow();
-  EXPECT_EQ(now.descriptors, before.descriptors);
-  EXPECT_EQ(now.children, before.children);
+  EXPECT_EQ(now.descriptors, before.descriptors) << moment;
+  EXPECT_EQ(now.children, before.children) << moment;
 }
 
 }  // namespace tests

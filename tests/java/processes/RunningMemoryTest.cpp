@@ -51,8 +51,7 @@ long StepsUntilThereIsEnough(const Function& function) {
       isEnough = false;
     }
     g_allocationsLeft = Never;
-    SCOPED_TRACE("with " + std::to_string(steps));
-    ExpectHeld(before);
+    ExpectHeld(before, "with " + std::to_string(steps));
     if (isEnough || testing::Test::HasFailure()) return steps;
   }
 }

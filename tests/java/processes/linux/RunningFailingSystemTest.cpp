@@ -134,8 +134,7 @@ std::set<std::string> FailEach(int error, const Function& function) {
       texts.insert(failure.what());
     }
     const bool isDone = g_left.exchange(-1) >= 0;
-    SCOPED_TRACE("call " + std::to_string(calls));
-    ExpectHeld(before);
+    ExpectHeld(before, "call " + std::to_string(calls));
     if (isDone || testing::Test::HasFailure()) break;
   }
   return texts;
