@@ -1,5 +1,6 @@
-# What cannot be built or shown under Wine, and why; each reason is printed. A test is left out by its name (CTest reads
-# CTestCustom.cmake in the build folder), a program by not being built, a source by not being compiled.
+# What cannot be built or shown under Wine, and why; each reason is printed. A test of CTest is left out by its name (CTest
+# reads CTestCustom.cmake in the build folder), a program by not being built, a source by not being compiled, and one test
+# of a program by GoogleTest's filter, which torvan_use_java sets.
 
 # Sets RESULT to all that a PROPERTY lists of the folder and of those below it: TESTS, or the targets as BUILDSYSTEM_TARGETS.
 function(windows_on_linux_all result property folder)
@@ -36,6 +37,42 @@ function(leave_out_targets pattern reason)
   message(STATUS "${targets}: left to the other targets; ${reason}.")
 endfunction()
 
+# Tests of one PROGRAM that uses Java, written as GoogleTest's filters write them; its other tests run. Only before the
+# project adds its own tests.
+function(leave_out_cases program reason)
+  set_property(GLOBAL APPEND PROPERTY windows_on_linux_programs ${program})
+  set_property(GLOBAL APPEND PROPERTY windows_on_linux_cases_${program} ${ARGN})
+  list(JOIN ARGN ", " cases)
+  message(STATUS "${program}: ${cases} left to the other targets; ${reason}.")
+endfunction()
+
+# Stops where a test that leave_out_cases names is not there.
+function(windows_on_linux_check_cases)
+  get_property(programs GLOBAL PROPERTY windows_on_linux_programs)
+  foreach(program IN LISTS programs)
+    if(NOT TARGET ${program})
+      continue()
+    endif()
+    get_target_property(folder ${program} SOURCE_DIR)
+    get_target_property(sources ${program} SOURCES)
+    list(FILTER sources INCLUDE REGEX "Test[.]cpp$")
+    set(text)
+    foreach(source IN LISTS sources)
+      cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${folder}")
+      file(READ "${source}" more)
+      string(APPEND text "${more}")
+    endforeach()
+    get_property(cases GLOBAL PROPERTY windows_on_linux_cases_${program})
+    foreach(case IN LISTS cases)
+      string(REPLACE "*" "[A-Za-z0-9]+" pattern "${case}")
+      string(REPLACE "." ", " pattern "${pattern}")
+      if(NOT text MATCHES "\nTEST(_F)?[(]${pattern}[)]")
+        message(FATAL_ERROR "${program} has no test ${case}.")
+      endif()
+    endforeach()
+  endforeach()
+endfunction()
+
 # The sources of one target, as its CMakeLists.txt names them.
 function(leave_out_sources target reason)
   if(NOT TARGET ${target})
@@ -53,7 +90,38 @@ function(leave_out_sources target reason)
   message(STATUS "${target}: ${left} left to the other targets; ${reason}.")
 endfunction()
 
+function(windows_on_linux_leave_out_cases)
+  set(reason "the VM's bridge has its own table of JNI's functions, and does not use one that a test sets")
+  leave_out_cases(java_realvm_arrays "${reason}"
+                  ArraysLeaveNothingTest.* ByteBufferTest.NothingIsLeft ClassLoaderTest.NothingIsLeft)
+  leave_out_cases(java_realvm_callbacks "${reason}"
+                  CallbackLoadersTest.MethodsOfAClassAreLookedUpOnce CallbackLeavesNothingTest.*)
+  leave_out_cases(java_realvm_members "${reason}" MemberLeavesNothingTest.*)
+  leave_out_cases(java_realvm_own "${reason}"
+                  CallbackVmTest.TheFirstObjectFailsAtAnyStepAndIsMadeAtLast CallbackVmTest.ThePlatformLoaderBeforeJava9
+                  CallbackVmTest.WithoutACleanerFunctionsAreNeverDestroyed
+                  VmEndTest.AFailureOfJavasLeavesNothingAndTheEndCanBeTriedAgain)
+  set(reason "the VM's bridge has room for few native methods")
+  leave_out_cases(java_realvm_callbacks "${reason}"
+                  CallbackLoadersTest.FunctionsOfOneTypeHaveALimitThatIsSaid CallbackLoadersTest.NativeMethodsGoWithTheirClass
+                  CallbackLoadersTest.TheSameMethodOfTwoLoadersHasTwoFunctions NativeMethodTest.*)
+  leave_out_cases(java_realvm_own "${reason}" CallbackVmTest.AProcessThatExitsWithoutTheEndOfItsVm)
+  leave_out_cases(java_realvm_callbacks "the VM's bridge breaks down after some 10,000 objects"
+                  CallbackThreadsTest.AMillionAreMadeAndCollectedAndMemoryIsFlat)
+  leave_out_cases(java_realvm_callbacks "the VM's bridge does not see the end of a Java thread's stack"
+                  CallbackThreadsTest.StackThatRunsOutIsJavasError)
+  leave_out_cases(java_realvm_own "the VM's bridge crashes in shutdown hooks that call C++ which calls Java"
+                  VmEndTest.AShutdownHookFailsAndDoesNotWait)
+  leave_out_cases(java_realvm_own "Java under Wine has none of the files that a search reads"
+                  VmStartTest.AModuleThatTheRuntimeDoesNotHaveIsNamed
+                  VmStartTest.WithoutARuntimeTheOneOfTheMachineIsTaken)
+endfunction()
+if(NOT MSVC)  # whose build has none of these programs, see below
+  windows_on_linux_leave_out_cases()
+endif()
+
 function(windows_on_linux_leave_out)
+  windows_on_linux_check_cases()
   leave_out_tests("sources_tests|sources_layers_tests|docs_examples_tests|subproject_tests"
                   "they say the same for every target")
   leave_out_tests("examples_run_tool_tests" "there is no java.exe for torvan::java under Wine")

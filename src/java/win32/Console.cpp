@@ -59,7 +59,7 @@ const char* SendControlC(DWORD processId) {
            "ends it";
   }
   const StandardHandlesKept kept;
-  FreeConsole();  // a process can be bound to a console that is gone, or (under Wine) to none at all
+  FreeConsole();  // a process can be bound to a console that is gone, or to none at all
   if (Seen() == nullptr || AttachConsole(processId) == FALSE) {
     return "The program cannot be asked to stop: its console cannot be reached. Kill() ends it";
   }

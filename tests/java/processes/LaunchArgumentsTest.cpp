@@ -20,7 +20,7 @@ TEST(LaunchArgumentsTest, KnownOnesArrive) {
 }
 
 TEST(LaunchArgumentsTest, RandomOnesArrive) {
-  // java.exe takes those of the code page, and under Wine a start takes much longer.
+  // java.exe takes those of the code page, and a start takes longer there.
   RandomArguments random(OnWindows ? AsciiPieces() : AllPieces());
   constexpr std::size_t AtOnce = OnWindows ? 500 : 5000;
   const std::size_t count = RandomArgumentCount(OnWindows ? 10000 : 100000);

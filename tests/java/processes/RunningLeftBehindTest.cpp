@@ -1,4 +1,4 @@
-// What is left of programs: nothing in this process, nothing of what they have started.
+// Nothing is left of programs that have ended: nothing in this process, and nothing of what they have started.
 #include <mutex>
 
 #include "java/processes/Probe.h"
@@ -9,7 +9,7 @@ namespace {
 using java::Ended;
 using java::Process;
 
-// A probe with three generations below it, one of them in a group of its own, and their ids.
+// A probe with three generations below it, one of them in its own group, and their ids.
 class Tree {
  public:
   Tree()
@@ -93,7 +93,7 @@ TEST(RunningLeftBehindTest, ManyInARowLeaveNothing) {
         java::Start(Probe({"echo"}).KeepInputOpen()).Kill();
     }
   };
-  constexpr int Count = OnWindows ? 200 : 2000;  // under Wine a start takes much longer
+  constexpr int Count = OnWindows ? 200 : 2000;  // a start takes longer there
   for (int i = 0; i < Count / 4; ++i) round(i);
   const Held before = HeldNow();
   const std::size_t memory = MemoryNow();

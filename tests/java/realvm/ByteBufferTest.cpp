@@ -36,10 +36,7 @@ constexpr StaticMethod<Local<ByteBuffer>()> Kept{Fixture, "kept"};
 
 void CollectGarbage() { java::CallStatic<void>("java/lang/System", "gc"); }
 
-class ByteBufferTest : public NothingLeftTest {
- protected:
-  void SetUp() override {}  // only some of them count references
-};
+class ByteBufferTest : public NothingLeftTest {};
 
 TEST_F(ByteBufferTest, IsTheHostsOwnMemory) {
   std::vector<unsigned char> memory(1000, 1);
@@ -235,8 +232,6 @@ TEST_F(ByteBufferTest, ManyThreadsMakeThem) {
 }
 
 TEST_F(ByteBufferTest, NothingIsLeft) {
-  NothingLeftTest::SetUp();
-  if (IsSkipped()) return;
   static int memory = 0;
   ExpectNothing([] { ByteBuffer(&memory, sizeof memory); });
   ExpectNothing([] { ByteBuffer(static_cast<const int*>(&memory), sizeof memory); });

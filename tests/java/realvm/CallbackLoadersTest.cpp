@@ -1,9 +1,9 @@
 // C++ functions and classes of other loaders, which are not kept alive by them.
-#include <ThisSystem.h>
 #include <atomic>
 #include <string>
 
 #include "java/realvm/Counted.h"
+#include "java/realvm/JavaFiles.h"
 #include "java/realvm/OneVm.h"
 
 namespace tests {
@@ -18,13 +18,6 @@ using java::StaticMethod;
 
 class CallbackLoadersTest : public RealVmTest {};
 
-class NativeLoadersTest : public RealVmTest {
- protected:
-  void SetUp() override {
-    if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
-  }
-};
-
 constexpr StaticMethod<Local<java::Class>(std::string_view)> CopyOf{"fixture/Strict", "copyOf"};
 constexpr StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "add"};
 constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> CallBoth{
@@ -36,7 +29,7 @@ bool IsCollected(const java::Weak<java::Class>& type) {
   return !type.Lock();
 }
 
-TEST_F(CallbackLoadersTest, InterfacesOfALoaderThatLetsNobodyIn) {
+TEST_F(CallbackLoadersTest, InterfacesOfALoaderThatFindsNothingElse) {
   std::atomic<int> count{0};
   java::Weak<java::Class> weak;
   {
@@ -62,8 +55,8 @@ constexpr StaticMethod<Local<java::Class>(std::string_view, std::string_view, st
 constexpr StaticMethod<bool(Ref<java::Class>)> IsInALayer{"fixture/Layers", "isInALayer"};
 
 // The module exports nothing, and no other loader knows its classes.
-TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
-  if (OnWindows) GTEST_SKIP() << "this VM's bridge to Wine knows no file by its Windows name";
+TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInItsOwnLayer) {
+  SKIP_UNLESS_JAVA_KNOWS(TORVAN_TEST_LAYER_JAR);
   std::atomic<int> count{0};
   java::Weak<java::Class> weak;
   {
@@ -88,7 +81,6 @@ TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
 
 // What was found out about a class's methods is kept with the implementation, and no longer.
 TEST_F(CallbackLoadersTest, MethodsOfAClassAreLookedUpOnce) {
-  if (OnWindows) GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
   static const JNINativeInterface_* real = nullptr;
   static int calls = 0;
   static JNINativeInterface_ table;
@@ -119,7 +111,7 @@ TEST_F(CallbackLoadersTest, MethodsOfAClassAreLookedUpOnce) {
   EXPECT_NE(java::Call<std::string>(copy.New(), "toString"), "own");
 }
 
-TEST_F(NativeLoadersTest, NativeMethodsGoWithTheirClass) {
+TEST_F(CallbackLoadersTest, NativeMethodsGoWithTheirClass) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
   std::atomic<int> count{0};
   for (int i = 0; i < 3; ++i) {
@@ -140,7 +132,7 @@ TEST_F(NativeLoadersTest, NativeMethodsGoWithTheirClass) {
   }
 }
 
-TEST_F(NativeLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
+TEST_F(CallbackLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
   const Local<java::Class> one = CopyOf("fixture.Natives");
   const Local<java::Class> other = CopyOf("fixture.Natives");
@@ -153,7 +145,7 @@ TEST_F(NativeLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
   EXPECT_EQ(Add.In(other)(0, 0, 0), 2);
 }
 
-TEST_F(NativeLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
+TEST_F(CallbackLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
   std::vector<java::Global<java::Class>> types;
   const auto bindAll = [&] {

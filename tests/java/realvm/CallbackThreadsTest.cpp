@@ -1,4 +1,4 @@
-// C++ functions on threads of Java's own, deeply nested, and how long they live.
+// C++ functions on threads that Java has started, deeply nested, and how long they live.
 #include <ThisSystem.h>
 #include <atomic>
 #include <chrono>
@@ -71,14 +71,13 @@ Global<IntOperator> NewNested() {
 
 TEST_F(CallbackThreadsTest, AThousandCallsDeepOnAThreadWithTheStackForIt) {
   const Global<IntOperator> nested = NewNested();
-  if (!OnWindows) {  // where a std::thread has a megabyte or two
+  if (!OnWindows) {  // a std::thread has a megabyte or two there
     std::thread([&] { EXPECT_EQ(Nest(nested, 1000), 1000); }).join();
   }
   EXPECT_EQ(NestInThread(nested, 1000, 64 << 20), "1000");
 }
 
 TEST_F(CallbackThreadsTest, StackThatRunsOutIsJavasError) {
-  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not see the end of a Java thread's stack";
   const Global<IntOperator> nested = NewNested();
   EXPECT_EQ(NestInThread(nested, 1000000, 1 << 20), "java.lang.StackOverflowError");
   std::thread([&] {
@@ -118,7 +117,7 @@ TEST_F(CallbackThreadsTest, ObjectsOfOneImplementationShareItsFunctions) {
 
 TEST_F(CallbackThreadsTest, AMillionAreMadeAndCollectedAndMemoryIsFlat) {
   std::atomic<int> count{0};
-  const int times = OnWindows || IsChecked() ? 10000 : 500000;  // the VM's bridge to Wine ends at more
+  const int times = IsChecked() ? 10000 : 500000;
   const auto make = [&] {
     for (int i = 0; i < times; ++i) {
       Thrown([counted = Counted(count)] {});

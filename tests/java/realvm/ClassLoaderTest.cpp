@@ -1,6 +1,7 @@
 // Class loaders: which they ask first, what they close, and when Java collects them.
 #include <thread>
 
+#include "java/realvm/JavaFiles.h"
 #include "java/realvm/MembersTags.h"
 #include "java/realvm/NothingLeft.h"
 
@@ -42,7 +43,7 @@ Local<Loader> Context() { return GetContext(CurrentThread()); }
 
 class ClassLoaderTest : public NothingLeftTest {
  protected:
-  void SetUp() override { SKIP_WITHOUT_OTHER_CLASSES(); }
+  void SetUp() override { SKIP_UNLESS_JAVA_KNOWS(TORVAN_TEST_OTHER_CLASSES); }
 
   static ClassLoader Others() { return ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}); }
 };
@@ -211,8 +212,6 @@ TEST_F(ClassLoaderTest, IsCollectedWithItsClassesOnceNothingHoldsIt) {
 }
 
 TEST_F(ClassLoaderTest, NothingIsLeft) {
-  NothingLeftTest::SetUp();
-  if (IsSkipped()) return;
   const ClassLoader others = Others();
   ExpectNothing([&] { const ContextClassLoader scope(others); });
   ExpectNothing([] { Others().Close(); });

@@ -191,7 +191,7 @@ TEST_F(ConvertTest, TextGoesBothWays) {
   EXPECT_EQ(UnitsOf(u""), "");
 }
 
-TEST_F(ConvertTest, UnitsAreNotLookedAt) {
+TEST_F(ConvertTest, UnitsAreNotChecked) {
   for (const std::u16string& units : {u""s, u"\0"s, u"a\0b"s, u"\xD83D\xDE00"s, u"\xD800"s, u"\xDC00\xD800"s}) {
     EXPECT_EQ(SameUnits(units), units);
   }

@@ -82,7 +82,7 @@ TEST_F(ElementsTest, AreReadAndWrittenInPlace) {
   EXPECT_THAT(Ints(array), ElementsAre(22, 6, 8));
 }
 
-TEST_F(ElementsTest, OfConstAreNotGivenBack) {
+TEST_F(ElementsTest, OfConstAreNotWrittenBack) {
   const Local<Array<jint>> array = NewArray(std::vector<jint>{1, 2});
   {
     const Elements<const jint> numbers(array);

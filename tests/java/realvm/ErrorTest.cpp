@@ -220,7 +220,7 @@ TEST_F(ErrorTest, ManyThreadsAskOneErrorAtOnce) {
   EXPECT_EQ(traces, std::vector<std::string>(8, error.StackTrace() + error.Cause()->what()));
 }
 
-TEST_F(ErrorTest, TakePendingGivesWhatRawJniLeftAndClearsIt) {
+TEST_F(ErrorTest, TakePendingReturnsWhatRawJniLeftAndClearsIt) {
   EXPECT_FALSE(java::TakePending().has_value());
   JNIEnv* const env = java::detail::Env();
   env->FindClass("no/Such");

@@ -146,7 +146,7 @@ TEST_F(GuardTest, EveryOperationIsGuarded) {
   }
 }
 
-TEST_F(GuardTest, GivesTheResultOfItsFunction) {
+TEST_F(GuardTest, ReturnsTheResultOfItsFunction) {
   const java::LocalFrame frame;
   EXPECT_EQ(Guard([] { return 7; }), 7);
   int value = 1;

@@ -1,4 +1,4 @@
-// A host's library that a program of Java's own has loaded. It prints while the process exits.
+// A host's library that a Java program has loaded. It prints while the process exits.
 #include <torvan/Java.h>
 
 #include <cstdio>

@@ -41,13 +41,4 @@ std::string AddedBy(Function&& function) {
   return begin == std::string::npos ? what : what.substr(begin + 1);
 }
 
-struct File {
-  static constexpr char JavaName[] = "java/io/File";
-};
-
-// Where Wine runs the test, Java is the machine's own and knows no drive Z.
-inline bool JavaKnowsOtherClasses() { return java::Call<bool>(java::New<File>(TORVAN_TEST_OTHER_CLASSES), "exists"); }
-#define SKIP_WITHOUT_OTHER_CLASSES() \
-  if (!JavaKnowsOtherClasses()) GTEST_SKIP() << "this Java does not know " << TORVAN_TEST_OTHER_CLASSES
-
 }  // namespace tests

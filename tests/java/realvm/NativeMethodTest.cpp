@@ -1,5 +1,4 @@
 // C++ functions as native methods.
-#include <ThisSystem.h>
 #include <atomic>
 #include <functional>
 #include <string>
@@ -20,12 +19,7 @@ using java::Object;
 using java::Ref;
 using java::StaticMethod;
 
-class NativeMethodTest : public RealVmTest {
- protected:
-  void SetUp() override {
-    if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
-  }
-};
+class NativeMethodTest : public RealVmTest {};
 
 constexpr const char* Type = "fixture/Natives";
 struct Natives {

@@ -1,4 +1,4 @@
-// Tests that each need a process, and so a VM, of their own.
+// Tests that each need their own process, and so their own VM.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ struct Expected {
   testing::Matcher<const std::string&> printed = testing::_;
 };
 
-// Runs the body in a process of its own, in which `settings` start a VM. A body that returns ends its process with 0,
+// Runs the body in its own process, in which `settings` start a VM. A body that returns ends its process with 0,
 // or with another code when one of its expectations failed or it threw; what failed is printed.
 void InProcessOfItsOwn(const std::function<void()>& body, const Expected& expected = {});
 

@@ -1,4 +1,4 @@
-// Tests that work which is done again and again takes no more memory.
+// Checks that work which is repeated does not take more and more memory.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -102,7 +102,7 @@ TEST_F(ThreadsTest, AThreadHasItsNameForItsScope) {
 }
 
 // The environment that is cached for a thread must not be used after other code has detached the thread.
-TEST_F(ThreadsTest, AThreadThatIsDetachedBehindTheBackIsAttachedAgain) {
+TEST_F(ThreadsTest, AThreadThatTheHostDetachesIsAttachedAgain) {
   InThreads(4, [] {
     for (int i = 0; i < 200; ++i) {
       EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -i), i);

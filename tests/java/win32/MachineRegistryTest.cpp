@@ -1,4 +1,4 @@
-// The real registry. In this process, keys of its own replace HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER, so that nothing
+// The real registry. In this process, other keys replace HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER, so that nothing
 // that is installed on the machine is read or changed.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -26,7 +26,7 @@ TEST(CallbackVmTest, TwoCopiesOfTheLayerInOneVm) {
   });
 }
 
-// Their native methods have slots of their own, 64 for functions of one type in each.
+// Each has its own slots for native methods, 64 for functions of one type in each.
 TEST(CallbackVmTest, TwoLibrariesThatShowTheirSymbolsBindEachTheirOwn) {
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "the address sanitizer objects to what is tested here: two libraries with the same symbols";

@@ -1,6 +1,7 @@
-// What is not there, or is something else, and classes of other loaders.
+// Members that are missing or are something else, and classes of other loaders.
 #include <cstdlib>
 
+#include "java/realvm/JavaFiles.h"
 #include "java/realvm/MembersTags.h"
 
 namespace tests {
@@ -15,9 +16,9 @@ using java::Misuse;
 using java::StaticField;
 using java::StaticMethod;
 
-class MembersMissingTest : public RealVmTest {};
+class MemberMissingTest : public RealVmTest {};
 
-TEST_F(MembersMissingTest, WhatTheClassHasInsteadIsListed) {
+TEST_F(MemberMissingTest, WhatTheClassHasInsteadIsListed) {
   const Local<Derived> derived = java::New<Derived>();
   EXPECT_EQ(AddedBy([&] { Method<Derived, jint(jint)>{"shared"}(derived, 1); }),
             "(fixture.Members$Derived has no int shared(int); it has int shared())");
@@ -45,14 +46,14 @@ TEST_F(MembersMissingTest, WhatTheClassHasInsteadIsListed) {
             "(fixture.Members has no static int cals, and nothing else of that name)");
 }
 
-TEST_F(MembersMissingTest, WhatTheJavaCompilerMadeIsNotListed) {
+TEST_F(MemberMissingTest, WhatTheJavaCompilerMadeIsNotListed) {
   const Local<Derived> derived = java::New<Derived>();
   EXPECT_EQ(AddedBy([&] { Method<Derived, jint(jint)>{"compareTo"}(derived, 1); }),
             "(fixture.Members$Derived has no int compareTo(int); it has int compareTo(fixture.Members$Derived))");
   EXPECT_EQ(java::Call<jint>(derived, "compareTo", java::Ref<java::Object>(derived)), 0);
 }
 
-TEST_F(MembersMissingTest, StaticAndNotIsTold) {
+TEST_F(MemberMissingTest, StaticAndNotIsTold) {
   const Local<Members> members = java::New<Members>();
   EXPECT_EQ(AddedBy([&] { Method<Members, jlong()>{"count"}(members); }),
             "(static long count() of fixture.Members is static: declare it as StaticMethod)");
@@ -68,7 +69,7 @@ TEST_F(MembersMissingTest, StaticAndNotIsTold) {
             "(int made of fixture.Members$Derived is not static: declare it as Field)");
 }
 
-TEST_F(MembersMissingTest, AClassThatIsNotThereNamesTheClassPath) {
+TEST_F(MemberMissingTest, AClassThatIsNotThereNamesTheClassPath) {
   const std::string path = java::CallStatic<std::string>("java/lang/System", "getProperty", "java.class.path");
   const std::string expected = "java.lang.ClassNotFoundException: fixture.NoSuch (not on the class path " + path +
                                "; bind members of another loader's class with In)";
@@ -78,7 +79,7 @@ TEST_F(MembersMissingTest, AClassThatIsNotThereNamesTheClassPath) {
   EXPECT_EQ(ErrorOf([] { java::CallStatic<void>("fixture/NoSuch", "none"); }), expected);
 }
 
-TEST_F(MembersMissingTest, ALookUpThatFailedIsMadeAgain) {
+TEST_F(MemberMissingTest, ALookUpThatFailedIsMadeAgain) {
   const StaticMethod<void()> none{"fixture/Members", "none"};
   EXPECT_NE(ErrorOf([&] { none(); }), "");
   EXPECT_NE(ErrorOf([&] { none(); }), "");
@@ -88,8 +89,8 @@ struct Plugin {
   static constexpr char JavaName[] = "fixture/Plugin";
 };
 
-TEST_F(MembersMissingTest, MembersOfAnotherLoadersClass) {
-  SKIP_WITHOUT_OTHER_CLASSES();
+TEST_F(MemberMissingTest, MembersOfAnotherLoadersClass) {
+  SKIP_UNLESS_JAVA_KNOWS(TORVAN_TEST_OTHER_CLASSES);
   const ClassLoader loader = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES});
   const Local<java::Class> type = loader.FindClass("fixture.Plugin");
   static constexpr Constructor<Plugin(jint)> Make;
@@ -115,8 +116,8 @@ TEST_F(MembersMissingTest, MembersOfAnotherLoadersClass) {
 }
 
 // Two loaders, two classes of one name: an object of one is none of the other, whatever its tag says.
-TEST_F(MembersMissingTest, AnObjectOfAnotherLoadersClassIsRefused) {
-  SKIP_WITHOUT_OTHER_CLASSES();
+TEST_F(MemberMissingTest, AnObjectOfAnotherLoadersClassIsRefused) {
+  SKIP_UNLESS_JAVA_KNOWS(TORVAN_TEST_OTHER_CLASSES);
   const Local<java::Class> first = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
   const Local<java::Class> second = ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin");
   const auto number = Method<Plugin, jint()>{"number"}.In(first);
@@ -134,8 +135,8 @@ TEST_F(MembersMissingTest, AnObjectOfAnotherLoadersClassIsRefused) {
 }
 
 // The class path has the class, and a loader that does not ask it has another one.
-TEST_F(MembersMissingTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheClassPath) {
-  SKIP_WITHOUT_OTHER_CLASSES();
+TEST_F(MemberMissingTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheClassPath) {
+  SKIP_UNLESS_JAVA_KNOWS(TORVAN_TEST_OTHER_CLASSES);
   static constexpr Method<Derived, jint()> Shared{"shared"};
   const Local<Derived> own = java::New<Derived>();
   EXPECT_EQ(Shared(own), 20);
@@ -149,7 +150,7 @@ TEST_F(MembersMissingTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheC
   EXPECT_EQ(Shared(own), 20);
 }
 
-TEST_F(MembersMissingTest, WrongUseOfLoaders) {
+TEST_F(MemberMissingTest, WrongUseOfLoaders) {
   EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::OfJars({"no/such.jar"}); }),
             "there is no no/such.jar to load classes from");
   EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::Of(nullptr); }), "null has no class loader");

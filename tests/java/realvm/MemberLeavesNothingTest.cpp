@@ -1,6 +1,7 @@
 // Calls leave no reference, whether they succeed or fail.
 #include <string>
 
+#include "java/realvm/JavaFiles.h"
 #include "java/realvm/MembersTags.h"
 #include "java/realvm/NothingLeft.h"
 
@@ -20,7 +21,7 @@ struct Values {
   static constexpr char JavaName[] = "fixture/Values";
 };
 
-class MembersLeaveNothingTest : public NothingLeftTest {};
+class MemberLeavesNothingTest : public NothingLeftTest {};
 
 constexpr StaticMethod<std::string(std::string_view)> Same{"fixture/Values", "same"};
 constexpr StaticMethod<Local<Object>(Ref<Object>)> SameObject{"fixture/Values", "same"};
@@ -28,7 +29,7 @@ constexpr Constructor<Values()> Make;
 constexpr Field<Values, std::string> Text{"textField"};
 constexpr Field<Values, Local<Object>> Any{"objectField"};
 
-TEST_F(MembersLeaveNothingTest, TheCountSeesWhatIsLeft) {
+TEST_F(MemberLeavesNothingTest, TheCountSeesWhatIsLeft) {
   const Global<Values> first{Make()};  // deletes what other threads have dropped
   const CountedReferences counted(java::detail::Env());
   const Local<Values> values = Make();
@@ -37,7 +38,7 @@ TEST_F(MembersLeaveNothingTest, TheCountSeesWhatIsLeft) {
   EXPECT_EQ(counted.Globals(), 1);
 }
 
-TEST_F(MembersLeaveNothingTest, AfterAMillionCalls) {
+TEST_F(MemberLeavesNothingTest, AfterAMillionCalls) {
   static constexpr StaticMethod<std::optional<jint>(std::optional<jint>)> SameNumber{"fixture/Values", "same"};
   const Local<Values> values = Make();
   const java::Thread thread;
@@ -51,7 +52,7 @@ TEST_F(MembersLeaveNothingTest, AfterAMillionCalls) {
       250000);
 }
 
-TEST_F(MembersLeaveNothingTest, AfterCallsThatReturn) {
+TEST_F(MemberLeavesNothingTest, AfterCallsThatReturn) {
   static constexpr StaticMethod<Global<Object>(Ref<Object>)> SameGlobal{"fixture/Values", "same"};
   const Local<Values> values = Make();
   ExpectNothing([] { Same(std::string(5000, 'x')); });
@@ -66,7 +67,7 @@ TEST_F(MembersLeaveNothingTest, AfterCallsThatReturn) {
 }
 
 // What such a member needs to test the objects is not looked up anew, and not kept anew, with each call.
-TEST_F(MembersLeaveNothingTest, AfterMembersThatAreDeclaredInsideAFunction) {
+TEST_F(MemberLeavesNothingTest, AfterMembersThatAreDeclaredInsideAFunction) {
   const Local<ArrayList> list = java::New<ArrayList>();
   java::Call<void>(list, "add", "text");
   ExpectNothing([&] {
@@ -78,7 +79,7 @@ TEST_F(MembersLeaveNothingTest, AfterMembersThatAreDeclaredInsideAFunction) {
   });
 }
 
-TEST_F(MembersLeaveNothingTest, AfterCallsThatThrow) {
+TEST_F(MemberLeavesNothingTest, AfterCallsThatThrow) {
   static constexpr StaticMethod<std::string(std::string_view, std::string_view)> Missing{"fixture/Members", "missing"};
   static constexpr StaticMethod<void()> NoClass{"fixture/NoSuch", "missing"};
   static constexpr StaticMethod<void(std::string_view)> Fails{"fixture/Members", "fails"};
@@ -105,7 +106,7 @@ TEST_F(MembersLeaveNothingTest, AfterCallsThatThrow) {
   ExpectNothingOfThrowing([] { Text.Get(Local<Values>()); });
 }
 
-TEST_F(MembersLeaveNothingTest, AfterCallsThatAreLookedUp) {
+TEST_F(MemberLeavesNothingTest, AfterCallsThatAreLookedUp) {
   const Local<ArrayList> list = java::New<ArrayList>();
   ExpectNothing([&] { java::Call<void>(list, "add", 0, "text"); });
   ExpectNothing([&] { java::Call<void>(list, "clear"); });
@@ -119,7 +120,7 @@ TEST_F(MembersLeaveNothingTest, AfterCallsThatAreLookedUp) {
   ExpectNothingOfThrowing([] { java::CallStatic<std::string>("fixture/Values", "none"); });
 }
 
-TEST_F(MembersLeaveNothingTest, AfterMembersOfOtherLoaders) {
+TEST_F(MemberLeavesNothingTest, AfterMembersOfOtherLoaders) {
   static constexpr Method<Object, std::string()> ToString{"toString"};
   static constexpr Method<Object, std::string()> Missing{"missing"};
   const Local<java::Class> type = java::FindClass("java/lang/Object");
@@ -131,7 +132,7 @@ TEST_F(MembersLeaveNothingTest, AfterMembersOfOtherLoaders) {
   });
   ExpectNothingOfThrowing([&] { Missing.In(type); });
   ExpectNothingOfThrowing([] { java::ClassLoader::System().FindClass("fixture/NoSuch"); });
-  SKIP_WITHOUT_OTHER_CLASSES();
+  SKIP_UNLESS_JAVA_KNOWS(TORVAN_TEST_OTHER_CLASSES);
   ExpectNothing([] { java::ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}).FindClass("fixture/Plugin"); });
 }
 

@@ -13,13 +13,13 @@ using java::Object;
 using java::Ref;
 using java::StaticMethod;
 
-class CallbacksLeaveNothingTest : public NothingLeftTest {};
+class CallbackLeavesNothingTest : public NothingLeftTest {};
 
 constexpr StaticMethod<std::string(Ref<Function>, Ref<Object>)> Applied{
     "fixture/Callbacks", "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
 constexpr StaticMethod<std::string(Ref<Shape>)> CallShape{"fixture/Callbacks", "shape"};
 
-TEST_F(CallbacksLeaveNothingTest, AfterCalls) {
+TEST_F(CallbackLeavesNothingTest, AfterCalls) {
   ExpectNothing([] { Implement<Runnable>().On("run", [] {}).New(); });
   ExpectNothing([] { Implement(java::FindClass("java/lang/Runnable")).On("run", [] {}).New(); });
   ExpectNothing([] { Applied([](std::string value) { return value; }, "text"); });
@@ -33,7 +33,7 @@ TEST_F(CallbacksLeaveNothingTest, AfterCalls) {
   });
 }
 
-TEST_F(CallbacksLeaveNothingTest, AfterCallsThatThrow) {
+TEST_F(CallbackLeavesNothingTest, AfterCallsThatThrow) {
   ExpectNothingOfThrowing([] { Nest([](jint x) -> jint { throw std::runtime_error(std::to_string(x)); }, 1); });
   ExpectNothingOfThrowing([] { Implement<Runnable>().On("walk", [] {}).New(); });
   ExpectNothingOfThrowing([] { Implement<Runnable>().On("run", [] {}).On("run", [] {}).New(); });
@@ -41,7 +41,7 @@ TEST_F(CallbacksLeaveNothingTest, AfterCallsThatThrow) {
   ExpectNothingOfThrowing([] { Applied([](std::string value) { return value; }, NewInteger(1)); });
 }
 
-TEST_F(CallbacksLeaveNothingTest, WhereverJavaHasNoMemory) {
+TEST_F(CallbackLeavesNothingTest, WhereverJavaHasNoMemory) {
   std::atomic<int> count{0};
   ExpectNothingWhereverItFails([&] { Implement<Runnable>().On("run", [counted = Counted(count)] {}).New(); }, 3);
   const java::Global<java::Class> type(java::FindClass("fixture/Callbacks$Shape"));
@@ -57,7 +57,7 @@ TEST_F(CallbacksLeaveNothingTest, WhereverJavaHasNoMemory) {
   EXPECT_TRUE(ComesDownTo(count, 0)) << count;
 }
 
-TEST_F(CallbacksLeaveNothingTest, WhereverJavaHasNoMemoryForANativeMethod) {
+TEST_F(CallbackLeavesNothingTest, WhereverJavaHasNoMemoryForANativeMethod) {
   constexpr java::NativeMethod<void(Ref<Shape>)> native{"fixture/Natives", "takes", "(Ljava/lang/Object;)V"};
   std::atomic<int> count{0};
   ExpectNothingWhereverItFails([&] { native.Bind([counted = Counted(count)](Ref<Shape>) {}); }, 10);
@@ -65,7 +65,7 @@ TEST_F(CallbacksLeaveNothingTest, WhereverJavaHasNoMemoryForANativeMethod) {
   EXPECT_EQ(count, 3);
 }
 
-TEST_F(CallbacksLeaveNothingTest, WhereverTheVmRefusesAndDoesNotSayWhy) {
+TEST_F(CallbackLeavesNothingTest, WhereverTheVmRefusesAndDoesNotSayWhy) {
   std::atomic<int> count{0};
   const java::Global<java::Class> type(java::FindClass("fixture/Callbacks$Shape"));
   ExpectNothingWhereverItFailsSilently(
@@ -91,7 +91,7 @@ class Table {
 };
 
 // A Cleaner may have taken what it is given when its stack runs out.
-TEST_F(CallbacksLeaveNothingTest, AFunctionIsDestroyedOnceAlsoWhereTheCleanerFailsLate) {
+TEST_F(CallbackLeavesNothingTest, AFunctionIsDestroyedOnceAlsoWhereTheCleanerFailsLate) {
   Implement<Runnable>().On("run", [] {}).New();
   JNIEnv* const env = java::detail::Env();
   const Local<java::Class> cleaner = java::FindClass("java/lang/ref/Cleaner");
@@ -117,7 +117,7 @@ TEST_F(CallbacksLeaveNothingTest, AFunctionIsDestroyedOnceAlsoWhereTheCleanerFai
   EXPECT_EQ(count, 0);
 }
 
-TEST_F(CallbacksLeaveNothingTest, WhereReferencesRunOutAndTheVmDoesNotSayWhyJavaIsTold) {
+TEST_F(CallbackLeavesNothingTest, WhereReferencesRunOutAndTheVmDoesNotSayWhyJavaIsTold) {
   constexpr StaticMethod<std::string(Ref<Every>)> callMany{"fixture/Callbacks", "many"};
   bool called = false;
   const auto every =

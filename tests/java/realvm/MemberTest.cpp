@@ -29,7 +29,7 @@ struct Abstract {
   static constexpr char JavaName[] = "fixture/Members$Abstract";
 };
 
-class MembersTest : public RealVmTest {};
+class MemberTest : public RealVmTest {};
 
 constexpr Constructor<Derived()> NewDerived;
 constexpr Constructor<Derived(std::string_view)> NewDerivedOf;
@@ -42,7 +42,7 @@ constexpr StaticMethod<jint(jint, jint)> Max{"java/lang/Math", "max"};
 constexpr StaticField<jint> Calls{"fixture/Members", "calls"};
 constexpr StaticMethod<void()> Called{"fixture/Members", "called"};
 
-TEST_F(MembersTest, ConstructorsMakeObjects) {
+TEST_F(MemberTest, ConstructorsMakeObjects) {
   EXPECT_EQ(How.Get(NewDerived()), "nothing");
   EXPECT_EQ(How.Get(NewDerivedOf("text")), "text");
   static constexpr Constructor<Derived(jint)> OfInt;
@@ -54,7 +54,7 @@ TEST_F(MembersTest, ConstructorsMakeObjects) {
   EXPECT_EQ(How.Get(OfBoth("text", NewInteger(7))), "text 7");
 }
 
-TEST_F(MembersTest, MethodsOfInterfacesAndInheritedOnes) {
+TEST_F(MemberTest, MethodsOfInterfacesAndInheritedOnes) {
   const Local<Derived> derived = NewDerived();
   EXPECT_EQ(Greet(derived, "you"), "derived you");
   EXPECT_EQ(GreetTwice(derived, "you"), "derived you, derived you");
@@ -65,7 +65,7 @@ TEST_F(MembersTest, MethodsOfInterfacesAndInheritedOnes) {
   EXPECT_EQ(HashCode(derived), java::CallStatic<jint>("java/lang/System", "identityHashCode", derived));
 }
 
-TEST_F(MembersTest, SuperMethodsAreThoseOfTheClassNamed) {
+TEST_F(MemberTest, SuperMethodsAreThoseOfTheClassNamed) {
   static constexpr SuperMethod<Base, jint()> BaseOwn{"shared"};
   static constexpr SuperMethod<Base, std::string(std::string_view)> BaseGreet{"greet"};
   static constexpr SuperMethod<Object, std::string()> ObjectText{"toString"};
@@ -76,7 +76,7 @@ TEST_F(MembersTest, SuperMethodsAreThoseOfTheClassNamed) {
   EXPECT_EQ(ObjectText(derived).substr(0, 23), "fixture.Members$Derived");
 }
 
-TEST_F(MembersTest, AnyReferenceAndAThreadGoFirst) {
+TEST_F(MemberTest, AnyReferenceAndAThreadGoFirst) {
   const Local<Derived> derived = NewDerived();
   const java::Global<Derived> global(derived);
   const java::Thread thread;
@@ -89,7 +89,7 @@ TEST_F(MembersTest, AnyReferenceAndAThreadGoFirst) {
   EXPECT_EQ(Max(thread, 3, 4), 4);
 }
 
-TEST_F(MembersTest, ResultsOfAllTypes) {
+TEST_F(MemberTest, ResultsOfAllTypes) {
   EXPECT_EQ((StaticMethod<jlong()>{"fixture/Members", "count"}()), 5);
   EXPECT_EQ((StaticMethod<float()>{"fixture/Members", "half"}()), 0.5f);
   Calls.Set(0);
@@ -99,7 +99,7 @@ TEST_F(MembersTest, ResultsOfAllTypes) {
   EXPECT_EQ((StaticMethod<std::string()>{"fixture/Members", "secret"}()), "told");
 }
 
-TEST_F(MembersTest, AVarargsMethodTakesItsArray) {
+TEST_F(MemberTest, AVarargsMethodTakesItsArray) {
   static constexpr StaticMethod<std::string(std::string_view, Ref<Strings>)> Joined{"fixture/Members", "joined"};
   JNIEnv* const env = java::detail::Env();
   const auto type = java::FindClass("java/lang/String");
@@ -108,7 +108,7 @@ TEST_F(MembersTest, AVarargsMethodTakesItsArray) {
   EXPECT_EQ(Joined("-", parts), "x-x");
 }
 
-TEST_F(MembersTest, ADescriptorIsGivenWhereJavaDeclaresAnotherClass) {
+TEST_F(MemberTest, ADescriptorIsGivenWhereJavaDeclaresAnotherClass) {
   static constexpr Method<ArrayList, bool(Ref<Derived>)> Add{"add", "(Ljava/lang/Object;)Z"};
   static constexpr Method<ArrayList, Local<Derived>(jint)> Get{"get", "(I)Ljava/lang/Object;"};
   static constexpr StaticMethod<std::string(std::string_view)> Chars{"fixture/Members", "chars",
@@ -123,7 +123,7 @@ TEST_F(MembersTest, ADescriptorIsGivenWhereJavaDeclaresAnotherClass) {
 }
 
 // JNI would take it, and the VM would crash sooner or later.
-TEST_F(MembersTest, WhatTheCompilerCannotTestIsTestedAtTheCall) {
+TEST_F(MemberTest, WhatTheCompilerCannotTestIsTestedAtTheCall) {
   static constexpr Method<ArrayList, bool(Ref<Object>)> Add{"add"};
   static constexpr Method<ArrayList, Local<Derived>(jint)> Get{"get", "(I)Ljava/lang/Object;"};
   static constexpr Method<ArrayList, std::string(jint)> GetText{"get", "(I)Ljava/lang/Object;"};
@@ -151,7 +151,7 @@ TEST_F(MembersTest, WhatTheCompilerCannotTestIsTestedAtTheCall) {
             "fixture.Members$Derived");
 }
 
-TEST_F(MembersTest, ANullObjectNamesTheMember) {
+TEST_F(MemberTest, ANullObjectNamesTheMember) {
   const Local<Derived> none;
   EXPECT_EQ(WhatOf<Misuse>([&] { Greet(none, "you"); }),
             "null is given as the object of fixture.Members$Greeter.greet(java.lang.String)");
@@ -162,7 +162,7 @@ TEST_F(MembersTest, ANullObjectNamesTheMember) {
   EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(none, "shared"); }), "null is given as the object of shared(...)");
 }
 
-TEST_F(MembersTest, WhatJavaThrowsIsAnError) {
+TEST_F(MemberTest, WhatJavaThrowsIsAnError) {
   static constexpr StaticMethod<void(std::string_view)> Fails{"fixture/Members", "fails"};
   static constexpr Constructor<Failing()> NewFailing;
   static constexpr Constructor<Abstract()> NewAbstract;
@@ -175,7 +175,7 @@ TEST_F(MembersTest, WhatJavaThrowsIsAnError) {
   EXPECT_EQ(Max(3, 4), 4);
 }
 
-TEST_F(MembersTest, ACallWithAnExceptionPendingThrowsItAndDoesNotStart) {
+TEST_F(MemberTest, ACallWithAnExceptionPendingThrowsItAndDoesNotStart) {
   Calls.Set(0);
   JNIEnv* const env = java::detail::Env();
   const auto type = java::FindClass("java/lang/IllegalStateException");
@@ -184,7 +184,7 @@ TEST_F(MembersTest, ACallWithAnExceptionPendingThrowsItAndDoesNotStart) {
   EXPECT_EQ(Calls.Get(), 0);
 }
 
-TEST_F(MembersTest, EightThreadsUseAMemberFirst) {
+TEST_F(MemberTest, EightThreadsUseAMemberFirst) {
   static constexpr StaticMethod<jint(jint, jint)> Add{"java/lang/Math", "addExact"};
   static constexpr Method<Derived, jint()> Own{"shared"};
   static constexpr Field<Derived, jint> Made{"made"};
@@ -204,7 +204,7 @@ TEST_F(MembersTest, EightThreadsUseAMemberFirst) {
   EXPECT_EQ(wrong, 0);
 }
 
-TEST_F(MembersTest, MembersAreCopiedAsDeclarations) {
+TEST_F(MemberTest, MembersAreCopiedAsDeclarations) {
   const Method<Derived, jint()> local{"shared"};
   const auto copy = local;
   const Local<Derived> derived = NewDerived();
