@@ -1,4 +1,4 @@
-// The end of a child process that GoogleTest starts for a test of its own.
+// The end of a child process that GoogleTest starts for one test.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -118,7 +118,7 @@ TYPED_TEST(ExceptionsTest, PrintsTheLineOfEveryException) {
   EXPECT_EQ(stream.Text(), TypeParam::printed);
 }
 
-TEST(LauncherExceptionTest, IsNotCaughtAsOneOfJni) {
+TEST(ExceptionsLauncherTest, IsNotCaughtAsOneOfJni) {
   try {
     throw CJavaVmLauncherException(nullptr, 0, nullptr, nullptr);
   } catch (const CJniException&) {

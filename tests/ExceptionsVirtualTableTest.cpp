@@ -73,14 +73,14 @@ std::vector<int> DifferingSlots(const CException& left, const CException& right)
 }
 
 template <typename Exception>
-class VirtualTableTest : public ::testing::Test {};
+class ExceptionsVirtualTableTest : public ::testing::Test {};
 
 using Exceptions =
     ::testing::Types<CException, torvan::jni::CJniException, torvan::jni::CJavaRuntimeException,
                      torvan::jni::CJavaVmException, CJavaException, torvan::jvmlauncher::CJavaVmLauncherException>;
-TYPED_TEST_SUITE(VirtualTableTest, Exceptions, );  // clang wants an argument for the "..." of the macro
+TYPED_TEST_SUITE(ExceptionsVirtualTableTest, Exceptions, );  // clang wants an argument for the "..." of the macro
 
-TYPED_TEST(VirtualTableTest, OperationsHaveTheirSlots) {
+TYPED_TEST(ExceptionsVirtualTableTest, OperationsHaveTheirSlots) {
   const Derived<TypeParam> base;
   EXPECT_EQ(DifferingSlots(base, WithGetClass<TypeParam>()), std::vector{2});
   EXPECT_EQ(DifferingSlots(base, WithGetHashCode<TypeParam>()), std::vector{3});
@@ -90,7 +90,7 @@ TYPED_TEST(VirtualTableTest, OperationsHaveTheirSlots) {
 }
 
 // The type of a member's address names the class that declares it last.
-TYPED_TEST(VirtualTableTest, AnExceptionOverridesItsClassAndOnlyTheJavaOneItsPrinting) {
+TYPED_TEST(ExceptionsVirtualTableTest, AnExceptionOverridesItsClassAndOnlyTheJavaOneItsPrinting) {
   using Printing = std::conditional_t<std::is_same_v<TypeParam, CJavaException>, CJavaException, CException>;
   static_assert(std::is_same_v<decltype(&TypeParam::GetClass), const CClass* (TypeParam::*)() const>);
   static_assert(std::is_same_v<decltype(&TypeParam::GetHashCode), int (CObject::*)() const>);

@@ -1,7 +1,7 @@
 # The Java that tests use. A build whose programs do not find the machine's own Java has set or defined otherwise what
 # depends on it: see CMAKE_PROJECT_torvan_INCLUDE in CMakePresets.json.
 #
-# TORVAN_DRIVE: stands before a path of this machine that is passed to a program of this build; usually nothing
+# TORVAN_DRIVE: precedes a path of this machine that is passed to a program of this build; usually nothing
 # TORVAN_JAVA_RUNNER: runs a program that uses Java, as CMAKE_CROSSCOMPILING_EMULATOR runs the others; usually nothing
 
 # Where a Java VM's library is in its home folder.

@@ -47,12 +47,12 @@ TEST(JavaExceptionTest, AnswersItsThreeTextsAndHasAMessageWithoutAPlace) {
   EXPECT_EQ(exception.GetDetail(), nullptr);
 }
 
-TEST(JavaExceptionTest, GivesTheStoredTextsThemselvesInTheirOrder) {
+TEST(JavaExceptionTest, ReturnsTheStoredTextsThemselvesInTheirOrder) {
   const CJavaException exception = IllegalState();
   const auto* const first = &exception.GetJavaExceptionClassName();
   EXPECT_EQ(&exception.GetJavaMessage(), first + 1);
   EXPECT_EQ(&exception.GetJavaStackTrace(), first + 2);
-  EXPECT_EQ(static_cast<const void*>(first + 3), static_cast<const void*>(&exception + 1)) << "behind the base";
+  EXPECT_EQ(static_cast<const void*>(first + 3), static_cast<const void*>(&exception + 1)) << "after the base";
 }
 
 TEST(JavaExceptionTest, KeepsTextsThatAreNull) {

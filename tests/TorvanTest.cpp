@@ -21,9 +21,9 @@ using ::testing::IsEmpty;
 constexpr int MostUses = 2147483647;
 
 // A library with a number of uses. Its foundation records each call.
-class LifecycleTest : public ::testing::Test {
+class TorvanTest : public ::testing::Test {
  protected:
-  LifecycleTest() { s_calls.clear(); }
+  TorvanTest() { s_calls.clear(); }
 
   static Foundation WithUses(int count) { return {InitializeFoundation, TerminateFoundation, count}; }
   static Foundation Failing() { return {FailToInitializeFoundation, TerminateFoundation, 0}; }
@@ -45,7 +45,7 @@ class LifecycleTest : public ::testing::Test {
   }
 };
 
-TEST_F(LifecycleTest, TheFoundationIsUpFromTheFirstUseToTheLast) {
+TEST_F(TorvanTest, TheFoundationIsUpFromTheFirstUseToTheLast) {
   FoundationScope scope(WithUses(0));
   EXPECT_EQ(Initialize(), 1);
   EXPECT_THAT(s_calls, ElementsAre("initialize"));
@@ -58,7 +58,7 @@ TEST_F(LifecycleTest, TheFoundationIsUpFromTheFirstUseToTheLast) {
   EXPECT_THAT(s_calls, ElementsAre("initialize", "terminate"));
 }
 
-TEST_F(LifecycleTest, TheFoundationComesUpAgainAfterTheLastUse) {
+TEST_F(TorvanTest, TheFoundationComesUpAgainAfterTheLastUse) {
   FoundationScope scope(WithUses(0));
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(Initialize(), 1);
@@ -67,7 +67,7 @@ TEST_F(LifecycleTest, TheFoundationComesUpAgainAfterTheLastUse) {
   EXPECT_THAT(s_calls, ElementsAre("initialize", "terminate", "initialize", "terminate"));
 }
 
-TEST_F(LifecycleTest, TerminatingWithoutUsesDoesNothing) {
+TEST_F(TorvanTest, TerminatingWithoutUsesDoesNothing) {
   FoundationScope scope(WithUses(0));
   EXPECT_EQ(Terminate(), 0);
   EXPECT_EQ(Terminate(), 0);
@@ -75,7 +75,7 @@ TEST_F(LifecycleTest, TerminatingWithoutUsesDoesNothing) {
   EXPECT_EQ(Initialize(), 1) << "nothing was owed";
 }
 
-TEST_F(LifecycleTest, AFirstUseThatFailsGivesTheFoundationsResultAndStillCounts) {
+TEST_F(TorvanTest, AFirstUseThatFailsReturnsTheFoundationsResultAndStillCounts) {
   FoundationScope scope(Failing());
   EXPECT_EQ(Initialize(), -5);
   EXPECT_EQ(Initialize(), 2);
@@ -85,12 +85,12 @@ TEST_F(LifecycleTest, AFirstUseThatFailsGivesTheFoundationsResultAndStillCounts)
   EXPECT_THAT(s_calls, ElementsAre("initialize", "terminate"));
 }
 
-TEST_F(LifecycleTest, AResultOfZeroFromTheFoundationIsSuccess) {
+TEST_F(TorvanTest, AResultOfZeroFromTheFoundationIsSuccess) {
   FoundationScope scope({[]() noexcept { return 0; }, []() noexcept { return 0; }, 0});
   EXPECT_EQ(Initialize(), 1);
 }
 
-TEST_F(LifecycleTest, TheUseCountStaysAtItsMaximum) {
+TEST_F(TorvanTest, TheUseCountStaysAtItsMaximum) {
   FoundationScope scope(WithUses(MostUses - 1));
   EXPECT_EQ(Initialize(), MostUses);
   EXPECT_EQ(Initialize(), MostUses);
@@ -99,9 +99,9 @@ TEST_F(LifecycleTest, TheUseCountStaysAtItsMaximum) {
   EXPECT_THAT(s_calls, IsEmpty());
 }
 
-TEST_F(LifecycleTest, ByDefaultTheRealFoundationIsBroughtUpAndDown) {
+TEST_F(TorvanTest, ByDefaultTheRealFoundationIsBroughtUpAndDown) {
   EXPECT_EQ(Foundation::Current().useCount, 0);
-  ASSERT_EQ(mirel::Terminate(), 0) << "nobody else uses it here";
+  ASSERT_EQ(mirel::Terminate(), 0) << "no other code uses it here";
   EXPECT_EQ(Initialize(), 1);
   EXPECT_EQ(mirel::Initialize(), 2);
   EXPECT_EQ(mirel::Terminate(), 1);

@@ -62,15 +62,15 @@ ROW(CSystemPropertyOption, "torvan::jvmlauncher::options::CSystemPropertyOption"
 
 #undef ROW
 
-class TypeRecordTest : public ::testing::TestWithParam<Row> {};
+class TypeRecordsRowTest : public ::testing::TestWithParam<Row> {};
 
-TEST_P(TypeRecordTest, NamesTheClassAndItsParentAndKnowsTheSize) {
+TEST_P(TypeRecordsRowTest, NamesTheClassAndItsParentAndKnowsTheSize) {
   EXPECT_STREQ(GetParam().record->GetName(), GetParam().name);
   EXPECT_STREQ(GetParam().record->GetParentName(), GetParam().parentName);
   EXPECT_EQ(GetParam().record->GetInstanceSize(), GetParam().size);
 }
 
-TEST_P(TypeRecordTest, FindsTheRegisteredParent) {
+TEST_P(TypeRecordsRowTest, FindsTheRegisteredParent) {
   const CClass* const parent = GetParam().record->GetParent();
   if (std::string(GetParam().parentName) == "mirel::base::CBase") {
     EXPECT_EQ(parent, nullptr) << "the allocation base has no record";
@@ -80,7 +80,7 @@ TEST_P(TypeRecordTest, FindsTheRegisteredParent) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, TypeRecordTest, ::testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(All, TypeRecordsRowTest, ::testing::ValuesIn(rows),
                          [](const auto& row) { return std::string(row.param.shortName); });
 
 // The registry links each record to the one built before it, in the record's last field.

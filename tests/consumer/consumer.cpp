@@ -38,7 +38,7 @@ void CheckOptions() {
   start.AddOption(options::CCustomOption(RX_TEXT("-Xmx64m")));
   JavaVMOption* const rendered = start.CreateJniOptions();
   Check(Same(rendered[0].optionString, "-Duser.dir=work"), "a system property is rendered");
-  Check(Same(rendered[1].optionString, "-Xmx64m"), "an option is rendered as it stands");
+  Check(Same(rendered[1].optionString, "-Xmx64m"), "an option is rendered as it is");
   start.DestroyJniOptions(rendered);
   start.RemoveOption(options::CCustomOption(RX_TEXT("-Xmx64m")));
   Check(start.GetOptionCount() == 1, "an option is found by its contents");

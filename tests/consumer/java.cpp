@@ -32,7 +32,7 @@ constexpr java::StaticMethod<java::Local<Numbers>(jint, jint)> Range{"java/util/
 constexpr java::Method<Numbers, java::Local<Numbers>(java::Ref<Operator>)> Map{"map"};
 constexpr java::Method<Numbers, jint()> Sum{"sum"};
 
-// Java in a process of its own.
+// Java in its own process.
 bool RunsJava() { return java::Run(java::Program::MainClass("no.Such").Option("-version")).exitCode == 0; }
 
 bool StartsAVm() {

@@ -46,7 +46,7 @@ fail() {
   printf 'FAILED: %s\n%s\n' "$@"
 }
 
-# Lets the program find no Java from now on; false where the machine lets nobody hide a folder.
+# Lets the program find no Java from now on; false where the machine does not let a user hide a folder.
 hide_java() {
   if $windows; then
     runner=("${runner_without_java[@]}")

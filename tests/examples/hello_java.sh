@@ -9,7 +9,7 @@ if hide_java; then
   expect 'no Java' 1 'mirel::base::win::CWinSystemErrorException: Failed to open .*
 mirel::jni::CJavaRuntimeException: There is not any Sun JRE installed in the current system\. at jni/.*:206'
 else
-  echo "hello_java.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
+  echo "hello_java.sh: the run without Java is left out: this machine does not let a user hide a folder (unshare, mount)"
 fi
 
 finish

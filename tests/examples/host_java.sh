@@ -49,7 +49,7 @@ if hide_java; then
   expect 'no Java' 2 'host_java: There is not any Sun JRE installed in the current system\. Install a Java runtime.*' \
     "$folder/text.txt"
 else
-  echo "host_java.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
+  echo "host_java.sh: the run without Java is left out: this machine does not let a user hide a folder (unshare, mount)"
 fi
 
 finish

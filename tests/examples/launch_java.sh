@@ -76,7 +76,7 @@ fi
 if hide_java; then
   expect 'no Java' 2 'launch_java: There is no installed Java VM on the current system\.' 1.8 Main
 else
-  echo "launch_java.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
+  echo "launch_java.sh: the run without Java is left out: this machine does not let a user hide a folder (unshare, mount)"
 fi
 
 finish

@@ -21,7 +21,7 @@ if hide_java; then
   expect 'no Java' 2 "$any"'threads: mirel::jni::CJavaRuntimeException: There is not any Sun JRE installed .*' 2 \
     "$folder/text.txt"
 else
-  echo "threads.sh: the run without Java is left out: this machine lets nobody hide a folder (unshare, mount)"
+  echo "threads.sh: the run without Java is left out: this machine does not let a user hide a folder (unshare, mount)"
 fi
 
 finish

@@ -43,7 +43,7 @@ Failure Throws(const char* file, unsigned int line, const char* message) {
 }
 
 // Runs an operation and returns what it threw. Anything that is no CException passes through. Use:
-//   EXPECT_EQ(FailureOf([&] { vm.Detach(); }), Throws<CJavaVmException>("jni/JavaVm", 60, "..."));
+//   EXPECT_EQ(FailureOf([&] { vm.Detach(); }), Throws<CJavaVmException>("jni/JavaVm", AnyLine, "..."));
 template <typename Operation>
 Failure FailureOf(Operation&& operation) {
   try {

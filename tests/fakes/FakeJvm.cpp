@@ -102,7 +102,7 @@ void FakeJvm::AnswerStrings() {
     return m_chars.emplace(key, std::move(chars)).first->first;
   });
   On<&Jni::ReleaseStringChars>([this](jstring, const jchar* chars) {
-    if (m_chars.erase(chars) == 0) ADD_FAILURE() << "these characters were not handed out, or are given back twice";
+    if (m_chars.erase(chars) == 0) ADD_FAILURE() << "these characters are not the VM's, or are released twice";
   });
 }
 

@@ -53,14 +53,14 @@ TEST(FakeJvmTest, GlobalsShowTheirLocalAndMustNotBeDeletedTwice) {
   EXPECT_NONFATAL_FAILURE(jvm.Env()->DeleteGlobalRef(global), "no global reference: global:1");
 }
 
-TEST(FakeJvmTest, CharactersMustBeGivenBackOnce) {
+TEST(FakeJvmTest, CharactersMustBeReleasedOnce) {
   FakeJvm jvm;
   jvm.AnswerStrings();
   const jstring string = jvm.NewText("text");
   const jchar* chars = jvm.Env()->GetStringChars(string, nullptr);
   EXPECT_EQ(jvm.HeldStringChars(), 1u);
   const std::vector<jchar> others{0};
-  EXPECT_NONFATAL_FAILURE(jvm.Env()->ReleaseStringChars(string, others.data()), "not handed out");
+  EXPECT_NONFATAL_FAILURE(jvm.Env()->ReleaseStringChars(string, others.data()), "not the VM's");
   jvm.Env()->ReleaseStringChars(string, chars);
   EXPECT_EQ(jvm.HeldStringChars(), 0u);
 }

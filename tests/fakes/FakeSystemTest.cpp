@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace torvan::platform;
 
-TEST(FakeSystemTest, IsInForceForTheLifeOfItsScope) {
+TEST(FakeSystemTest, IsUsedForTheLifeOfItsScope) {
   FakeSystem outer;
   FakeSystem inner;
   EXPECT_EQ(&System::Native(), &System::Current());
@@ -81,7 +81,7 @@ TEST(FakeSystemTest, LogsProcessesInOrderAndNamesWhichHandlesAreOpen) {
                           "EndProcess(process 1001, 5)", "SendConsoleEvent(1, 1001)", "ReleaseHandle(process 1001)"));
 }
 
-TEST(FakeSystemTest, GivesTheStatusesOfItsScript) {
+TEST(FakeSystemTest, ReturnsTheStatusesOfItsScript) {
   FakeSystem system;
   system.AddKey("Good\\Child");
   system.FailOpen("Bad", 5);
@@ -98,7 +98,7 @@ TEST(FakeSystemTest, GivesTheStatusesOfItsScript) {
   EXPECT_EQ(32, system.LastError());
 }
 
-TEST(FakeSystemTest, GivesAProcessTheTroublesOfItsScript) {
+TEST(FakeSystemTest, AProcessHasTheTroublesOfItsScript) {
   FakeSystem system;
   FakeProcess script;
   script.timeouts = 2;

@@ -35,7 +35,7 @@ class FakeRuntime : public torvan::jni::CJavaRuntime {
   FakeRuntime() : CJavaRuntime(mirel::base::CRef<torvan::jni::CJavaRuntimeImpl>(new FakeRuntimeImpl())) {}
 };
 
-// A new handle of a fake VM, with a runtime of its own.
+// A new handle of a fake VM, with its own runtime.
 inline torvan::jni::CJavaVm HandleOf(FakeJvm& jvm) { return FakeRuntimeImpl::Wrap(FakeRuntime(), jvm.Vm()); }
 
 // A fake VM without any script. After the test nothing of it may be referenced.

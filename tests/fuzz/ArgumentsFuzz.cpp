@@ -64,7 +64,7 @@ int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     torvan::java::detail::AppendToArgumentFile(file, argument);
     torvan::java::detail::AppendQuoted(line, argument);
   }
-  Require(tests::ReadArgumentFile(file) == arguments, "an argument file gives back what was written");
-  Require(SplitLine(line) == arguments, "a command line gives back what was quoted");
+  Require(tests::ReadArgumentFile(file) == arguments, "an argument file returns what was written");
+  Require(SplitLine(line) == arguments, "a command line returns what was quoted");
   return 0;
 }

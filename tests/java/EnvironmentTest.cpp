@@ -69,7 +69,7 @@ TEST_F(EnvironmentTest, AThreadIsAttachedByItsFirstCallAndDetachedAtItsEnd) {
   EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
 }
 
-TEST_F(EnvironmentTest, AThreadThatSomebodyElseAttachedIsDetachedAtItsEnd) {
+TEST_F(EnvironmentTest, AThreadThatTheHostAttachedIsDetachedAtItsEnd) {
   std::thread([] {
     isAttached = true;
     Env();
@@ -135,7 +135,7 @@ TEST_F(EnvironmentTest, AThreadThatEndsAfterTheVmIsNotDetached) {
   EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
 }
 
-TEST_F(EnvironmentTest, MemoryIsOpenUntilItIsGivenBackAndNoneIsOpenedAfterTheEnd) {
+TEST_F(EnvironmentTest, MemoryIsOpenUntilItIsReleasedAndNoneIsOpenedAfterTheEnd) {
   {
     const OpenMemory memory;
     EXPECT_TRUE(OpenMemory::IsOpenInThisThread());
@@ -185,7 +185,7 @@ TEST_F(EnvironmentTest, TheEndWaitsForThreadsThatAreJustDetached) {
 }
 
 // In a process that never had a VM.
-TEST(NoVmTest, ACallBeforeTheStartSaysWhatToDo) {
+TEST(EnvironmentWithoutVmTest, ACallBeforeTheStartSaysWhatToDo) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {

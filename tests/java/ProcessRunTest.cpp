@@ -73,7 +73,7 @@ TEST(ProcessRunTest, AFunctionThatHasNothingYetIsAskedAgainLater) {
   EXPECT_LT(calls, 40);
 }
 
-TEST(ProcessRunTest, InputThatNobodyReadsIsDropped) {
+TEST(ProcessRunTest, InputThatTheProgramDoesNotReadIsDropped) {
   const Outcome outcome = java::Run(Probe({"says", "done"}).Input(std::string(1 << 20, 'x')));
   EXPECT_EQ(outcome.output, "done");
   EXPECT_EQ(outcome.ended, Ended::Exited);

@@ -278,7 +278,7 @@ TEST_F(ProcessTest, WhatAFunctionThrowsComesOutOfEveryWait) {
   EXPECT_THROW(process.Wait(1s), std::domain_error);
 }
 
-TEST_F(ProcessTest, TheTimeLimitIsKeptWhenNobodyWaits) {
+TEST_F(ProcessTest, TheTimeLimitIsKeptWhenNoOneWaits) {
   const Process process = java::Start(Probe({"sleep", "60000"}).TimeLimit(100ms));
   std::this_thread::sleep_for(100ms);
   const auto outcome = process.Wait(20s);

@@ -13,14 +13,8 @@
 namespace tests {
 namespace {
 
-using torvan::java::Global;
-using torvan::java::Local;
-using torvan::java::Object;
-using torvan::java::Ref;
-using torvan::java::Weak;
-using torvan::java::detail::GlobalOf;
-using torvan::java::detail::Own;
-using torvan::java::detail::UseVm;
+using namespace torvan::java;
+using namespace torvan::java::detail;
 
 class RefCountsTest : public CountedVmTest {
  protected:

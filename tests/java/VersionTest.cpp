@@ -64,9 +64,9 @@ TEST_P(VersionTextTest, IsReadAndKept) {
   EXPECT_FALSE(version.Fits("3"));
 }
 
-class NoVersionTest : public testing::TestWithParam<std::string> {};
+class VersionRefusedTest : public testing::TestWithParam<std::string> {};
 
-INSTANTIATE_TEST_SUITE_P(Texts, NoVersionTest,
+INSTANTIATE_TEST_SUITE_P(Texts, VersionRefusedTest,
                          testing::Values("", " ", "abc", "0", "0.9", "-1", "017", "17.", ".17", "17..1", "17.01", "17 ",
                                          "17-", "17-ea-", "17+", "17+06", "17+x", "17-ea+-x", "17--x", "17-a.b", "17.x",
                                          "17-ea~1", "17+6+7", "2147483648", "17+2147483648", "1.", "1.x", "1.8.0_",
@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, NoVersionTest,
                                          "1.8.0_99999999999", "u391", "0u1", "8u", "8ux", "8u391b13",
                                          std::string("17\0", 3), "17\n", "\xFF\xFE", "\u0661\u0667"));
 
-TEST_P(NoVersionTest, IsRefusedWithItsText) {
+TEST_P(VersionRefusedTest, IsRefusedWithItsText) {
   EXPECT_EQ(Version::TryParse(GetParam()), std::nullopt);
   EXPECT_EQ(FailureOf(GetParam()), std::string("\"" + GetParam() + "\" is not a version of Java").c_str());
 }

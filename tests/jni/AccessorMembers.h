@@ -13,7 +13,7 @@
 
 namespace tests {
 
-// The objects that a member is used on, in a VM of their own.
+// The objects that a member is used on, in their own VM.
 struct Target {
   FakeJvm& jvm;
   torvan::jni::CJavaObject object;    // global:1

@@ -26,9 +26,9 @@ using testing::IsEmpty;
 
 void OnExit(int) {}
 
-class CreateJavaVmTest : public RuntimeTest {
+class DynamicJavaRuntimeImplCreateTest : public RuntimeTest {
  protected:
-  CreateJavaVmTest() {
+  DynamicJavaRuntimeImplCreateTest() {
     options.AddOption(options::CCustomOption(RX_TEXT("-Xmx64m")));
     options.AddOption(options::CExitHook(OnExit));
     options.AddOption(options::CCustomOption(RX_TEXT("-Da=\u20AC")));
@@ -37,7 +37,7 @@ class CreateJavaVmTest : public RuntimeTest {
   COptions options;
 };
 
-TEST_F(CreateJavaVmTest, TheRuntimeGetsVersionOptionsAndFlag) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, TheRuntimeGetsVersionOptionsAndFlag) {
   Runtime(0x00010008).CreateJavaVm(options, true);
   Runtime(-1).CreateJavaVm(COptions(), false);
   ASSERT_EQ(library.Created().size(), 2u);
@@ -52,7 +52,7 @@ TEST_F(CreateJavaVmTest, TheRuntimeGetsVersionOptionsAndFlag) {
   EXPECT_THAT(second.texts, IsEmpty());
 }
 
-TEST_F(CreateJavaVmTest, TheHandleIsOfTheVmThatWasMade) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, TheHandleIsOfTheVmThatWasMade) {
   jvm.AnswerAttachment();
   CDynamicJavaRuntime runtime = Runtime();
   const CJavaVm vm = runtime.CreateJavaVm(options, false);
@@ -61,7 +61,7 @@ TEST_F(CreateJavaVmTest, TheHandleIsOfTheVmThatWasMade) {
   EXPECT_THAT(jvm.TakeCalls(), ElementsAre("AttachCurrentThread(null)"));
 }
 
-TEST_F(CreateJavaVmTest, TheOptionArrayIsFreedWhenTheVmIsMade) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, TheOptionArrayIsFreedWhenTheVmIsMade) {
   CDynamicJavaRuntime runtime = Runtime();
   const Allocations allocations;
   const CJavaVm plain = runtime.CreateJavaVm(COptions(), false);
@@ -70,7 +70,7 @@ TEST_F(CreateJavaVmTest, TheOptionArrayIsFreedWhenTheVmIsMade) {
   EXPECT_EQ(allocations.Live(), 2 * handle);
 }
 
-TEST_F(CreateJavaVmTest, EveryStatusButSuccessIsARefusalAndTheOptionArrayIsFreed) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, EveryStatusButSuccessIsARefusalAndTheOptionArrayIsFreed) {
   CDynamicJavaRuntime runtime = Runtime();
   const Allocations allocations;
   for (const jint status : {JNI_ERR, JNI_EEXIST, JNI_EINVAL, 1}) {
@@ -82,7 +82,7 @@ TEST_F(CreateJavaVmTest, EveryStatusButSuccessIsARefusalAndTheOptionArrayIsFreed
   }
 }
 
-TEST_F(CreateJavaVmTest, EveryRequestReachesTheRuntime) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, EveryRequestReachesTheRuntime) {
   CDynamicJavaRuntime runtime = Runtime();
   const CJavaVm vm = runtime.CreateJavaVm(options, false);
   library.create = [](JavaVM**, void**) { return JNI_EEXIST; };
@@ -90,7 +90,7 @@ TEST_F(CreateJavaVmTest, EveryRequestReachesTheRuntime) {
   EXPECT_EQ(library.Created().size(), 2u);
 }
 
-TEST_F(CreateJavaVmTest, WhatTheRuntimeThrowsPassesAndTheOptionArrayIsFreed) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, WhatTheRuntimeThrowsPassesAndTheOptionArrayIsFreed) {
   CDynamicJavaRuntime runtime = Runtime();
   const Allocations allocations;
   library.create = [](JavaVM**, void**) -> jint { throw 42; };
@@ -98,7 +98,7 @@ TEST_F(CreateJavaVmTest, WhatTheRuntimeThrowsPassesAndTheOptionArrayIsFreed) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST_F(CreateJavaVmTest, RunningOutOfMemoryPassesAndLeavesNothingBehind) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, RunningOutOfMemoryPassesAndLeavesNothingBehind) {
   CDynamicJavaRuntime runtime = Runtime();
   const COptions none;
   const int failures = FailEachAllocation(
@@ -110,7 +110,7 @@ TEST_F(CreateJavaVmTest, RunningOutOfMemoryPassesAndLeavesNothingBehind) {
   EXPECT_EQ(failures, 3) << "the array, the VM's object and its count";
 }
 
-TEST_F(CreateJavaVmTest, WithoutALibraryReferenceTheOptionArrayIsLost) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, WithoutALibraryReferenceTheOptionArrayIsLost) {
   CDynamicJavaRuntimeImpl impl(JNI_VERSION_1_6, CRef<CJavaRuntimeLibraryRef>());
   const FakeRuntime runtime;
   const KeptBlocks blocks;
@@ -119,7 +119,7 @@ TEST_F(CreateJavaVmTest, WithoutALibraryReferenceTheOptionArrayIsLost) {
   EXPECT_EQ(blocks.NeverGivenBack(), 4u) << "the array and three texts";
 }
 
-TEST_F(CreateJavaVmTest, WhenAnOptionRunsOutOfMemoryTheRuntimeGetsTheArrayThatIsGivenBackAlready) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, WhenAnOptionRunsOutOfMemoryTheRuntimeGetsTheArrayThatIsFreedAlready) {
   CDynamicJavaRuntime runtime = Runtime();
   const CJavaVm expected = HandleOf(jvm);
   std::vector<std::vector<std::string>> texts;
@@ -148,7 +148,7 @@ TEST_F(CreateJavaVmTest, WhenAnOptionRunsOutOfMemoryTheRuntimeGetsTheArrayThatIs
   EXPECT_THAT(texts[7], ElementsAre("-Xmx64m", "exit", "(null)"));
 }
 
-TEST_F(CreateJavaVmTest, AReferenceWithoutALibraryIsRefused) {
+TEST_F(DynamicJavaRuntimeImplCreateTest, AReferenceWithoutALibraryIsRefused) {
   CDynamicJavaRuntimeImpl impl(JNI_VERSION_1_6, new CJavaRuntimeLibraryRef(nullptr, CRef<CJavaRuntimeLibraryImpl>()));
   const FakeRuntime runtime;
   const Allocations allocations;

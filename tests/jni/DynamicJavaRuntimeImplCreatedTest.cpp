@@ -20,9 +20,9 @@ using testing::ElementsAre;
 
 using Vms = mirel::util::CVector<CJavaVm>;
 
-class CreatedJavaVmsTest : public RuntimeTest {
+class DynamicJavaRuntimeImplCreatedTest : public RuntimeTest {
  protected:
-  ~CreatedJavaVmsTest() noexcept override = default;
+  ~DynamicJavaRuntimeImplCreatedTest() noexcept override = default;
 
   // Lets the runtime answer its two questions with these counts and the second with the VMs of `machines`.
   void Answer(jsize first, jsize second) {
@@ -42,7 +42,7 @@ class CreatedJavaVmsTest : public RuntimeTest {
   Vms vms{0, 0};
 };
 
-TEST_F(CreatedJavaVmsTest, WithoutAVmTheVectorStaysAsItIs) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, WithoutAVmTheVectorStaysAsItIs) {
   vms.Add(HandleOf(machines[0]));
   Answer(0, 3);
   EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 0u);
@@ -50,14 +50,14 @@ TEST_F(CreatedJavaVmsTest, WithoutAVmTheVectorStaysAsItIs) {
   EXPECT_THAT(lengths, ElementsAre(0)) << "the list is not asked for";
 }
 
-TEST_F(CreatedJavaVmsTest, ACountBelowZeroIsReturnedAsItCame) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, ACountBelowZeroIsReturnedAsItCame) {
   Answer(-1, 3);
   EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 0xFFFFFFFFu);
   EXPECT_EQ(vms.GetSize(), 0u);
   EXPECT_THAT(lengths, ElementsAre(0));
 }
 
-TEST_F(CreatedJavaVmsTest, EveryVmIsAppendedInOrder) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, EveryVmIsAppendedInOrder) {
   Answer(3, 3);
   EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 3u);
   EXPECT_THAT(lengths, ElementsAre(0, 3));
@@ -65,7 +65,7 @@ TEST_F(CreatedJavaVmsTest, EveryVmIsAppendedInOrder) {
   for (unsigned int i = 0; i < 3; ++i) EXPECT_TRUE(IsOf(vms[i], machines[i])) << i;
 }
 
-TEST_F(CreatedJavaVmsTest, AskingTwiceAppendsTwiceAndTheHandlesAreEqual) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, AskingTwiceAppendsTwiceAndTheHandlesAreEqual) {
   Answer(1, 1);
   EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 1u);
   lengths.clear();
@@ -74,7 +74,7 @@ TEST_F(CreatedJavaVmsTest, AskingTwiceAppendsTwiceAndTheHandlesAreEqual) {
   EXPECT_TRUE(vms[0] == vms[1]);
 }
 
-TEST_F(CreatedJavaVmsTest, AVmWhoseHandlesAreGoneIsFoundAgain) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, AVmWhoseHandlesAreGoneIsFoundAgain) {
   { const CJavaVm vm = runtime.CreateJavaVm(options::COptions(), false); }
   EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 1u);
   ASSERT_EQ(vms.GetSize(), 1u);
@@ -88,9 +88,10 @@ struct SecondCountRow {
   unsigned int appended;
 };
 
-class CreatedJavaVmsSecondCountTest : public CreatedJavaVmsTest, public testing::WithParamInterface<SecondCountRow> {};
+class DynamicJavaRuntimeImplCreatedSecondCountTest : public DynamicJavaRuntimeImplCreatedTest,
+                                                     public testing::WithParamInterface<SecondCountRow> {};
 
-TEST_P(CreatedJavaVmsSecondCountTest, IsReturnedAndOnlyTheBufferIsRead) {
+TEST_P(DynamicJavaRuntimeImplCreatedSecondCountTest, IsReturnedAndOnlyTheBufferIsRead) {
   const SecondCountRow& row = GetParam();
   Answer(2, row.count);
   EXPECT_EQ(runtime.GetCreatedJavaVms(vms), row.result);
@@ -98,7 +99,7 @@ TEST_P(CreatedJavaVmsSecondCountTest, IsReturnedAndOnlyTheBufferIsRead) {
   EXPECT_EQ(vms.GetSize(), row.appended);
 }
 
-INSTANTIATE_TEST_SUITE_P(Counts, CreatedJavaVmsSecondCountTest,
+INSTANTIATE_TEST_SUITE_P(Counts, DynamicJavaRuntimeImplCreatedSecondCountTest,
                          testing::Values(SecondCountRow{"Same", 2, 2, 2}, SecondCountRow{"Smaller", 1, 1, 1},
                                          SecondCountRow{"Bigger", 3, 3, 2},
                                          SecondCountRow{"Huge", 2147483647, 2147483647, 2},
@@ -106,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(Counts, CreatedJavaVmsSecondCountTest,
                                          SecondCountRow{"Negative", -1, 0xFFFFFFFF, 0}),
                          [](const auto& row) { return row.param.name; });
 
-TEST_F(CreatedJavaVmsTest, AStatusOfTheCountIsReported) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, AStatusOfTheCountIsReported) {
   library.list = [](JavaVM**, jsize, jsize* count) {
     *count = 1;
     return JNI_ERR;
@@ -117,7 +118,7 @@ TEST_F(CreatedJavaVmsTest, AStatusOfTheCountIsReported) {
   EXPECT_EQ(vms.GetSize(), 0u);
 }
 
-TEST_F(CreatedJavaVmsTest, AStatusOfTheListIsReportedAndTheBufferIsFreed) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, AStatusOfTheListIsReportedAndTheBufferIsFreed) {
   library.list = [](JavaVM** buffer, jsize, jsize* count) {
     *count = 2;
     return buffer == nullptr ? JNI_OK : 1;
@@ -130,7 +131,7 @@ TEST_F(CreatedJavaVmsTest, AStatusOfTheListIsReportedAndTheBufferIsFreed) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST_F(CreatedJavaVmsTest, WhatTheRuntimeThrowsPassesAndTheBufferIsFreed) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, WhatTheRuntimeThrowsPassesAndTheBufferIsFreed) {
   library.list = [](JavaVM** buffer, jsize, jsize* count) -> jint {
     if (buffer != nullptr) throw 42;
     *count = 2;
@@ -141,7 +142,7 @@ TEST_F(CreatedJavaVmsTest, WhatTheRuntimeThrowsPassesAndTheBufferIsFreed) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST_F(CreatedJavaVmsTest, WithoutMemoryForTheBufferTheListIsNotAskedFor) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, WithoutMemoryForTheBufferTheListIsNotAskedFor) {
   Answer(2, 2);
   Allocations allocations;
   allocations.Fail(1);
@@ -150,7 +151,7 @@ TEST_F(CreatedJavaVmsTest, WithoutMemoryForTheBufferTheListIsNotAskedFor) {
   EXPECT_THAT(lengths, ElementsAre(0));
 }
 
-TEST_F(CreatedJavaVmsTest, RunningOutOfMemoryKeepsTheVmsAppendedSoFarAndNothingElse) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, RunningOutOfMemoryKeepsTheVmsAppendedSoFarAndNothingElse) {
   const int failures = FailEachAllocation(
       [&] {
         lengths.clear();
@@ -164,7 +165,7 @@ TEST_F(CreatedJavaVmsTest, RunningOutOfMemoryKeepsTheVmsAppendedSoFarAndNothingE
   EXPECT_EQ(failures, 1 + 3 * 3) << "the buffer; for each VM its object, the count and the vector's place";
 }
 
-TEST_F(CreatedJavaVmsTest, WithoutALibraryItIsRefused) {
+TEST_F(DynamicJavaRuntimeImplCreatedTest, WithoutALibraryItIsRefused) {
   const FakeRuntime handle;
   const auto refused = Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr);
   CDynamicJavaRuntimeImpl noReference(JNI_VERSION_1_6, CRef<CJavaRuntimeLibraryRef>());

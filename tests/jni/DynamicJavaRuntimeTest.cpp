@@ -23,7 +23,7 @@ using testing::ElementsAre;
 
 using DynamicJavaRuntimeTest = RuntimeTest;
 
-TEST_F(DynamicJavaRuntimeTest, GivesTheJniVersionItWasMadeWith) {
+TEST_F(DynamicJavaRuntimeTest, ReturnsTheJniVersionItWasMadeWith) {
   for (const jint version : {JNI_VERSION_1_6, 0, -1, 2147483647}) EXPECT_EQ(Runtime(version).GetJniVersion(), version);
 }
 
@@ -88,7 +88,7 @@ class EmptyRuntime : public CJavaRuntime {
   EmptyRuntime() : CJavaRuntime(mirel::base::CRef<CJavaRuntimeImpl>()) {}
 };
 
-TEST(JavaRuntimeTest, AHandleWithoutARuntimeIsRefusedEverywhere) {
+TEST(DynamicJavaRuntimeNoneTest, AHandleWithoutARuntimeIsRefusedEverywhere) {
   EmptyRuntime runtime;
   mirel::util::CVector<CJavaVm> vms(0, 0);
   const auto refused = Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr);
@@ -98,22 +98,22 @@ TEST(JavaRuntimeTest, AHandleWithoutARuntimeIsRefusedEverywhere) {
 }
 
 // Who keeps the library loaded: runtime handles, their copies and the handles of their VMs, each of them alone.
-class RuntimeLifetimeTest : public RuntimeTest {
+class DynamicJavaRuntimeLifetimeTest : public RuntimeTest {
  protected:
-  RuntimeLifetimeTest() {
+  DynamicJavaRuntimeLifetimeTest() {
     runtime.emplace(Runtime());
     copy.emplace(*runtime);
     vm.emplace(runtime->CreateJavaVm(options::COptions(), false));
     EXPECT_TRUE(IsLoaded());
   }
-  ~RuntimeLifetimeTest() noexcept override = default;
+  ~DynamicJavaRuntimeLifetimeTest() noexcept override = default;
 
   std::optional<CDynamicJavaRuntime> runtime;
   std::optional<CJavaRuntime> copy;
   std::optional<CJavaVm> vm;
 };
 
-TEST_F(RuntimeLifetimeTest, AVmAloneKeepsTheLibrary) {
+TEST_F(DynamicJavaRuntimeLifetimeTest, AVmAloneKeepsTheLibrary) {
   runtime.reset();
   EXPECT_TRUE(IsLoaded());
   copy.reset();
@@ -122,7 +122,7 @@ TEST_F(RuntimeLifetimeTest, AVmAloneKeepsTheLibrary) {
   EXPECT_FALSE(IsLoaded());
 }
 
-TEST_F(RuntimeLifetimeTest, ACopyAloneKeepsTheLibrary) {
+TEST_F(DynamicJavaRuntimeLifetimeTest, ACopyAloneKeepsTheLibrary) {
   vm.reset();
   EXPECT_TRUE(IsLoaded());
   runtime.reset();
@@ -131,7 +131,7 @@ TEST_F(RuntimeLifetimeTest, ACopyAloneKeepsTheLibrary) {
   EXPECT_FALSE(IsLoaded());
 }
 
-TEST_F(RuntimeLifetimeTest, TheFirstHandleAloneKeepsTheLibrary) {
+TEST_F(DynamicJavaRuntimeLifetimeTest, TheFirstHandleAloneKeepsTheLibrary) {
   copy.reset();
   EXPECT_TRUE(IsLoaded());
   vm.reset();
@@ -140,7 +140,7 @@ TEST_F(RuntimeLifetimeTest, TheFirstHandleAloneKeepsTheLibrary) {
   EXPECT_FALSE(IsLoaded());
 }
 
-TEST_F(RuntimeLifetimeTest, AVmThatWasCollectedKeepsTheLibrary) {
+TEST_F(DynamicJavaRuntimeLifetimeTest, AVmThatWasCollectedKeepsTheLibrary) {
   vm.reset();
   copy.reset();
   {
@@ -152,7 +152,7 @@ TEST_F(RuntimeLifetimeTest, AVmThatWasCollectedKeepsTheLibrary) {
   EXPECT_FALSE(IsLoaded());
 }
 
-TEST_F(RuntimeLifetimeTest, AssignmentSharesTheOtherRuntimeAndDropsTheOwn) {
+TEST_F(DynamicJavaRuntimeLifetimeTest, AssignmentSharesTheOtherRuntimeAndDropsTheOwn) {
   system.AddModule("C:\\other.dll", {{"JNI_CreateJavaVM", &system}, {"JNI_GetCreatedJavaVMs", &system}});
   vm.reset();
   copy.reset();

@@ -57,7 +57,7 @@ TEST_F(JavaClassTest, AStaticDoubleIsReadAsACharAndWidened) {
   EXPECT_EQ(javaClass.GetStaticDoubleField(RX_TEXT("pi"), RX_TEXT("D")), 65534.0);
 }
 
-TEST_F(JavaClassTest, AllocObjectGivesAHandleOfTheNewObject) {
+TEST_F(JavaClassTest, AllocObjectReturnsAHandleOfTheNewObject) {
   const CJavaClass javaClass = NewClass();
   AnswerCreation();
   {

@@ -184,7 +184,7 @@ TEST_F(JavaExceptionHelperTest, TextsEndAtTheirFirstZeroUnit) {
   ExpectJavaException("java.lang.IllegalStateException", "half", "\tat a.B.f(B.java:3)\tat a.B.main(B.java:9)");
 }
 
-TEST_F(JavaExceptionHelperTest, TextsKeepUnitsBehindAscii) {
+TEST_F(JavaExceptionHelperTest, TextsKeepUnitsBeyondAscii) {
   const jthrowable throwable = jvm.Throw(Exception);
   jvm.At(jvm.At(throwable).results["getMessage"]).text = u"\u20AC\U0001D11E";
   ExpectJavaException("java.lang.IllegalStateException", "\xE2\x82\xAC\xF0\x9D\x84\x9E",
@@ -213,7 +213,7 @@ TEST_F(JavaExceptionHelperForeignTest, FromGettingCharactersIsReplaced) {
   ExpectReplaced();
 }
 
-TEST_F(JavaExceptionHelperForeignTest, FromGivingCharactersBackIsReplaced) {
+TEST_F(JavaExceptionHelperForeignTest, FromReleasingCharactersIsReplaced) {
   static const jchar text[] = {'t', 0};
   jvm.On<&Jni::GetStringChars>([](jstring, jboolean*) { return text; });
   jvm.On<&Jni::ReleaseStringChars>([](jstring, const jchar*) { throw 42; });

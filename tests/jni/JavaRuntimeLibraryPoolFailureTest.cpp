@@ -26,13 +26,13 @@ using torvan::jni::CJavaRuntimeLibraryRef;
 using torvan::jni::CWinJavaRuntimeLibraryImpl;
 using Reference = CRef<CJavaRuntimeLibraryRef>;
 
-class PoolFailureTest : public LibraryTest {
+class JavaRuntimeLibraryPoolFailureTest : public LibraryTest {
  protected:
-  PoolFailureTest() {
+  JavaRuntimeLibraryPoolFailureTest() {
     system.AddModule("C:\\jvm.dll", AllSymbols());
     system.SetValue("Software\\JavaSoft\\Java Runtime Environment\\1.5.0", "RuntimeLib", "C:\\jvm.dll");
   }
-  ~PoolFailureTest() override { EXPECT_THAT(system.LoadedModules(), IsEmpty()); }
+  ~JavaRuntimeLibraryPoolFailureTest() override { EXPECT_THAT(system.LoadedModules(), IsEmpty()); }
 
   static Reference GetByPath() { return Pool()->Get(RX_TEXT("C:\\jvm.dll")); }
   static Reference GetByVendor() {
@@ -66,7 +66,8 @@ Inner Row(const char* name, bool passes) {
   return {name, Raise<Exception>, Throws<Exception>("inner", 11, "Inner failure."), passes};
 }
 
-class PoolTranslationTest : public PoolFailureTest, public ::testing::WithParamInterface<Inner> {
+class JavaRuntimeLibraryPoolFailureTranslationTest : public JavaRuntimeLibraryPoolFailureTest,
+                                                     public ::testing::WithParamInterface<Inner> {
  protected:
   void ExpectTranslated(Reference (*get)(), unsigned int line) {
     const Failure expected =
@@ -83,7 +84,7 @@ class PoolTranslationTest : public PoolFailureTest, public ::testing::WithParamI
 };
 
 INSTANTIATE_TEST_SUITE_P(
-    Failures, PoolTranslationTest,
+    Failures, JavaRuntimeLibraryPoolFailureTranslationTest,
     ::testing::Values(Row<CJavaRuntimeException>("RuntimeFailurePasses", true),
                       Row<CMemoryException>("MemoryFailurePasses", true),
                       Row<CNullReferenceException>("NullReference", false),
@@ -95,17 +96,17 @@ INSTANTIATE_TEST_SUITE_P(
                             Throws<mirel::base::win::CWinSystemErrorException>("inner", 11, "Inner failure."), false}),
     [](const auto& row) { return row.param.name; });
 
-TEST_P(PoolTranslationTest, FailureWhileLoadingByPath) {
+TEST_P(JavaRuntimeLibraryPoolFailureTranslationTest, FailureWhileLoadingByPath) {
   system.onLoadModule = GetParam().raise;
   ExpectTranslated(GetByPath, 89);
 }
 
-TEST_P(PoolTranslationTest, FailureWhileLoadingByVendor) {
+TEST_P(JavaRuntimeLibraryPoolFailureTranslationTest, FailureWhileLoadingByVendor) {
   system.onLoadModule = GetParam().raise;
   ExpectTranslated(GetByVendor, 131);
 }
 
-TEST_P(PoolTranslationTest, FailedGetLeavesThePoolAsItWas) {
+TEST_P(JavaRuntimeLibraryPoolFailureTranslationTest, FailedGetLeavesThePoolAsItWas) {
   system.onLoadModule = GetParam().raise;
   FailureOf(GetByPath);
   FailureOf(GetByVendor);
@@ -115,20 +116,20 @@ TEST_P(PoolTranslationTest, FailedGetLeavesThePoolAsItWas) {
   EXPECT_EQ(system.Log().front(), "LoadModule(C:\\jvm.dll)");
 }
 
-TEST_F(PoolFailureTest, FailureOfTheRegistryOtherThanARefusalIsTranslated) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, FailureOfTheRegistryOtherThanARefusalIsTranslated) {
   system.onOpenKey = Raise<CNoSuchElementException>;
   EXPECT_EQ(FailureOf(GetByVendor),
             Throws<CJavaRuntimeException>(PoolTag, 131, "Failed to get the specified Java Runtime library."));
   EXPECT_THAT(debugOut.Text(), HasSubstr("Inner failure."));
 }
 
-TEST_F(PoolFailureTest, PrintedSystemErrorShowsItsCode) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, PrintedSystemErrorShowsItsCode) {
   system.onLoadModule = RaiseSystemError;
   FailureOf(GetByPath);
   EXPECT_THAT(debugOut.Text(), HasSubstr("31337"));
 }
 
-TEST_F(PoolFailureTest, FailuresOfOtherKindsPassUntouched) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, FailuresOfOtherKindsPassUntouched) {
   system.onLoadModule = [] { throw RX::OutOfMemoryException(); };
   EXPECT_THROW(GetByPath(), RX::OutOfMemoryException);
   EXPECT_THROW(GetByVendor(), RX::OutOfMemoryException);
@@ -137,7 +138,8 @@ TEST_F(PoolFailureTest, FailuresOfOtherKindsPassUntouched) {
 
 // --- Memory ---
 
-class PoolMemoryTest : public PoolFailureTest, public ::testing::WithParamInterface<bool> {
+class JavaRuntimeLibraryPoolFailureMemoryTest : public JavaRuntimeLibraryPoolFailureTest,
+                                                public ::testing::WithParamInterface<bool> {
  protected:
   static void GetAndExpectNoFailureButMemory() {
     const Failure failure = FailureOf([] { GetParam() ? GetByVendor() : GetByPath(); });
@@ -146,10 +148,10 @@ class PoolMemoryTest : public PoolFailureTest, public ::testing::WithParamInterf
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Operations, PoolMemoryTest, ::testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(Operations, JavaRuntimeLibraryPoolFailureMemoryTest, ::testing::Bool(),
                          [](const auto& row) { return row.param ? "GetByVendor" : "GetByPath"; });
 
-TEST_P(PoolMemoryTest, FirstGetThatFailsLeavesNothingLoadedAndNothingBehind) {
+TEST_P(JavaRuntimeLibraryPoolFailureMemoryTest, FirstGetThatFailsLeavesNothingLoadedAndNothingBehind) {
   const int failures = FailEachAllocation(GetAndExpectNoFailureButMemory, [this](int, const Allocations& allocations) {
     EXPECT_EQ(allocations.Live(), 0u);
     EXPECT_THAT(system.LoadedModules(), IsEmpty());
@@ -159,7 +161,7 @@ TEST_P(PoolMemoryTest, FirstGetThatFailsLeavesNothingLoadedAndNothingBehind) {
   EXPECT_GE(failures, 7);
 }
 
-TEST_P(PoolMemoryTest, GetOfASharedLibraryThatFailsLeavesItsCount) {
+TEST_P(JavaRuntimeLibraryPoolFailureMemoryTest, GetOfASharedLibraryThatFailsLeavesItsCount) {
   Reference held = GetByPath();
   const int failures = FailEachAllocation(GetAndExpectNoFailureButMemory, [this](int, const Allocations& allocations) {
     EXPECT_EQ(allocations.Live(), 0u);
@@ -171,7 +173,7 @@ TEST_P(PoolMemoryTest, GetOfASharedLibraryThatFailsLeavesItsCount) {
   EXPECT_THAT(system.LoadedModules(), IsEmpty());
 }
 
-TEST_F(PoolFailureTest, GivingBackNeedsNoMemory) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, EndingAUseNeedsNoMemory) {
   Reference use = GetByPath();
   Allocations allocations;
   allocations.Fail(1);
@@ -182,7 +184,7 @@ TEST_F(PoolFailureTest, GivingBackNeedsNoMemory) {
 
 // --- Failures at the end of a use ---
 
-TEST_F(PoolFailureTest, ReferenceWithoutALibraryIsReportedAndSwallowed) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, ReferenceWithoutALibraryIsReportedAndSwallowed) {
   Reference use(new CJavaRuntimeLibraryRef(Pool(), CRef<CJavaRuntimeLibraryImpl>()));
   EXPECT_EQ(FailureOf([&] { use = nullptr; }), Failure());
   EXPECT_THAT(debugOut.Text(), HasSubstr("CNullReferenceException"));
@@ -190,14 +192,14 @@ TEST_F(PoolFailureTest, ReferenceWithoutALibraryIsReportedAndSwallowed) {
   EXPECT_THAT(debugOut.Text(), HasSubstr("423"));
 }
 
-TEST_F(PoolFailureTest, OperationsOfAReferenceWithoutALibraryReportANullReference) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, OperationsOfAReferenceWithoutALibraryReportANullReference) {
   CJavaRuntimeLibraryRef use(nullptr, CRef<CJavaRuntimeLibraryImpl>());
   const Failure null = Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr);
   EXPECT_EQ(FailureOf([&] { use.CreateJavaVm(nullptr, nullptr, nullptr); }), null);
   EXPECT_EQ(FailureOf([&] { use.GetCreatedJavaVms(nullptr, 0, nullptr); }), null);
 }
 
-TEST_F(PoolFailureTest, UseThatThePoolDoesNotKnowIsReportedAndItsLibraryGoes) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, UseThatThePoolDoesNotKnowIsReportedAndItsLibraryGoes) {
   CRef<CJavaRuntimeLibraryImpl> library(new CWinJavaRuntimeLibraryImpl(RX_TEXT("C:\\jvm.dll")));
   library->Load();
   Reference use(new CJavaRuntimeLibraryRef(Pool(), library));
@@ -208,7 +210,7 @@ TEST_F(PoolFailureTest, UseThatThePoolDoesNotKnowIsReportedAndItsLibraryGoes) {
   EXPECT_THAT(system.LoadedModules(), IsEmpty());
 }
 
-TEST_F(PoolFailureTest, ReferenceWithoutAPoolOnlyDropsItsLibrary) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, ReferenceWithoutAPoolOnlyDropsItsLibrary) {
   CRef<CJavaRuntimeLibraryImpl> library(new CWinJavaRuntimeLibraryImpl(RX_TEXT("C:\\jvm.dll")));
   library->Load();
   { const CJavaRuntimeLibraryRef use(nullptr, library); }
@@ -216,7 +218,7 @@ TEST_F(PoolFailureTest, ReferenceWithoutAPoolOnlyDropsItsLibrary) {
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-TEST_F(PoolFailureTest, RuntimeFailureOfUnloadingIsDroppedUnprintedAndTheUseEnds) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, RuntimeFailureOfUnloadingIsDroppedUnprintedAndTheUseEnds) {
   Reference use = GetByPath();
   system.onUnloadModule = Raise<CJavaRuntimeException>;
   EXPECT_EQ(FailureOf([&] { use = nullptr; }), Failure());
@@ -227,7 +229,7 @@ TEST_F(PoolFailureTest, RuntimeFailureOfUnloadingIsDroppedUnprintedAndTheUseEnds
   EXPECT_EQ(system.Log().front(), "LoadModule(C:\\jvm.dll)");
 }
 
-TEST_F(PoolFailureTest, OtherFailureOfUnloadingIsPrintedAndSwallowedAndLeavesAnEmptyEntry) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, OtherFailureOfUnloadingIsPrintedAndSwallowedAndLeavesAnEmptyEntry) {
   system.AddModule("C:\\stubborn.dll", AllSymbols());
   Reference use = Pool()->Get(RX_TEXT("C:\\stubborn.dll"));
   system.onUnloadModule = Raise<CException>;
@@ -241,7 +243,7 @@ TEST_F(PoolFailureTest, OtherFailureOfUnloadingIsPrintedAndSwallowedAndLeavesAnE
             Throws<CNullReferenceException>("mirel/base/Ref", 423, nullptr));
 }
 
-TEST_F(PoolFailureTest, AnEntryWithoutUsesIsEndedByAnyUseThatIsGivenBack) {
+TEST_F(JavaRuntimeLibraryPoolFailureTest, AnEntryWithoutUsesIsEndedByAnyUseThatEnds) {
   const auto path = RX_TEXT("C:\\idle.dll");
   system.AddModule("C:\\idle.dll", AllSymbols());
   Reference use = Pool()->Get(path);

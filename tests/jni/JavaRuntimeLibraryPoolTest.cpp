@@ -17,13 +17,13 @@ constexpr VmVendor Sun = CDynamicJavaRuntime::Sun;
 constexpr VmType Default = CDynamicJavaRuntime::Default;
 
 // Every test ends its uses, so the pool of the process is empty in between.
-class RuntimeLibraryPoolTest : public LibraryTest {
+class JavaRuntimeLibraryPoolTest : public LibraryTest {
  protected:
-  RuntimeLibraryPoolTest() {
+  JavaRuntimeLibraryPoolTest() {
     system.AddModule("C:\\jvm.dll", AllSymbols());
     system.SetValue("Software\\JavaSoft\\Java Runtime Environment\\1.5.0", "RuntimeLib", "C:\\jvm.dll");
   }
-  ~RuntimeLibraryPoolTest() override { EXPECT_THAT(system.LoadedModules(), IsEmpty()); }
+  ~JavaRuntimeLibraryPoolTest() override { EXPECT_THAT(system.LoadedModules(), IsEmpty()); }
 
   static Reference Get(const RX::UniChar* path = RX_TEXT("C:\\jvm.dll")) {
     return CJavaRuntimeLibraryPool::GetInstance()->Get(path);
@@ -39,12 +39,12 @@ class RuntimeLibraryPoolTest : public LibraryTest {
   static constexpr const char* UnloadCall = "UnloadModule(C:\\jvm.dll)";
 };
 
-TEST_F(RuntimeLibraryPoolTest, ThereIsOnePool) {
+TEST_F(JavaRuntimeLibraryPoolTest, ThereIsOnePool) {
   EXPECT_NE(CJavaRuntimeLibraryPool::GetInstance(), nullptr);
   EXPECT_EQ(CJavaRuntimeLibraryPool::GetInstance(), CJavaRuntimeLibraryPool::GetInstance());
 }
 
-TEST_F(RuntimeLibraryPoolTest, LibraryIsLoadedOnceAndUnloadedWithItsLastUse) {
+TEST_F(JavaRuntimeLibraryPoolTest, LibraryIsLoadedOnceAndUnloadedWithItsLastUse) {
   Reference first = Get();
   EXPECT_THAT(system.Log(), ElementsAre(LoadCall, FindCreateCall, FindGetCreatedCall));
   system.ClearLog();
@@ -58,7 +58,7 @@ TEST_F(RuntimeLibraryPoolTest, LibraryIsLoadedOnceAndUnloadedWithItsLastUse) {
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-TEST_F(RuntimeLibraryPoolTest, LibraryStaysLoadedWhicheverUseGoesFirst) {
+TEST_F(JavaRuntimeLibraryPoolTest, LibraryStaysLoadedWhicheverUseGoesFirst) {
   Reference uses[] = {Get(), Get(), Get()};
   for (const int index : {1, 2}) {
     uses[index] = nullptr;
@@ -68,7 +68,7 @@ TEST_F(RuntimeLibraryPoolTest, LibraryStaysLoadedWhicheverUseGoesFirst) {
   EXPECT_THAT(system.LoadedModules(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryPoolTest, CopiesOfAReferenceAreOneUse) {
+TEST_F(JavaRuntimeLibraryPoolTest, CopiesOfAReferenceAreOneUse) {
   Reference use = Get();
   Reference copy = use;
   use = nullptr;
@@ -77,7 +77,7 @@ TEST_F(RuntimeLibraryPoolTest, CopiesOfAReferenceAreOneUse) {
   EXPECT_THAT(system.LoadedModules(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryPoolTest, LibraryIsLoadedAgainAfterItsLastUse) {
+TEST_F(JavaRuntimeLibraryPoolTest, LibraryIsLoadedAgainAfterItsLastUse) {
   Get();
   system.ClearLog();
   Get();
@@ -89,15 +89,16 @@ struct Spelling {
   const char* path;
 };
 
-class RuntimeLibrarySpellingTest : public RuntimeLibraryPoolTest, public ::testing::WithParamInterface<Spelling> {};
+class JavaRuntimeLibraryPoolSpellingTest : public JavaRuntimeLibraryPoolTest,
+                                           public ::testing::WithParamInterface<Spelling> {};
 
-INSTANTIATE_TEST_SUITE_P(Spellings, RuntimeLibrarySpellingTest,
+INSTANTIATE_TEST_SUITE_P(Spellings, JavaRuntimeLibraryPoolSpellingTest,
                          ::testing::Values(Spelling{"OtherLetterCase", "c:\\JVM.dll"},
                                            Spelling{"OtherSeparator", "C:/jvm.dll"},
                                            Spelling{"DetourPath", "C:\\.\\jvm.dll"}),
                          [](const auto& row) { return row.param.name; });
 
-TEST_P(RuntimeLibrarySpellingTest, AreTwoLibraries) {
+TEST_P(JavaRuntimeLibraryPoolSpellingTest, AreTwoLibraries) {
   const std::string spelling = GetParam().path;
   system.AddModule(spelling, AllSymbols());
   Reference one = Get();
@@ -107,7 +108,7 @@ TEST_P(RuntimeLibrarySpellingTest, AreTwoLibraries) {
   EXPECT_THAT(system.LoadedModules(), ElementsAre(spelling));
 }
 
-TEST_F(RuntimeLibraryPoolTest, RegisteredLibraryIsSharedWithItsPath) {
+TEST_F(JavaRuntimeLibraryPoolTest, RegisteredLibraryIsSharedWithItsPath) {
   Reference byPath = Get();
   Reference registered = GetRegistered();
   EXPECT_THAT(system.LoadedModules(), ElementsAre("C:\\jvm.dll"));
@@ -117,7 +118,7 @@ TEST_F(RuntimeLibraryPoolTest, RegisteredLibraryIsSharedWithItsPath) {
   EXPECT_THAT(system.LoadedModules(), ElementsAre("C:\\jvm.dll"));
 }
 
-TEST_F(RuntimeLibraryPoolTest, RegistryIsReadOnEveryGetByVendor) {
+TEST_F(JavaRuntimeLibraryPoolTest, RegistryIsReadOnEveryGetByVendor) {
   const Reference held = GetRegistered();
   system.ClearLog();
   GetRegistered();
@@ -127,7 +128,7 @@ TEST_F(RuntimeLibraryPoolTest, RegistryIsReadOnEveryGetByVendor) {
                           "CloseKey(Software\\JavaSoft\\Java Runtime Environment\\1.5.0)"));
 }
 
-TEST_F(RuntimeLibraryPoolTest, ReferenceReachesTheEntryPointsOfItsLibrary) {
+TEST_F(JavaRuntimeLibraryPoolTest, ReferenceReachesTheEntryPointsOfItsLibrary) {
   const Reference use = Get();
   JavaVM* vm = nullptr;
   void* env = nullptr;
@@ -144,7 +145,7 @@ TEST_F(RuntimeLibraryPoolTest, ReferenceReachesTheEntryPointsOfItsLibrary) {
   EntryPoints::answer = 0;
 }
 
-TEST_F(RuntimeLibraryPoolTest, NullAndEmptyPathsAreIllegalArgumentsAndAreNotPrinted) {
+TEST_F(JavaRuntimeLibraryPoolTest, NullAndEmptyPathsAreIllegalArgumentsAndAreNotPrinted) {
   for (const RX::UniChar* path : {static_cast<const RX::UniChar*>(nullptr), RX_TEXT("")}) {
     EXPECT_EQ(FailureOf([&] { Get(path); }),
               Throws<mirel::base::CIllegalArgumentException>(PoolTag, 55, "Invalid Java Runtime library path."));
@@ -153,7 +154,7 @@ TEST_F(RuntimeLibraryPoolTest, NullAndEmptyPathsAreIllegalArgumentsAndAreNotPrin
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryPoolTest, FailuresOfLocationReachTheCallerUnchanged) {
+TEST_F(JavaRuntimeLibraryPoolTest, FailuresOfLocationReachTheCallerUnchanged) {
   EXPECT_EQ(FailureOf([] { GetRegistered(nullptr, static_cast<VmVendor>(1)); }),
             Throws<CJavaRuntimeException>(LocationTag, 283, "Unknown Java Runtime vendor."));
   EXPECT_EQ(FailureOf([] { GetRegistered(RX_TEXT("1.4"), Sun, static_cast<VmType>(9)); }),
@@ -167,7 +168,7 @@ TEST_F(RuntimeLibraryPoolTest, FailuresOfLocationReachTheCallerUnchanged) {
       Throws<CJavaRuntimeException>(LocationTag, 206, "There is not any Sun JRE installed in the current system."));
 }
 
-TEST_F(RuntimeLibraryPoolTest, LibraryThatIsMissingDoesNotEnterThePool) {
+TEST_F(JavaRuntimeLibraryPoolTest, LibraryThatIsMissingDoesNotEnterThePool) {
   const auto get = [] { Get(RX_TEXT("C:\\late.dll")); };
   EXPECT_EQ(FailureOf(get), Throws<CJavaRuntimeException>(LocationTag, 135, "Java Runtime library not found."));
   system.AddModule("C:\\late.dll", AllSymbols());
@@ -176,7 +177,7 @@ TEST_F(RuntimeLibraryPoolTest, LibraryThatIsMissingDoesNotEnterThePool) {
   EXPECT_EQ(system.Log().front(), "LoadModule(C:\\late.dll)");
 }
 
-TEST_F(RuntimeLibraryPoolTest, LibraryWithoutAnEntryPointIsUnloadedAndDoesNotEnterThePool) {
+TEST_F(JavaRuntimeLibraryPoolTest, LibraryWithoutAnEntryPointIsUnloadedAndDoesNotEnterThePool) {
   system.AddModule("C:\\half.dll", SymbolsWithout("JNI_GetCreatedJavaVMs"));
   system.SetValue("Software\\JavaSoft\\Java Runtime Environment\\half", "RuntimeLib", "C:\\half.dll");
   for (int attempt = 1; attempt <= 2; ++attempt) {
@@ -192,7 +193,7 @@ TEST_F(RuntimeLibraryPoolTest, LibraryWithoutAnEntryPointIsUnloadedAndDoesNotEnt
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-TEST_F(RuntimeLibraryPoolTest, EmptyRegisteredPathIsNotFound) {
+TEST_F(JavaRuntimeLibraryPoolTest, EmptyRegisteredPathIsNotFound) {
   system.SetValue("Software\\JavaSoft\\Java Runtime Environment\\empty", "RuntimeLib", "");
   EXPECT_EQ(FailureOf([] { GetRegistered(RX_TEXT("empty")); }),
             Throws<CJavaRuntimeException>(LocationTag, 132, "Java Runtime library not found."));

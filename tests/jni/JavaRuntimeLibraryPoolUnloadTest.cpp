@@ -1,4 +1,4 @@
-// The life of the process's pool. Each test has a process of its own, in which the pool has not been used yet.
+// The life of the process's pool. Each test has its own process, in which the pool has not been used yet.
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -13,9 +13,9 @@ namespace {
 using torvan::jni::CJavaRuntimeLibraryPool;
 using torvan::jni::CJavaRuntimeLibraryRef;
 
-class RuntimeLibraryPoolDeathTest : public ::testing::Test {
+class JavaRuntimeLibraryPoolUnloadDeathTest : public ::testing::Test {
  protected:
-  RuntimeLibraryPoolDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+  JavaRuntimeLibraryPoolUnloadDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
 constexpr int AsExpected = 7;
@@ -48,7 +48,7 @@ constexpr int AsExpected = 7;
   std::exit(2);
 }
 
-TEST_F(RuntimeLibraryPoolDeathTest, UseThatOutlivesThePoolOnlyDropsItsLibrary) {
+TEST_F(JavaRuntimeLibraryPoolUnloadDeathTest, UseThatOutlivesThePoolOnlyDropsItsLibrary) {
   EXPECT_EXIT(EndWithAUseInAStaticObject(), ::testing::ExitedWithCode(AsExpected), "blocks left: 0\\.");
 }
 
@@ -78,7 +78,7 @@ TEST_F(RuntimeLibraryPoolDeathTest, UseThatOutlivesThePoolOnlyDropsItsLibrary) {
   std::_Exit(AsExpected);
 }
 
-TEST_F(RuntimeLibraryPoolDeathTest, TheTableHas101BucketsAndGrowsBeyondThreeQuarters) {
+TEST_F(JavaRuntimeLibraryPoolUnloadDeathTest, TheTableHas101BucketsAndGrowsBeyondThreeQuarters) {
   EXPECT_EXIT(FillThePool(), ::testing::ExitedWithCode(AsExpected), "buckets, 101 for 0, 203 for 76\\.");
 }
 

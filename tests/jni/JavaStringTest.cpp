@@ -188,7 +188,7 @@ TEST_F(JavaStringTest, ANullStringBecomesANullTextWithoutAskingTheVm) {
   EXPECT_THAT(jvm.Calls(), IsEmpty());
 }
 
-TEST_F(JavaStringTest, TheTextIsCopiedAndItsCharactersGivenBack) {
+TEST_F(JavaStringTest, TheTextIsCopiedAndItsCharactersReleased) {
   const CJavaString string = NewString(RX_TEXT("\u00E9\U0001D11E"));
   // A pending exception is not checked for.
   const jthrowable pending = jvm.Throw({"java.lang.Error", "bad", {}});
@@ -217,7 +217,7 @@ TEST_F(JavaStringTest, AnEmptyJavaStringIsAnEmptyText) {
   EXPECT_EQ(text.GetLength(), 0u);
 }
 
-TEST_F(JavaStringTest, CharactersAreGivenBackWhenTheTextCannotBeMade) {
+TEST_F(JavaStringTest, CharactersAreReleasedWhenTheTextCannotBeMade) {
   const CJavaString string = NewString();
   Allocations allocations;
   allocations.Fail(1);
@@ -228,7 +228,7 @@ TEST_F(JavaStringTest, CharactersAreGivenBackWhenTheTextCannotBeMade) {
   EXPECT_EQ(jvm.HeldStringChars(), 0u);
 }
 
-TEST_F(JavaStringTest, CharactersThatCouldNotBeHadAreNotToldFromOthers) {
+TEST_F(JavaStringTest, CharactersThatTheVmDoesNotReturnAreTreatedAsOthers) {
   const CJavaString string = NewString();
   jvm.Return<&Jni::GetStringChars>(static_cast<const jchar*>(nullptr));
   jvm.On<&Jni::ReleaseStringChars>([](jstring, const jchar*) {});

@@ -36,9 +36,9 @@ std::vector<Member> MembersThat(bool (*fit)(const Member&)) {
   return members;
 }
 
-class AccessorMatrixTest : public HandleTest, public testing::WithParamInterface<Member> {
+class JavaTypesAccessorsTest : public HandleTest, public testing::WithParamInterface<Member> {
  protected:
-  AccessorMatrixTest() { jvm.TakeCalls(); }
+  JavaTypesAccessorsTest() { jvm.TakeCalls(); }
 
   void TearDown() override {
     m_target.reset();
@@ -97,9 +97,9 @@ class AccessorMatrixTest : public HandleTest, public testing::WithParamInterface
   Target& target = *m_target;
 };
 
-class InstanceMatrixTest : public AccessorMatrixTest {};
-class StaticMatrixTest : public AccessorMatrixTest {};
-class WideMatrixTest : public AccessorMatrixTest {};
+class JavaTypesAccessorsInstanceTest : public JavaTypesAccessorsTest {};
+class JavaTypesAccessorsStaticTest : public JavaTypesAccessorsTest {};
+class JavaTypesAccessorsWideTest : public JavaTypesAccessorsTest {};
 
 std::string NameOf(const testing::TestParamInfo<Member>& info) {
   return info.param.name + (info.param.wide ? "Wide" : "Narrow");
@@ -108,12 +108,12 @@ bool IsAny(const Member&) { return true; }
 bool IsInstance(const Member& member) { return !member.IsStatic(); }
 bool IsStatic(const Member& member) { return member.IsStatic(); }
 bool IsWide(const Member& member) { return member.wide; }
-INSTANTIATE_TEST_SUITE_P(All, AccessorMatrixTest, testing::ValuesIn(MembersThat(IsAny)), NameOf);
-INSTANTIATE_TEST_SUITE_P(Instance, InstanceMatrixTest, testing::ValuesIn(MembersThat(IsInstance)), NameOf);
-INSTANTIATE_TEST_SUITE_P(Static, StaticMatrixTest, testing::ValuesIn(MembersThat(IsStatic)), NameOf);
-INSTANTIATE_TEST_SUITE_P(Wide, WideMatrixTest, testing::ValuesIn(MembersThat(IsWide)), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, JavaTypesAccessorsTest, testing::ValuesIn(MembersThat(IsAny)), NameOf);
+INSTANTIATE_TEST_SUITE_P(Instance, JavaTypesAccessorsInstanceTest, testing::ValuesIn(MembersThat(IsInstance)), NameOf);
+INSTANTIATE_TEST_SUITE_P(Static, JavaTypesAccessorsStaticTest, testing::ValuesIn(MembersThat(IsStatic)), NameOf);
+INSTANTIATE_TEST_SUITE_P(Wide, JavaTypesAccessorsWideTest, testing::ValuesIn(MembersThat(IsWide)), NameOf);
 
-TEST(AccessorMembersTest, AreTheSeventySixOfObjectsAndTheFiftySixOfClasses) {
+TEST(JavaTypesAccessorsMembersTest, AreTheSeventySixOfObjectsAndTheFiftySixOfClasses) {
   EXPECT_EQ(AllMembers().size(), 132u);
   EXPECT_EQ(MembersThat(IsInstance).size(), 76u);
   EXPECT_EQ(MembersThat(IsStatic).size(), 56u);
@@ -122,7 +122,7 @@ TEST(AccessorMembersTest, AreTheSeventySixOfObjectsAndTheFiftySixOfClasses) {
   EXPECT_EQ(names.size(), 132u);
 }
 
-TEST_P(AccessorMatrixTest, TakesItsStepsInOrderAndPassesEveryValueOn) {
+TEST_P(JavaTypesAccessorsTest, TakesItsStepsInOrderAndPassesEveryValueOn) {
   for (std::size_t sample = 0; sample < member.given.size(); ++sample) {
     SCOPED_TRACE(testing::Message() << "sample " << sample);
     member.script(target, sample);
@@ -132,7 +132,7 @@ TEST_P(AccessorMatrixTest, TakesItsStepsInOrderAndPassesEveryValueOn) {
 
     std::vector<std::string> steps = StepsToCheck(sample, 4 + static_cast<int>(sample));
     if (member.givesObject && sample == 0) {
-      // The result has a global reference of its own, which is deleted with it.
+      // The result has its own global reference, which is deleted with it.
       steps.insert(steps.end(), {attach, "NewGlobalRef(local:3)", attach, "DeleteGlobalRef(global:3)"});
     }
     EXPECT_THAT(jvm.Calls(), ElementsAreArray(steps));
@@ -140,7 +140,7 @@ TEST_P(AccessorMatrixTest, TakesItsStepsInOrderAndPassesEveryValueOn) {
   }
 }
 
-TEST_P(AccessorMatrixTest, SaysWhatWasNotFoundAndLeavesTheJavaErrorPending) {
+TEST_P(JavaTypesAccessorsTest, SaysWhatWasNotFoundAndLeavesTheJavaErrorPending) {
   const jthrowable error = jvm.Throw({"java.lang.Error", "none", {}});
   jvm.TakeCalls();
   const std::string classLocal = Describe(jvm.NewObject());
@@ -154,7 +154,7 @@ TEST_P(AccessorMatrixTest, SaysWhatWasNotFoundAndLeavesTheJavaErrorPending) {
   EXPECT_EQ(jvm.Pending(), error);
 }
 
-TEST_P(AccessorMatrixTest, TurnsAJavaExceptionOfTheCallIntoOneOfItsOwn) {
+TEST_P(JavaTypesAccessorsTest, TurnsAJavaExceptionOfTheCallIntoOneOfItsOwn) {
   const jthrowable thrown = jvm.Throw({"java.lang.IllegalStateException", "bad", {"C.m(C.java:1)"}});
   member.script(target, 0);
   jvm.AnswerReads();  // one of its slots may be the member's own
@@ -175,7 +175,7 @@ TEST_P(AccessorMatrixTest, TurnsAJavaExceptionOfTheCallIntoOneOfItsOwn) {
   EXPECT_EQ(jvm.LiveGlobals(), 3u);
 }
 
-TEST_P(AccessorMatrixTest, DoesNothingInAThreadThatCannotBeAttached) {
+TEST_P(JavaTypesAccessorsTest, DoesNothingInAThreadThatCannotBeAttached) {
   jvm.Return<&Invocation::AttachCurrentThread>(JNI_ERR);
   jvm.TakeCalls();
   Allocations allocations;
@@ -189,7 +189,7 @@ TEST_P(AccessorMatrixTest, DoesNothingInAThreadThatCannotBeAttached) {
   jvm.AnswerAttachment();
 }
 
-TEST_P(AccessorMatrixTest, TakesMemoryForNothingButAnObjectThatItGives) {
+TEST_P(JavaTypesAccessorsTest, TakesMemoryForNothingButAnObjectThatItReturns) {
   member.script(target, 0);
   Allocations allocations;
 
@@ -199,7 +199,7 @@ TEST_P(AccessorMatrixTest, TakesMemoryForNothingButAnObjectThatItGives) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST_P(AccessorMatrixTest, KeepsNothingWhenMemoryRunsOut) {
+TEST_P(JavaTypesAccessorsTest, KeepsNothingWhenMemoryRunsOut) {
   member.script(target, 0);
   Failure failure;
 
@@ -219,7 +219,7 @@ TEST_P(AccessorMatrixTest, KeepsNothingWhenMemoryRunsOut) {
   }
 }
 
-TEST_P(InstanceMatrixTest, RefusesANullObjectWithoutAskingTheVm) {
+TEST_P(JavaTypesAccessorsInstanceTest, RefusesANullObjectWithoutAskingTheVm) {
   target.object = target.nothing;
   jvm.TakeCalls();
   Allocations allocations;
@@ -231,7 +231,7 @@ TEST_P(InstanceMatrixTest, RefusesANullObjectWithoutAskingTheVm) {
   EXPECT_EQ(allocations.Made(), 0);
 }
 
-TEST_P(InstanceMatrixTest, SaysThatTheObjectHasNoClass) {
+TEST_P(JavaTypesAccessorsInstanceTest, SaysThatTheObjectHasNoClass) {
   jvm.AnswerNull("GetObjectClass(global:1)");
   jvm.TakeCalls();
   Allocations allocations;
@@ -243,7 +243,7 @@ TEST_P(InstanceMatrixTest, SaysThatTheObjectHasNoClass) {
   EXPECT_EQ(allocations.Made(), 0);
 }
 
-TEST_P(StaticMatrixTest, HandsANullClassToTheVm) {
+TEST_P(JavaTypesAccessorsStaticTest, PassesANullClassToTheVm) {
   MakeNull(target.javaClass, vm);
   jvm.AnswerNull(Lookup("null"));
   jvm.TakeCalls();
@@ -253,7 +253,7 @@ TEST_P(StaticMatrixTest, HandsANullClassToTheVm) {
   EXPECT_THAT(jvm.Calls(), ElementsAre(attach, Lookup("null")));
 }
 
-TEST_P(WideMatrixTest, ConvertsNamesOfAnyLengthToUtf8) {
+TEST_P(JavaTypesAccessorsWideTest, ConvertsNamesOfAnyLengthToUtf8) {
   const std::vector<std::string> steps = StepsToLookup(4, longNameInLog);
   jvm.AnswerNull(steps.back());
   jvm.TakeCalls();
@@ -263,7 +263,7 @@ TEST_P(WideMatrixTest, ConvertsNamesOfAnyLengthToUtf8) {
   EXPECT_THAT(jvm.Calls(), ElementsAreArray(steps));
 }
 
-TEST_P(WideMatrixTest, ConvertsNamesOnlyRightBeforeTheLookup) {
+TEST_P(JavaTypesAccessorsWideTest, ConvertsNamesOnlyRightBeforeTheLookup) {
   jvm.TakeCalls();
   Allocations allocations;
   allocations.Fail(1);

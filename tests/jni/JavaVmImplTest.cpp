@@ -15,7 +15,7 @@ class CJavaRuntimeImpl {
 
 namespace {
 
-TEST(JavaVmImplementationTest, AHandleOfNothingIsRefused) {
+TEST(JavaVmImplTest, AHandleOfNothingIsRefused) {
   EXPECT_EQ(tests::FailureOf([] { CJavaRuntimeImpl::HandleOf({}); }),
             tests::Throws<mirel::base::CNullReferenceException>("mirel/base/Ref", 423, nullptr));
 }

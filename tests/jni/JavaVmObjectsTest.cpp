@@ -61,7 +61,7 @@ class UnitNames {
 };
 TYPED_TEST_SUITE(JavaVmObjectsTest, Units, UnitNames);
 
-TYPED_TEST(JavaVmObjectsTest, FindClassTakesAGlobalReferenceThatTheHandleGivesBack) {
+TYPED_TEST(JavaVmObjectsTest, FindClassTakesAGlobalReferenceThatTheHandleDeletes) {
   {
     const CJavaClass javaClass = this->vm.FindClass(this->name.c_str());
     EXPECT_EQ(Describe(static_cast<jclass>(javaClass)), "global:1");
@@ -93,7 +93,7 @@ TYPED_TEST(JavaVmObjectsTest, AllocObjectWrapsOnlyAfterTheCheck) {
                                              "AttachCurrentThread(null)", "NewGlobalRef(local:2)"));
 }
 
-TYPED_TEST(JavaVmObjectsTest, NewObjectHandsOnItsArguments) {
+TYPED_TEST(JavaVmObjectsTest, NewObjectPassesItsArguments) {
   const CJavaObject object =
       this->vm.NewObject(this->name.c_str(), this->signature.c_str(), jint{-7}, 2.5, this->jvm.NewObject());
   EXPECT_EQ(Describe(static_cast<jobject>(object)), "global:3");
@@ -180,7 +180,7 @@ TYPED_TEST(JavaVmObjectsTest, ShortAsciiNamesNeedNoMemory) {
 }
 
 // When wide names are converted, shown by the calls made before there is no memory for it.
-class JavaVmConversionTest : public JavaVmObjectsTest<RX::UniChar> {
+class JavaVmObjectsConversionTest : public JavaVmObjectsTest<RX::UniChar> {
  protected:
   template <typename Operation>
   void ExpectNoMemory(Operation operation) {
@@ -191,48 +191,48 @@ class JavaVmConversionTest : public JavaVmObjectsTest<RX::UniChar> {
   }
 };
 
-TEST_F(JavaVmConversionTest, FindClassConvertsBeforeItAttaches) {
+TEST_F(JavaVmObjectsConversionTest, FindClassConvertsBeforeItAttaches) {
   ExpectNoMemory([&] { vm.FindClass(RX_TEXT("a/\u00C4")); });
   EXPECT_THAT(jvm.Calls(), IsEmpty());
 }
 
-TEST_F(JavaVmConversionTest, AllocObjectAttachesBeforeItConverts) {
+TEST_F(JavaVmObjectsConversionTest, AllocObjectAttachesBeforeItConverts) {
   ExpectNoMemory([&] { vm.AllocObject(RX_TEXT("a/\u00C4")); });
   EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread(null)"));
 }
 
-TEST_F(JavaVmConversionTest, NewObjectConvertsTheNameFirstAndTheSignatureLast) {
+TEST_F(JavaVmObjectsConversionTest, NewObjectConvertsTheNameFirstAndTheSignatureLast) {
   ExpectNoMemory([&] { vm.NewObject(RX_TEXT("a/\u00C4"), RX_TEXT("()V")); });
   EXPECT_THAT(jvm.TakeCalls(), IsEmpty());
   ExpectNoMemory([&] { vm.NewObject(RX_TEXT("a/B"), RX_TEXT("(La/\u00C4;)V")); });
   EXPECT_THAT(jvm.TakeCalls(), ElementsAre("AttachCurrentThread(null)", "FindClass(\"a/B\")"));
 }
 
-TEST_F(JavaVmConversionTest, NamesReachJniAsUtf8) {
+TEST_F(JavaVmObjectsConversionTest, NamesReachJniAsUtf8) {
   const CJavaObject object = vm.NewObject(RX_TEXT("a/\u00C4"), RX_TEXT("(La/\u20AC;)V"), nullptr);
   EXPECT_EQ(jvm.Calls().at(1), "FindClass(\"a/\\c3\\84\")");
   EXPECT_EQ(jvm.Calls().at(2), "GetMethodID(local:1, \"<init>\", \"(La/\\e2\\82\\ac;)V\")");
 }
 
-class JavaVmStringTest : public JvmTest {
+class JavaVmObjectsStringTest : public JvmTest {
  protected:
-  JavaVmStringTest() { jvm.AnswerAll(); }
+  JavaVmObjectsStringTest() { jvm.AnswerAll(); }
 };
 
-TEST_F(JavaVmStringTest, NullAndEmptyTextGiveANullStringWithoutAnyCall) {
+TEST_F(JavaVmObjectsStringTest, NullAndEmptyTextMakeANullStringWithoutAnyCall) {
   EXPECT_TRUE(Vm().NewString(nullptr) == CNull());
   EXPECT_TRUE(Vm().NewString(RX_TEXT("")) == CNull());
   EXPECT_THAT(jvm.Calls(), IsEmpty());
 }
 
-TEST_F(JavaVmStringTest, TextReachesJniAsItIs) {
+TEST_F(JavaVmObjectsStringTest, TextReachesJniAsItIs) {
   const CJavaString string = Vm().NewString(RX_TEXT("a\u20AC\U0001D11E"));
   EXPECT_EQ(Describe(static_cast<jstring>(string)), "global:1");
   EXPECT_THAT(jvm.Calls(), ElementsAre("AttachCurrentThread(null)", "NewString(\"a\\20ac\\d834\\dd1e\", 4)",
                                        "ExceptionOccurred", "AttachCurrentThread(null)", "NewGlobalRef(local:1)"));
 }
 
-TEST_F(JavaVmStringTest, AJavaExceptionIsThrownAndNothingIsWrapped) {
+TEST_F(JavaVmObjectsStringTest, AJavaExceptionIsThrownAndNothingIsWrapped) {
   jvm.On<&Jni::NewString>([this](const jchar*, jsize) {
     jvm.Throw({"java.lang.OutOfMemoryError", "Java heap space", {}});
     return nullptr;
@@ -241,7 +241,7 @@ TEST_F(JavaVmStringTest, AJavaExceptionIsThrownAndNothingIsWrapped) {
   EXPECT_NE(jvm.Pending(), nullptr);
 }
 
-TEST_F(JavaVmStringTest, ANullStringWithoutAJavaExceptionIsANullHandle) {
+TEST_F(JavaVmObjectsStringTest, ANullStringWithoutAJavaExceptionIsANullHandle) {
   jvm.Return<&Jni::NewString>(nullptr);
   EXPECT_TRUE(Vm().NewString(RX_TEXT("text")) == CNull());
 }

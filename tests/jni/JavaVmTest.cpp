@@ -22,7 +22,7 @@ using testing::IsEmpty;
 
 using JavaVmTest = JvmTest;
 
-TEST_F(JavaVmTest, AttachGivesTheThreadsEnvironmentEveryTime) {
+TEST_F(JavaVmTest, AttachReturnsTheThreadsEnvironmentEveryTime) {
   jvm.AnswerAttachment();
   const CJavaVm vm = Vm();
   EXPECT_EQ(vm.Attach(), jvm.Env());

@@ -26,12 +26,12 @@ using torvan::jni::CJniGlobalRef;
 
 constexpr const char* attachFailure = "Failed ot attach the current thread to the underlying Java VM.";
 
-class JniGlobalRefTest : public HandleTest {
+class JniHelperTest : public HandleTest {
  protected:
   const jobject local = jvm.NewObject();
 };
 
-TEST_F(JniGlobalRefTest, NullIsHeldWithoutAskingTheVm) {
+TEST_F(JniHelperTest, NullIsHeldWithoutAskingTheVm) {
   for (const bool makeGlobal : {false, true}) {
     const CJniGlobalRef ref(vm, nullptr, makeGlobal);
     EXPECT_EQ(ref.GetReference(), nullptr);
@@ -39,7 +39,7 @@ TEST_F(JniGlobalRefTest, NullIsHeldWithoutAskingTheVm) {
   EXPECT_THAT(jvm.Calls(), IsEmpty());
 }
 
-TEST_F(JniGlobalRefTest, AGlobalReferenceIsTakenAndTheGivenOneLeftAlone) {
+TEST_F(JniHelperTest, AGlobalReferenceIsTakenAndTheGivenOneLeftAlone) {
   {
     const CJniGlobalRef ref(vm, local, true);
     EXPECT_EQ(Describe(ref.GetReference()), "global:1");
@@ -48,7 +48,7 @@ TEST_F(JniGlobalRefTest, AGlobalReferenceIsTakenAndTheGivenOneLeftAlone) {
   EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
 }
 
-TEST_F(JniGlobalRefTest, AnAdoptedReferenceIsDeletedButNotMade) {
+TEST_F(JniHelperTest, AnAdoptedReferenceIsDeletedButNotMade) {
   const jobject global = jvm.Env()->NewGlobalRef(local);
   jvm.TakeCalls();
   {
@@ -59,7 +59,7 @@ TEST_F(JniGlobalRefTest, AnAdoptedReferenceIsDeletedButNotMade) {
   EXPECT_THAT(jvm.Calls(), ElementsAre(attach, "DeleteGlobalRef(global:1)"));
 }
 
-TEST_F(JniGlobalRefTest, AVmWithoutRoomForAReferenceIsOutOfMemory) {
+TEST_F(JniHelperTest, AVmWithoutRoomForAReferenceIsOutOfMemory) {
   jvm.AnswerNull("NewGlobalRef(local:1)");
   Allocations allocations;
 
@@ -70,7 +70,7 @@ TEST_F(JniGlobalRefTest, AVmWithoutRoomForAReferenceIsOutOfMemory) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST_F(JniGlobalRefTest, AThreadThatCannotBeAttachedGetsNoReference) {
+TEST_F(JniHelperTest, AThreadThatCannotBeAttachedGetsNoReference) {
   jvm.Return<&Invocation::AttachCurrentThread>(JNI_EDETACHED);
 
   EXPECT_EQ(FailureOf([&] { CJniGlobalRef(vm, local, true); }),
@@ -79,7 +79,7 @@ TEST_F(JniGlobalRefTest, AThreadThatCannotBeAttachedGetsNoReference) {
   EXPECT_THAT(jvm.Calls(), ElementsAre(attach));
 }
 
-TEST_F(JniGlobalRefTest, AFailureToDeleteIsPrintedAndGoesNoFurther) {
+TEST_F(JniHelperTest, AFailureToDeleteIsPrintedAndGoesNoFurther) {
   const jobject global = jvm.Env()->NewGlobalRef(local);
   const DebugOut debugOut;
   jvm.Return<&Invocation::AttachCurrentThread>(JNI_EDETACHED);
@@ -93,7 +93,7 @@ TEST_F(JniGlobalRefTest, AFailureToDeleteIsPrintedAndGoesNoFurther) {
   jvm.Env()->DeleteGlobalRef(global);
 }
 
-TEST_F(JniGlobalRefTest, WhatTheVmThrowsOfTheFoundationsIsPrintedToo) {
+TEST_F(JniHelperTest, WhatTheVmThrowsOfTheFoundationsIsPrintedToo) {
   const DebugOut debugOut;
   jvm.On<&Jni::DeleteGlobalRef>([](jobject) { throw CMemoryException("vm", 7, nullptr, nullptr); });
 
@@ -102,7 +102,7 @@ TEST_F(JniGlobalRefTest, WhatTheVmThrowsOfTheFoundationsIsPrintedToo) {
   EXPECT_EQ(debugOut.Text(), "mirel::base::CMemoryException at vm:7\n");
 }
 
-TEST_F(JniGlobalRefTest, AnyOtherExceptionPassesWithNothingKept) {
+TEST_F(JniHelperTest, AnyOtherExceptionPassesWithNothingKept) {
   struct Foreign {};
   const DebugOut debugOut;
   jvm.On<&Jni::DeleteGlobalRef>([](jobject) { throw Foreign(); });

@@ -1,4 +1,4 @@
-// What the tests of runtime libraries share: a fake operating system in force, the debug stream, the library's files.
+// What the tests of runtime libraries share: a fake operating system, the debug stream, the library's files.
 #pragma once
 
 #include <gmock/gmock.h>

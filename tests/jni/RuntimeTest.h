@@ -24,7 +24,7 @@ class RuntimeTest : public testing::Test {
   // Members of derived fixtures are gone by then.
   ~RuntimeTest() override {
     EXPECT_THAT(system.LoadedModules(), testing::IsEmpty());
-    EXPECT_THAT(jvm.Calls(), testing::IsEmpty()) << "runtimes make no JNI call of their own";
+    EXPECT_THAT(jvm.Calls(), testing::IsEmpty()) << "runtimes make no JNI call";
   }
 
   static CDynamicJavaRuntime Runtime(jint jniVersion = JNI_VERSION_1_6) {

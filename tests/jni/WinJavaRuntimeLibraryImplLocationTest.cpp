@@ -42,7 +42,7 @@ Failure RuntimeFailure(unsigned int line, const char* message) {
 
 const Failure NothingInstalled = RuntimeFailure(206, "There is not any Sun JRE installed in the current system.");
 
-TEST(RuntimeEnumerationTest, VendorsAndTypesHaveTheirPublishedNumbers) {
+TEST(WinJavaRuntimeLibraryImplLocationNumbersTest, VendorsAndTypesHaveTheirPublishedNumbers) {
   EXPECT_EQ(static_cast<int>(Sun), 0);
   EXPECT_EQ(static_cast<int>(Default), 0);
   EXPECT_EQ(static_cast<int>(Classic), 1);
@@ -69,7 +69,7 @@ struct Kind {
 
 void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
 
-class RuntimeKindTest : public LibraryTest, public ::testing::WithParamInterface<Kind> {
+class WinJavaRuntimeLibraryImplLocationKindTest : public LibraryTest, public ::testing::WithParamInterface<Kind> {
  protected:
   const Kind& kind = GetParam();
   const WideText version = Widen(kind.version);
@@ -95,7 +95,7 @@ Kind ServerVm(const char* name, const char* version) {
 }
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(Kinds, RuntimeKindTest, ::testing::Values(
+INSTANTIATE_TEST_SUITE_P(Kinds, WinJavaRuntimeLibraryImplLocationKindTest, ::testing::Values(
     DefaultVm("DefaultOfAnOldRuntime",    "1.2"),
     DefaultVm("DefaultOfANewRuntime",     "1.5.0"),
     DefaultVm("DefaultOfAnyName",         "whatever"),
@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, RuntimeKindTest, ::testing::Values(
     [](const auto& row) { return row.param.name; });
 // clang-format on
 
-TEST_P(RuntimeKindTest, LibraryIsFoundWithOneReadOfTheRegistry) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, LibraryIsFoundWithOneReadOfTheRegistry) {
   system.SetValue(kind.Key(), kind.value, kind.stored);
   EXPECT_EQ(PathOf(kind.type, version.c_str()), kind.path);
   EXPECT_THAT(system.Log(),
@@ -117,7 +117,7 @@ TEST_P(RuntimeKindTest, LibraryIsFoundWithOneReadOfTheRegistry) {
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-TEST_P(RuntimeKindTest, CurrentVersionIsReadFirstWhenNoneIsGiven) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, CurrentVersionIsReadFirstWhenNoneIsGiven) {
   system.SetValue(RuntimeRoot, "CurrentVersion", kind.version);
   system.SetValue(kind.Key(), kind.value, kind.stored);
   for (const RX::UniChar* none : {static_cast<const RX::UniChar*>(nullptr), RX_TEXT("")}) {
@@ -133,7 +133,7 @@ TEST_P(RuntimeKindTest, CurrentVersionIsReadFirstWhenNoneIsGiven) {
   }
 }
 
-TEST_P(RuntimeKindTest, MissingKeyIsPrintedAndReportedAsVersionNotFound) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, MissingKeyIsPrintedAndReportedAsVersionNotFound) {
   EXPECT_EQ(FailureToLocate(Sun, kind.type, version.c_str()), kind.NotFound());
   EXPECT_THAT(system.Log(), ElementsAre("OpenKey(HKLM, " + kind.Key() + ", 0x20019)"));
   EXPECT_THAT(debugOut.Text(), HasSubstr("Failed to open the specified subkey."));
@@ -141,7 +141,7 @@ TEST_P(RuntimeKindTest, MissingKeyIsPrintedAndReportedAsVersionNotFound) {
   EXPECT_THAT(debugOut.Text(), HasSubstr("40"));
 }
 
-TEST_P(RuntimeKindTest, MissingValueIsPrintedAndReportedAndLeavesTheKeyOpen) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, MissingValueIsPrintedAndReportedAndLeavesTheKeyOpen) {
   system.AddKey(kind.Key());
   EXPECT_EQ(FailureToLocate(Sun, kind.type, version.c_str()), kind.NotFound());
   EXPECT_THAT(system.OpenKeys(), ElementsAre(kind.Key()));
@@ -149,20 +149,20 @@ TEST_P(RuntimeKindTest, MissingValueIsPrintedAndReportedAndLeavesTheKeyOpen) {
   EXPECT_THAT(debugOut.Text(), HasSubstr("47"));
 }
 
-TEST_P(RuntimeKindTest, StatusOfARefusedKeyIsPrinted) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, StatusOfARefusedKeyIsPrinted) {
   system.FailOpen(kind.Key(), 65536);
   EXPECT_EQ(FailureToLocate(Sun, kind.type, version.c_str()), kind.NotFound());
   EXPECT_THAT(debugOut.Text(), HasSubstr("65536"));
   EXPECT_THAT(system.OpenKeys(), IsEmpty());
 }
 
-TEST_P(RuntimeKindTest, StatusOfARefusedValueIsPrinted) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, StatusOfARefusedValueIsPrinted) {
   system.FailQuery(kind.Key(), kind.value, 65536);
   EXPECT_EQ(FailureToLocate(Sun, kind.type, version.c_str()), kind.NotFound());
   EXPECT_THAT(debugOut.Text(), HasSubstr("65536"));
 }
 
-TEST_P(RuntimeKindTest, NoInstalledRuntimeIsReportedWhenNoVersionIsGiven) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, NoInstalledRuntimeIsReportedWhenNoVersionIsGiven) {
   system.SetValue(kind.Key() + "\\Elsewhere", kind.value, kind.stored);
   system.FailOpen(RuntimeRoot, 2);
   EXPECT_EQ(FailureToLocate(Sun, kind.type, nullptr), NothingInstalled);
@@ -170,7 +170,7 @@ TEST_P(RuntimeKindTest, NoInstalledRuntimeIsReportedWhenNoVersionIsGiven) {
   EXPECT_THAT(debugOut.Text(), HasSubstr("Failed to open the specified subkey."));
 }
 
-TEST_P(RuntimeKindTest, MemoryFailuresPassAndLeaveNothingBehind) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, MemoryFailuresPassAndLeaveNothingBehind) {
   system.SetValue(RuntimeRoot, "CurrentVersion", kind.version);
   system.SetValue(kind.Key(), kind.value, kind.stored);
   const int failures = FailEachAllocation(
@@ -187,7 +187,7 @@ TEST_P(RuntimeKindTest, MemoryFailuresPassAndLeaveNothingBehind) {
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-TEST_P(RuntimeKindTest, OtherFailuresOfTheRegistryPass) {
+TEST_P(WinJavaRuntimeLibraryImplLocationKindTest, OtherFailuresOfTheRegistryPass) {
   system.onOpenKey = [] { throw mirel::util::CNoSuchElementException("elsewhere", 7, nullptr, nullptr); };
   EXPECT_EQ(FailureToLocate(Sun, kind.type, version.c_str()),
             Throws<mirel::util::CNoSuchElementException>("elsewhere", 7, nullptr));
@@ -206,10 +206,11 @@ struct WrongVersion {
 
 void PrintTo(const WrongVersion& row, std::ostream* out) { *out << row.name; }
 
-class WrongVersionTest : public LibraryTest, public ::testing::WithParamInterface<WrongVersion> {};
+class WinJavaRuntimeLibraryImplLocationWrongVersionTest : public LibraryTest,
+                                                          public ::testing::WithParamInterface<WrongVersion> {};
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(Rows, WrongVersionTest, ::testing::Values(
+INSTANTIATE_TEST_SUITE_P(Rows, WinJavaRuntimeLibraryImplLocationWrongVersionTest, ::testing::Values(
     WrongVersion{"Classic14",      Classic, RX_TEXT("1.4.2"), 231, "Invalid Classic Sun JRE version."},
     WrongVersion{"Classic15",      Classic, RX_TEXT("1.5.0"), 231, "Invalid Classic Sun JRE version."},
     WrongVersion{"ClassicCut",     Classic, RX_TEXT("1."),    231, "Invalid Classic Sun JRE version."},
@@ -221,21 +222,21 @@ INSTANTIATE_TEST_SUITE_P(Rows, WrongVersionTest, ::testing::Values(
     [](const auto& row) { return row.param.name; });
 // clang-format on
 
-TEST_P(WrongVersionTest, IsRefusedWithoutTouchingTheRegistry) {
+TEST_P(WinJavaRuntimeLibraryImplLocationWrongVersionTest, IsRefusedWithoutTouchingTheRegistry) {
   EXPECT_EQ(FailureToLocate(Sun, GetParam().type, GetParam().version),
             RuntimeFailure(GetParam().line, GetParam().message));
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_P(WrongVersionTest, IsRefusedAlsoWhenItIsTheCurrentVersion) {
+TEST_P(WinJavaRuntimeLibraryImplLocationWrongVersionTest, IsRefusedAlsoWhenItIsTheCurrentVersion) {
   system.SetValue(RuntimeRoot, "CurrentVersion", Narrow(GetParam().version));
   EXPECT_EQ(FailureToLocate(Sun, GetParam().type, nullptr), RuntimeFailure(GetParam().line, GetParam().message));
   EXPECT_THAT(system.OpenKeys(), IsEmpty());
 }
 
-class RuntimeLocationTest : public LibraryTest {};
+class WinJavaRuntimeLibraryImplLocationTest : public LibraryTest {};
 
-TEST_F(RuntimeLocationTest, UnknownVendorIsReportedBeforeAnythingElse) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTest, UnknownVendorIsReportedBeforeAnythingElse) {
   for (const int vendor : {1, -1}) {
     for (const int type : {0, 1, 2, 3, 4, -1}) {
       for (const RX::UniChar* version : {static_cast<const RX::UniChar*>(nullptr), RX_TEXT("1.5.0")}) {
@@ -248,7 +249,7 @@ TEST_F(RuntimeLocationTest, UnknownVendorIsReportedBeforeAnythingElse) {
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_F(RuntimeLocationTest, UnknownTypeIsReportedWithoutTouchingTheRegistry) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTest, UnknownTypeIsReportedWithoutTouchingTheRegistry) {
   for (const int type : {4, -1, 100}) {
     EXPECT_EQ(FailureToLocate(Sun, static_cast<VmType>(type), RX_TEXT("1.4")),
               RuntimeFailure(275, "Unknown Java Runtime type."))
@@ -257,20 +258,20 @@ TEST_F(RuntimeLocationTest, UnknownTypeIsReportedWithoutTouchingTheRegistry) {
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_F(RuntimeLocationTest, UnknownTypeIsReportedOnlyAfterTheCurrentVersionIsFound) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTest, UnknownTypeIsReportedOnlyAfterTheCurrentVersionIsFound) {
   EXPECT_EQ(FailureToLocate(Sun, static_cast<VmType>(4), nullptr), NothingInstalled);
   system.SetValue(RuntimeRoot, "CurrentVersion", "1.4");
   EXPECT_EQ(FailureToLocate(Sun, static_cast<VmType>(4), nullptr), RuntimeFailure(275, "Unknown Java Runtime type."));
 }
 
-TEST_F(RuntimeLocationTest, MissingCurrentVersionIsReportedAsNothingInstalledAndLeavesTheKeyOpen) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTest, MissingCurrentVersionIsReportedAsNothingInstalledAndLeavesTheKeyOpen) {
   system.SetValue("Software\\JavaSoft\\Java Runtime Environment\\1.5.0", "RuntimeLib", RegisteredPath);
   EXPECT_EQ(FailureToLocate(Sun, Default, RX_TEXT("")), NothingInstalled);
   EXPECT_THAT(system.OpenKeys(), ElementsAre("Software\\JavaSoft\\Java Runtime Environment"));
   EXPECT_THAT(debugOut.Text(), HasSubstr("Failed to query the specified value."));
 }
 
-TEST_F(RuntimeLocationTest, EveryFailedQueryLeavesOneMoreKeyOpen) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTest, EveryFailedQueryLeavesOneMoreKeyOpen) {
   system.AddKey("Software\\JavaSoft\\Java Runtime Environment\\1.5.0");
   for (std::size_t failures = 1; failures <= 3; ++failures) {
     FailureToLocate(Sun, Default, RX_TEXT("1.5.0"));
@@ -278,7 +279,7 @@ TEST_F(RuntimeLocationTest, EveryFailedQueryLeavesOneMoreKeyOpen) {
   }
 }
 
-TEST_F(RuntimeLocationTest, EmptyCurrentVersionIsTakenAsItStands) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTest, EmptyCurrentVersionIsTakenAsItIs) {
   system.SetValue(RuntimeRoot, "CurrentVersion", "");
   system.SetValue(RuntimeRoot, "RuntimeLib", RegisteredPath);
   EXPECT_EQ(PathOf(Default, nullptr), RegisteredPath);
@@ -288,7 +289,7 @@ TEST_F(RuntimeLocationTest, EmptyCurrentVersionIsTakenAsItStands) {
 
 // --- Lengths and forms of stored texts ---
 
-class RegistryTextTest : public LibraryTest {
+class WinJavaRuntimeLibraryImplLocationTextTest : public LibraryTest {
  protected:
   static constexpr const char* Key = "Software\\JavaSoft\\Java Runtime Environment\\1.5.0";
 
@@ -298,15 +299,15 @@ class RegistryTextTest : public LibraryTest {
   }
 };
 
-TEST_F(RegistryTextTest, TextOf1040UnitsWithItsTerminatingZeroFits) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTextTest, TextOf1040UnitsWithItsTerminatingZeroFits) {
   EXPECT_EQ(ReadBack(WideText(1039, 'p') + RX::UniChar()), std::string(1039, 'p'));
 }
 
-TEST_F(RegistryTextTest, TextOf1040UnitsWithoutTerminatingZeroFits) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTextTest, TextOf1040UnitsWithoutTerminatingZeroFits) {
   EXPECT_EQ(ReadBack(WideText(1040, 'p')), std::string(1040, 'p'));
 }
 
-TEST_F(RegistryTextTest, TextOf1041UnitsIsRefusedAsMoreDataAndLeavesTheKeyOpen) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTextTest, TextOf1041UnitsIsRefusedAsMoreDataAndLeavesTheKeyOpen) {
   system.SetRawValue(Key, "RuntimeLib", WideText(1040, 'p') + RX::UniChar());
   EXPECT_EQ(FailureToLocate(Sun, Default, RX_TEXT("1.5.0")), RuntimeFailure(223, NoDefault));
   EXPECT_THAT(debugOut.Text(), HasSubstr("Failed to query the specified value."));
@@ -314,24 +315,24 @@ TEST_F(RegistryTextTest, TextOf1041UnitsIsRefusedAsMoreDataAndLeavesTheKeyOpen) 
   EXPECT_THAT(system.OpenKeys(), ElementsAre(Key));
 }
 
-TEST_F(RegistryTextTest, TextEndsAtItsFirstZero) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTextTest, TextEndsAtItsFirstZero) {
   const RX::UniChar stored[] = {'p', 'a', 0, 'q', 0};
   EXPECT_EQ(ReadBack(WideText(stored, 5)), "pa");
 }
 
-TEST_F(RegistryTextTest, EmptyTextsMakeAnEmptyPath) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTextTest, EmptyTextsMakeAnEmptyPath) {
   EXPECT_EQ(ReadBack(WideText()), "");
   EXPECT_EQ(ReadBack(WideText(1, 0)), "");
 }
 
-TEST_F(RegistryTextTest, HalfAUnitAtTheEndIsNoText) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTextTest, HalfAUnitAtTheEndIsNoText) {
   system.SetBytes(Key, "RuntimeLib", std::string("p\0a\0q", 5));
   EXPECT_EQ(PathOf(Default, RX_TEXT("1.5.0")), "pa");
   system.SetBytes(Key, "RuntimeLib", "q");
   EXPECT_EQ(PathOf(Default, RX_TEXT("1.5.0")), "");
 }
 
-TEST_F(RegistryTextTest, TextBeyondAsciiIsKept) {
+TEST_F(WinJavaRuntimeLibraryImplLocationTextTest, TextBeyondAsciiIsKept) {
   EXPECT_EQ(ReadBack(Widen("C:\\J\xC3\xA4va\\\xF0\x9F\x8D\xB5.dll") + RX::UniChar()),
             "C:\\J\xC3\xA4va\\\xF0\x9F\x8D\xB5.dll");
 }

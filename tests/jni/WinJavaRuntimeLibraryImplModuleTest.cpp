@@ -34,7 +34,7 @@ WideText Fixture(const char* name) { return Widen(Folder() + name + Extension); 
 
 Reference Get(const WideText& path) { return CJavaRuntimeLibraryPool::GetInstance()->Get(path.c_str()); }
 
-class RuntimeModuleTest : public ::testing::Test {
+class WinJavaRuntimeLibraryImplModuleTest : public ::testing::Test {
  protected:
   const WideText complete = Fixture("runtime_complete");
   const WideText withoutCreate = Fixture("runtime_without_create");
@@ -51,7 +51,7 @@ class RuntimeModuleTest : public ::testing::Test {
   }
 };
 
-TEST_F(RuntimeModuleTest, LibraryIsLoadedForAsLongAsItIsUsed) {
+TEST_F(WinJavaRuntimeLibraryImplModuleTest, LibraryIsLoadedForAsLongAsItIsUsed) {
   Reference first = Get(complete);
   Reference second = Get(complete);
   EXPECT_TRUE(IsLoaded(complete));
@@ -61,7 +61,7 @@ TEST_F(RuntimeModuleTest, LibraryIsLoadedForAsLongAsItIsUsed) {
   EXPECT_FALSE(IsLoaded(complete));
 }
 
-TEST_F(RuntimeModuleTest, EntryPointsAnswerThroughTheReference) {
+TEST_F(WinJavaRuntimeLibraryImplModuleTest, EntryPointsAnswerThroughTheReference) {
   const Reference use = Get(complete);
   EXPECT_EQ(use->CreateJavaVm(nullptr, nullptr, nullptr), -3);
   jsize count = 0;
@@ -69,7 +69,7 @@ TEST_F(RuntimeModuleTest, EntryPointsAnswerThroughTheReference) {
   EXPECT_EQ(count, 42);
 }
 
-TEST_F(RuntimeModuleTest, TwoSpellingsOfOneFileAreTwoUses) {
+TEST_F(WinJavaRuntimeLibraryImplModuleTest, TwoSpellingsOfOneFileAreTwoUses) {
   const WideText detour = Widen(Folder() + "." + Separator + "runtime_complete" + Extension);
   Reference one = Get(complete);
   Reference other = Get(detour);
@@ -79,24 +79,24 @@ TEST_F(RuntimeModuleTest, TwoSpellingsOfOneFileAreTwoUses) {
   EXPECT_FALSE(IsLoaded(complete));
 }
 
-TEST_F(RuntimeModuleTest, MissingFileIsNotFound) {
+TEST_F(WinJavaRuntimeLibraryImplModuleTest, MissingFileIsNotFound) {
   EXPECT_EQ(FailureOf([] { Get(Fixture("runtime_nowhere")); }),
             Throws<CJavaRuntimeException>(Tag, 135, "Java Runtime library not found."));
 }
 
-TEST_F(RuntimeModuleTest, FileThatIsNoLibraryIsNotFound) {
+TEST_F(WinJavaRuntimeLibraryImplModuleTest, FileThatIsNoLibraryIsNotFound) {
   EXPECT_EQ(FailureOf([] { Get(Widen(Folder())); }),
             Throws<CJavaRuntimeException>(Tag, 135, "Java Runtime library not found."));
 }
 
-TEST_F(RuntimeModuleTest, LibraryWithoutAnEntryPointIsInvalidAndDoesNotStayInThePool) {
+TEST_F(WinJavaRuntimeLibraryImplModuleTest, LibraryWithoutAnEntryPointIsInvalidAndDoesNotStayInThePool) {
   EXPECT_EQ(FailureOf([&] { Get(withoutCreate); }),
             Throws<CJavaRuntimeException>(Tag, 138, "Invalid Java Runtime libray."));
   EXPECT_EQ(FailureOf([&] { Get(withoutGetCreated); }),
             Throws<CJavaRuntimeException>(Tag, 140, "Invalid Java Runtime libray."));
 }
 
-TEST_F(RuntimeModuleTest, HalfLoadedLibraryStaysLoadedUntilItIsUnloaded) {
+TEST_F(WinJavaRuntimeLibraryImplModuleTest, HalfLoadedLibraryStaysLoadedUntilItIsUnloaded) {
   CWinJavaRuntimeLibraryImpl library(withoutGetCreated.c_str());
   EXPECT_EQ(FailureOf([&] { library.Load(); }),
             Throws<CJavaRuntimeException>(Tag, 140, "Invalid Java Runtime libray."));

@@ -23,7 +23,7 @@ constexpr const char* UnloadCall = "UnloadModule(C:\\Java\\jvm.dll)";
 const Failure NoCreate = Throws<CJavaRuntimeException>(LocationTag, 166, "Invalid Java Runtime library.");
 const Failure NoGetCreated = Throws<CJavaRuntimeException>(LocationTag, 178, "Inavalid Java Runtime library.");
 
-class RuntimeLibraryTest : public LibraryTest {
+class WinJavaRuntimeLibraryImplTest : public LibraryTest {
  protected:
   void AddLibrary(const FakeSystem::Symbols& symbols = AllSymbols()) { system.AddModule("C:\\Java\\jvm.dll", symbols); }
   static Failure FailureToCreate(CJavaRuntimeLibraryImpl& library) {
@@ -34,13 +34,13 @@ class RuntimeLibraryTest : public LibraryTest {
   }
 };
 
-TEST_F(RuntimeLibraryTest, NullAndEmptyPathsAreRefused) {
+TEST_F(WinJavaRuntimeLibraryImplTest, NullAndEmptyPathsAreRefused) {
   const Failure refused = Throws<mirel::base::CIllegalArgumentException>(LocationTag, 88, "Invalid Java Runtime path.");
   EXPECT_EQ(FailureOf([] { CWinJavaRuntimeLibraryImpl(nullptr); }), refused);
   EXPECT_EQ(FailureOf([] { CWinJavaRuntimeLibraryImpl(RX_TEXT("")); }), refused);
 }
 
-TEST_F(RuntimeLibraryTest, PathIsKeptAndNothingIsAskedBeforeLoading) {
+TEST_F(WinJavaRuntimeLibraryImplTest, PathIsKeptAndNothingIsAskedBeforeLoading) {
   WideText path = Widen("c:/Some Where\\..\\jvm.dll");
   CWinJavaRuntimeLibraryImpl library(path.c_str());
   path[0] = 'x';
@@ -48,14 +48,14 @@ TEST_F(RuntimeLibraryTest, PathIsKeptAndNothingIsAskedBeforeLoading) {
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryTest, LoadingTakesTheModuleAndThenBothEntryPoints) {
+TEST_F(WinJavaRuntimeLibraryImplTest, LoadingTakesTheModuleAndThenBothEntryPoints) {
   AddLibrary();
   CWinJavaRuntimeLibraryImpl library(Path);
   library.Load();
   EXPECT_THAT(system.Log(), ElementsAre(LoadCall, FindCreateCall, FindGetCreatedCall));
 }
 
-TEST_F(RuntimeLibraryTest, LoadingALoadedLibraryDoesNothing) {
+TEST_F(WinJavaRuntimeLibraryImplTest, LoadingALoadedLibraryDoesNothing) {
   AddLibrary();
   CWinJavaRuntimeLibraryImpl library(Path);
   library.Load();
@@ -64,7 +64,7 @@ TEST_F(RuntimeLibraryTest, LoadingALoadedLibraryDoesNothing) {
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryTest, FileThatIsNoLibraryIsNotFound) {
+TEST_F(WinJavaRuntimeLibraryImplTest, FileThatIsNoLibraryIsNotFound) {
   CWinJavaRuntimeLibraryImpl library(Path);
   for (int attempt = 1; attempt <= 2; ++attempt) {
     EXPECT_EQ(FailureOf([&] { library.Load(); }),
@@ -74,7 +74,7 @@ TEST_F(RuntimeLibraryTest, FileThatIsNoLibraryIsNotFound) {
   EXPECT_EQ(FailureToCreate(library), NoCreate);
 }
 
-TEST_F(RuntimeLibraryTest, EmptyRegisteredPathIsNotFoundWithoutAskingTheSystem) {
+TEST_F(WinJavaRuntimeLibraryImplTest, EmptyRegisteredPathIsNotFoundWithoutAskingTheSystem) {
   system.SetValue("Software\\JavaSoft\\Java Runtime Environment\\1.5.0", "RuntimeLib", "");
   CWinJavaRuntimeLibraryImpl library(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, RX_TEXT("1.5.0"));
   system.ClearLog();
@@ -83,7 +83,7 @@ TEST_F(RuntimeLibraryTest, EmptyRegisteredPathIsNotFoundWithoutAskingTheSystem) 
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryTest, LibraryWithoutCreateIsInvalidAndStaysLoaded) {
+TEST_F(WinJavaRuntimeLibraryImplTest, LibraryWithoutCreateIsInvalidAndStaysLoaded) {
   AddLibrary(SymbolsWithout("JNI_CreateJavaVM"));
   {
     CWinJavaRuntimeLibraryImpl library(Path);
@@ -99,7 +99,7 @@ TEST_F(RuntimeLibraryTest, LibraryWithoutCreateIsInvalidAndStaysLoaded) {
   EXPECT_THAT(system.Log(), ElementsAre(LoadCall, FindCreateCall, UnloadCall));
 }
 
-TEST_F(RuntimeLibraryTest, LibraryWithoutGetCreatedIsInvalidAndStaysLoaded) {
+TEST_F(WinJavaRuntimeLibraryImplTest, LibraryWithoutGetCreatedIsInvalidAndStaysLoaded) {
   AddLibrary(SymbolsWithout("JNI_GetCreatedJavaVMs"));
   CWinJavaRuntimeLibraryImpl library(Path);
   EXPECT_EQ(FailureOf([&] { library.Load(); }),
@@ -115,7 +115,7 @@ TEST_F(RuntimeLibraryTest, LibraryWithoutGetCreatedIsInvalidAndStaysLoaded) {
   EXPECT_EQ(FailureToCreate(library), NoCreate);
 }
 
-TEST_F(RuntimeLibraryTest, EntryPointsAreMissingBeforeLoadingAndAfterUnloading) {
+TEST_F(WinJavaRuntimeLibraryImplTest, EntryPointsAreMissingBeforeLoadingAndAfterUnloading) {
   AddLibrary();
   CWinJavaRuntimeLibraryImpl library(Path);
   EXPECT_EQ(FailureToCreate(library), NoCreate);
@@ -128,7 +128,7 @@ TEST_F(RuntimeLibraryTest, EntryPointsAreMissingBeforeLoadingAndAfterUnloading) 
   EXPECT_EQ(FailureToGetCreated(library), NoGetCreated);
 }
 
-TEST_F(RuntimeLibraryTest, CreateGetsItsArgumentsAndGivesTheStatusUnchanged) {
+TEST_F(WinJavaRuntimeLibraryImplTest, CreateGetsItsArgumentsAndReturnsTheStatusUnchanged) {
   AddLibrary();
   CWinJavaRuntimeLibraryImpl library(Path);
   library.Load();
@@ -145,7 +145,7 @@ TEST_F(RuntimeLibraryTest, CreateGetsItsArgumentsAndGivesTheStatusUnchanged) {
   EntryPoints::answer = 0;
 }
 
-TEST_F(RuntimeLibraryTest, GetCreatedGetsItsArgumentsAndGivesTheStatusUnchanged) {
+TEST_F(WinJavaRuntimeLibraryImplTest, GetCreatedGetsItsArgumentsAndReturnsTheStatusUnchanged) {
   AddLibrary();
   CWinJavaRuntimeLibraryImpl library(Path);
   library.Load();
@@ -161,7 +161,7 @@ TEST_F(RuntimeLibraryTest, GetCreatedGetsItsArgumentsAndGivesTheStatusUnchanged)
   EntryPoints::answer = 0;
 }
 
-TEST_F(RuntimeLibraryTest, UnloadingAnUnloadedLibraryDoesNothing) {
+TEST_F(WinJavaRuntimeLibraryImplTest, UnloadingAnUnloadedLibraryDoesNothing) {
   AddLibrary();
   CWinJavaRuntimeLibraryImpl library(Path);
   library.Unload();
@@ -173,7 +173,7 @@ TEST_F(RuntimeLibraryTest, UnloadingAnUnloadedLibraryDoesNothing) {
   EXPECT_THAT(system.Log(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryTest, UnloadedLibraryCanBeLoadedAgain) {
+TEST_F(WinJavaRuntimeLibraryImplTest, UnloadedLibraryCanBeLoadedAgain) {
   AddLibrary();
   CWinJavaRuntimeLibraryImpl library(Path);
   library.Load();
@@ -183,7 +183,7 @@ TEST_F(RuntimeLibraryTest, UnloadedLibraryCanBeLoadedAgain) {
   EXPECT_THAT(system.Log(), ElementsAre(LoadCall, FindCreateCall, FindGetCreatedCall));
 }
 
-TEST_F(RuntimeLibraryTest, DestructionUnloadsOnce) {
+TEST_F(WinJavaRuntimeLibraryImplTest, DestructionUnloadsOnce) {
   AddLibrary();
   {
     CWinJavaRuntimeLibraryImpl loaded(Path);
@@ -194,7 +194,7 @@ TEST_F(RuntimeLibraryTest, DestructionUnloadsOnce) {
   EXPECT_THAT(system.Log(), ElementsAre(UnloadCall));
 }
 
-TEST_F(RuntimeLibraryTest, DestructionThroughTheBaseUnloads) {
+TEST_F(WinJavaRuntimeLibraryImplTest, DestructionThroughTheBaseUnloads) {
   AddLibrary();
   std::unique_ptr<CJavaRuntimeLibraryImpl> library(new CWinJavaRuntimeLibraryImpl(Path));
   library->Load();
@@ -202,7 +202,7 @@ TEST_F(RuntimeLibraryTest, DestructionThroughTheBaseUnloads) {
   EXPECT_THAT(system.LoadedModules(), IsEmpty());
 }
 
-TEST_F(RuntimeLibraryTest, MemoryFailureWhileMadeLeavesNothingBehind) {
+TEST_F(WinJavaRuntimeLibraryImplTest, MemoryFailureWhileMadeLeavesNothingBehind) {
   const int failures = FailEachAllocation(
       [&] {
         const Failure failure = FailureOf([] { delete new CWinJavaRuntimeLibraryImpl(Path); });

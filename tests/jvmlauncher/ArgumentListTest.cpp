@@ -32,9 +32,9 @@ struct Row {
   const char* line;
 };
 
-class ArgumentListRendering : public testing::TestWithParam<Row> {};
+class ArgumentListRenderingTest : public testing::TestWithParam<Row> {};
 
-TEST_P(ArgumentListRendering, QuotesWhatHoldsASpaceAndEndsEachArgumentWithASpace) {
+TEST_P(ArgumentListRenderingTest, QuotesWhatHoldsASpaceAndEndsEachArgumentWithASpace) {
   EXPECT_EQ(LineOf(ListOf(GetParam().arguments)), GetParam().line);
 }
 
@@ -58,7 +58,7 @@ const Row Rows[] = {
     {"BeyondTheBasicPlane", {"\U0001F600 x"}, "\"\U0001F600 x\" "},
 };
 
-INSTANTIATE_TEST_SUITE_P(Arguments, ArgumentListRendering, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Arguments, ArgumentListRenderingTest, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(ArgumentListTest, TextsAreKeptInOrderAndUnchecked) {
@@ -91,7 +91,7 @@ TEST(ArgumentListTest, ALocationThatNamesNothingIsAppendedAsAnEmptyArgument) {
   EXPECT_EQ(LineOf(list), " ");
 }
 
-TEST(ArgumentListTest, AListIsAppendedBehindWhatIsThere) {
+TEST(ArgumentListTest, AListIsAppendedAfterWhatIsThere) {
   CArgumentList list = ListOf({"a"});
   list.Append(ListOf({"b", "c"}));
   list.Append(ListOf({}));
@@ -115,7 +115,7 @@ TEST(ArgumentListTest, CopiesAreIndependent) {
   EXPECT_THAT(ArgumentsOf(list), ElementsAre("a", "b"));
 }
 
-TEST(ArgumentListTest, AnIndexBehindTheEndIsTheVectorsFailure) {
+TEST(ArgumentListTest, AnIndexPastTheEndIsTheVectorsFailure) {
   const CArgumentList list = ListOf({"a"});
   EXPECT_EQ(FailureOf([&] { list.GetArgumentAt(1); }),
             Throws<CNoSuchElementException>("mirel/util/Vector", 175, nullptr));

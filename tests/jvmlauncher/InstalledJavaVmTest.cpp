@@ -146,9 +146,9 @@ std::string BytesOf(const std::string& text) {
   return {reinterpret_cast<const char*>(units.data()), units.size() * sizeof(RX::UniChar)};
 }
 
-class InstalledJavaVmValues : public InstalledJavaVmTest, public testing::WithParamInterface<ValueRow> {};
+class InstalledJavaVmValuesTest : public InstalledJavaVmTest, public testing::WithParamInterface<ValueRow> {};
 
-TEST_P(InstalledJavaVmValues, DecideWhetherTheSubkeyIsListed) {
+TEST_P(InstalledJavaVmValuesTest, DecideWhetherTheSubkeyIsListed) {
   Install(m_system, Source64, "1.6", Home());
   GetParam().script(m_system, KeyOf(Source64, "1.6"));
   // A second subkey shows that only the first is skipped.
@@ -203,7 +203,7 @@ const ValueRow ValueRows[] = {
      [](FakeSystem& system, const std::string&) { system.FailAttributes(ConsoleProgramIn(Home()), 32); }, true},
 };
 
-INSTANTIATE_TEST_SUITE_P(Values, InstalledJavaVmValues, testing::ValuesIn(ValueRows),
+INSTANTIATE_TEST_SUITE_P(Values, InstalledJavaVmValuesTest, testing::ValuesIn(ValueRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(InstalledJavaVmTest, AValueMayHave1024BytesAndNoMore) {

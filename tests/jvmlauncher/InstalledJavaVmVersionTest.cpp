@@ -32,9 +32,9 @@ struct Row {
   int result;
 };
 
-class VersionComparison : public testing::TestWithParam<Row> {};
+class InstalledJavaVmVersionComparisonTest : public testing::TestWithParam<Row> {};
 
-TEST_P(VersionComparison, IsTheSameInBothDirections) {
+TEST_P(InstalledJavaVmVersionComparisonTest, IsTheSameInBothDirections) {
   const Row& row = GetParam();
   EXPECT_EQ(Compare(row.a, row.b), row.result);
   EXPECT_EQ(Compare(row.b, row.a), -row.result);
@@ -65,7 +65,7 @@ const Row Rows[] = {
     {"NumbersOutOfRangeAreTheLargest", "99999999999", "2147483647", 0},
 };
 
-INSTANTIATE_TEST_SUITE_P(Versions, VersionComparison, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Versions, InstalledJavaVmVersionComparisonTest, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 // The rule, spelt out slowly: split at the dots, read a 32-bit number at the beginning of each part, compare as lists.
@@ -86,7 +86,7 @@ int SlowCompare(const std::string& a, const std::string& b) {
   return left < right ? -1 : right < left ? 1 : 0;
 }
 
-TEST(VersionTest, AgreesWithASlowReferenceOnRandomTexts) {
+TEST(InstalledJavaVmVersionTest, AgreesWithASlowReferenceOnRandomTexts) {
   std::mt19937 random(20240607);
   const std::string units = "000111222789...._ae- +";
   const auto make = [&] {
@@ -113,9 +113,9 @@ struct CompatibilityRow {
   bool compatible;
 };
 
-class Compatibility : public testing::TestWithParam<CompatibilityRow> {};
+class InstalledJavaVmVersionCompatibilityTest : public testing::TestWithParam<CompatibilityRow> {};
 
-TEST_P(Compatibility, MeansAtOrAboveTheRequest) {
+TEST_P(InstalledJavaVmVersionCompatibilityTest, MeansAtOrAboveTheRequest) {
   const InstalledJavaVm vm = {Widen(GetParam().installed).c_str(), RX_TEXT("home")};
   EXPECT_EQ(vm.IsCompatibleWith(Widen(GetParam().requested).c_str()), GetParam().compatible);
 }
@@ -130,10 +130,10 @@ const CompatibilityRow CompatibilityRows[] = {
     {"ANewNumbering", "17", "1.8", true},
 };
 
-INSTANTIATE_TEST_SUITE_P(Versions, Compatibility, testing::ValuesIn(CompatibilityRows),
+INSTANTIATE_TEST_SUITE_P(Versions, InstalledJavaVmVersionCompatibilityTest, testing::ValuesIn(CompatibilityRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(VersionTest, ARequestWithoutTextIsRefused) {
+TEST(InstalledJavaVmVersionTest, ARequestWithoutTextIsRefused) {
   const InstalledJavaVm vm = {RX_TEXT("1.6.0"), RX_TEXT("home")};
   const auto expected = Throws<CIllegalArgumentException>("jvmlauncher/InstalledJavaVm", 133, "Invalid vm version.");
   EXPECT_EQ(FailureOf([&] { vm.IsCompatibleWith(nullptr); }), expected);

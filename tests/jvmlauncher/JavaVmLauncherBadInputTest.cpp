@@ -36,7 +36,7 @@ void LaunchNothing(CJavaVmLauncher& launcher, const RX::UniChar* mainClass) {
   launcher.Launch(options, mainClass, {});
 }
 
-class BadInput : public LaunchSystemTest, public testing::WithParamInterface<Row> {
+class JavaVmLauncherBadInputTest : public LaunchSystemTest, public testing::WithParamInterface<Row> {
  protected:
   // Makes the row's mistake, with the runtime in the row's state.
   Failure Provoke(CJavaVmLauncher& launcher, CJavaVmProcess& running) {
@@ -49,7 +49,7 @@ class BadInput : public LaunchSystemTest, public testing::WithParamInterface<Row
   }
 };
 
-TEST_P(BadInput, IsRefusedLeavesNothingAndSpoilsNothing) {
+TEST_P(JavaVmLauncherBadInputTest, IsRefusedLeavesNothingAndSpoilsNothing) {
   SetProbe(60000, 5);
   CJavaVmLauncher launcher(RX_TEXT("99"));
   const Process running = launcher.Launch({}, RX_TEXT("Main"), {});
@@ -110,7 +110,7 @@ const Row Rows[] = {
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Host, BadInput, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Host, JavaVmLauncherBadInputTest, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <torvan/jvmlauncher/options/NonStandardOption.h>
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
-#include "jvmlauncher/JavaSystemTest.h"
+#include "jvmlauncher/JavaVmLauncherJavaTest.h"
 
 namespace tests {
 
@@ -17,7 +17,7 @@ namespace {
 
 const std::string Separator = OnThisSystem(";", ":");
 
-TEST_F(JavaSystemTest, AMainClassIsRunFromAClassPathWithSpaces) {
+TEST_F(JavaVmLauncherJavaTest, AMainClassIsRunFromAClassPathWithSpaces) {
   ASSERT_NE(std::string(TORVAN_LAUNCH_CLASSES).find(' '), std::string::npos);
   CClassPathOption classPath;
   classPath.AddEntry(RX_TEXT("/not there"));
@@ -35,7 +35,7 @@ TEST_F(JavaSystemTest, AMainClassIsRunFromAClassPathWithSpaces) {
                                                 "two words", "/a/path", "say \"hi\""));
 }
 
-TEST_F(JavaSystemTest, PropertiesReachTheProgramWithTheirSpaces) {
+TEST_F(JavaVmLauncherJavaTest, PropertiesReachTheProgramWithTheirSpaces) {
   Set("LAUNCH_PROBE_PROPERTIES", "a.b,c,missing");
   CJavaVmOptions options = WithClasses();
   options.AddOption(CSystemPropertyOption(RX_TEXT("a.b"), RX_TEXT("x  y=z")));
@@ -47,7 +47,7 @@ TEST_F(JavaSystemTest, PropertiesReachTheProgramWithTheirSpaces) {
   EXPECT_THAT(ReadReport(Report()), ElementsAre(TORVAN_LAUNCH_CLASSES + Separator, "x  y=z", "/my folder/c", "null"));
 }
 
-TEST_F(JavaSystemTest, AJarRunsWithoutAMainClass) {
+TEST_F(JavaVmLauncherJavaTest, AJarRunsWithoutAMainClass) {
   CJavaVmOptions options;
   options.AddOption(CJarOption(Place::Location(Widen(TORVAN_LAUNCH_JAR).c_str())));
   CArgumentList arguments;
@@ -58,20 +58,20 @@ TEST_F(JavaSystemTest, AJarRunsWithoutAMainClass) {
   EXPECT_THAT(ReadReport(Report()), ElementsAre(TORVAN_LAUNCH_JAR, "1"));
 }
 
-TEST_F(JavaSystemTest, TheExitCodeIsThatOfSystemExit) {
+TEST_F(JavaVmLauncherJavaTest, TheExitCodeIsThatOfSystemExit) {
   Set("LAUNCH_PROBE_EXIT", "42");
   const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});
   process->Wait();
   EXPECT_EQ(process->GetExitCode(), 42);
 }
 
-TEST_F(JavaSystemTest, AMainClassThatIsNotThereIsTheProgramsFailureAndNotTheLaunchs) {
+TEST_F(JavaVmLauncherJavaTest, AMainClassThatIsNotThereIsTheProgramsFailureAndNotTheLaunchs) {
   const Process process = Launch(WithClasses(), RX_TEXT("NotThere"), {});
   process->Wait();
   EXPECT_EQ(process->GetExitCode(), 1);
 }
 
-TEST_F(JavaSystemTest, AKilledProgramEndsWithZero) {
+TEST_F(JavaVmLauncherJavaTest, AKilledProgramEndsWithZero) {
   Set("LAUNCH_PROBE_MILLISECONDS", "60000");
   Set("LAUNCH_PROBE_EXIT", "5");
   const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});
@@ -81,7 +81,7 @@ TEST_F(JavaSystemTest, AKilledProgramEndsWithZero) {
   EXPECT_EQ(process->GetExitCode(), 0);
 }
 
-TEST_F(JavaSystemTest, AProgramOutlivesTheLastReference) {
+TEST_F(JavaVmLauncherJavaTest, AProgramOutlivesTheLastReference) {
   { const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {}); }
   // Java takes longer to start than the reference lives: it reports when no reference is left.
   EXPECT_THAT(ReadReport(Report()), ElementsAre(TORVAN_LAUNCH_CLASSES + Separator));

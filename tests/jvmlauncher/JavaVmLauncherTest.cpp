@@ -151,7 +151,7 @@ TEST_F(JavaVmLauncherTest, TheListHasRoomForTenRuntimesAndGrowsByFive) {
   EXPECT_THAT(listsFor(16), ElementsAre(10, 15, 20));
 }
 
-TEST_F(JavaVmLauncherTest, TheWindowedProgramIsStartedUnseen) {
+TEST_F(JavaVmLauncherTest, TheWindowedProgramIsStartedUnchecked) {
   InstallOne();
   const CJavaVmLauncher launcher(RX_TEXT("1.6"));
   EXPECT_THAT(m_system.Log(), testing::Contains(std::string("FileAttributes(") +
@@ -182,9 +182,9 @@ struct LineRow {
   std::string rest;  // after the program and one space
 };
 
-class JavaVmLauncherLine : public JavaVmLauncherTest, public testing::WithParamInterface<LineRow> {};
+class JavaVmLauncherLineTest : public JavaVmLauncherTest, public testing::WithParamInterface<LineRow> {};
 
-TEST_P(JavaVmLauncherLine, IsProgramOptionsMainClassArguments) {
+TEST_P(JavaVmLauncherLineTest, IsProgramOptionsMainClassArguments) {
   InstallOne();
   CJavaVmLauncher launcher(RX_TEXT("1.6"));
   CJavaVmOptions options;
@@ -207,7 +207,7 @@ const LineRow LineRows[] = {
     {"AnOptionWithASpace", {Property("n", "v w")}, RX_TEXT("Main"), {}, "-Dn=\"v w\" Main "},
 };
 
-INSTANTIATE_TEST_SUITE_P(Launches, JavaVmLauncherLine, testing::ValuesIn(LineRows),
+INSTANTIATE_TEST_SUITE_P(Launches, JavaVmLauncherLineTest, testing::ValuesIn(LineRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 // --- The launch ---

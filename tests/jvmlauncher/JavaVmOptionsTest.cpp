@@ -44,7 +44,7 @@ TEST(JavaVmOptionsTest, AnEmptySetRendersAsNothing) {
   EXPECT_EQ(list.GetArgumentCount(), 0u);
 }
 
-TEST(JavaVmOptionsTest, OptionsRenderInOrderEachWithASpaceBehindIt) {
+TEST(JavaVmOptionsTest, OptionsRenderInOrderEachWithASpaceAfterIt) {
   CJavaVmOptions options;
   CClassPathOption classPath;
   classPath.AddEntry(RX_TEXT("a"));
@@ -162,7 +162,7 @@ TEST(JavaVmOptionsTest, CopiesAreDeep) {
   EXPECT_NE(&copy.GetOptionAt(0), &assigned.GetOptionAt(0));
 }
 
-TEST(JavaVmOptionsTest, AnIndexBehindTheEndIsTheVectorsFailure) {
+TEST(JavaVmOptionsTest, AnIndexPastTheEndIsTheVectorsFailure) {
   const CJavaVmOptions options = SetOf({RX_TEXT("-a")});
   EXPECT_EQ(FailureOf([&] { options.GetOptionAt(1); }),
             Throws<mirel::util::CNoSuchElementException>("mirel/util/Vector", 175, nullptr));

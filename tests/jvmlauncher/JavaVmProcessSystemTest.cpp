@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
 constexpr int LongMilliseconds = 60000;  // for a program that is ended earlier
 
-TEST_F(LaunchSystemTest, TheExitCodeIsTheProgramsOwn) {
+TEST_F(JavaVmProcessSystemTest, TheExitCodeIsTheProgramsOwn) {
   for (const int exitCode : {0, 1, 7, 255}) {
     SetProbe(0, exitCode);
     const Process process = LaunchMain();
@@ -32,7 +32,7 @@ TEST_F(LaunchSystemTest, TheExitCodeIsTheProgramsOwn) {
   }
 }
 
-TEST_F(LaunchSystemTest, AWaitForARunningProgramTimesOut) {
+TEST_F(JavaVmProcessSystemTest, AWaitForARunningProgramTimesOut) {
   SetProbe(LongMilliseconds, 5);
   const Process process = LaunchMain();
   EXPECT_FALSE(process->Wait(0));
@@ -45,7 +45,7 @@ TEST_F(LaunchSystemTest, AWaitForARunningProgramTimesOut) {
   process->Wait();
 }
 
-TEST_F(LaunchSystemTest, AKilledProgramEndsWithZero) {
+TEST_F(JavaVmProcessSystemTest, AKilledProgramEndsWithZero) {
   SetProbe(LongMilliseconds, 5);
   const Process process = LaunchMain();
   process->Kill();
@@ -56,7 +56,7 @@ TEST_F(LaunchSystemTest, AKilledProgramEndsWithZero) {
   EXPECT_EQ(process->GetExitCode(), 0);
 }
 
-TEST_F(LaunchSystemTest, AProgramThatEndedBeforeItIsKilledKeepsItsExitCode) {
+TEST_F(JavaVmProcessSystemTest, AProgramThatEndedBeforeItIsKilledKeepsItsExitCode) {
   SetProbe(0, 9);
   const auto report = NewReport();
   const Process process = LaunchMain();
@@ -66,7 +66,7 @@ TEST_F(LaunchSystemTest, AProgramThatEndedBeforeItIsKilledKeepsItsExitCode) {
   EXPECT_EQ(process->GetExitCode(), 9);
 }
 
-TEST_F(LaunchSystemTest, StopReturnsAtOnceWhateverTheProgramDoes) {
+TEST_F(JavaVmProcessSystemTest, StopReturnsAtOnceWhateverTheProgramDoes) {
   SetProbe(LongMilliseconds, 5);
   const auto report = NewReport();
   const Process process = LaunchMain();
@@ -78,7 +78,7 @@ TEST_F(LaunchSystemTest, StopReturnsAtOnceWhateverTheProgramDoes) {
   EXPECT_TRUE(process->Wait(10000));
 }
 
-TEST_F(LaunchSystemTest, AProgramOutlivesTheLastReference) {
+TEST_F(JavaVmProcessSystemTest, AProgramOutlivesTheLastReference) {
   SetProbe(500, 0);
   const auto report = NewReport();
   const fs::path done = report.string() + ".done";
@@ -91,7 +91,7 @@ TEST_F(LaunchSystemTest, AProgramOutlivesTheLastReference) {
   EXPECT_TRUE(ReadReport(done).empty());
 }
 
-TEST_F(LaunchSystemTest, TheProgramWorksInTheHostsCurrentDirectory) {
+TEST_F(JavaVmProcessSystemTest, TheProgramWorksInTheHostsCurrentDirectory) {
   const fs::path before = fs::current_path();
   fs::current_path(s_runtime->Folder());
   SetEnvironment("LAUNCH_PROBE_REPORT", "relative report");
@@ -101,7 +101,7 @@ TEST_F(LaunchSystemTest, TheProgramWorksInTheHostsCurrentDirectory) {
   EXPECT_FALSE(ReadReport(s_runtime->Folder() / "relative report").empty());
 }
 
-TEST_F(LaunchSystemTest, NoHandleIsInherited) {
+TEST_F(JavaVmProcessSystemTest, NoHandleIsInherited) {
   int ends[2];
   ASSERT_TRUE(MakePipe(ends));
   SetProbe(LongMilliseconds, 0);
@@ -115,7 +115,7 @@ TEST_F(LaunchSystemTest, NoHandleIsInherited) {
   process->Wait();
 }
 
-TEST_F(LaunchSystemTest, SeveralProgramsRunAtOnceAndAreWaitedForInAnyOrder) {
+TEST_F(JavaVmProcessSystemTest, SeveralProgramsRunAtOnceAndAreWaitedForInAnyOrder) {
   std::vector<Process> processes;
   for (int i = 0; i < 5; ++i) {
     SetProbe(50 * i, i);
@@ -128,7 +128,7 @@ TEST_F(LaunchSystemTest, SeveralProgramsRunAtOnceAndAreWaitedForInAnyOrder) {
 }
 
 // Launches in a row: 60, or as many as the environment's TORVAN_LAUNCHES says.
-TEST_F(LaunchSystemTest, ManyLaunchesLeaveNothingBehind) {
+TEST_F(JavaVmProcessSystemTest, ManyLaunchesLeaveNothingBehind) {
   const char* const wanted = std::getenv("TORVAN_LAUNCHES");
   const int launches = wanted != nullptr ? std::atoi(wanted) : 60;
   ASSERT_GE(launches, 20);

@@ -129,9 +129,9 @@ struct StatusRow {
   unsigned int status;
 };
 
-class JavaVmProcessStatus : public JavaVmProcessTest, public testing::WithParamInterface<StatusRow> {};
+class JavaVmProcessStatusTest : public JavaVmProcessTest, public testing::WithParamInterface<StatusRow> {};
 
-TEST_P(JavaVmProcessStatus, IsAnErrorOfBothWaits) {
+TEST_P(JavaVmProcessStatusTest, IsAnErrorOfBothWaits) {
   FakeProcess script;
   script.waitResult = GetParam().status;
   const auto process = Launch(script);
@@ -143,7 +143,7 @@ TEST_P(JavaVmProcessStatus, IsAnErrorOfBothWaits) {
 
 const StatusRow StatusRows[] = {{"Abandoned", 0x80}, {"Failed", 0xFFFFFFFF}, {"IoCompletion", 0xC0}, {"One", 1}};
 
-INSTANTIATE_TEST_SUITE_P(Waits, JavaVmProcessStatus, testing::ValuesIn(StatusRows),
+INSTANTIATE_TEST_SUITE_P(Waits, JavaVmProcessStatusTest, testing::ValuesIn(StatusRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(JavaVmProcessTest, AnExitCodeThatCannotBeReadIsAnErrorYetCountsAsWaited) {

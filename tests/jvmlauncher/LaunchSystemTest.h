@@ -35,7 +35,7 @@ class LaunchSystemTest : public testing::Test {
     SetEnvironment("LAUNCH_PROBE_EXIT", std::to_string(exitCode));
   }
 
-  // Where the programs launched from now on report to; a file of its own for each call.
+  // Where the programs launched from now on report to; another file for each call.
   static std::filesystem::path NewReport() {
     static int s_reports = 0;
     const auto report = s_runtime->Folder() / ("report " + std::to_string(++s_reports));
@@ -74,5 +74,8 @@ class LaunchSystemTest : public testing::Test {
 
   static inline std::optional<ProbeRuntime> s_runtime;
 };
+
+// Of several files, one for each system among them.
+class JavaVmProcessSystemTest : public LaunchSystemTest {};
 
 }  // namespace tests

@@ -25,7 +25,9 @@ Texts TextsOf(const std::string& cell) {
   return texts;
 }
 
-TEST_F(LaunchSystemTest, TheTableOfTheDocumentationIsTrue) {
+class RenderingPageTest : public LaunchSystemTest {};
+
+TEST_F(RenderingPageTest, TheTableOfTheDocumentationIsTrue) {
   std::ifstream document(TORVAN_LAUNCHING_PAGE);
   ASSERT_TRUE(document.good()) << TORVAN_LAUNCHING_PAGE;
   const std::regex row("\\| (`.*`|\\(empty\\)) \\| (`.*`|\\(nothing\\)) \\| (`.*`|\\(empty\\)|\\(nothing\\)) \\|");

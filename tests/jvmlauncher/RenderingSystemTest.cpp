@@ -27,9 +27,11 @@ struct Row {
   Texts received;
 };
 
-class ReceivedArguments : public LaunchSystemTest, public testing::WithParamInterface<Row> {};
+class RenderingSystemTest : public LaunchSystemTest {};
 
-TEST_P(ReceivedArguments, AreWhatTheRenderingStandsFor) {
+class RenderingSystemArgumentsTest : public LaunchSystemTest, public testing::WithParamInterface<Row> {};
+
+TEST_P(RenderingSystemArgumentsTest, AreWhatTheRenderingMeans) {
   CJavaVmOptions options;
   for (const Option& option : GetParam().options) options.AddOption(*option);
   const WideText mainClass = GetParam().mainClass != nullptr ? Widen(GetParam().mainClass) : WideText();
@@ -106,12 +108,12 @@ const Row Rows[] = {
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Launches, ReceivedArguments, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Launches, RenderingSystemArgumentsTest, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 // --- Text from elsewhere ---
 
-TEST_F(LaunchSystemTest, ASafeArgumentArrivesAsItIsWhateverItHolds) {
+TEST_F(RenderingSystemTest, ASafeArgumentArrivesAsItIsWhateverItHolds) {
   std::mt19937 random(42);
   const WideText units = RX_TEXT("ab  \"\"\\\\\t\n*?'=\u00e4\u4e2d");
   for (int launch = 0; launch < 10; ++launch) {
@@ -131,7 +133,7 @@ TEST_F(LaunchSystemTest, ASafeArgumentArrivesAsItIsWhateverItHolds) {
   }
 }
 
-TEST_F(LaunchSystemTest, ASafePathIsTheFileWhateverItsNameBeginsWith) {
+TEST_F(RenderingSystemTest, ASafePathIsTheFileWhateverItsNameBeginsWith) {
   struct PathRow {
     const char* path;
     const char* received;

@@ -78,7 +78,7 @@ TEST_F(SystemContractTest, AValueComesWithItsTerminatingZeroAndItsSizeInBytes) {
   EXPECT_EQ(0, system.QueryValue(key, Widen(world->valueName).c_str(), buffer.data(), &size));
   EXPECT_EQ(SizeOfValue(), size);
   EXPECT_EQ(world->value, Narrow(buffer.c_str()));
-  EXPECT_EQ(RX::UniChar('#'), buffer[size / 2]) << "nothing is written behind the value";
+  EXPECT_EQ(RX::UniChar('#'), buffer[size / 2]) << "nothing is written after the value";
   EXPECT_EQ(0, system.CloseKey(key));
 }
 

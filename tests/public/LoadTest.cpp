@@ -37,7 +37,7 @@ Traces TracesOfThisProcess() {
   return traces;
 }
 
-// Checks in a process of its own whether loading changes anything; the exit code is 0 if it does not.
+// Checks in its own process whether loading changes anything; the exit code is 0 if it does not.
 int Load(bool hasStandardDescriptors) {
   const pid_t child = fork();
   if (child == 0) {

@@ -87,7 +87,7 @@ TEST_F(ArgumentsTest, AllocObjectRunsNoConstructor) {
   EXPECT_EQ(arguments.NewObject("()V").GetIntField("untouched", "I"), 7);
 }
 
-TEST_F(ArgumentsTest, AnAbstractClassGivesNoObject) {
+TEST_F(ArgumentsTest, AnAbstractClassMakesNoObject) {
   const CJavaClass unfinished = vm.FindClass("fixture/Kinds$Unfinished");
   EXPECT_EQ(FailureOf([&] { vm.AllocObject("fixture/Kinds$Unfinished"); }),
             Throws<CMemoryException>("jni/JavaVm", AnyLine, nullptr));

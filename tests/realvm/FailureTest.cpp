@@ -55,7 +55,7 @@ TEST_F(FailureTest, AJavaExceptionWithoutAMessageStaysPending) {
   EXPECT_EQ(TakePending(env, true), "java.lang.UnsupportedOperationException");
 }
 
-TEST_F(FailureTest, AConstructorThatThrowsGivesNoObjectAndLeavesItsExceptionPending) {
+TEST_F(FailureTest, AConstructorThatThrowsMakesNoObjectAndLeavesItsExceptionPending) {
   const struct {
     const char* file;
     std::function<void()> operation;

@@ -31,7 +31,7 @@ TEST(HooksTest, TheExitHookSeesTheExitCode) {
       17);
 }
 
-TEST(HooksTest, AfterAnExitHookThatReturnsTheProcessExitsAllTheSame) {
+TEST(HooksTest, AfterAnExitHookThatReturnsTheProcessExitsNevertheless) {
   InProcessOfItsOwn(
       [] {
         static int seen = 0;

@@ -96,9 +96,9 @@ class MembersTest : public RealVmTest {
 
 // A static double is read in another way; it has its own tests below.
 template <typename Case>
-class StaticGetterTest : public MembersTest<Case> {};
+class MembersStaticGetterTest : public MembersTest<Case> {};
 template <typename Case>
-class StaticDoubleGetterTest : public MembersTest<Case> {};
+class MembersStaticDoubleGetterTest : public MembersTest<Case> {};
 
 struct CaseName {
   template <typename Case>
@@ -122,8 +122,8 @@ using All = testing::Types<
 // clang-format on
 using Doubles = testing::Types<Case<Double, char>, Case<Double, Wide>>;
 TYPED_TEST_SUITE(MembersTest, All, CaseName);
-TYPED_TEST_SUITE(StaticGetterTest, AllButDouble, CaseName);
-TYPED_TEST_SUITE(StaticDoubleGetterTest, Doubles, CaseName);
+TYPED_TEST_SUITE(MembersStaticGetterTest, AllButDouble, CaseName);
+TYPED_TEST_SUITE(MembersStaticDoubleGetterTest, Doubles, CaseName);
 
 TYPED_TEST(MembersTest, AFieldIsReadAsJavaWroteIt) {
   for (jint i = 0; i < this->SampleCount(); ++i) {
@@ -140,7 +140,7 @@ TYPED_TEST(MembersTest, AFieldIsWrittenAsJavaReadsIt) {
   }
 }
 
-TYPED_TEST(MembersTest, AMethodTakesAndGivesValues) {
+TYPED_TEST(MembersTest, AMethodTakesAndReturnsValues) {
   for (jint i = 0; i < this->SampleCount(); ++i) {
     const jint last = (i + 1) % this->SampleCount();
     this->JavaTakes("take", last);
@@ -151,7 +151,7 @@ TYPED_TEST(MembersTest, AMethodTakesAndGivesValues) {
   }
 }
 
-TYPED_TEST(MembersTest, AMethodCalledNonvirtuallyTakesAndGivesValues) {
+TYPED_TEST(MembersTest, AMethodCalledNonvirtuallyTakesAndReturnsValues) {
   for (jint i = 0; i < this->SampleCount(); ++i) {
     const jint last = (i + 1) % this->SampleCount();
     this->JavaTakes("take", last);
@@ -170,7 +170,7 @@ TYPED_TEST(MembersTest, AStaticFieldIsWrittenAsJavaReadsIt) {
   }
 }
 
-TYPED_TEST(MembersTest, AStaticMethodTakesAndGivesValues) {
+TYPED_TEST(MembersTest, AStaticMethodTakesAndReturnsValues) {
   for (jint i = 0; i < this->SampleCount(); ++i) {
     const jint last = (i + 1) % this->SampleCount();
     this->JavaTakes("takeShared", last);
@@ -181,7 +181,7 @@ TYPED_TEST(MembersTest, AStaticMethodTakesAndGivesValues) {
   }
 }
 
-TYPED_TEST(StaticGetterTest, AStaticFieldIsReadAsJavaWroteIt) {
+TYPED_TEST(MembersStaticGetterTest, AStaticFieldIsReadAsJavaWroteIt) {
   for (jint i = 0; i < this->SampleCount(); ++i) {
     this->JavaTakes("takeShared", i);
     this->ExpectSample(TypeParam::Type::GetStatic(this->javaClass, this->shared.c_str(), this->signature.c_str()), i);
@@ -189,7 +189,7 @@ TYPED_TEST(StaticGetterTest, AStaticFieldIsReadAsJavaWroteIt) {
 }
 
 // What the VM returns for the field read as a char: the low 16 of its 64 bits.
-TYPED_TEST(StaticDoubleGetterTest, AStaticFieldIsReadAsAChar) {
+TYPED_TEST(MembersStaticDoubleGetterTest, AStaticFieldIsReadAsAChar) {
   const jdouble lowBits[] = {0.0, 0x999A, 0.0, 0.0, 0xFFFF, 1.0};
   ASSERT_EQ(std::size(lowBits), samples<Double>.size());
   for (jint i = 0; i < this->SampleCount(); ++i) {
@@ -199,33 +199,33 @@ TYPED_TEST(StaticDoubleGetterTest, AStaticFieldIsReadAsAChar) {
   }
 }
 
-TYPED_TEST(StaticDoubleGetterTest, PiIsRead) {
+TYPED_TEST(MembersStaticDoubleGetterTest, PiIsRead) {
   const CJavaClass math = this->vm.FindClass("java/lang/Math");
   const auto pi = Spell<typename TypeParam::Unit>("PI");
   EXPECT_EQ(math.GetStaticDoubleField(pi.c_str(), this->signature.c_str()), 0x2D18);
 }
 
-class VoidMethodTest : public RealVmTest {
+class MembersVoidTest : public RealVmTest {
  protected:
-  ~VoidMethodTest() noexcept override {}
+  ~MembersVoidTest() noexcept override {}
 
   const CJavaClass counter = vm.FindClass("fixture/Kinds$Counter");
   const CJavaObject object = counter.NewObject("()V");
 };
 
-TEST_F(VoidMethodTest, AMethodIsCalled) {
+TEST_F(MembersVoidTest, AMethodIsCalled) {
   object.CallVoidMethod("add", "(I)V", 3);
   object.CallVoidMethod(RX_TEXT("add"), RX_TEXT("(I)V"), 40);
   EXPECT_EQ(object.GetIntField("count", "I"), 43);
 }
 
-TEST_F(VoidMethodTest, AMethodIsCalledNonvirtually) {
+TEST_F(MembersVoidTest, AMethodIsCalledNonvirtually) {
   object.CallNonvirtualVoidMethod("add", "(I)V", 3);
   object.CallNonvirtualVoidMethod(RX_TEXT("add"), RX_TEXT("(I)V"), 40);
   EXPECT_EQ(object.GetIntField("count", "I"), 43);
 }
 
-TEST_F(VoidMethodTest, AStaticMethodIsCalled) {
+TEST_F(MembersVoidTest, AStaticMethodIsCalled) {
   counter.SetStaticIntField("shared", "I", 100);
   counter.CallStaticVoidMethod("addShared", "(I)V", 3);
   counter.CallStaticVoidMethod(RX_TEXT("addShared"), RX_TEXT("(I)V"), 40);

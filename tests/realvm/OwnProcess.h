@@ -1,4 +1,4 @@
-// Tests that need a VM of their own: a process can create one VM, once.
+// Tests that need their own VM: a process can create one VM, once.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -10,7 +10,7 @@
 
 namespace tests {
 
-// Runs the body in a process of its own, which must end with the exit code. A body that returns ends its process with
+// Runs the body in its own process, which must end with the exit code. A body that returns ends its process with
 // 0, or else, when one of its expectations failed or it threw, with another code; what failed is printed.
 void InProcessOfItsOwn(const std::function<void()>& body, int exitCode = 0);
 

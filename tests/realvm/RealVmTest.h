@@ -11,7 +11,7 @@ namespace tests {
 // The VM, created before the first test. The runtime handle that created it is gone by then.
 const torvan::jni::CJavaVm& Vm();
 
-// Each test has a frame of local references of its own and ends with no Java exception pending.
+// Each test has its own frame of local references and ends with no Java exception pending.
 // A fixture that holds handles declares its destructor, which must not throw though theirs may.
 class RealVmTest : public testing::Test {
  protected:

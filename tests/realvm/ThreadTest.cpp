@@ -32,7 +32,7 @@ class ThreadTest : public RealVmTest {
   JavaVM* const m_javaVm = JavaVmOf(env);
 };
 
-TEST_F(ThreadTest, AttachingTwiceGivesOneEnvironmentAndNeedsOneDetach) {
+TEST_F(ThreadTest, AttachingTwiceReturnsOneEnvironmentAndNeedsOneDetach) {
   std::thread([this] {
     EXPECT_FALSE(IsAttached());
     JNIEnv* const first = vm.Attach();
@@ -75,7 +75,7 @@ TEST_F(ThreadTest, AThreadThatIsAttachedAgainIsANewOneToJava) {
   }).join();
 }
 
-// Each thread has VM handles of its own, because the reference counts of a shared one are not atomic. The
+// Each thread has its own VM handles, because the reference counts of a shared one are not atomic. The
 // object is shared, because no thread copies it.
 TEST_F(ThreadTest, EightThreadsAttachCallAndDetachAtTheSameTime) {
   constexpr int threadCount = 8;

@@ -30,7 +30,7 @@ TEST(LocationTest, AFileIsNamedByItsPath) {
   EXPECT_EQ(answer.path, WideText(RX_TEXT("C:\\Programme\\a b\\\u00e4.jar")));
 }
 
-TEST(LocationTest, ALocationWithoutAPathGivesAStatusAndEmptiesTheText) {
+TEST(LocationTest, ALocationWithoutAPathReturnsAStatusAndEmptiesTheText) {
   const struct {
     const char* name;
     Place::Location location;

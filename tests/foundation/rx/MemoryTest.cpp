@@ -47,13 +47,13 @@ TEST_F(MemoryTest, BlocksAreAlignedForAnyObject) {
   }
 }
 
-TEST_F(MemoryTest, ASizeOfZeroGivesABlockThatCanBeFreed) {
+TEST_F(MemoryTest, ASizeOfZeroReturnsABlockThatCanBeFreed) {
   void* const block = RX_malloc(0);
   EXPECT_NE(block, nullptr);
   RX_free(block);
 }
 
-TEST_F(MemoryTest, BlocksComeFromTheAllocatorInForceAndGoBackToIt) {
+TEST_F(MemoryTest, BlocksComeFromTheCurrentAllocatorAndGoBackToIt) {
   RX::ReplaceAllocator({AllocateAndNote, ReleaseAndNote});
   void* const first = RX_malloc(24);
   void* const second = RX_malloc(7);
@@ -71,21 +71,21 @@ TEST_F(MemoryTest, TheAllocatorIsNeverAskedForZeroBytesNorGivenNull) {
   EXPECT_EQ(s_released.size(), 1u);
 }
 
-TEST_F(MemoryTest, ReplacingGivesTheAllocatorInForceUntilNow) {
+TEST_F(MemoryTest, ReplacingReturnsTheAllocatorUsedUntilNow) {
   RX::ReplaceAllocator({AllocateAndNote, ReleaseAndNote});
   const RX::Allocator previous = RX::ReplaceAllocator({AllocateNothing, nullptr});
   EXPECT_EQ(previous.allocate, &AllocateAndNote);
   EXPECT_EQ(previous.release, &ReleaseAndNote);
 }
 
-TEST_F(MemoryTest, MembersOfAnAllocatorGivenBackAreNeverNull) {
+TEST_F(MemoryTest, MembersOfAnAllocatorThatIsReturnedAreNeverNull) {
   const RX::Allocator first = RX::ReplaceAllocator({nullptr, nullptr});
   ASSERT_NE(first.allocate, nullptr);
   ASSERT_NE(first.release, nullptr);
   first.release(first.allocate(8));
 }
 
-TEST_F(MemoryTest, ANullMemberStandsForTheCLibrarysFunction) {
+TEST_F(MemoryTest, ANullMemberMeansTheCLibrarysFunction) {
   RX::ReplaceAllocator({AllocateAndNote, nullptr});
   RX_free(RX_malloc(8));
   EXPECT_EQ(s_sizes.size(), 1u);
@@ -95,7 +95,7 @@ TEST_F(MemoryTest, ANullMemberStandsForTheCLibrarysFunction) {
   EXPECT_EQ(s_released.size(), 1u);
 }
 
-TEST_F(MemoryTest, ExhaustionGivesNull) {
+TEST_F(MemoryTest, ExhaustionReturnsNull) {
   RX::ReplaceAllocator({AllocateNothing, nullptr});
   EXPECT_EQ(RX_malloc(1), nullptr);
 }

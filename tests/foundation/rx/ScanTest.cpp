@@ -23,7 +23,7 @@ TEST(ScanTest, DecimalNumbersAreReadAsTheCLibraryReadsThem) {
       {"minus", RX_TEXT("-7"), RX_TEXT("%d"), 1, -7},
       {"plus", RX_TEXT("+7"), RX_TEXT("%d"), 1, 7},
       {"leading white space", RX_TEXT(" \t\n\v\f\r7"), RX_TEXT("%d"), 1, 7},
-      {"text behind the number", RX_TEXT("6.0_45"), RX_TEXT("%d"), 1, 6},
+      {"text after the number", RX_TEXT("6.0_45"), RX_TEXT("%d"), 1, 6},
       {"largest", RX_TEXT("2147483647"), RX_TEXT("%d"), 1, INT_MAX},
       {"above the largest", RX_TEXT("2147483648"), RX_TEXT("%d"), 1, INT_MAX},
       {"smallest", RX_TEXT("-2147483648"), RX_TEXT("%d"), 1, INT_MIN},

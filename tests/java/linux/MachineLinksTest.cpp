@@ -1,4 +1,4 @@
-// Links, and what is no regular file.
+// Links, and files that are not regular.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

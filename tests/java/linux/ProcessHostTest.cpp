@@ -339,7 +339,7 @@ TEST(ProcessHostTest, ADetachedProgramThatCannotStartLeavesNothingToASubreaper) 
 
 TEST(ProcessHostTest, AGrandchildWhoseParentHasEndedIsFoundInTheSession) {
   const auto file = ProbeHome() / "orphan.txt";
-  // A shell with job control puts it in a group of its own.
+  // A shell with job control puts it in its own group.
   const auto home =
       HomeOfScript("orphan", "bash -c 'set -m; sleep 60 & echo $! >\"" + file.string() + "\"'\nsleep 60\n");
   Process process = java::Start(java::Program::MainClass("X").Runtime(home));

@@ -52,7 +52,7 @@ TEST_F(ChoiceTest, ThatOfJavaHomeIsTakenWhereItFits) {
   EXPECT_EQ(Chosen(AtLeast(17)), "25");
 }
 
-TEST_F(ChoiceTest, APlaceThatSeveralVariablesNameIsLookedAtOnce) {
+TEST_F(ChoiceTest, APlaceThatSeveralVariablesNameIsReadOnce) {
   const std::string folder = machine.Path(OnThisSystem("programs", "home/linuxbrew/.linuxbrew"));
   for (const char* variable : {"HOMEBREW_PREFIX", "ProgramFiles", "ProgramW6432"}) machine.Set(variable, folder);
   const std::string text = FailureOf();
@@ -89,7 +89,7 @@ TEST_F(ChoiceTest, AMachineWithoutJavaTellsWhereWasLooked) {
   EXPECT_EQ(text.find("another version"), std::string::npos);
 }
 
-TEST_F(ChoiceTest, WhatIsThereAndWillNotDoIsTold) {
+TEST_F(ChoiceTest, WhatIsThereAndWillNotDoIsNamed) {
   const std::string found = machine.AddRuntime("found", "1.8.0_391");
   const std::string refused = machine.AddRuntime("refused", "17");
   machine.AddFile(std::string("refused/") + LibraryFile, LibraryFor(ForeignMachine));

@@ -17,11 +17,11 @@ std::string VersionIn(const std::string& file) {
   return release.version ? release.version->ToString() : "none";
 }
 
-class RealReleaseTest : public testing::TestWithParam<RealRelease> {};
+class ReleaseFileRealTest : public testing::TestWithParam<RealRelease> {};
 
-INSTANTIATE_TEST_SUITE_P(Files, RealReleaseTest, testing::ValuesIn(RealReleases));
+INSTANTIATE_TEST_SUITE_P(Files, ReleaseFileRealTest, testing::ValuesIn(RealReleases));
 
-TEST_P(RealReleaseTest, TellsVersionAndVendor) {
+TEST_P(ReleaseFileRealTest, TellsVersionAndVendor) {
   const RealRelease& row = GetParam();
   const Release release = ReadRelease(row.File());
   ASSERT_TRUE(release.version);

@@ -51,7 +51,7 @@ class SearchTest : public testing::Test {
 
 TEST_F(SearchTest, AnEmptyMachineHasNone) { EXPECT_THAT(Found(), IsEmpty()); }
 
-TEST_F(SearchTest, TheVariablesAreLookedAt) {
+TEST_F(SearchTest, TheVariablesAreRead) {
   const std::string first = machine.AddRuntime("a", "11.0.2");
   const std::string second = machine.AddRuntime("b", "17.0.15");
   machine.Set("JAVA_HOME", first);
@@ -163,7 +163,7 @@ TEST_F(SearchTest, WhatHasNothingOfJavaIsPassedOver) {
               ElementsAre(machine.Path("user/.jdks/broken") + refused, machine.Path("user/.jdks/cut") + refused));
 }
 
-TEST_F(SearchTest, AFolderOfTheHostIsLookedAtAndInto) {
+TEST_F(SearchTest, AFolderOfTheHostIsSearchedToo) {
   const std::string inner = machine.AddRuntime("here/jdk", "17");
   machine.AddRuntime("elsewhere", "21");
   machine.Set("JAVA_HOME", machine.Path("elsewhere"));

@@ -23,7 +23,7 @@ bool EndsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineIsALibraryThatExists) {
+TEST(WinJavaRuntimeLibraryImplInstallationTest, CurrentRuntimeOfTheMachineIsALibraryThatExists) {
   const CWinJavaRuntimeLibraryImpl library(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr);
   const std::string path = Narrow(library.GetPath());
   EXPECT_TRUE(EndsWith(path, "/libjvm.so")) << path;
@@ -31,7 +31,7 @@ TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineIsALibraryThatExists) {
   EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
 }
 
-TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineLoadsAndHasNoVmYet) {
+TEST(WinJavaRuntimeLibraryImplInstallationTest, CurrentRuntimeOfTheMachineLoadsAndHasNoVmYet) {
   // The runtime keeps some memory until the process ends. It stays mapped, so that a leak checker sees that memory's
   // owner.
   const CWinJavaRuntimeLibraryImpl library(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, nullptr);
@@ -44,7 +44,7 @@ TEST(RuntimeInstallationTest, CurrentRuntimeOfTheMachineLoadsAndHasNoVmYet) {
   EXPECT_EQ(count, 0);
 }
 
-TEST(RuntimeInstallationTest, VersionThatIsNotInstalledIsNotFound) {
+TEST(WinJavaRuntimeLibraryImplInstallationTest, VersionThatIsNotInstalledIsNotFound) {
   EXPECT_EQ(FailureOf([] {
               CWinJavaRuntimeLibraryImpl(CDynamicJavaRuntime::Sun, CDynamicJavaRuntime::Default, RX_TEXT("0.0.0"));
             }),

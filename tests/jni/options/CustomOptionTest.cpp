@@ -50,7 +50,7 @@ TEST(CustomOptionTest, EqualsOneWithEqualText) {
   EXPECT_FALSE(option.Equals(&otherCase));
 }
 
-// A class with a record of its own is another class, whatever it derives from.
+// A class with its own record is another class, whatever it derives from.
 class CMarkedOption : public CCustomOption {
  public:
   using CCustomOption::CCustomOption;

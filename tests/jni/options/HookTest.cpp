@@ -80,7 +80,7 @@ TEST(HookTest, NeedsAFunction) {
             Throws<CIllegalArgumentException>("jni/options/Hook", 253, "Invalid vfprintf hook."));
 }
 
-TEST(AbortHookTest, EqualsOneWithTheSameFunction) {
+TEST(HookAbortTest, EqualsOneWithTheSameFunction) {
   const CAbortHook hook(OnAbort);
   const CAbortHook equal(OnAbort);
   const CAbortHook other(OnOtherAbort);
@@ -89,7 +89,7 @@ TEST(AbortHookTest, EqualsOneWithTheSameFunction) {
   EXPECT_FALSE(hook.Equals(&other));
 }
 
-TEST(AbortHookTest, DoesNotCompareNames) {
+TEST(HookAbortTest, DoesNotCompareNames) {
   const CAbortHook hook(OnAbort);
   CAbortHook renamed(OnAbort);
   Rename(renamed, CExitHook(OnExit));
@@ -98,7 +98,7 @@ TEST(AbortHookTest, DoesNotCompareNames) {
   EXPECT_TRUE(renamed.Equals(&hook));
 }
 
-TEST(ExitHookTest, EqualsOneWithTheSameNameAndFunction) {
+TEST(HookExitTest, EqualsOneWithTheSameNameAndFunction) {
   const CExitHook hook(OnExit);
   const CExitHook equal(OnExit);
   const CExitHook other(OnOtherExit);
@@ -112,7 +112,7 @@ TEST(ExitHookTest, EqualsOneWithTheSameNameAndFunction) {
   EXPECT_FALSE(renamed.Equals(&hook));
 }
 
-TEST(VfprintfHookTest, EqualsOneWithTheSameNameAndFunction) {
+TEST(HookVfprintfTest, EqualsOneWithTheSameNameAndFunction) {
   const CVfprintfHook hook(OnPrint);
   const CVfprintfHook equal(OnPrint);
   const CVfprintfHook other(OnOtherPrint);

@@ -28,9 +28,9 @@ std::vector<unsigned char> BytesOf(const void* block, std::size_t size) {
 }
 
 // The array at the moment when an option's text is first asked for.
-class FirstRecordTest : public ::testing::TestWithParam<unsigned int> {};
+class OptionsJniFailureFirstRecordTest : public ::testing::TestWithParam<unsigned int> {};
 
-TEST_P(FirstRecordTest, IsTheLowByteOfTheCountUntilItIsFilledAndTheOthersAreNull) {
+TEST_P(OptionsJniFailureFirstRecordTest, IsTheLowByteOfTheCountUntilItIsFilledAndTheOthersAreNull) {
   const unsigned int count = GetParam();
   Script script;
   Allocations allocations;
@@ -52,9 +52,9 @@ TEST_P(FirstRecordTest, IsTheLowByteOfTheCountUntilItIsFilledAndTheOthersAreNull
   options.DestroyJniOptions(array);
 }
 
-INSTANTIATE_TEST_SUITE_P(Count, FirstRecordTest, ::testing::Values(1u, 3u, 255u, 256u, 259u));
+INSTANTIATE_TEST_SUITE_P(Count, OptionsJniFailureFirstRecordTest, ::testing::Values(1u, 3u, 255u, 256u, 259u));
 
-TEST(JniOptionsFailureTest, OtherExceptionOfTheFirstOptionLeavesTheArrayAsItWas) {
+TEST(OptionsJniFailureTest, OtherExceptionOfTheFirstOptionLeavesTheArrayAsItWas) {
   Script script;
   script.text = [](int) -> std::string { throw CIllegalArgumentException("host/Option", 7, "No text.", nullptr); };
   COptions options;
@@ -71,7 +71,7 @@ TEST(JniOptionsFailureTest, OtherExceptionOfTheFirstOptionLeavesTheArrayAsItWas)
   RX_free(array);
 }
 
-TEST(JniOptionsFailureTest, OtherExceptionOfALaterOptionPassesWithoutAnyRelease) {
+TEST(OptionsJniFailureTest, OtherExceptionOfALaterOptionPassesWithoutAnyRelease) {
   Script script;
   script.text = [](int time) -> std::string {
     if (time == 2) throw CIllegalArgumentException("host/Option", 7, "No text.", nullptr);
@@ -93,7 +93,7 @@ TEST(JniOptionsFailureTest, OtherExceptionOfALaterOptionPassesWithoutAnyRelease)
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST(JniOptionsFailureTest, WithoutMemoryForTheArrayItThrows) {
+TEST(OptionsJniFailureTest, WithoutMemoryForTheArrayItThrows) {
   COptions options;
   options.AddOption(CVerbose(1));
   const COptions empty;
@@ -106,7 +106,7 @@ TEST(JniOptionsFailureTest, WithoutMemoryForTheArrayItThrows) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST(JniOptionsFailureTest, WithoutMemoryForATextItReleasesTheArrayAndReturnsItsPointer) {
+TEST(OptionsJniFailureTest, WithoutMemoryForATextItReleasesTheArrayAndReturnsItsPointer) {
   CClassPath classPath;
   classPath.AddPath(RX_TEXT("a.jar"));
   COptions options;
@@ -141,9 +141,9 @@ struct Place {
 };
 void PrintTo(const Place& place, std::ostream* out) { *out << place.name; }
 
-class OptionWithoutMemoryTest : public ::testing::TestWithParam<std::tuple<Place, unsigned int>> {};
+class OptionsJniFailureMemoryTest : public ::testing::TestWithParam<std::tuple<Place, unsigned int>> {};
 
-TEST_P(OptionWithoutMemoryTest, LosesNothing) {
+TEST_P(OptionsJniFailureMemoryTest, LosesNothing) {
   const auto& [place, index] = GetParam();
   Script script;
   script.text = [&place = place](int time) -> std::string {
@@ -170,7 +170,7 @@ TEST_P(OptionWithoutMemoryTest, LosesNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Places, OptionWithoutMemoryTest,
+    Places, OptionsJniFailureMemoryTest,
     ::testing::Combine(::testing::Values(Place{"FirstRendering", 1, false}, Place{"SecondRendering", 2, false},
                                          Place{"ExtraInformation", 0, true}),
                        ::testing::Values(0u, 1u, 2u)),

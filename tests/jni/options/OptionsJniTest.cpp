@@ -35,7 +35,7 @@ std::string Passed(const RX::UniChar* text) {
   return passed;
 }
 
-TEST(JniOptionsTest, HasOneRecordForEachOptionInOrder) {
+TEST(OptionsJniTest, HasOneRecordForEachOptionInOrder) {
   COptions options;
   options.AddOption(CCustomOption(RX_TEXT("-Xmx64m")));
   options.AddOption(CVerbose(1));
@@ -63,7 +63,7 @@ TEST(JniOptionsTest, HasOneRecordForEachOptionInOrder) {
   options.DestroyJniOptions(array);
 }
 
-TEST(JniOptionsTest, SameOptionAddedTwiceHasTwoRecords) {
+TEST(OptionsJniTest, SameOptionAddedTwiceHasTwoRecords) {
   COptions options;
   options.AddOption(CVerbose(2));
   options.AddOption(CVerbose(2));
@@ -74,14 +74,14 @@ TEST(JniOptionsTest, SameOptionAddedTwiceHasTwoRecords) {
   options.DestroyJniOptions(array);
 }
 
-TEST(JniOptionsTest, TextIsUtf8) {
+TEST(OptionsJniTest, TextIsUtf8) {
   EXPECT_EQ(Passed(RX_TEXT("-Da=C:\\\u00DCbung\\\u20AC")),
             "-Da=C:\\\xC3\x9C"
             "bung\\\xE2\x82\xAC");
   EXPECT_EQ(Passed(RX_TEXT("\U0001F600.jar")), "\xF0\x9F\x98\x80.jar");
 }
 
-TEST(JniOptionsTest, EmptyClassPathPassesAnEmptyText) {
+TEST(OptionsJniTest, EmptyClassPathPassesAnEmptyText) {
   COptions options;
   options.AddOption(CClassPath());
   JavaVMOption* const array = options.CreateJniOptions();
@@ -89,7 +89,7 @@ TEST(JniOptionsTest, EmptyClassPathPassesAnEmptyText) {
   options.DestroyJniOptions(array);
 }
 
-TEST(JniOptionsTest, ArrayAndTextsAreBlocksOfTheRootAllocatorOfTheirExactSizes) {
+TEST(OptionsJniTest, ArrayAndTextsAreBlocksOfTheRootAllocatorOfTheirExactSizes) {
   Script script;
   COptions options;
   options.AddOption(CScriptedOption(script));
@@ -108,7 +108,7 @@ TEST(JniOptionsTest, ArrayAndTextsAreBlocksOfTheRootAllocatorOfTheirExactSizes) 
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST(JniOptionsTest, AsksEachOptionTwiceForItsTextAndThenForItsExtraInformation) {
+TEST(OptionsJniTest, AsksEachOptionTwiceForItsTextAndThenForItsExtraInformation) {
   std::vector<std::string> log;
   Script first, second;
   first.name = "first";
@@ -134,9 +134,9 @@ struct Answers {
 };
 void PrintTo(const Answers& row, std::ostream* out) { *out << row.name; }
 
-class SecondAnswerTest : public ::testing::TestWithParam<Answers> {};
+class OptionsJniSecondAnswerTest : public ::testing::TestWithParam<Answers> {};
 
-TEST_P(SecondAnswerTest, IsPassedAsFarAsItFits) {
+TEST_P(OptionsJniSecondAnswerTest, IsPassedAsFarAsItFits) {
   Script script;
   script.text = [](int time) { return time == 1 ? GetParam().first : GetParam().second; };
   COptions options;
@@ -146,7 +146,7 @@ TEST_P(SecondAnswerTest, IsPassedAsFarAsItFits) {
   options.DestroyJniOptions(array);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lengths, SecondAnswerTest,
+INSTANTIATE_TEST_SUITE_P(Lengths, OptionsJniSecondAnswerTest,
                          ::testing::Values(Answers{"Same", "-Xa", "-Xb", "-Xb"},            //
                                            Answers{"Shorter", "-Xabc", "-X", "-X"},         //
                                            Answers{"Longer", "-Xa", "-Xabcdefgh", "-Xa"},   //
@@ -154,7 +154,7 @@ INSTANTIATE_TEST_SUITE_P(Lengths, SecondAnswerTest,
                                            Answers{"CutAtACharacter", "-Xa", "\xC3\xA4\xC3\xB6", "\xC3\xA4"}),
                          [](const auto& row) { return row.param.name; });
 
-TEST(JniOptionsTest, ExtraInformationIsNeverReleased) {
+TEST(OptionsJniTest, ExtraInformationIsNeverReleased) {
   Script script;
   int information = 42;
   script.extraInfo = [&]() -> void* { return &information; };
@@ -166,7 +166,7 @@ TEST(JniOptionsTest, ExtraInformationIsNeverReleased) {
   EXPECT_EQ(information, 42);
 }
 
-TEST(JniOptionsTest, EmptySetHasAnArrayWithRoomForOneRecord) {
+TEST(OptionsJniTest, EmptySetHasAnArrayWithRoomForOneRecord) {
   const COptions options;
   Allocations allocations;
   JavaVMOption* const array = options.CreateJniOptions();
@@ -179,7 +179,7 @@ TEST(JniOptionsTest, EmptySetHasAnArrayWithRoomForOneRecord) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST(JniOptionsTest, DestroyingNullDoesNothing) {
+TEST(OptionsJniTest, DestroyingNullDoesNothing) {
   COptions options;
   options.AddOption(CVerbose(1));
   options.DestroyJniOptions(nullptr);
@@ -193,7 +193,7 @@ COptions TwoOptions() {
   return options;
 }
 
-TEST(JniOptionsTest, DestroyingLetsARecordWithoutATextPass) {
+TEST(OptionsJniTest, DestroyingLetsARecordWithoutATextPass) {
   COptions options = TwoOptions();
   Allocations allocations;
   JavaVMOption* const array = options.CreateJniOptions();
@@ -203,7 +203,7 @@ TEST(JniOptionsTest, DestroyingLetsARecordWithoutATextPass) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST(JniOptionsTest, DestroyingReleasesAsManyTextsAsTheSetHasOptionsNow) {
+TEST(OptionsJniTest, DestroyingReleasesAsManyTextsAsTheSetHasOptionsNow) {
   COptions options = TwoOptions();
   Allocations allocations;
   JavaVMOption* const array = options.CreateJniOptions();

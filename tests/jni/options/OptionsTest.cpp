@@ -88,7 +88,7 @@ TEST(OptionsTest, SameOptionAddedTwiceIsHeldTwiceAndRemovedOnce) {
   EXPECT_EQ(TextsOf(options), Texts{"-verbose:class"});
 }
 
-TEST(OptionsTest, RemovesByEqualityAndGivesTheMemoryBack) {
+TEST(OptionsTest, RemovesByEqualityAndFreesTheMemory) {
   Allocations allocations;
   COptions options;
   const std::size_t empty = allocations.Live();
@@ -110,9 +110,9 @@ TEST(OptionsTest, RemovingWhatIsNotHeldDoesNothing) {
 }
 
 // The first comparison checks whether the option is there, the second finds it for removal.
-class RemovalFailureTest : public ::testing::TestWithParam<int> {};
+class OptionsRemovalFailureTest : public ::testing::TestWithParam<int> {};
 
-TEST_P(RemovalFailureTest, IsPrintedAndGoesNoFurther) {
+TEST_P(OptionsRemovalFailureTest, IsPrintedAndGoesNoFurther) {
   Script script;
   script.equals = [](int comparison) -> bool {
     if (comparison == GetParam()) throw CIllegalArgumentException("host/Option", 7, "Cannot be compared.", nullptr);
@@ -130,9 +130,9 @@ TEST_P(RemovalFailureTest, IsPrintedAndGoesNoFurther) {
   EXPECT_EQ(debugOut.Text(), "mirel::base::CIllegalArgumentException: Cannot be compared. at host/Option:7\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(Comparison, RemovalFailureTest, ::testing::Values(1, 2));
+INSTANTIATE_TEST_SUITE_P(Comparison, OptionsRemovalFailureTest, ::testing::Values(1, 2));
 
-TEST(OptionsTest, IndexBehindTheEndIsRefused) {
+TEST(OptionsTest, IndexPastTheEndIsRefused) {
   COptions options;
   options.AddOption(CVerbose(1));
   EXPECT_EQ(FailureOf([&] { options.GetOptionAt(1); }),

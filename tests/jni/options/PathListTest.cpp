@@ -69,7 +69,7 @@ TEST(PathListTest, LibraryPathRendersWithItsOwnName) {
   EXPECT_EQ(Text(list.GetOptionString()), Separated("-Djava.library.path=lib|"));
 }
 
-TEST(PathListTest, TakesPathsAsTheyStand) {
+TEST(PathListTest, TakesPathsAsTheyAre) {
   CClassPath list;
   list.AddPath(RX_TEXT("x"));
   list.AddPath(RX_TEXT("x"));
@@ -121,7 +121,7 @@ TEST(PathListTest, StartsWithRoomForTenPathsAndGrowsByFive) {
   EXPECT_TRUE(hasGrown);
 }
 
-TEST(PathListTest, IndexBehindTheEndIsRefused) {
+TEST(PathListTest, IndexPastTheEndIsRefused) {
   CClassPath list;
   list.AddPath(RX_TEXT("x"));
   EXPECT_EQ(FailureOf([&] { list.GetPathAt(1); }),
@@ -195,9 +195,9 @@ TEST(PathListTest, BaseClonesAsASystemPropertyWithoutAValue) {
   EXPECT_EQ(Text(static_cast<const CSystemProperty&>(*clone).GetOptionString()), "-Dmy.path=");
 }
 
-class FailedAddTest : public ::testing::TestWithParam<unsigned int> {};
+class PathListFailedAddTest : public ::testing::TestWithParam<unsigned int> {};
 
-TEST_P(FailedAddTest, LeavesTheListAsItWas) {
+TEST_P(PathListFailedAddTest, LeavesTheListAsItWas) {
   const unsigned int count = GetParam();
   CClassPath list;
   for (unsigned int i = 0; i < count; ++i) list.AddPath(RX_TEXT("a"));
@@ -222,7 +222,7 @@ TEST_P(FailedAddTest, LeavesTheListAsItWas) {
   EXPECT_EQ(list.GetPathCount(), count + 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, FailedAddTest, ::testing::Values(9u, 10u));
+INSTANTIATE_TEST_SUITE_P(Paths, PathListFailedAddTest, ::testing::Values(9u, 10u));
 
 }  // namespace
 }  // namespace tests

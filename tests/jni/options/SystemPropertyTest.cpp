@@ -56,12 +56,12 @@ const WellKnownName WellKnownNames[] = {
 };
 // clang-format on
 
-class WellKnownNameTest : public ::testing::TestWithParam<WellKnownName> {};
+class SystemPropertyNameTest : public ::testing::TestWithParam<WellKnownName> {};
 
 // The table above is filled at start-up, so it also shows that the names are there before any start-up code runs.
-TEST_P(WellKnownNameTest, HasItsText) { EXPECT_EQ(Narrow(GetParam().actual), GetParam().expected); }
+TEST_P(SystemPropertyNameTest, HasItsText) { EXPECT_EQ(Narrow(GetParam().actual), GetParam().expected); }
 
-INSTANTIATE_TEST_SUITE_P(Names, WellKnownNameTest, ::testing::ValuesIn(WellKnownNames),
+INSTANTIATE_TEST_SUITE_P(Names, SystemPropertyNameTest, ::testing::ValuesIn(WellKnownNames),
                          [](const auto& row) { return row.param.member; });
 
 TEST(SystemPropertyTest, RendersNameAndValue) {

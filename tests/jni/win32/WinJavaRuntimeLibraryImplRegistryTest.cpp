@@ -1,4 +1,4 @@
-// The real registry. In this process a key of its own replaces HKEY_LOCAL_MACHINE, so that nothing that is installed on
+// The real registry. In this process another key replaces HKEY_LOCAL_MACHINE, so that nothing that is installed on
 // the machine is read or changed.
 #include <gtest/gtest.h>
 #include <torvan/JavaRuntimeException.h>
@@ -27,7 +27,7 @@ constexpr const wchar_t* KitRoot = L"Software\\JavaSoft\\Java Development Kit";
 constexpr const wchar_t* Library = L"C:\\Registered\\jvm.dll";
 constexpr const wchar_t* Home = L"C:\\Java";
 
-class RuntimeRegistryTest : public ::testing::Test {
+class WinJavaRuntimeLibraryImplRegistryTest : public ::testing::Test {
  protected:
   void SetUp() override {
     RegDeleteTreeW(HKEY_CURRENT_USER, OwnKey);
@@ -80,10 +80,11 @@ struct Kind {
   std::wstring Key() const { return std::wstring(root) + L"\\" + version; }
 };
 
-class RegisteredKindTest : public RuntimeRegistryTest, public ::testing::WithParamInterface<Kind> {};
+class WinJavaRuntimeLibraryImplRegistryKindTest : public WinJavaRuntimeLibraryImplRegistryTest,
+                                                  public ::testing::WithParamInterface<Kind> {};
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(Kinds, RegisteredKindTest, ::testing::Values(
+INSTANTIATE_TEST_SUITE_P(Kinds, WinJavaRuntimeLibraryImplRegistryKindTest, ::testing::Values(
     Kind{"Default", CDynamicJavaRuntime::Default, L"1.5.0",    RuntimeRoot, L"RuntimeLib", Library,
          Library, 223, "The specified Sun JRE version is not found."},
     Kind{"Classic", CDynamicJavaRuntime::Classic, L"1.3.1_20", RuntimeRoot, L"JavaHome",   Home,
@@ -95,19 +96,19 @@ INSTANTIATE_TEST_SUITE_P(Kinds, RegisteredKindTest, ::testing::Values(
     [](const auto& row) { return row.param.name; });
 // clang-format on
 
-TEST_P(RegisteredKindTest, IsFoundByItsVersion) {
+TEST_P(WinJavaRuntimeLibraryImplRegistryKindTest, IsFoundByItsVersion) {
   Set(GetParam().Key(), GetParam().value, GetParam().stored);
   EXPECT_EQ(PathOf(GetParam().type, GetParam().version), GetParam().path);
 }
 
-TEST_P(RegisteredKindTest, IsFoundByTheCurrentVersion) {
+TEST_P(WinJavaRuntimeLibraryImplRegistryKindTest, IsFoundByTheCurrentVersion) {
   Set(RuntimeRoot, L"CurrentVersion", GetParam().version);
   Set(GetParam().Key(), GetParam().value, GetParam().stored);
   EXPECT_EQ(PathOf(GetParam().type, nullptr), GetParam().path);
   EXPECT_EQ(PathOf(GetParam().type, L""), GetParam().path);
 }
 
-TEST_P(RegisteredKindTest, IsReportedWhenItsKeyOrItsValueIsMissing) {
+TEST_P(WinJavaRuntimeLibraryImplRegistryKindTest, IsReportedWhenItsKeyOrItsValueIsMissing) {
   const Failure notFound = RuntimeFailure(GetParam().notFoundLine, GetParam().notFound);
   EXPECT_EQ(FailureToLocate(GetParam().type, GetParam().version), notFound);
   EXPECT_NE(debugOut.Text().find("Failed to open the specified subkey."), std::string::npos) << debugOut.Text();
@@ -116,12 +117,12 @@ TEST_P(RegisteredKindTest, IsReportedWhenItsKeyOrItsValueIsMissing) {
   EXPECT_NE(debugOut.Text().find("Failed to query the specified value."), std::string::npos) << debugOut.Text();
 }
 
-TEST_F(RuntimeRegistryTest, NothingInstalledIsReported) {
+TEST_F(WinJavaRuntimeLibraryImplRegistryTest, NothingInstalledIsReported) {
   EXPECT_EQ(FailureToLocate(CDynamicJavaRuntime::Default, L""),
             RuntimeFailure(206, "There is not any Sun JRE installed in the current system."));
 }
 
-TEST_F(RuntimeRegistryTest, UnknownVendorsTypesAndVersionsAreReported) {
+TEST_F(WinJavaRuntimeLibraryImplRegistryTest, UnknownVendorsTypesAndVersionsAreReported) {
   EXPECT_EQ(FailureToLocate(CDynamicJavaRuntime::Default, L"1.5.0", 1),
             RuntimeFailure(283, "Unknown Java Runtime vendor."));
   EXPECT_EQ(FailureToLocate(static_cast<VmType>(4), L"1.5.0"), RuntimeFailure(275, "Unknown Java Runtime type."));
@@ -133,7 +134,7 @@ TEST_F(RuntimeRegistryTest, UnknownVendorsTypesAndVersionsAreReported) {
             RuntimeFailure(261, "Invalid Server Sun JRE version."));
 }
 
-TEST_F(RuntimeRegistryTest, TextsOfUpTo1040UnitsAreRead) {
+TEST_F(WinJavaRuntimeLibraryImplRegistryTest, TextsOfUpTo1040UnitsAreRead) {
   const std::wstring key = std::wstring(RuntimeRoot) + L"\\1.5.0";
   Set(key, L"RuntimeLib", std::wstring(1039, L'p'));
   EXPECT_EQ(PathOf(CDynamicJavaRuntime::Default, L"1.5.0"), std::wstring(1039, L'p'));
@@ -143,7 +144,7 @@ TEST_F(RuntimeRegistryTest, TextsOfUpTo1040UnitsAreRead) {
   EXPECT_NE(debugOut.Text().find("234"), std::string::npos) << debugOut.Text();
 }
 
-TEST_F(RuntimeRegistryTest, TypeOfAValueAndItsTerminatingZeroDoNotMatter) {
+TEST_F(WinJavaRuntimeLibraryImplRegistryTest, TypeOfAValueAndItsTerminatingZeroDoNotMatter) {
   const std::wstring key = std::wstring(RuntimeRoot) + L"\\1.5.0";
   for (const DWORD type : {REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ, REG_BINARY}) {
     SetRaw(key, L"RuntimeLib", type, Library);

@@ -1,14 +1,14 @@
 // Launches of an installed Java on Linux.
 #include <fstream>
 
-#include "jvmlauncher/JavaSystemTest.h"
+#include "jvmlauncher/JavaVmLauncherJavaTest.h"
 
 namespace tests {
 namespace {
 
 namespace fs = std::filesystem;
 
-TEST_F(JavaSystemTest, ARuntimeWithAVersionTooLongToBeListedHidesNoOther) {
+TEST_F(JavaVmLauncherJavaTest, ARuntimeWithAVersionTooLongToBeListedHidesNoOther) {
   fs::create_directories(m_folder / "lib/server");
   std::ofstream(m_folder / "lib/server/libjvm.so");
   std::ofstream(m_folder / "release") << "JAVA_VERSION=\"99." << std::string(253, '0') << "\"\n";
@@ -18,7 +18,7 @@ TEST_F(JavaSystemTest, ARuntimeWithAVersionTooLongToBeListedHidesNoOther) {
   EXPECT_EQ(process->GetExitCode(), 0);
 }
 
-TEST_F(JavaSystemTest, StopEndsAProgramThatRunsUntilItIsStopped) {
+TEST_F(JavaVmLauncherJavaTest, StopEndsAProgramThatRunsUntilItIsStopped) {
   Set("LAUNCH_PROBE_MILLISECONDS", "60000");
   const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});
   ReadReport(Report());

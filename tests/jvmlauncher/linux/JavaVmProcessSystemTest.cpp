@@ -21,7 +21,7 @@ namespace {
 constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
 constexpr int LongMilliseconds = 60000;  // for a program that is ended earlier
 
-TEST_F(LaunchSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNothing) {
+TEST_F(JavaVmProcessSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNothing) {
   const Resources before = MeasureResources();
   for (const int signal : {SIGTERM, SIGABRT, SIGSEGV, SIGKILL}) {
     SCOPED_TRACE(signal);
@@ -45,7 +45,7 @@ TEST_F(LaunchSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNot
   EXPECT_EQ(after.zombies, 0);
 }
 
-TEST_F(LaunchSystemTest, AHostThatIgnoresSigchldLosesTheExitCode) {
+TEST_F(JavaVmProcessSystemTest, AHostThatIgnoresSigchldLosesTheExitCode) {
   SetProbe(0, 7);
   const auto before = std::signal(SIGCHLD, SIG_IGN);
   const Process process = LaunchMain();
@@ -59,7 +59,7 @@ TEST_F(LaunchSystemTest, AHostThatIgnoresSigchldLosesTheExitCode) {
   std::signal(SIGCHLD, before);
 }
 
-TEST_F(LaunchSystemTest, AHostThatReapsTheProgramLosesTheExitCode) {
+TEST_F(JavaVmProcessSystemTest, AHostThatReapsTheProgramLosesTheExitCode) {
   SetProbe(0, 7);
   const Process process = LaunchMain();
   while (waitpid(-1, nullptr, 0) > 0) {
@@ -69,7 +69,7 @@ TEST_F(LaunchSystemTest, AHostThatReapsTheProgramLosesTheExitCode) {
   EXPECT_EQ(process->GetExitCode(), 0);
 }
 
-TEST_F(LaunchSystemTest, AForkedWorkerCannotWaitForAProgramOfItsParentAndDoesItNoHarm) {
+TEST_F(JavaVmProcessSystemTest, AForkedWorkerCannotWaitForAProgramOfItsParentAndDoesItNoHarm) {
   SetProbe(300, 7);
   Process process = LaunchMain();
   const pid_t worker = fork();

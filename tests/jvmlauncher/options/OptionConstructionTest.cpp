@@ -50,9 +50,9 @@ struct Row {
   const char* message;
 };
 
-class OptionRefusal : public testing::TestWithParam<Row> {};
+class OptionConstructionRefusalTest : public testing::TestWithParam<Row> {};
 
-TEST_P(OptionRefusal, NamesThePlaceAndTheArgument) {
+TEST_P(OptionConstructionRefusalTest, NamesThePlaceAndTheArgument) {
   const Row& row = GetParam();
   EXPECT_EQ(FailureOf(row.construct), Throws<CIllegalArgumentException>(row.file, row.line, row.message));
 }
@@ -96,7 +96,7 @@ const Row Refusals[] = {
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Options, OptionRefusal, testing::ValuesIn(Refusals),
+INSTANTIATE_TEST_SUITE_P(Options, OptionConstructionRefusalTest, testing::ValuesIn(Refusals),
                          [](const auto& row) { return std::string(row.param.name); });
 
 static_assert(std::is_convertible_v<const RX::UniChar*, CJarOption> && std::is_convertible_v<Location, CJarOption> &&
@@ -104,35 +104,35 @@ static_assert(std::is_convertible_v<const RX::UniChar*, CJarOption> && std::is_c
                   std::is_convertible_v<const RX::UniChar*, CDirectOption>,
               "hosts may write a text where an option is asked for");
 
-TEST(JarOptionTest, HoldsThePathAsGiven) {
+TEST(OptionConstructionJarTest, HoldsThePathAsGiven) {
   EXPECT_EQ(Narrow(CJarOption(RX_TEXT("C:\\My Jars\\a.jar")).GetJarFilePath()), "C:\\My Jars\\a.jar");
   EXPECT_EQ(Narrow(CJarOption(RX_TEXT(" ")).GetJarFilePath()), " ");
   EXPECT_EQ(Narrow(CJarOption(Somewhere).GetJarFilePath()), "C:\\a b");
 }
 
-TEST(NonStandardOptionTest, HoldsTheTextWithoutItsPrefix) {
+TEST(OptionConstructionNonStandardTest, HoldsTheTextWithoutItsPrefix) {
   EXPECT_EQ(Narrow(CNonStandardOption(RX_TEXT("mx512m")).GetOption()), "mx512m");
 }
 
-TEST(DirectOptionTest, HoldsTheTextAsGiven) {
+TEST(OptionConstructionDirectTest, HoldsTheTextAsGiven) {
   EXPECT_EQ(Narrow(CDirectOption(RX_TEXT("-ea  -server ")).GetOption()), "-ea  -server ");
 }
 
-TEST(SystemPropertyOptionTest, HoldsNameAndValueAsGiven) {
+TEST(OptionConstructionSystemPropertyTest, HoldsNameAndValueAsGiven) {
   const CSystemPropertyOption option(RX_TEXT("a.b=c\t"), RX_TEXT(" x y "));
   EXPECT_EQ(Narrow(option.GetPropertyName()), "a.b=c\t");
   EXPECT_EQ(Narrow(option.GetPropertyValue()), " x y ");
 }
 
-TEST(SystemPropertyOptionTest, TakesThePathOfALocationForItsValue) {
+TEST(OptionConstructionSystemPropertyTest, TakesThePathOfALocationForItsValue) {
   const CSystemPropertyOption option(RX_TEXT("java.io.tmpdir"), Somewhere);
   EXPECT_EQ(Narrow(option.GetPropertyName()), "java.io.tmpdir");
   EXPECT_EQ(Narrow(option.GetPropertyValue()), "C:\\a b");
 }
 
-TEST(ClassPathOptionTest, StartsWithoutEntries) { EXPECT_EQ(CClassPathOption().GetEntryCount(), 0u); }
+TEST(OptionConstructionClassPathTest, StartsWithoutEntries) { EXPECT_EQ(CClassPathOption().GetEntryCount(), 0u); }
 
-TEST(ClassPathOptionTest, TakesAnyEntryInOrder) {
+TEST(OptionConstructionClassPathTest, TakesAnyEntryInOrder) {
   CClassPathOption option;
   option.AddEntry(RX_TEXT("b.jar"));
   option.AddEntry(RX_TEXT(""));
@@ -149,7 +149,7 @@ TEST(ClassPathOptionTest, TakesAnyEntryInOrder) {
   EXPECT_EQ(Narrow(option.GetEntryAt(5)), "b.jar");
 }
 
-TEST(ClassPathOptionTest, AnIndexBehindTheEndIsTheVectorsFailure) {
+TEST(OptionConstructionClassPathTest, AnIndexPastTheEndIsTheVectorsFailure) {
   EXPECT_EQ(FailureOf([] { CClassPathOption().GetEntryAt(0); }),
             Throws<mirel::util::CNoSuchElementException>("mirel/util/Vector", 175, nullptr));
 }

@@ -28,7 +28,7 @@ static_assert(sizeof(CNonStandardOption) == sizeof(CJarOption) && sizeof(CDirect
               "one text");
 static_assert(sizeof(CSystemPropertyOption) == sizeof(void*) + 2 * sizeof(mirel::base::CUnicodeString), "two texts");
 
-// A class derived from an option, with a record of its own.
+// A class derived from an option, with its own record.
 class CSpecialDirectOption : public CDirectOption {
  public:
   using CDirectOption::CDirectOption;
@@ -49,9 +49,9 @@ struct Row {
   bool equal;
 };
 
-class OptionEquality : public testing::TestWithParam<Row> {};
+class OptionEqualityPairTest : public testing::TestWithParam<Row> {};
 
-TEST_P(OptionEquality, HoldsInBothDirections) {
+TEST_P(OptionEqualityPairTest, HoldsInBothDirections) {
   EXPECT_EQ(GetParam().left->Equals(GetParam().right.get()), GetParam().equal);
   EXPECT_EQ(GetParam().right->Equals(GetParam().left.get()), GetParam().equal);
 }
@@ -86,7 +86,7 @@ const Row Rows[] = {
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Options, OptionEquality, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Options, OptionEqualityPairTest, testing::ValuesIn(Rows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 struct KindRow {
@@ -96,16 +96,16 @@ struct KindRow {
   Option option;
 };
 
-class EveryOption : public testing::TestWithParam<KindRow> {};
+class OptionEqualityKindTest : public testing::TestWithParam<KindRow> {};
 
-TEST_P(EveryOption, EqualsNeitherNullNorAnObjectThatIsNoOption) {
+TEST_P(OptionEqualityKindTest, EqualsNeitherNullNorAnObjectThatIsNoOption) {
   class CThing : public CObject {};
   EXPECT_FALSE(GetParam().option->Equals(nullptr));
   const CThing thing;
   EXPECT_FALSE(GetParam().option->Equals(&thing));
 }
 
-TEST_P(EveryOption, HasItsOwnRecordBelowTheBaseOfAllOptions) {
+TEST_P(OptionEqualityKindTest, HasItsOwnRecordBelowTheBaseOfAllOptions) {
   const CJavaVmOption& option = *GetParam().option;
   EXPECT_EQ(option.GetClass(), GetParam().record);
   EXPECT_STREQ(option.GetClass()->GetName(), GetParam().className);
@@ -114,7 +114,7 @@ TEST_P(EveryOption, HasItsOwnRecordBelowTheBaseOfAllOptions) {
   EXPECT_TRUE(option.IsInstanceOf(&CObject::m_classCObject));
 }
 
-TEST_P(EveryOption, ClonesToAnEqualObjectOfItsClass) {
+TEST_P(OptionEqualityKindTest, ClonesToAnEqualObjectOfItsClass) {
   const CJavaVmOption& option = *GetParam().option;
   const std::unique_ptr<CObject> clone(option.Clone());
   ASSERT_NE(clone, nullptr);
@@ -137,7 +137,7 @@ const KindRow Kinds[] = {
 #undef KIND
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Options, EveryOption, testing::ValuesIn(Kinds),
+INSTANTIATE_TEST_SUITE_P(Options, OptionEqualityKindTest, testing::ValuesIn(Kinds),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(OptionEqualityTest, AClassPathOptionOutgrowsItsClone) {

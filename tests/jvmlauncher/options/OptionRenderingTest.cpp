@@ -20,11 +20,11 @@ struct Row {
   std::vector<std::string> arguments;
 };
 
-class OptionRendering : public testing::TestWithParam<Row> {};
+class OptionRenderingLineTest : public testing::TestWithParam<Row> {};
 
-TEST_P(OptionRendering, IsExactOnTheCommandLine) { EXPECT_EQ(LineOf(*GetParam().option), GetParam().line); }
+TEST_P(OptionRenderingLineTest, IsExactOnTheCommandLine) { EXPECT_EQ(LineOf(*GetParam().option), GetParam().line); }
 
-TEST_P(OptionRendering, AppendsItsArgumentsUnquotedAndCountsThem) {
+TEST_P(OptionRenderingLineTest, AppendsItsArgumentsUnquotedAndCountsThem) {
   CArgumentList list;
   list.Append(RX_TEXT("before"));
   EXPECT_EQ(AppendTo(list, *GetParam().option), GetParam().arguments.size());
@@ -33,7 +33,7 @@ TEST_P(OptionRendering, AppendsItsArgumentsUnquotedAndCountsThem) {
   EXPECT_EQ(ArgumentsOf(list), expected);
 }
 
-TEST_P(OptionRendering, StartsWithRoomFor32Units) {
+TEST_P(OptionRenderingLineTest, StartsWithRoomFor32Units) {
   EXPECT_EQ(FirstRoomOf([] { LineOf(*GetParam().option); }), RoomForUnits(32));
 }
 
@@ -72,7 +72,7 @@ std::vector<Row> Rows() {
   // clang-format on
 }
 
-INSTANTIATE_TEST_SUITE_P(Options, OptionRendering, testing::ValuesIn(Rows()),
+INSTANTIATE_TEST_SUITE_P(Options, OptionRenderingLineTest, testing::ValuesIn(Rows()),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(OptionRenderingTest, SetsAndListsStartWithRoomFor32Units) {

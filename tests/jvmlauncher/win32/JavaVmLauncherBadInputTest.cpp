@@ -12,9 +12,9 @@ using namespace torvan::jvmlauncher;
 
 namespace {
 
-class NothingInstalledTest : public LaunchSystemTest {};
+class JavaVmLauncherBadInputNothingInstalledTest : public LaunchSystemTest {};
 
-TEST_F(NothingInstalledTest, IsRefusedAndLeaksNothing) {
+TEST_F(JavaVmLauncherBadInputNothingInstalledTest, IsRefusedAndLeaksNothing) {
   const auto provoke = [] {
     s_runtime->UnregisterAll();
     const Failure failure = FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("1.5")); });

@@ -1,10 +1,10 @@
 // Launches of an installed Java on Windows.
-#include "jvmlauncher/JavaSystemTest.h"
+#include "jvmlauncher/JavaVmLauncherJavaTest.h"
 
 namespace tests {
 namespace {
 
-TEST_F(JavaSystemTest, StopDoesNotReachAProgramWithoutAConsole) {
+TEST_F(JavaVmLauncherJavaTest, StopDoesNotReachAProgramWithoutAConsole) {
   Set("LAUNCH_PROBE_MILLISECONDS", "60000");
   const Process process = Launch(WithClasses(), RX_TEXT("LaunchProbe"), {});
   ReadReport(Report());

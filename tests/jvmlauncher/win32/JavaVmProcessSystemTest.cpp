@@ -13,14 +13,14 @@ namespace {
 
 constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
 
-TEST_F(LaunchSystemTest, AnExitCodeHas32Bits) {
+TEST_F(JavaVmProcessSystemTest, AnExitCodeHas32Bits) {
   SetProbe(0, -1073741819);
   const Process process = LaunchMain();
   process->Wait();
   EXPECT_EQ(process->GetExitCode(), -1073741819);
 }
 
-TEST_F(LaunchSystemTest, ARuntimeOfThe32BitViewIsFound) {
+TEST_F(JavaVmProcessSystemTest, ARuntimeOfThe32BitViewIsFound) {
   EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("100")); }),
             Throws<CJavaVmLauncherException>(
                 File, 217, "There is no installed Java VM which is compatible with the specified version."));

@@ -71,7 +71,7 @@ TEST(CommandLineMemoryTest, RunningOutOfMemoryIsAMemoryException) {
   EXPECT_EQ(0u, allocations.Live());
 }
 
-TEST(CommandLineMemoryTest, TheArgumentsAreGivenBack) {
+TEST(CommandLineMemoryTest, TheArgumentsAreFreed) {
   Allocations allocations;
   { const CommandLine commandLine("java x"); }
   EXPECT_EQ(1, allocations.Made());

@@ -7,7 +7,7 @@ namespace {
 
 using torvan::platform::FromUtf8;
 
-TEST(TextTest, Utf8BecomesUtf16) {
+TEST(FileSystemTextTest, Utf8BecomesUtf16) {
   EXPECT_TRUE(FromUtf8("") == u"");
   EXPECT_NE(nullptr, static_cast<const char16_t*>(FromUtf8("")));
   EXPECT_TRUE(FromUtf8("a\x7F\xC2\x80\xDF\xBF") == u"a\x7F\x80\x7FF");
@@ -15,7 +15,7 @@ TEST(TextTest, Utf8BecomesUtf16) {
   EXPECT_TRUE(FromUtf8("\xF0\x90\x80\x80\xF4\x8F\xBF\xBF") == u"\xD800\xDC00\xDBFF\xDFFF");
 }
 
-TEST(TextTest, NullAndWhatIsNotUtf8IsNull) {
+TEST(FileSystemTextTest, NullAndWhatIsNotUtf8IsNull) {
   const char* const texts[] = {
       nullptr,
       "a\x80",             // a follower alone

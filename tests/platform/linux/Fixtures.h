@@ -1,4 +1,4 @@
-// What the tests of the POSIX system share.
+// What the tests of Linux share.
 #pragma once
 
 #include <filesystem>

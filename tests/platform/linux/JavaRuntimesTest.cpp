@@ -114,8 +114,8 @@ TEST_F(JavaRuntimesTest, LayoutsOfVersion8AreKnown) {
 TEST_F(JavaRuntimesTest, SeveralLinksToOneFolderAreOneRuntime) {
   AddRuntime(folder, "real", "17.0.15", false);
   std::filesystem::create_directory_symlink("real", folder.Path("a link before"));
-  std::filesystem::create_directory_symlink("real", folder.Path("z link behind"));
-  Look(folder.Path("z link behind") + "/");
+  std::filesystem::create_directory_symlink("real", folder.Path("z link at the end"));
+  Look(folder.Path("z link at the end") + "/");
   EXPECT_THAT(Versions(Runtimes), ElementsAre("17.0.15"));
   EXPECT_EQ(folder.Path("real"), Value(std::string(Runtimes) + "17.0.15\\", "JavaHome"));
 }
@@ -213,7 +213,7 @@ TEST_F(JavaRuntimesTest, AVersionThatIsTooLongForTheNameOfAKeyHidesNoOther) {
   EXPECT_THAT(Versions(Runtimes), ElementsAre("1." + std::string(253, '0'), "17.0.15"));
 }
 
-TEST(CompareNumbersInTurnTest, NumbersAreComparedInTurn) {
+TEST(JavaRuntimesNumbersTest, NumbersAreComparedInTurn) {
   struct Row {
     const RX::UniChar* left;
     const RX::UniChar* right;

@@ -19,11 +19,11 @@ namespace {
 
 using namespace torvan::platform;
 
-using HostDescriptorsTest = ChildTest;
+using ProcessesHostDescriptorsTest = ChildTest;
 
 void CloseAllAsDaemonsDo() { ASSERT_EQ(0, close_range(STDERR_FILENO + 1, ~0u, 0)); }
 
-TEST_F(HostDescriptorsTest, MayCloseEveryDescriptorAndLaunch) {
+TEST_F(ProcessesHostDescriptorsTest, MayCloseEveryDescriptorAndLaunch) {
   InForkedProcess([this] {
     const StartedProcess held = Start("run");
     const unsigned int released = StartAndRelease();
@@ -51,10 +51,11 @@ struct Registration {
 
 void PrintTo(const Registration& registration, std::ostream* stream) { *stream << registration.name; }
 
-class HostEpollTest : public HostDescriptorsTest, public testing::WithParamInterface<Registration> {};
+class ProcessesHostDescriptorsEpollTest : public ProcessesHostDescriptorsTest,
+                                          public testing::WithParamInterface<Registration> {};
 
 // Any descriptor number that the library might have kept is now one of the host's epoll sets.
-TEST_P(HostEpollTest, IsNeitherReadNorClosed) {
+TEST_P(ProcessesHostDescriptorsEpollTest, IsNeitherReadNorClosed) {
   struct Set {
     int epoll;
     int event;
@@ -92,13 +93,13 @@ TEST_P(HostEpollTest, IsNeitherReadNorClosed) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Sets, HostEpollTest,
+    Sets, ProcessesHostDescriptorsEpollTest,
     testing::Values(Registration{"ByDescriptor", false, 0}, Registration{"ByDescriptorEdge", false, EPOLLET},
                     Registration{"ByDescriptorOneShot", false, EPOLLONESHOT}, Registration{"ByPointer", true, 0},
                     Registration{"ByPointerEdge", true, EPOLLET}, Registration{"ByPointerOneShot", true, EPOLLONESHOT}),
     [](const auto& registration) { return std::string(registration.param.name); });
 
-TEST_F(HostDescriptorsTest, WithoutStandardDescriptorsGivesTheChildEmptyOnes) {
+TEST_F(ProcessesHostDescriptorsTest, WithoutStandardDescriptorsTheChildHasEmptyOnes) {
   InForkedProcess([this] {
     ASSERT_EQ(0, close_range(STDIN_FILENO, STDERR_FILENO, 0));
     const unsigned int open = Run("standard");
@@ -108,7 +109,7 @@ TEST_F(HostDescriptorsTest, WithoutStandardDescriptorsGivesTheChildEmptyOnes) {
   });
 }
 
-TEST_F(HostDescriptorsTest, HoldsNoDescriptorForItsChildren) {
+TEST_F(ProcessesHostDescriptorsTest, HoldsNoDescriptorForItsChildren) {
   const int before = CountDescriptors();
   const StartedProcess held = Start("exit 0");
   const unsigned int released = StartAndRelease();
@@ -117,7 +118,7 @@ TEST_F(HostDescriptorsTest, HoldsNoDescriptorForItsChildren) {
   EXPECT_EQ(0u, Finish(held));
 }
 
-TEST_F(HostDescriptorsTest, CanOpenNoMoreDescriptorsAndStillWaitsForItsChildrenAndEndsThem) {
+TEST_F(ProcessesHostDescriptorsTest, CanOpenNoMoreDescriptorsAndStillWaitsForItsChildrenAndEndsThem) {
   InForkedProcess([this] {
     const StartedProcess running = Start("run");
     const StartedProcess ending = Start("after 100 3");
@@ -142,7 +143,7 @@ bool HideProc() {
          mount("none", "/proc", "tmpfs", 0, nullptr) == 0;
 }
 
-TEST_F(HostDescriptorsTest, SeesNoProcAndLaunches) {
+TEST_F(ProcessesHostDescriptorsTest, SeesNoProcAndLaunches) {
   constexpr int MayNotHideIt = 77;
   const auto program = Widen(ProcessFixture("run"));
   const pid_t host = Fork([&] {

@@ -1,4 +1,4 @@
-// What a host may do with forks, signals and children of its own while children of the library live.
+// What a host may do with forks, signals and its own children while children of the library live.
 #include <linux/sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -17,11 +17,11 @@ namespace {
 
 using namespace torvan::platform;
 
-using HostProcessesTest = ChildTest;
+using ProcessesHostTest = ChildTest;
 
 // --- Forks ---
 
-TEST_F(HostProcessesTest, ForksAWorkerThatLaunchesAndReapsItsOwnAllTheSame) {
+TEST_F(ProcessesHostTest, ForksAWorkerThatLaunchesAndReapsItsOwn) {
   const unsigned int released = StartAndRelease();
   End(released);
   InForkedProcess([&] {
@@ -36,7 +36,7 @@ TEST_F(HostProcessesTest, ForksAWorkerThatLaunchesAndReapsItsOwnAllTheSame) {
   EXPECT_FALSE(IsChild(released));
 }
 
-TEST_F(HostProcessesTest, ForksAWorkerThatDropsItsCopyOfAHandle) {
+TEST_F(ProcessesHostTest, ForksAWorkerThatDropsItsCopyOfAHandle) {
   const StartedProcess running = Start("run");
   const StartedProcess ended = Start("exit 5");
   AwaitEnd(ended.processId);
@@ -51,7 +51,7 @@ TEST_F(HostProcessesTest, ForksAWorkerThatDropsItsCopyOfAHandle) {
   EXPECT_EQ(4u, Finish(running));
 }
 
-TEST_F(HostProcessesTest, ForksAWorkerThatCannotAskForTheProgramsOfItsParent) {
+TEST_F(ProcessesHostTest, ForksAWorkerThatCannotAskForTheProgramsOfItsParent) {
   const StartedProcess started = Start("run");
   InForkedProcess([&] {
     unsigned int code = 0;
@@ -68,7 +68,7 @@ TEST_F(HostProcessesTest, ForksAWorkerThatCannotAskForTheProgramsOfItsParent) {
 
 // --- Signals and the host's own children ---
 
-TEST_F(HostProcessesTest, KeepsItsHandlerOfSigchldAndTheExitCodesOfItsOwnChildren) {
+TEST_F(ProcessesHostTest, KeepsItsHandlerOfSigchldAndTheExitCodesOfItsOwnChildren) {
   static volatile sig_atomic_t ends;
   ends = 0;
   struct sigaction action {};
@@ -93,7 +93,7 @@ TEST_F(HostProcessesTest, KeepsItsHandlerOfSigchldAndTheExitCodesOfItsOwnChildre
   EXPECT_EQ(action.sa_handler, after.sa_handler);
 }
 
-TEST_F(HostProcessesTest, IgnoresSigchldAndSoTakesTheExitCodesAway) {
+TEST_F(ProcessesHostTest, IgnoresSigchldAndSoTakesTheExitCodesAway) {
   InForkedProcess([this] {
     signal(SIGCHLD, SIG_IGN);
     for (const char* program : {"exit 7", "after 100 7"}) {
@@ -109,7 +109,7 @@ TEST_F(HostProcessesTest, IgnoresSigchldAndSoTakesTheExitCodesAway) {
   });
 }
 
-TEST_F(HostProcessesTest, ReapsEveryChildInALoopAndSoTakesTheExitCodesAway) {
+TEST_F(ProcessesHostTest, ReapsEveryChildInALoopAndSoTakesTheExitCodesAway) {
   InForkedProcess([this] {
     std::atomic<bool> goesOn = true;
     std::thread loop([&] {
@@ -135,7 +135,7 @@ TEST_F(HostProcessesTest, ReapsEveryChildInALoopAndSoTakesTheExitCodesAway) {
   });
 }
 
-TEST_F(HostProcessesTest, IgnoresConsoleSignalsWhichItsChildrenHear) {
+TEST_F(ProcessesHostTest, IgnoresConsoleSignalsWhichItsChildrenHear) {
   const auto interrupt = signal(SIGINT, SIG_IGN);
   const auto quit = signal(SIGQUIT, SIG_IGN);
   EXPECT_EQ(0u, Run("signals"));
@@ -158,7 +158,7 @@ pid_t ForkAs(unsigned int id) {
   return static_cast<pid_t>(syscall(SYS_clone3, &arguments, sizeof(arguments)));
 }
 
-TEST_F(HostProcessesTest, HasAChildOfItsOwnUnderTheNumberOfOneThatItReaped) {
+TEST_F(ProcessesHostTest, HasAChildOfItsOwnUnderTheNumberOfOneThatItReaped) {
   const StartedProcess started = Start("exit 5");
   EXPECT_EQ(static_cast<pid_t>(started.processId), waitpid(static_cast<pid_t>(started.processId), nullptr, 0));
   usleep(50000);  // start times have a resolution of 10 milliseconds

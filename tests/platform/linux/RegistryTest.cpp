@@ -33,7 +33,7 @@ class RegistryTest : public testing::Test {
   Registry registry;
 };
 
-TEST_F(RegistryTest, AKeyExistsWhenAValueStandsInItOrBelowIt) {
+TEST_F(RegistryTest, AKeyExistsWhenAValueIsInItOrBelowIt) {
   EXPECT_TRUE(registry.HasKey(u""));
   EXPECT_TRUE(registry.HasKey(u"SOFTWARE\\"));
   EXPECT_TRUE(registry.HasKey(u"Software\\Java\\"));

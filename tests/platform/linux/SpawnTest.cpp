@@ -16,9 +16,9 @@ namespace {
 
 using namespace torvan::platform;
 
-using ChildStartTest = ChildTest;
+using SpawnTest = ChildTest;
 
-TEST_F(ChildStartTest, TheArgumentsArriveAsTheyWereQuoted) {
+TEST_F(SpawnTest, TheArgumentsArriveAsTheyWereQuoted) {
   const TemporaryFolder folder;
   const std::string file = folder.Path("a file");
   EXPECT_EQ(0u, Run("write \"" + file + "\" \"-cp\" \"a b\" \"\" x\\\"y \xC3\xA4 "));
@@ -26,14 +26,14 @@ TEST_F(ChildStartTest, TheArgumentsArriveAsTheyWereQuoted) {
   EXPECT_EQ("-cp\na b\n\nx\"y\n\xC3\xA4\n", std::string(std::istreambuf_iterator<char>(written), {}));
 }
 
-TEST_F(ChildStartTest, AProgramWithoutAPathIsSearchedFor) {
+TEST_F(SpawnTest, AProgramWithoutAPathIsSearchedFor) {
   auto line = Widen("sh -c \"exit 5\"");
   StartedProcess started{};
   ASSERT_TRUE(system.StartProcess(line.data(), false, 0, &started));
   EXPECT_EQ(5u, Finish(started));
 }
 
-TEST_F(ChildStartTest, WhatCannotBeExecutedDoesNotStart) {
+TEST_F(SpawnTest, WhatCannotBeExecutedDoesNotStart) {
   const TemporaryFolder folder;
   for (const std::string& program : {folder.Path("missing"), folder.AddFile("text", "no program"), folder.Path(),
                                      folder.AddFile("file") + "/below", std::string()}) {
@@ -46,13 +46,13 @@ TEST_F(ChildStartTest, WhatCannotBeExecutedDoesNotStart) {
   EXPECT_FALSE(system.StartProcess(nullptr, false, 0, &started));
 }
 
-TEST_F(ChildStartTest, CreationFlagsAreRefused) {
+TEST_F(SpawnTest, CreationFlagsAreRefused) {
   auto line = Widen(ProcessFixture("exit 0"));
   StartedProcess started{};
   EXPECT_FALSE(system.StartProcess(line.data(), false, 16, &started));
 }
 
-TEST_F(ChildStartTest, NoDescriptorOfTheHostReachesTheChildUnlessItMay) {
+TEST_F(SpawnTest, NoDescriptorOfTheHostReachesTheChildUnlessItMay) {
   int pipe[2];
   ASSERT_EQ(0, ::pipe(pipe));  // without closing on execution
   const int high = fcntl(pipe[0], F_DUPFD, 500);
@@ -64,7 +64,7 @@ TEST_F(ChildStartTest, NoDescriptorOfTheHostReachesTheChildUnlessItMay) {
   Finish(running);
 }
 
-TEST_F(ChildStartTest, TheChildBlocksAndIgnoresNoSignal) {
+TEST_F(SpawnTest, TheChildBlocksAndIgnoresNoSignal) {
   sigset_t all;
   sigset_t before;
   sigfillset(&all);
@@ -75,7 +75,7 @@ TEST_F(ChildStartTest, TheChildBlocksAndIgnoresNoSignal) {
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
-TEST_F(ChildStartTest, RunningOutOfMemoryDoesNotStart) {
+TEST_F(SpawnTest, RunningOutOfMemoryDoesNotStart) {
   auto line = Widen(ProcessFixture("exit 3"));
   for (int n = 1;; ++n) {
     ASSERT_LT(n, 20);
@@ -91,7 +91,7 @@ TEST_F(ChildStartTest, RunningOutOfMemoryDoesNotStart) {
   }
 }
 
-TEST_F(ChildStartTest, WithoutProcessDescriptorsNothingStartsAndNothingIsLeft) {
+TEST_F(SpawnTest, WithoutProcessDescriptorsNothingStartsAndNothingIsLeft) {
   InForkedProcess([this] {
     Refuse(SYS_pidfd_open, ENOSYS);
     const int descriptors = CountDescriptors();
@@ -105,7 +105,7 @@ TEST_F(ChildStartTest, WithoutProcessDescriptorsNothingStartsAndNothingIsLeft) {
 }
 
 // Another process may have its number by then.
-TEST_F(ChildStartTest, AChildThatWasReapedBeforeItIsLookedAtIsNotKilledByItsNumber) {
+TEST_F(SpawnTest, AChildThatWasReapedBeforeItIsCheckedIsNotKilledByItsNumber) {
   InForkedProcess([this] {
     signal(SIGCHLD, SIG_IGN);
     Refuse(SYS_pidfd_open, ESRCH, getpid());
@@ -119,7 +119,7 @@ TEST_F(ChildStartTest, AChildThatWasReapedBeforeItIsLookedAtIsNotKilledByItsNumb
   });
 }
 
-TEST_F(ChildStartTest, ARunningChildIsReachedByItsDescriptorAndNotByItsNumber) {
+TEST_F(SpawnTest, ARunningChildIsReachedByItsDescriptorAndNotByItsNumber) {
   InForkedProcess([this] {
     const StartedProcess interrupted = Start("run");
     const StartedProcess ended = Start("run");

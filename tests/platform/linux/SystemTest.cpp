@@ -18,7 +18,7 @@ namespace {
 
 using namespace torvan::platform;
 
-class NativeSystemTest : public testing::Test {
+class SystemTest : public testing::Test {
  protected:
   Status AttributesError(const std::string& path) {
     EXPECT_EQ(0xFFFFFFFF, system.FileAttributes(Widen(path).c_str()));
@@ -29,7 +29,7 @@ class NativeSystemTest : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(NativeSystemTest, RuntimesAreSeenInTheOwnViewOfTheRegistryOnly) {
+TEST_F(SystemTest, RuntimesAreSeenInTheOwnViewOfTheRegistryOnly) {
   AddRuntime(folder, "java", "99.8.7", true);
   setenv("JAVA_HOME", folder.Path("java").c_str(), 1);
   RegistryKey key = nullptr;
@@ -47,7 +47,7 @@ TEST_F(NativeSystemTest, RuntimesAreSeenInTheOwnViewOfTheRegistryOnly) {
   unsetenv("JAVA_HOME");
 }
 
-TEST_F(NativeSystemTest, RuntimesAreLookedForOnceWhereBothViewsAreOpened) {
+TEST_F(SystemTest, RuntimesAreLookedForOnceWhereBothViewsAreOpened) {
   const DebugOut debugOut;
   setenv("JAVA_HOME", folder.Path("missing").c_str(), 1);
   RegistryKey key = nullptr;
@@ -59,12 +59,12 @@ TEST_F(NativeSystemTest, RuntimesAreLookedForOnceWhereBothViewsAreOpened) {
   unsetenv("JAVA_HOME");
 }
 
-TEST_F(NativeSystemTest, TheRegistryIsOnlyRead) {
+TEST_F(SystemTest, TheRegistryIsOnlyRead) {
   RegistryKey key = nullptr;
   EXPECT_EQ(5, system.OpenKey(system.LocalMachine(), u"Software", 0x20006, &key));
 }
 
-TEST_F(NativeSystemTest, RunningOutOfMemoryIsAnsweredWithItsStatusAndLosesNothing) {
+TEST_F(SystemTest, RunningOutOfMemoryIsAnsweredWithItsStatusAndLosesNothing) {
   AddRuntime(folder, "java", "99.8.7", true);
   setenv("JAVA_HOME", folder.Path("java").c_str(), 1);
   for (int n = 1;; ++n) {
@@ -89,12 +89,12 @@ TEST_F(NativeSystemTest, RunningOutOfMemoryIsAnsweredWithItsStatusAndLosesNothin
   EXPECT_EQ(0u, allocations.Live());
 }
 
-TEST_F(NativeSystemTest, NoPathNamesNoModule) {
+TEST_F(SystemTest, NoPathNamesNoModule) {
   EXPECT_EQ(nullptr, system.LoadModule(nullptr));
   EXPECT_EQ(nullptr, system.LoadModule(u""));
 }
 
-TEST_F(NativeSystemTest, PathsAreUtf8) {
+TEST_F(SystemTest, PathsAreUtf8) {
   const std::string path = folder.Path("J\xC3\xA4va \xF0\x9F\x98\x80.so");
   std::filesystem::copy_file(ModuleFixture(), path);
   EXPECT_EQ(0u, system.FileAttributes(Widen(path).c_str()) & 16);
@@ -104,7 +104,7 @@ TEST_F(NativeSystemTest, PathsAreUtf8) {
   system.UnloadModule(module);
 }
 
-TEST_F(NativeSystemTest, ErrorsOfFilesAreWindowsCodes) {
+TEST_F(SystemTest, ErrorsOfFilesAreWindowsCodes) {
   const std::string file = folder.AddFile("file");
   EXPECT_EQ(2, AttributesError(folder.Path("missing")));
   EXPECT_EQ(2, AttributesError(file + "/below"));
@@ -114,7 +114,7 @@ TEST_F(NativeSystemTest, ErrorsOfFilesAreWindowsCodes) {
   EXPECT_EQ(2, system.LastError());
 }
 
-TEST_F(NativeSystemTest, AFileThatMayNotBeSeenIsDenied) {
+TEST_F(SystemTest, AFileThatMayNotBeSeenIsDenied) {
   const std::string file = folder.AddFile("closed/file");
   ASSERT_EQ(0, chmod(folder.Path("closed").c_str(), 0));
   const uid_t user = geteuid();
@@ -125,7 +125,7 @@ TEST_F(NativeSystemTest, AFileThatMayNotBeSeenIsDenied) {
   ASSERT_EQ(0, chmod(folder.Path("closed").c_str(), 0700));
 }
 
-TEST_F(NativeSystemTest, EachThreadHasItsOwnLastError) {
+TEST_F(SystemTest, EachThreadHasItsOwnLastError) {
   AttributesError(folder.Path("missing"));
   std::thread([this] { EXPECT_EQ(16u, system.FileAttributes(Widen(folder.Path()).c_str())); }).join();
   EXPECT_EQ(2, system.LastError());

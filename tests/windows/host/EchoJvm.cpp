@@ -28,7 +28,7 @@ jchar s_madeText[64];
 Thing s_made{s_madeText};
 
 jobject Reference(Thing& thing) { return reinterpret_cast<jobject>(&thing); }
-const Thing& Behind(jobject reference) { return *reinterpret_cast<const Thing*>(reference); }
+const Thing& ThingOf(jobject reference) { return *reinterpret_cast<const Thing*>(reference); }
 
 // IDs are the members' names.
 char s_names[64][32];
@@ -146,10 +146,10 @@ jstring JNICALL NewString(JNIEnv*, const jchar* text, jsize length) {
 }
 jsize JNICALL GetStringLength(JNIEnv*, jstring string) {
   jsize length = 0;
-  while (Behind(string).text[length] != 0) ++length;
+  while (ThingOf(string).text[length] != 0) ++length;
   return length;
 }
-const jchar* JNICALL GetStringChars(JNIEnv*, jstring string, jboolean*) { return Behind(string).text; }
+const jchar* JNICALL GetStringChars(JNIEnv*, jstring string, jboolean*) { return ThingOf(string).text; }
 void JNICALL ReleaseStringChars(JNIEnv*, jstring, const jchar*) {}
 
 #define FIELDS(Name, T)                         \

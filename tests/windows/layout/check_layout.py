@@ -108,7 +108,7 @@ def differences(name, expected, actual):
 
 
 def unnoticed_swaps(name, expected, actual):
-    """Swaps neighbours in the published layout and gives the swaps that make no difference, and their number."""
+    """Swaps neighbours in the published layout. Returns the swaps that make no difference, and the number of all."""
     count, unnoticed = 0, []
     for rows in (expected.bases, expected.fields, expected.slots or []):
         for i in range(len(rows) - 1):
@@ -119,7 +119,7 @@ def unnoticed_swaps(name, expected, actual):
                 rows[i], rows[i + 1] = (first[0],) + second[1:], (second[0],) + first[1:]
             count += 1
             if not differences(name, expected, actual):
-                unnoticed.append(f"{name}: nobody would notice that {first} and {second} change places")
+                unnoticed.append(f"{name}: it would go unnoticed that {first} and {second} change places")
             rows[i], rows[i + 1] = first, second
     return count, unnoticed
 

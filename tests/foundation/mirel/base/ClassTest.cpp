@@ -6,11 +6,9 @@
 #include <mirel/util/NoSuchElementException.h>
 
 #include <memory>
-#include <new>
 #include <optional>
 #include <string>
 
-#include "foundation/MemoryFailures.h"
 #include "foundation/plugin/Plugin.h"
 
 namespace tests {
@@ -20,19 +18,7 @@ using namespace mirel::base;
 using mirel::base::win::CWinSystemErrorException;
 using mirel::util::CNoSuchElementException;
 
-// An object of the class that the test chooses.
-class Thing : public CObject {
- public:
-  explicit Thing(const CClass* type) : m_type(type) {}
-  const CClass* GetClass() const override { return m_type; }
-
- private:
-  const CClass* m_type;
-};
-
-class PlainObject : public CObject {};
-
-TEST(ClassTest, ARecordGivesWhatItWasMadeWith) {
+TEST(ClassTest, ARecordReturnsWhatItWasMadeWith) {
   const CClass record("test::A", "test::B", "x", "y", 48, nullptr);
   EXPECT_STREQ(record.GetName(), "test::A");
   EXPECT_STREQ(record.GetParentName(), "test::B");
@@ -111,86 +97,6 @@ TEST(ClassTest, ParentsAreFoundAcrossLibraries) {
   EXPECT_EQ(child.GetParent()->GetParent(), &CException::m_classCException);
   EXPECT_EQ(child.GetParent()->GetParent()->GetParent(), &CObject::m_classCObject);
   EXPECT_EQ(CObject::m_classCObject.GetParent(), nullptr);
-}
-
-TEST(ObjectTest, AnObjectIsAnInstanceOfItsClassAndOfItsRegisteredParents) {
-  const plugin::CPluginException exception("file", 1, nullptr);
-  EXPECT_TRUE(exception.IsInstanceOf(&plugin::CPluginException::m_classCPluginException));
-  EXPECT_TRUE(exception.IsInstanceOf(&CException::m_classCException));
-  EXPECT_TRUE(exception.IsInstanceOf(&CObject::m_classCObject));
-  EXPECT_FALSE(exception.IsInstanceOf(&CMemoryException::m_classCMemoryException));
-  EXPECT_FALSE(exception.IsInstanceOf(nullptr));
-}
-
-TEST(ObjectTest, TheRegisteredParentCountsAndNotTheCppBase) {
-  const CClass beside("test::Beside", "mirel::base::CBase", nullptr, nullptr, 1, nullptr);
-  const CClass strange("test::Strange", "mirel::base::CMemoryException", nullptr, nullptr, 1, nullptr);
-  EXPECT_FALSE(Thing(&beside).IsInstanceOf(&CObject::m_classCObject));
-  EXPECT_TRUE(Thing(&strange).IsInstanceOf(&CMemoryException::m_classCMemoryException));
-}
-
-TEST(ObjectTest, AnObjectWithoutARecordOfItsOwnHasTheRootsClass) {
-  const PlainObject object;
-  EXPECT_EQ(object.GetClass(), &CObject::m_classCObject);
-  EXPECT_TRUE(object.IsInstanceOf(&CObject::m_classCObject));
-}
-
-TEST(ObjectTest, ByDefaultAnObjectEqualsItselfOnlyAndHasNoClone) {
-  const PlainObject objects[2];
-  EXPECT_TRUE(objects[0].Equals(&objects[0]));
-  EXPECT_FALSE(objects[0].Equals(&objects[1]));
-  EXPECT_FALSE(objects[0].Equals(nullptr));
-  EXPECT_EQ(objects[0].Clone(), nullptr);
-}
-
-TEST(ObjectTest, TheHashIsThatOfTheAddress) {
-  alignas(16) static unsigned char places[2][32];
-  const PlainObject* const first = ::new (places[0]) PlainObject;
-  const PlainObject* const second = ::new (places[1]) PlainObject;
-  EXPECT_EQ(first->GetHashCode(), first->GetHashCode());
-  EXPECT_NE(first->GetHashCode(), second->GetHashCode());
-}
-
-TEST(BaseTest, ObjectsLiveInBlocksOfTheRootAllocator) {
-  Allocations allocations;
-  CBase* const base = new CBase;
-  CObject* const object = new PlainObject;
-  EXPECT_EQ(allocations.Live(), 2u);
-  delete object;
-  delete base;
-  EXPECT_EQ(allocations.Live(), 0u);
-}
-
-TEST(BaseTest, WhatAnotherLibraryMadeCanBeDeletedHere) {
-  Allocations allocations;
-  CObject* const object = new plugin::CPluginException("file", 1, nullptr);
-  EXPECT_EQ(allocations.Live(), 1u);
-  delete object;
-  EXPECT_EQ(allocations.Live(), 0u);
-}
-
-TEST(BaseTest, ExhaustionThrowsMemoryExceptionWithoutAMessageInEveryLibrary) {
-  EXPECT_EQ(FailEachAllocationOf(
-                "mirel/base/Base", [] { delete new PlainObject; }, [] {}),
-            1);
-  Allocations allocations;
-  allocations.Fail(1);
-  EXPECT_TRUE(plugin::CatchesMemoryExceptionOfFoundation());
-  EXPECT_FALSE(plugin::CatchesMemoryExceptionOfFoundation());
-}
-
-TEST(BaseTest, ConstructionInPlaceTakesNoBlock) {
-  Allocations allocations;
-  alignas(PlainObject) unsigned char place[sizeof(PlainObject)];
-  PlainObject* const object = new (place) PlainObject;
-  EXPECT_EQ(static_cast<void*>(object), static_cast<void*>(place));
-  EXPECT_EQ(allocations.Made(), 0);
-  object->~PlainObject();
-}
-
-TEST(BaseTest, AMemoryExceptionIsThrownForThePlaceGiven) {
-  EXPECT_EQ(FailureOf([] { CBase::_ThrowMemoryException("mirel/util/Vector", 925); }),
-            Throws<CMemoryException>("mirel/util/Vector", 925, nullptr));
 }
 
 }  // namespace

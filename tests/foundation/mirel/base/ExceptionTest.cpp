@@ -107,7 +107,7 @@ TEST(ExceptionTest, TheFoundationsExceptionIsCaughtByItsClass) {
   EXPECT_THROW(CBase::_ThrowMemoryException("file", 1), CException);
 }
 
-TEST(ExceptionTest, PrintingGivesOneLineOfWhatIsThere) {
+TEST(ExceptionTest, PrintingWritesOneLineOfWhatIsThere) {
   const struct {
     const char* name;
     std::shared_ptr<const CException> exception;
@@ -146,20 +146,20 @@ TEST(ExceptionTest, ASystemErrorKeepsItsCode) {
   EXPECT_EQ(CWinSystemErrorException(original).GetErrorCode(), 2u);
 }
 
-TEST(PrintToDebugOutTest, PrintsToTheStreamInForceThroughTheExceptionsOwnOperation) {
+TEST(ExceptionPrintToDebugOutTest, PrintsToTheCurrentStreamThroughTheExceptionsOwnOperation) {
   DebugOut debugOut;
   PrintToDebugOut(CWinSystemErrorException("file", 1, "message", nullptr, 2));
   EXPECT_EQ(debugOut.Text(), "mirel::base::win::CWinSystemErrorException: message at file:1, system error 2\n");
 }
 
-TEST(PrintToDebugOutTest, WithoutAStreamNothingIsPrinted) {
+TEST(ExceptionPrintToDebugOutTest, WithoutAStreamNothingIsPrinted) {
   DebugOut debugOut;
   CSystem::debugOut = nullptr;
   PrintToDebugOut(CException("file", 1, "message", nullptr));
   EXPECT_EQ(debugOut.Text(), "");
 }
 
-TEST(PrintToDebugOutTest, AStreamThatThrowsIsNotNoticed) {
+TEST(ExceptionPrintToDebugOutTest, AStreamThatThrowsIsNotNoticed) {
   class BrokenStream : public mirel::io::CPrintStream {
    public:
     void Print(const char*) override { throw std::runtime_error("broken"); }

@@ -212,7 +212,7 @@ TEST_F(RefTest, DeletesThroughTheVirtualDestructorWhereThereIsOne) {
   EXPECT_THAT(Counted::tally.destroyed, ElementsAre(7));
 }
 
-// A class of a host, with an allocator of its own.
+// A class of a host, with its own allocator.
 struct HostsOwn {
   static inline int live = 0;
   static void* operator new(std::size_t size) {
@@ -259,7 +259,7 @@ TEST_F(RefTest, ADestructorThatThrowsCostsNoMemory) {
   Counted::tally.throwWhenDestroyed = {1};
   CRef<Target> ref(new Target(1));
   EXPECT_THROW(ref = new Target(2), ElementFailure);
-  EXPECT_EQ(ref->counted.Value(), 2) << "the new object is held all the same";
+  EXPECT_EQ(ref->counted.Value(), 2) << "the new object is held nevertheless";
   EXPECT_EQ(allocations.Live(), 2u);
   Counted::tally.throwWhenDestroyed = {2};
   EXPECT_THROW(

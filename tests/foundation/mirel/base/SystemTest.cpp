@@ -4,8 +4,6 @@
 #include <mirel/io/PrintStream.h>
 
 #include <cstdlib>
-#include <stdexcept>
-#include <string>
 
 #include "fakes/DebugOut.h"
 
@@ -58,50 +56,6 @@ TEST(SystemTest, AHostsStreamTakesWhatIsPrinted) {
   DebugOut stream;
   CSystem::debugOut->PrintLine("text");
   EXPECT_EQ(stream.Text(), "text\n");
-}
-
-class FlushCounter : public DebugOut {
- public:
-  void Flush() override { ++flushes; }
-
-  int flushes = 0;
-};
-
-TEST(MirelTest, UsesAreCountedAndTheLastOneFlushesTheDebugStream) {
-  FlushCounter stream;
-  EXPECT_EQ(mirel::Terminate(), 0);
-  EXPECT_EQ(mirel::Initialize(), 1);
-  EXPECT_EQ(mirel::Initialize(), 2);
-  EXPECT_EQ(mirel::Terminate(), 1);
-  EXPECT_EQ(stream.flushes, 0);
-  EXPECT_EQ(mirel::Terminate(), 0);
-  EXPECT_EQ(stream.flushes, 1);
-  EXPECT_EQ(mirel::Terminate(), 0);
-  EXPECT_EQ(stream.flushes, 1);
-}
-
-TEST(MirelTest, TerminatingNeedsNoStreamAndBearsAFailingOne) {
-  class BrokenStream : public DebugOut {
-   public:
-    void Flush() override { throw std::runtime_error("broken"); }
-  } broken;
-  EXPECT_EQ(mirel::Initialize(), 1);
-  EXPECT_EQ(mirel::Terminate(), 0);
-  CSystem::debugOut = nullptr;
-  EXPECT_EQ(mirel::Initialize(), 1);
-  EXPECT_EQ(mirel::Terminate(), 0);
-}
-
-TEST(PrintStreamTest, EndingALineIsOnePrintMore) {
-  class Pieces : public mirel::io::CPrintStream {
-   public:
-    void Print(const char* text) override { pieces += std::string("[") + text + "]"; }
-
-    std::string pieces;
-  } stream;
-  stream.PrintLine("a line");
-  stream.Flush();
-  EXPECT_EQ(stream.pieces, "[a line][\n]");
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 using mirel::base::CUnicodeString;
 using mirel::base::CUnicodeStringBuffer;
 
-TEST(UnicodeStringBufferTest, AnEmptyBufferGivesAnEmptyTextAndNotNull) {
+TEST(UnicodeStringBufferTest, AnEmptyBufferReturnsAnEmptyTextAndNotNull) {
   for (const unsigned int capacity : {0u, 32u}) {
     const CUnicodeStringBuffer buffer(capacity);
     EXPECT_EQ(UnitsOf(buffer.ToString()), Wide(RX_TEXT("")));
@@ -79,7 +79,7 @@ TEST(UnicodeStringBufferTest, GrowthIsGeometric) {
   EXPECT_LT(allocations.Made(), 20);
 }
 
-TEST(UnicodeStringBufferTest, TextsGivenOutAreNotTouchedByFurtherAppends) {
+TEST(UnicodeStringBufferTest, TextsThatWereReturnedAreNotTouchedByFurtherAppends) {
   CUnicodeStringBuffer buffer(8);
   buffer += RX_TEXT("abc");
   const CUnicodeString text = buffer.ToString();

@@ -125,7 +125,7 @@ TEST(UnicodeStringIgnoreCaseTest, PathsAreEqualInAnyCase) {
   EXPECT_NE(Compare(RX_TEXT("C:\\Lib"), RX_TEXT("C:/Lib")), 0);
 }
 
-TEST(UnicodeStringIgnoreCaseTest, UnitsBehindAZeroAreCompared) {
+TEST(UnicodeStringIgnoreCaseTest, UnitsAfterAZeroAreCompared) {
   const CUnicodeString text(RX_TEXT("a\0b"), 3);
   EXPECT_EQ(text.CompareIgnoreCase(CUnicodeString(RX_TEXT("A\0B"), 3)), 0);
   EXPECT_LT(text.CompareIgnoreCase(CUnicodeString(RX_TEXT("A\0C"), 3)), 0);

@@ -8,7 +8,7 @@ using mirel::base::CUnicodeString;
 
 constexpr const RX::UniChar* Null = nullptr;
 
-TEST(UnicodeStringSearchTest, FindGivesTheFirstOccurrenceAtOrAfterTheStart) {
+TEST(UnicodeStringSearchTest, FindReturnsTheFirstOccurrenceAtOrAfterTheStart) {
   static const struct {
     const char* name;
     const RX::UniChar* text;
@@ -24,12 +24,12 @@ TEST(UnicodeStringSearchTest, FindGivesTheFirstOccurrenceAtOrAfterTheStart) {
       {"longer than the text", RX_TEXT("ab"), RX_TEXT("abc"), 0, -1},
       {"other case", RX_TEXT("abc"), RX_TEXT("ABC"), 0, -1},
       {"differs in the high byte", RX_TEXT("\u0161"), RX_TEXT("a"), 0, -1},
-      {"start behind the end", RX_TEXT("abc"), RX_TEXT("a"), 4, -1},
-      {"start far behind the end", RX_TEXT("abc"), RX_TEXT("a"), 0xFFFFFFFF, -1},
+      {"start past the end", RX_TEXT("abc"), RX_TEXT("a"), 4, -1},
+      {"start far past the end", RX_TEXT("abc"), RX_TEXT("a"), 0xFFFFFFFF, -1},
       {"empty at the start", RX_TEXT("abc"), RX_TEXT(""), 0, 0},
       {"empty inside", RX_TEXT("abc"), RX_TEXT(""), 2, 2},
       {"empty at the end", RX_TEXT("abc"), RX_TEXT(""), 3, 3},
-      {"empty behind the end", RX_TEXT("abc"), RX_TEXT(""), 4, -1},
+      {"empty past the end", RX_TEXT("abc"), RX_TEXT(""), 4, -1},
       {"empty in empty", RX_TEXT(""), RX_TEXT(""), 0, 0},
       {"empty in null", Null, RX_TEXT(""), 0, 0},
       {"in null", Null, RX_TEXT("a"), 0, -1},
@@ -42,7 +42,7 @@ TEST(UnicodeStringSearchTest, FindGivesTheFirstOccurrenceAtOrAfterTheStart) {
   }
 }
 
-TEST(UnicodeStringSearchTest, FindOfAUnitGivesItsFirstOccurrence) {
+TEST(UnicodeStringSearchTest, FindOfAUnitReturnsItsFirstOccurrence) {
   const CUnicodeString text(RX_TEXT("a b c"));
   EXPECT_EQ(text.Find(RX::UniChar(' ')), 1);
   EXPECT_EQ(text.Find(RX::UniChar(' '), 1), 1);
@@ -115,7 +115,7 @@ TEST(UnicodeStringSearchTest, TextsAreEqualWhenTheirUnitsAre) {
   }
 }
 
-TEST(UnicodeStringSearchTest, UnitsBehindAZeroCountForEquality) {
+TEST(UnicodeStringSearchTest, UnitsAfterAZeroCountForEquality) {
   const CUnicodeString text(RX_TEXT("a\0b"), 3);
   EXPECT_TRUE(text == CUnicodeString(RX_TEXT("a\0b"), 3));
   EXPECT_FALSE(text == CUnicodeString(RX_TEXT("a\0c"), 3));

@@ -95,7 +95,7 @@ TEST(UnicodeStringTest, AnObjectMayBeMovedByteByByte) {
   EXPECT_EQ(allocations.Live(), 0u);
 }
 
-TEST(UnicodeStringTest, MidGivesUnitsFromTheStart) {
+TEST(UnicodeStringTest, MidReturnsUnitsFromTheStart) {
   const CUnicodeString text(RX_TEXT("abcd"));
   static const struct {
     const char* name;
@@ -109,8 +109,8 @@ TEST(UnicodeStringTest, MidGivesUnitsFromTheStart) {
       {"more than there is", 2, 99, RX_TEXT("cd")},
       {"as much as there can be", 3, 0xFFFFFFFF, RX_TEXT("d")},
       {"at the end", 4, 1, RX_TEXT("")},
-      {"behind the end", 5, 1, RX_TEXT("")},
-      {"far behind the end", 0xFFFFFFFF, 0xFFFFFFFF, RX_TEXT("")},
+      {"past the end", 5, 1, RX_TEXT("")},
+      {"far past the end", 0xFFFFFFFF, 0xFFFFFFFF, RX_TEXT("")},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
@@ -135,7 +135,7 @@ TEST(UnicodeStringTest, InsertPutsTextBeforeAUnit) {
       {"at the start", RX_TEXT("abc"), 0, RX_TEXT("xy"), RX_TEXT("xyabc")},
       {"inside", RX_TEXT("abc"), 2, RX_TEXT("xy"), RX_TEXT("abxyc")},
       {"at the end", RX_TEXT("abc"), 3, RX_TEXT("xy"), RX_TEXT("abcxy")},
-      {"behind the end", RX_TEXT("abc"), 0xFFFFFFFF, RX_TEXT("xy"), RX_TEXT("abcxy")},
+      {"past the end", RX_TEXT("abc"), 0xFFFFFFFF, RX_TEXT("xy"), RX_TEXT("abcxy")},
       {"null", RX_TEXT("abc"), 1, Null, RX_TEXT("abc")},
       {"empty", RX_TEXT("abc"), 1, RX_TEXT(""), RX_TEXT("abc")},
       {"into null", Null, 0, RX_TEXT("xy"), RX_TEXT("xy")},
@@ -156,7 +156,7 @@ TEST(UnicodeStringTest, ATextCanBeInsertedIntoItself) {
   EXPECT_EQ(UnitsOf(text), Wide(RX_TEXT("aabcbc")));
 }
 
-TEST(UnicodeStringTest, JoiningGivesBothTextsAndNeverNull) {
+TEST(UnicodeStringTest, JoiningReturnsBothTextsAndNeverNull) {
   const CUnicodeString ab(RX_TEXT("ab"));
   const CUnicodeString null;
   EXPECT_EQ(UnitsOf(ab + CUnicodeString(RX_TEXT("cd"))), Wide(RX_TEXT("abcd")));

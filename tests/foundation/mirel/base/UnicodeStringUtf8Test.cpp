@@ -62,7 +62,7 @@ std::string CutTo(const std::string& utf8, std::size_t size) {
   return utf8.substr(0, length);
 }
 
-TEST(UnicodeStringUtf8Test, TextIsGivenAsStandardUtf8) {
+TEST(UnicodeStringUtf8Test, TextIsReturnedAsStandardUtf8) {
   for (const Row& row : s_rows) {
     SCOPED_TRACE(row.name);
     const CString utf8 = row.text.ToUTF8();
@@ -72,7 +72,7 @@ TEST(UnicodeStringUtf8Test, TextIsGivenAsStandardUtf8) {
   }
 }
 
-TEST(UnicodeStringUtf8Test, NullTextGivesNullAndCountsAsEmptyForABuffer) {
+TEST(UnicodeStringUtf8Test, NullTextReturnsNullAndCountsAsEmptyForABuffer) {
   const CUnicodeString null;
   const CString utf8 = null.ToUTF8();
   EXPECT_EQ(static_cast<const char*>(utf8), nullptr);
@@ -82,7 +82,7 @@ TEST(UnicodeStringUtf8Test, NullTextGivesNullAndCountsAsEmptyForABuffer) {
   EXPECT_EQ(std::string(buffer, 2), std::string("\0x", 2));
 }
 
-TEST(UnicodeStringUtf8Test, ANullBufferAsksForTheBytesNeededAndTheSizeIsNotLookedAt) {
+TEST(UnicodeStringUtf8Test, ANullBufferAsksForTheBytesNeededAndTheSizeIsNotRead) {
   for (const Row& row : s_rows) {
     SCOPED_TRACE(row.name);
     for (const int size : {0, 1, 1000, -1}) {
@@ -91,7 +91,7 @@ TEST(UnicodeStringUtf8Test, ANullBufferAsksForTheBytesNeededAndTheSizeIsNotLooke
   }
 }
 
-TEST(UnicodeStringUtf8Test, ABufferOfAnySizeGetsWholeCharactersAndAZeroAndNothingBehindItIsWritten) {
+TEST(UnicodeStringUtf8Test, ABufferOfAnySizeGetsWholeCharactersAndAZeroAndNothingAfterItIsWritten) {
   for (const Row& row : s_rows) {
     SCOPED_TRACE(row.name);
     const std::size_t needed = row.utf8.size() + 1;

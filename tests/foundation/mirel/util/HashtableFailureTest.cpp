@@ -62,7 +62,7 @@ TEST_F(HashtableFailureTest, APutWithBothAllocationsSucceeds) {
   EXPECT_EQ(allocations.Made(), 2);
 }
 
-TEST_F(HashtableFailureTest, ATableThatNoNumberOfBucketsGivesRoomDoesNotGrow) {
+TEST_F(HashtableFailureTest, ATableThatNoNumberOfBucketsHasRoomForDoesNotGrow) {
   for (const float loadFactor : {1e-10f, std::numeric_limits<float>::denorm_min()}) {
     SCOPED_TRACE(loadFactor);
     Table table(HashOfKey, 101, loadFactor);

@@ -94,7 +94,7 @@ TEST_F(HashtableTest, TellsWhichKeysItHolds) {
   EXPECT_FALSE(table.ContainsKey(Key{1, 102})) << "an equal key with another hash in the same bucket";
 }
 
-TEST_F(HashtableTest, GetGivesTheStoredValueItself) {
+TEST_F(HashtableTest, GetReturnsTheStoredValueItself) {
   Table table(HashOfKey, 101, 0.75f);
   Fill(table, 1, 1);
   table.Get(Key{1, 1}) = Counted(9);
@@ -158,7 +158,7 @@ TEST_F(HashtableTest, PutOfAPresentKeyReplacesTheValueOnly) {
   EXPECT_EQ(table.Get(Key{2, 2}).Value(), 20);
 }
 
-TEST_F(HashtableTest, PutGivesThePreviousValue) {
+TEST_F(HashtableTest, PutReturnsThePreviousValue) {
   Table table(HashOfKey, 1, 1);
   Counted previous(99);
   table.Put(Key{1, 1}, Counted(10), &previous);
@@ -198,7 +198,7 @@ TEST_F(HashtableTest, The76thKeyOf101BucketsGrowsTheTableTo203) {
   EXPECT_EQ(fields.bucketCount, 203u);
   EXPECT_EQ(fields.threshold, 152u);
   EXPECT_EQ(table.GetSize(), 76u);
-  EXPECT_EQ(allocations.Live(), live + 1) << "one entry more; the old buckets are given back";
+  EXPECT_EQ(allocations.Live(), live + 1) << "one entry more; the old buckets are freed";
   for (int number = 0; number < 76; ++number) EXPECT_EQ(table.Get(Key{number, number}).Value(), number);
 }
 

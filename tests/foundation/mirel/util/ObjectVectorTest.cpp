@@ -98,7 +98,7 @@ TEST_F(ObjectVectorTest, AnObjectIsContainedWhenOneHeldSaysThatItEquals) {
   EXPECT_TRUE(vector.Contains(&vector[2]));
 }
 
-TEST_F(ObjectVectorTest, NullIsNotContainedAndNobodyIsAsked) {
+TEST_F(ObjectVectorTest, NullIsNotContainedAndNoElementIsAsked) {
   CObjectVector vector(5, 5);
   Fill(vector, {1});
   EXPECT_FALSE(vector.Contains(nullptr));

@@ -58,9 +58,9 @@ struct NearlyFull {
 };
 void PrintTo(const NearlyFull& row, std::ostream* out) { *out << row.name; }
 
-class NearlyFullVectorTest : public ContainerTest, public ::testing::WithParamInterface<NearlyFull> {};
+class VectorFailureNearlyFullTest : public ContainerTest, public ::testing::WithParamInterface<NearlyFull> {};
 
-INSTANTIATE_TEST_SUITE_P(Sizes, NearlyFullVectorTest,
+INSTANTIATE_TEST_SUITE_P(Sizes, VectorFailureNearlyFullTest,
                          ::testing::Values(NearlyFull{"LargestByOne", 0xFFFFFFFF, 1, 1, 0xFFFFFFFF},
                                            NearlyFull{"LargestByTwo", 0xFFFFFFFF, 1, 2, 0},
                                            NearlyFull{"LargestByFive", 0xFFFFFFFF, 1, 5, 0},
@@ -70,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, NearlyFullVectorTest,
                                            NearlyFull{"TwoByTheLargest", 2, 1, 0xFFFFFFFF, 0xFFFFFFFE}),
                          [](const auto& row) { return row.param.name; });
 
-TEST_P(NearlyFullVectorTest, IsAssignedOnlyToAsMuchRoomAsItNeeds) {
+TEST_P(VectorFailureNearlyFullTest, IsAssignedOnlyToAsMuchRoomAsItNeeds) {
   FullVector source(GetParam().size, GetParam().increment);
   CVector<char> target(0, GetParam().targetIncrement);
   allocations.Fail(1);

@@ -178,7 +178,7 @@ TEST_F(VectorTest, SortWithoutAFunctionThrowsAndLeavesTheVector) {
   }
 }
 
-TEST_F(VectorTest, TrimmingGivesBackWholeIncrementsButTheLast) {
+TEST_F(VectorTest, TrimmingFreesWholeIncrementsButTheLast) {
   struct Row {
     const char* name;
     unsigned int size, initialCapacity, increment, capacity;

@@ -7,7 +7,7 @@
 
 namespace tests {
 
-class JavaSystemTest : public testing::Test {
+class JavaVmLauncherJavaTest : public testing::Test {
  protected:
   void SetUp() override {
     std::filesystem::remove_all(m_folder);
