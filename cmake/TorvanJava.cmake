@@ -53,7 +53,7 @@ function(torvan_jni_folders result windows_jni)
   set(${result} "${TORVAN_JDK}/include" "${machine_headers}" PARENT_SCOPE)
 endfunction()
 
-# Compiles Java SOURCES into the folder CLASSES and gives the target NAME that does it. For Java 8 unless RELEASE says more.
+# Compiles Java SOURCES into the folder CLASSES by the target NAME. For Java 8 unless RELEASE says more.
 function(torvan_java_classes name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "CLASSES;RELEASE" "SOURCES;OPTIONS")
   if(NOT arg_RELEASE)

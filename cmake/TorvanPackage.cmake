@@ -84,7 +84,7 @@ function(torvan_archive)
     set(CPACK_GENERATOR ZIP)
     if(MSVC)
       string(APPEND system -msvc)
-      set(CPACK_STRIP_FILES OFF)  # what a debugger needs stands in the PDBs
+      set(CPACK_STRIP_FILES OFF)  # what a debugger needs is in the PDBs
     else()
       string(APPEND system -mingw)
     endif()

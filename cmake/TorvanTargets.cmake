@@ -25,7 +25,7 @@ if(PROJECT_IS_TOP_LEVEL OR TORVAN_BUILD_TESTS)
 endif()
 
 if(MINGW AND (PROJECT_IS_TOP_LEVEL OR TORVAN_BUILD_TESTS OR TORVAN_INSTALL))
-  # GCC's own DLLs stand beside the programs, too. They are shared and not linked in: the C++ runtime counts the
+  # GCC's own DLLs are beside the programs, too. They are shared and not linked in: the C++ runtime counts the
   # exceptions in flight in each thread, and one that crosses a DLL's border has to be counted in one place.
   set(TORVAN_MINGW_DLLS)
   foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
@@ -86,11 +86,11 @@ function(torvan_shared_library name output)
     set(resource "${CMAKE_CURRENT_BINARY_DIR}/${output}.rc")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/VersionResource.rc.in" "${resource}" @ONLY)
     target_sources(${name} PRIVATE "${resource}")
-    # The same objects give the same file, and a debugger looks for the PDB beside the DLL.
+    # The same objects make the same file, and a debugger looks for the PDB beside the DLL.
     target_link_options(${name} PRIVATE
       "$<IF:$<BOOL:${MSVC}>,/Brepro;/INCREMENTAL:NO;/pdbaltpath:%_PDB%,-Wl$<COMMA>--no-insert-timestamp>")
   else()
-    # The installed libraries find each other wherever the folder stands.
+    # The installed libraries find each other wherever the folder is.
     set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
     # Calls inside a library stay inside it; exported data and type information are still shared.
     target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions)

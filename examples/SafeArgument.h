@@ -5,10 +5,10 @@
 
 #include <string>
 
-// Gives the text that the launcher's quoting rule turns back into the original. For arguments and values of system
+// Returns the text that the launcher's quoting rule turns back into the original. For arguments and values of system
 // properties; a jar's path needs SafeJarPath.
 // The rule puts a text with a space between double quotes and escapes nothing; so quotes and the backslashes before
-// them are escaped here, and what else would be split, expanded or lost gets quotes of its own.
+// them are escaped here, and what else would be split, expanded or lost gets its own quotes.
 inline std::basic_string<RX::UniChar> SafeArgument(const std::basic_string<RX::UniChar>& text) {
   using Units = std::basic_string<RX::UniChar>;
   const bool isQuotedByRule = text.find(RX_TEXT(' ')) != Units::npos;
@@ -26,15 +26,15 @@ inline std::basic_string<RX::UniChar> SafeArgument(const std::basic_string<RX::U
   return isQuotedByRule ? safe : RX_TEXT("\"") + safe + RX_TEXT("\"");
 }
 
-// Gives a path that Java takes for the path of a file. For entries of a class path, which cannot be escaped: they must
-// not hold double quotes, tabs or line ends.
+// Returns a path that Java takes for the path of a file. For entries of a class path, which cannot be escaped: they
+// must not hold double quotes, tabs or line ends.
 // Java takes what begins with - for an option, and what begins with @ for the name of a file with more of them.
 inline std::basic_string<RX::UniChar> SafePath(const std::basic_string<RX::UniChar>& path) {
   const bool isMistaken = !path.empty() && (path[0] == RX_TEXT('-') || path[0] == RX_TEXT('@'));
   return isMistaken ? RX_TEXT("./") + path : path;
 }
 
-// Gives what to pass to CJarOption.
+// Returns what to pass to CJarOption.
 inline std::basic_string<RX::UniChar> SafeJarPath(const std::basic_string<RX::UniChar>& path) {
   return SafeArgument(SafePath(path));
 }

@@ -74,7 +74,7 @@ CJavaVm StartVm(CDynamicJavaRuntime& runtime, const Settings& settings) {
   return runtime.CreateJavaVm(options, false);
 }
 
-// A failed call leaves a Java exception pending. Clears it and gives what Java says of it, or nothing.
+// A failed call leaves a Java exception pending. Clears it and returns what Java says of it, or nothing.
 std::string TakeJavaFailure(const CJavaVm& vm) {
   JNIEnv* env = vm.Attach();
   jthrowable failure = env->ExceptionOccurred();

@@ -1,4 +1,4 @@
-// Launches a Java program as a process of its own, waits for it and returns its exit code.
+// Launches a Java program as another process, waits for it and returns its exit code.
 //
 //   launch_java VERSION [-cp PATH]... [-jar FILE] [-D name=value]... [-X opt]... [--timeout MS] [MainClass] [args...]
 //
@@ -40,7 +40,7 @@ struct Request {
   unsigned int timeout = Forever;
 };
 
-// What is not escaped on a command line must not fall apart there.
+// Texts that a command line takes unescaped must not fall apart there.
 const Text& RequireWithout(const RX::UniChar* units, const Text& text, const char* rule) {
   if (text.find_first_of(units) == Text::npos) return text;
   throw UserError("'" + ToUtf8(text) + "': " + rule);

@@ -1,4 +1,4 @@
-// Runs a Java tool in a process of its own, with progress, a time limit and captured output. run_tool --help says how.
+// Runs a Java tool in its own process, with progress, a time limit and captured output. run_tool --help says how.
 
 #include <torvan/Java.h>
 

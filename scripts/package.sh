@@ -16,7 +16,7 @@ scripts/setup.sh "${targets[@]}"
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
-# The same sources in the same folder give the same archives: what is in them is as old as the last commit.
+# The same sources in the same folder make the same archives: what is in them is as old as the last commit.
 SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || stat -c %Y CHANGELOG.md)}
 export SOURCE_DATE_EPOCH
 

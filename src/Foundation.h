@@ -9,7 +9,7 @@ struct Foundation {
   int (*terminate)() noexcept;
   int useCount;
 
-  // Returns the one in force: the foundation library itself, unless a test has replaced it.
+  // Returns the one that is used: the foundation library itself, unless a test has replaced it.
   static Foundation& Current() noexcept;
 };
 

@@ -19,7 +19,7 @@ CJavaException& CJavaException::operator=(const CJavaException& other) = default
 
 const mirel::base::CClass* CJavaException::GetClass() const { return &m_classCJavaException; }
 
-// Intentional: prints the banner only, not even the base's facts; whoever wants the facts asks for them.
+// Intentional: prints the banner only, not even the base's facts; the facts have to be asked for.
 void CJavaException::Print(mirel::io::CPrintStream& stream) const {
   stream.PrintLine("--- Java Exception occured -----------------------------------------------------");  // sic
 }

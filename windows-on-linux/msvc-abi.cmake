@@ -29,7 +29,7 @@ endforeach()
 set(c_headers "-imsvc ${TORVAN_MINGW}/include")
 set(shared_flags "-fmsc-version=1929 /clang:-fgnuc-version=4.2.1 -D_UCRT -D__CRT__NO_INLINE -D__USE_MINGW_ANSI_STDIO=0")
 set(CMAKE_C_FLAGS_INIT "${shared_flags} ${c_headers}")
-# libc++ gives its headers only; what it would expect of the Microsoft runtime's own C++ headers is not here.
+# Of libc++ only the headers are used; what it would expect of the Microsoft runtime's own C++ headers is not here.
 set(CMAKE_CXX_FLAGS_INIT
     "${shared_flags} -imsvc ${TORVAN_LIBCXX} ${c_headers} -D_LIBCPP_NO_VCRUNTIME \
 -D_LIBCPP_DISABLE_VISIBILITY_ANNOTATIONS -D_LIBCPP_DISABLE_EXTERN_TEMPLATE")

@@ -13,7 +13,7 @@ import java.util.regex.Pattern;
 /**
  * Word and sentence statistics of a text, by the rules of a language.
  *
- * <p>A native program uses it as an object. As a program of its own it counts the words of the files named; its exit code
+ * <p>A native program uses it as an object. As a program it counts the words of the files named; its exit code
  * is 0 when every file could be read, else 1.
  */
 public final class TextStatistics {

@@ -44,7 +44,7 @@ class OpenKey {
 
   // Returns a value's text, whatever the value's type; empty when it cannot be read.
   CUnicodeString Read(const RX::UniChar* name) const {
-    // One unit more than the system is told: a stored text need not end with a zero, nor with a whole unit.
+    // One unit more than the system is told of: a stored text need not end with a zero, nor with a whole unit.
     RX::UniChar text[ValueBytes / sizeof(RX::UniChar) + 1];
     unsigned int size = ValueBytes;
     if (System::Current().QueryValue(m_key, name, text, &size) != StatusOk) return {};
@@ -93,7 +93,7 @@ int LeadingNumber(const RX::UniChar* text) noexcept {
 }
 
 // Returns what follows the first dot, or null.
-const RX::UniChar* BehindDot(const RX::UniChar* text) noexcept {
+const RX::UniChar* AfterDot(const RX::UniChar* text) noexcept {
   while (*text != 0 && *text != RX_TEXT('.')) ++text;
   return *text != 0 ? text + 1 : nullptr;
 }
@@ -126,8 +126,8 @@ int CompareNumbersBetweenDots(const RX::UniChar* a, const RX::UniChar* b) noexce
     const int numberOfA = LeadingNumber(a);
     const int numberOfB = LeadingNumber(b);
     if (numberOfA != numberOfB) return numberOfA < numberOfB ? -1 : 1;
-    a = BehindDot(a);
-    b = BehindDot(b);
+    a = AfterDot(a);
+    b = AfterDot(b);
     if (a == nullptr) return b == nullptr ? 0 : -1;
     if (b == nullptr) return 1;
   }

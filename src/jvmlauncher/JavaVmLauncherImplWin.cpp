@@ -80,7 +80,7 @@ bool CJavaVmProcessImp::Wait(unsigned int milliseconds) {
 void CJavaVmProcessImp::Kill() { System::Current().EndProcess(m_process, 0); }
 
 void CJavaVmProcessImp::Stop() {
-  // Intentional: not in a process group of its own, so the events reach it only through a console that it shares.
+  // Intentional: not started in a new process group, so the events reach it only through a console that it shares.
   System::Current().SendConsoleEvent(platform::ControlC, m_processId);
   System::Current().SendConsoleEvent(platform::ControlBreak, m_processId);
 }
@@ -95,12 +95,12 @@ JavaVmLauncherImpl::JavaVmLauncherImpl(const RX::UniChar* version) {
   InstalledJavaVms installed(10, 5);
   if (GetInstalledJavaVms(installed) == 0) Fail(At(204), "There is no installed Java VM on the current system.");
   // From the newest down; of equal versions the last in the list.
-  unsigned int behind = installed.GetSize();
-  while (behind > 0 && !installed[behind - 1].IsCompatibleWith(version)) --behind;
-  if (behind == 0) Fail(At(217), "There is no installed Java VM which is compatible with the specified version.");
+  unsigned int count = installed.GetSize();
+  while (count > 0 && !installed[count - 1].IsCompatibleWith(version)) --count;
+  if (count == 0) Fail(At(217), "There is no installed Java VM which is compatible with the specified version.");
   // Intentional: the list was checked for the console program; the windowed one is started unchecked.
   CUnicodeStringBuffer command(RenderingCapacity);
-  AppendQuoted(command, PathOfProgram(installed[behind - 1].home, platform::WindowedJavaProgram));
+  AppendQuoted(command, PathOfProgram(installed[count - 1].home, platform::WindowedJavaProgram));
   m_command = command.ToString();
 }
 

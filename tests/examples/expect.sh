@@ -28,7 +28,7 @@ failed=0
 any='(?s:.*)' # any text, line ends included
 
 # expect NAME EXIT-CODE PRINTED ARGUMENT...: PRINTED is a Perl regular expression for all that is printed, in which a
-# dot stands for no line end.
+# dot matches no line end.
 expect() {
   local name=$1 code=$2 printed=${3//$'\n'/'\n'} actual=0 text
   shift 3

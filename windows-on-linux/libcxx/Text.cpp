@@ -21,10 +21,10 @@ string Render(const char* format, T value) {
 
 template <class T>
 T Parse(T (*parse)(const char*, char**, int), const string& text, size_t* end, int base) {
-  char* behind = nullptr;
-  const T value = parse(text.c_str(), &behind, base);
-  if (behind == text.c_str()) throw invalid_argument("not a number");
-  if (end != nullptr) *end = static_cast<size_t>(behind - text.c_str());
+  char* after = nullptr;
+  const T value = parse(text.c_str(), &after, base);
+  if (after == text.c_str()) throw invalid_argument("not a number");
+  if (end != nullptr) *end = static_cast<size_t>(after - text.c_str());
   return value;
 }
 

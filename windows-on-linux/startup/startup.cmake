@@ -13,7 +13,7 @@ set(sources
 )
 list(TRANSFORM sources PREPEND "${CMAKE_CURRENT_LIST_DIR}/")
 add_library(msvc_abi_startup STATIC ${sources})
-# The table behind every type_info must not describe the class that stands in for type_info.
+# The table of every type_info must not describe the class that stands in for type_info.
 set_source_files_properties("${CMAKE_CURRENT_LIST_DIR}/TypeInfo.cpp" PROPERTIES COMPILE_OPTIONS "/GR-")
 torvan_warnings(msvc_abi_startup)
 

@@ -25,7 +25,7 @@ class TORVAN_API CJavaRuntime : public mirel::base::CBase {
   virtual ~CJavaRuntime() noexcept(false);
   CJavaRuntime& operator=(const CJavaRuntime& other);
 
-  // Gives the JNI version that the handle was made with, unchecked.
+  // Returns the JNI version that the handle was made with, unchecked.
   jint GetJniVersion() const;
 
   // Creates a Java VM and attaches the calling thread to it.
@@ -40,7 +40,7 @@ class TORVAN_API CJavaRuntime : public mirel::base::CBase {
   CJavaVm CreateJavaVm(const options::COptions& options, bool ignoreUnrecognized);
 
   // Appends a handle of every VM of this process to `vms` and returns how many there are.
-  // The vector keeps what it held, and after a failure also the handles appended so far. Throws CJavaRuntimeException
+  // The vector keeps its handles, and after a failure also the handles appended so far. Throws CJavaRuntimeException
   // "Failed to get the number of created Java VMs." or "Failed to get the list of created Java VMs.", and
   // CMemoryException.
   unsigned int GetCreatedJavaVms(mirel::util::CVector<CJavaVm>& vms) const;

@@ -23,7 +23,7 @@ class TORVAN_API CJavaString : public CJavaObject {
 
   // The reference that the handle works with; null for a null string.
   operator jstring() const noexcept;
-  // Copies the text up to its first zero unit; a null string gives a null text. Throws CMemoryException.
+  // Copies the text up to its first zero unit; a null string makes a null text. Throws CMemoryException.
   operator mirel::base::CUnicodeString() const;
 
  private:

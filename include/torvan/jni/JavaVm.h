@@ -24,8 +24,8 @@ class CJavaVmImpl;
 //   - create, copy, assign or drop handles that came from the same VM handle. An operation that returns a handle
 //     creates one, also when it is called on a const handle.
 //   - use runtimes, whichever they are. Dropping the last handle that came from a VM handle uses its runtime.
-// Operations that return no handle change no count and need no lock. In a host with several threads, each has a VM
-// handle of its own from CJavaRuntime::GetCreatedJavaVms, taken and dropped under one mutex, and shares no handle: see
+// Operations that return no handle change no count and need no lock. In a host with several threads, each has its own
+// VM handle from CJavaRuntime::GetCreatedJavaVms, taken and dropped under one mutex, and shares no handle: see
 // examples/threads.cpp.
 //
 // Every operation that needs Java throws CJavaVmException "Failed ot attach the current thread to the underlying Java
@@ -68,7 +68,7 @@ class TORVAN_API CJavaVm {
   TORVAN_REFUSE(CJavaObject, NewObject, const RX::UniChar*, const RX::UniChar*)
 
   // Makes a Java string of the units up to the terminating zero, unconverted.
-  // Null and empty text give a null string. Throws CJavaException when the VM has no memory for it, and
+  // Null and empty text make a null string. Throws CJavaException when the VM has no memory for it, and
   // CMemoryException.
   CJavaString NewString(const RX::UniChar* text) const;
 

@@ -18,8 +18,8 @@ namespace torvan::jni {
 // (number, enumerator or pointer). It cannot see the descriptor: a number of the wrong kind or width, or a pointer that
 // is no reference, compiles and is undefined behaviour, as it is in JNI.
 //
-// The refusals are overloads that take part in no other call. Because they are templates, whoever takes the address of
-// an operation has to name its type, in a cast or as the type of a variable; it is not deduced.
+// The refusals are overloads that take part in no other call. Because they are templates, code that takes the address
+// of an operation has to name its type, in a cast or as the type of a variable; it is not deduced.
 
 // Whether all arguments may be passed through `...`. Arrays and functions may: they are passed as pointers.
 template <typename... Given>
@@ -29,7 +29,7 @@ inline constexpr bool AreScalars = (std::is_scalar_v<std::decay_t<const Given&>>
 template <typename Result, typename... Given>
 using RefusedCall = std::enable_if_t<!AreScalars<Given...>, Result>;
 
-// Ends the compilation of a call that is refused. `Operation` is a type of its own for each operation: a compiler
+// Ends the compilation of a call that is refused. `Operation` is a different type for each operation: a compiler
 // reports a failed assertion once for the same types.
 template <typename Result, typename Operation, typename... Given>
 [[noreturn]] Result RefuseCall() {

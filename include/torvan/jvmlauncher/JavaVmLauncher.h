@@ -13,7 +13,7 @@ namespace torvan::jvmlauncher {
 class JavaVmLauncherImpl;
 
 RX_NOT_EXPORTED_BEGIN
-// Starts Java programs, each in a process of its own, with the newest installed Java runtime.
+// Starts Java programs, each in its own process, with the newest installed Java runtime.
 // The runtime is chosen once, at construction. A launcher holds no process, so it may be destroyed before the programs
 // end. Several threads may launch through one launcher.
 class TORVAN_API CJavaVmLauncher : public mirel::base::CBase, public mirel::base::CNonCopyable {

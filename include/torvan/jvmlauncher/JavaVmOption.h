@@ -9,7 +9,7 @@ namespace torvan::jvmlauncher {
 
 class CArgumentList;
 
-// One option of a Java VM that is started as a process of its own.
+// One option of a Java VM that is started as another process.
 // An option renders itself in two forms: as a piece of a command line, where it adds the quotes it needs, and as
 // separate arguments, which are never quoted. An option set keeps clones, so a derived class overrides Clone(), and
 // Equals() if it is to be found again. Rendering throws CMemoryException only.

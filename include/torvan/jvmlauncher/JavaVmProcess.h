@@ -23,11 +23,11 @@ class TORVAN_API CJavaVmProcess : public mirel::base::CBase {
   CJavaVmProcess(const CJavaVmProcess&) = delete;
   CJavaVmProcess& operator=(const CJavaVmProcess&) = delete;
 
-  // Waits until the program has ended, at most so long; with no argument, without limit.
+  // Waits until the program has ended, at most for this time; with no argument, without limit.
   // Tells whether the program has ended, and if so, records its exit code. 0 only asks; 0xFFFFFFFF waits without limit.
   // Throws CIllegalArgumentException "WaitForSignleObjects returned error." (so spelled) when the system cannot wait,
   // and "GetExitCodeProcess failed." when the program has ended and its exit code cannot be read; GetExitCode then
-  // gives what an earlier Wait recorded, or 0.
+  // returns what an earlier Wait recorded, or 0.
   //
   // The slots of the two are in this order: with the time, without. The Microsoft compilers lay overloads out from the
   // last one declared to the first, all others as declared.
@@ -44,11 +44,11 @@ class TORVAN_API CJavaVmProcess : public mirel::base::CBase {
   virtual void Kill();
 
   // Asks the program to end, as Ctrl+C and Ctrl+Break on its console do.
-  // Returns without waiting, and tells nothing: the program may refuse, and a program that shares no console with this
-  // process does not hear it. Hosts wait for a while and then call Kill.
+  // Returns without waiting, and does not say whether it helps: the program may refuse, and a program that shares no
+  // console with this process does not hear it. Hosts wait for a while and then call Kill.
   virtual void Stop();
 
-  // Gives the exit code that the last successful Wait recorded; the system is not asked again.
+  // Returns the exit code that the last successful Wait recorded; the system is not asked again.
   // Throws CIllegalArgumentException "No Wait called." before that.
   int GetExitCode();
 

@@ -73,9 +73,9 @@ bool IsRunning(const Identity& child) {
   return Ask(child, end) && end.si_pid == 0;
 }
 
-// A process descriptor (pidfd), held within one call only. When a child is seen to run after its descriptor was opened,
-// the descriptor is the child's for good, whereas the number is the child's until the host reaps it. By system call,
-// since glibc has functions for these from version 2.36 on.
+// A process descriptor (pidfd), held within one call only. If a child still runs after its descriptor was opened, the
+// descriptor always means that child, whereas the number means it until the host reaps it. By system call, since glibc
+// has functions for these from version 2.36 on.
 class ProcessDescriptor {
  public:
   explicit ProcessDescriptor(pid_t id) : m_descriptor(static_cast<int>(syscall(SYS_pidfd_open, id, 0))) {}

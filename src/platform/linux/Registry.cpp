@@ -18,7 +18,7 @@ bool IsWithin(const CUnicodeString& path, const CUnicodeString& key) {
 }
 
 // The component of a path after the key that it is below; empty when it leads to the key itself.
-CUnicodeString ComponentBehind(const CUnicodeString& path, const CUnicodeString& key) {
+CUnicodeString ComponentAfter(const CUnicodeString& path, const CUnicodeString& key) {
   const int end = path.Find(Separator, key.GetLength());
   return end < 0 ? CUnicodeString() : path.Mid(key.GetLength(), static_cast<unsigned int>(end) - key.GetLength());
 }
@@ -50,7 +50,7 @@ CUnicodeString Registry::GetSubKeyName(const CUnicodeString& key, unsigned int i
     CUnicodeString next;  // the smallest of the names after `name`
     for (unsigned int i = 0; i < m_values.GetSize(); ++i) {
       if (!IsWithin(m_values[i].key, key)) continue;
-      const CUnicodeString candidate = ComponentBehind(m_values[i].key, key);
+      const CUnicodeString candidate = ComponentAfter(m_values[i].key, key);
       if (candidate.CompareIgnoreCase(name) <= 0) continue;
       if (next.GetLength() == 0 || candidate.CompareIgnoreCase(next) < 0) next = candidate;
     }

@@ -101,7 +101,7 @@ TEST(UnicodeStringIgnoreCaseTest, TheResultOrdersTextsByTheirSmallLetters) {
       {"a beginning", RX_TEXT("AB"), RX_TEXT("abc")},
       {"empty", RX_TEXT(""), RX_TEXT("a")},
       {"null", nullptr, RX_TEXT("a")},
-      {"underline stands before small letters", RX_TEXT("_"), RX_TEXT("A")},
+      {"underline is before small letters", RX_TEXT("_"), RX_TEXT("A")},
       {"first difference decides", RX_TEXT("aZ"), RX_TEXT("Ba")},
       {"units, not signed numbers", RX_TEXT("a"), RX_TEXT("\uffef")},
       {"sharp s is not ss", RX_TEXT("ss"), RX_TEXT("\u00df")},

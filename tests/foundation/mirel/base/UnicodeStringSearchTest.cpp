@@ -17,7 +17,7 @@ TEST(UnicodeStringSearchTest, FindReturnsTheFirstOccurrenceAtOrAfterTheStart) {
     int index;
   } rows[] = {
       {"at the start", RX_TEXT("abcabc"), RX_TEXT("abc"), 0, 0},
-      {"from behind the first", RX_TEXT("abcabc"), RX_TEXT("abc"), 1, 3},
+      {"from past the first", RX_TEXT("abcabc"), RX_TEXT("abc"), 1, 3},
       {"from the very place", RX_TEXT("abcabc"), RX_TEXT("abc"), 3, 3},
       {"only a part is left", RX_TEXT("abcabc"), RX_TEXT("abc"), 4, -1},
       {"begins again inside", RX_TEXT("aab"), RX_TEXT("ab"), 0, 1},

@@ -17,7 +17,7 @@ namespace mirel::base {
 // T is a class derived from CBase, or one with a virtual destructor. The count is not atomic: references to one object
 // must not be copied, assigned or dropped by two threads at once. Using an empty reference throws
 // CNullReferenceException (no message); making a reference from a pointer throws CMemoryException (no message) when
-// memory runs out, and the object handed in is deleted then.
+// memory runs out, and the object passed is deleted then.
 template <typename T>
 class CRef : public CBase {
  public:
@@ -35,7 +35,7 @@ class CRef : public CBase {
   // The other must not live in the object that is dropped: copy `node->next` before assigning it to `node`.
   CRef& operator=(const CRef& other) {
     if (this == &other) return *this;
-    // Intentional: the old use is given back before the new one is counted, so an object that is deleted here still
+    // Intentional: the old use is ended before the new one is counted, so an object that is deleted here still
     // sees itself in this reference. What its destructor throws passes once the reference is the other's copy.
     struct Share {
       CRef& self;
@@ -51,9 +51,9 @@ class CRef : public CBase {
   }
 
   // Drops what it refers to and takes ownership of an object; null makes it empty.
-  // When memory runs out the object handed in is deleted and the reference stays as it was.
+  // When memory runs out the object passed is deleted and the reference stays as it was.
   CRef& operator=(T* object) {
-    // The new block is this reference's own until the old use is given back, which comes first.
+    // The new block is this reference's own until the old use is ended, which comes first.
     CRef fresh(MakeBlock(object, At(279)), object);
     return *this = fresh;
   }

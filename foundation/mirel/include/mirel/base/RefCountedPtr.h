@@ -8,7 +8,7 @@ namespace mirel::base {
 
 // Counts the references to one object, and owns the object if told so.
 // The count is a plain integer: references that share a block must not be copied or dropped by two threads at once.
-// CRef makes, counts and frees blocks; nobody else needs to.
+// CRef makes, counts and frees blocks; hosts do not.
 template <typename T>
 class CRefCountedPtr {
  public:

@@ -13,8 +13,8 @@ namespace mirel::util {
 
 // Maps keys to values, both by value, through chained buckets.
 // Keys are compared by hash and then with operator==. The table grows and never shrinks. Throws CMemoryException (no
-// message) when memory runs out, and the table then holds what it held; CNoSuchElementException (no message) for a key
-// that is not there.
+// message) when memory runs out, and the table is then unchanged; CNoSuchElementException (no message) for a key that
+// is not there.
 template <typename K, typename V>
 class CHashtable {
  public:
@@ -53,14 +53,14 @@ class CHashtable {
 
   bool ContainsKey(const K& key) const { return *FindLink(HashOf(key), key) != nullptr; }
 
-  // Gives the value stored for a key; it stays where it is until the key is removed.
+  // Returns the value stored for a key; it stays where it is until the key is removed.
   V& Get(const K& key) const {
     Entry* const entry = *FindLink(HashOf(key), key);
     if (entry == nullptr) throw CNoSuchElementException("mirel/util/Hashtable", base::At(498), nullptr, nullptr);
     return entry->value;
   }
 
-  // Stores a copy of a value under a key, in place of the one stored before.
+  // Stores a copy of a value under a key, and so replaces the one stored before.
   // `previous`, if given, receives a copy of that one, or is value-initialised when there was none.
   void Put(const K& key, const V& value, V* previous = nullptr) {
     const unsigned int hash = HashOf(key);
@@ -80,7 +80,7 @@ class CHashtable {
     if (previous != nullptr) *previous = V();
   }
 
-  // Removes a key and gives a copy of its value.
+  // Removes a key and returns a copy of its value.
   V Remove(const K& key) {
     Entry** const link = FindLink(HashOf(key), key);
     Entry* const entry = *link;
@@ -129,7 +129,7 @@ class CHashtable {
   }
 
   void Rehash() {
-    // Growing ends with the 32-bit bucket count. A table that would be without room even then does not begin.
+    // Growing ends with the 32-bit bucket count. A table that would have no room even then does not grow.
     if (m_bucketCount > 0x7FFFFFFFu || ThresholdOf(0xFFFFFFFFu) == 0) {
       base::CBase::_ThrowMemoryException("mirel/util/Hashtable", base::At(649));
     }

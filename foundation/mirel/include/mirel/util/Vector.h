@@ -37,7 +37,7 @@ class CVector {
     DestroyElements();
   }
 
-  // Copies the elements of another vector in place of its own and keeps its increment.
+  // Replaces the elements by copies of those of another vector, and keeps the increment.
   // When the copy of an element throws, the elements copied before it are held.
   CVector& operator=(const CVector& other) {
     if (this != &other) CopyElements(other);
@@ -55,7 +55,7 @@ class CVector {
     if (index >= m_size) throw CNoSuchElementException("mirel/util/Vector", base::At(175), nullptr, nullptr);
     return m_elements[index];
   }
-  // Gives the last element. Throws CNoSuchElementException when there is none.
+  // Returns the last element. Throws CNoSuchElementException when there is none.
   T& GetLast() {
     if (m_size == 0) throw CNoSuchElementException("mirel/util/Vector", base::At(634), nullptr, nullptr);
     return m_elements[m_size - 1];
@@ -63,7 +63,7 @@ class CVector {
 
   // Appends a copy of an element, which may be one of this vector.
   void Add(const T& element) {
-    const Array outgrown{Grow(m_size + 1)};  // freed after the copy: `element` may stand in it
+    const Array outgrown{Grow(m_size + 1)};  // freed after the copy: `element` may be in it
     ::new (static_cast<void*>(m_elements + m_size)) T(element);
     ++m_size;
   }
@@ -77,8 +77,8 @@ class CVector {
       T* element;
       ~CloseGap() {
         --vector.m_size;
-        const auto behind = static_cast<std::size_t>(vector.m_elements + vector.m_size - element);
-        std::memmove(static_cast<void*>(element), static_cast<const void*>(element + 1), behind * sizeof(T));
+        const auto after = static_cast<std::size_t>(vector.m_elements + vector.m_size - element);
+        std::memmove(static_cast<void*>(element), static_cast<const void*>(element + 1), after * sizeof(T));
       }
     } closeGap{*this, element};
     element->~T();
@@ -93,7 +93,7 @@ class CVector {
     if (m_size != 0) std::qsort(static_cast<void*>(m_elements), m_size, sizeof(T), compare);
   }
 
-  // Gives back room that is not needed, down to the next multiple of the increment and at least one increment.
+  // Frees room that is not needed, down to the next multiple of the increment and at least one increment.
   void TrimToSize() {
     const unsigned int needed = RoundUp(m_size);
     const unsigned int capacity = needed > m_increment ? needed : m_increment;
@@ -117,7 +117,7 @@ class CVector {
     return elements;
   }
 
-  // Moves the elements byte by byte to another array and gives the one they came from.
+  // Moves the elements byte by byte to another array and returns the one they came from.
   T* MoveElements(T* elements, unsigned int capacity) noexcept {
     T* const left = m_elements;
     if (m_size != 0) std::memcpy(static_cast<void*>(elements), static_cast<const void*>(left), m_size * sizeof(T));
@@ -127,7 +127,7 @@ class CVector {
   }
 
   // Makes room for `count` elements, one more than there are.
-  // Gives the array that was outgrown, which the caller frees, or null.
+  // Returns the array that was outgrown, which the caller frees, or null.
   T* Grow(unsigned int count) {
     const unsigned int capacity = RoundUp(count);
     // A capacity that has wrapped around would be taken for room enough.
@@ -147,7 +147,7 @@ class CVector {
   }
 
   // Destroys the elements in index order. As in an array of the language itself, one that throws does not keep those
-  // behind it from being destroyed.
+  // after it from being destroyed.
   void DestroyElements() {
     struct Elements {
       T* first;
