@@ -59,8 +59,6 @@ function(windows_on_linux_leave_out)
   leave_out_tests("examples_run_tool_tests" "there is no java.exe for torvan::java under Wine")
   leave_out_tests("examples_(java_.*|docs_java_page)_tests"
                   "the VM under Wine is a bridge, which is no runtime to torvan::java unless its library is named")
-  leave_out_tests("java_realvm_callbacks[.].*"
-                  "the VM's bridge crashes in threads of Java's that call C++ which calls Java")
   leave_out_tests("java_joined[.].*" "Java under Wine is a Unix program and loads no Windows library")
   if(MSVC)
     set(reason "the stand-in C++ library knows too few files to start a VM")

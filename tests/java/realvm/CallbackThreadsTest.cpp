@@ -78,7 +78,6 @@ TEST_F(CallbackThreadsTest, AThousandCallsDeepOnAThreadWithTheStackForIt) {
 }
 
 TEST_F(CallbackThreadsTest, StackThatRunsOutIsJavasError) {
-  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not see the end of a Java thread's stack";
   const Global<IntOperator> nested = NewNested();
   EXPECT_EQ(NestInThread(nested, 1000000, 1 << 20), "java.lang.StackOverflowError");
   std::thread([&] {
@@ -118,7 +117,7 @@ TEST_F(CallbackThreadsTest, ObjectsOfOneImplementationShareItsFunctions) {
 
 TEST_F(CallbackThreadsTest, AMillionAreMadeAndCollectedAndMemoryIsFlat) {
   std::atomic<int> count{0};
-  const int times = OnWindows || IsChecked() ? 10000 : 500000;  // the VM's bridge to Wine ends at more
+  const int times = IsChecked() ? 10000 : 500000;
   const auto make = [&] {
     for (int i = 0; i < times; ++i) {
       Thrown([counted = Counted(count)] {});
