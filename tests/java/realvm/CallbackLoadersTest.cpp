@@ -1,5 +1,4 @@
 // C++ functions and classes of other loaders, which are not kept alive by them.
-#include <ThisSystem.h>
 #include <atomic>
 #include <string>
 
@@ -18,12 +17,7 @@ using java::StaticMethod;
 
 class CallbackLoadersTest : public RealVmTest {};
 
-class NativeLoadersTest : public RealVmTest {
- protected:
-  void SetUp() override {
-    if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
-  }
-};
+class NativeLoadersTest : public RealVmTest {};
 
 constexpr StaticMethod<Local<java::Class>(std::string_view)> CopyOf{"fixture/Strict", "copyOf"};
 constexpr StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "add"};
@@ -63,7 +57,6 @@ constexpr StaticMethod<bool(Ref<java::Class>)> IsInALayer{"fixture/Layers", "isI
 
 // The module exports nothing, and no other loader knows its classes.
 TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
-  if (OnWindows) GTEST_SKIP() << "this VM's bridge to Wine knows no file by its Windows name";
   std::atomic<int> count{0};
   java::Weak<java::Class> weak;
   {
@@ -88,7 +81,6 @@ TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInALayerOfItsOwn) {
 
 // What was found out about a class's methods is kept with the implementation, and no longer.
 TEST_F(CallbackLoadersTest, MethodsOfAClassAreLookedUpOnce) {
-  if (OnWindows) GTEST_SKIP() << "this VM's bridge to Wine lets nobody stand in its function table";
   static const JNINativeInterface_* real = nullptr;
   static int calls = 0;
   static JNINativeInterface_ table;

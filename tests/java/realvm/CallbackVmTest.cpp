@@ -1,5 +1,4 @@
 // C++ called from Java in VMs that end, that have no Cleaner, or that were started in another way.
-#include <ThisSystem.h>
 #include <atomic>
 #include <chrono>
 #include <fstream>
@@ -94,7 +93,6 @@ struct Slow {
 
 // Functions are made, called and destroyed, and what they throw is read, until the process is gone.
 TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
-  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine has room for few native methods";
   Expected expected;
   expected.printed = testing::HasSubstr("runs while the process exits");
   InProcessOfItsOwn(
@@ -131,7 +129,6 @@ void HideWhatIsNew(JNIEnv* env) {
 }
 
 TEST(CallbackVmTest, ThePlatformLoaderBeforeJava9) {
-  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not use the function table";
   InProcessOfItsOwn([] {
     java::VmSettings settings = FixtureSettings();
     const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
@@ -141,7 +138,6 @@ TEST(CallbackVmTest, ThePlatformLoaderBeforeJava9) {
 }
 
 TEST(CallbackVmTest, WithoutACleanerFunctionsStayForGood) {
-  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not use the function table";
   InProcessOfItsOwn([] {
     const Vm vm = StartVm(FixtureSettings());
     HideWhatIsNew(java::detail::Env());
@@ -193,7 +189,6 @@ int MadeAtLast(bool fails) {
 }
 
 TEST(CallbackVmTest, TheFirstObjectFailsAtAnyStepAndIsMadeAtLast) {
-  if (OnWindows) GTEST_SKIP() << "the VM's bridge to Wine does not use the function table";
   InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(false), KeptWithTheFirst); });
   InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(true), KeptWithTheFirst); });
 }
