@@ -48,7 +48,7 @@ int GetThreadAttributes(pthread_t thread, pthread_attr_t* attributes) {
   return 0;
 }
 
-// HotSpot unblocks no signal of Wine's in its threads: see CreateHotSpotThread.
+// HotSpot would unblock signals of Wine's, among them the one that its threads block from their start.
 int SetSignalMask(int how, const sigset_t* signals, sigset_t* before) {
   if (how != SIG_UNBLOCK || signals == nullptr) return pthread_sigmask(how, signals, before);
   sigset_t wanted = *signals;
