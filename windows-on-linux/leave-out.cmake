@@ -90,34 +90,10 @@ function(leave_out_sources target reason)
   message(STATUS "${target}: ${left} left to the other targets; ${reason}.")
 endfunction()
 
-function(windows_on_linux_leave_out_cases)
-  set(reason "the VM's bridge has its own table of JNI's functions, and does not use one that a test sets")
-  leave_out_cases(java_realvm_arrays "${reason}"
-                  ArraysLeaveNothingTest.* ByteBufferTest.NothingIsLeft ClassLoaderTest.NothingIsLeft)
-  leave_out_cases(java_realvm_callbacks "${reason}"
-                  CallbackLoadersTest.MethodsOfAClassAreLookedUpOnce CallbackLeavesNothingTest.*)
-  leave_out_cases(java_realvm_members "${reason}" MemberLeavesNothingTest.*)
-  leave_out_cases(java_realvm_own "${reason}"
-                  CallbackVmTest.TheFirstObjectFailsAtAnyStepAndIsMadeAtLast CallbackVmTest.ThePlatformLoaderBeforeJava9
-                  CallbackVmTest.WithoutACleanerFunctionsAreNeverDestroyed
-                  VmEndTest.AFailureOfJavasLeavesNothingAndTheEndCanBeTriedAgain)
-  set(reason "the VM's bridge has room for few native methods")
-  leave_out_cases(java_realvm_callbacks "${reason}"
-                  CallbackLoadersTest.FunctionsOfOneTypeHaveALimitThatIsSaid CallbackLoadersTest.NativeMethodsGoWithTheirClass
-                  CallbackLoadersTest.TheSameMethodOfTwoLoadersHasTwoFunctions NativeMethodTest.*)
-  leave_out_cases(java_realvm_own "${reason}" CallbackVmTest.AProcessThatExitsWithoutTheEndOfItsVm)
-  leave_out_cases(java_realvm_callbacks "the VM's bridge breaks down after some 10,000 objects"
-                  CallbackThreadsTest.AMillionAreMadeAndCollectedAndMemoryIsFlat)
-  leave_out_cases(java_realvm_callbacks "the VM's bridge does not see the end of a Java thread's stack"
-                  CallbackThreadsTest.StackThatRunsOutIsJavasError)
-  leave_out_cases(java_realvm_own "the VM's bridge crashes in shutdown hooks that call C++ which calls Java"
-                  VmEndTest.AShutdownHookFailsAndDoesNotWait)
+if(NOT MSVC)  # whose build has none of these programs, see below
   leave_out_cases(java_realvm_own "Java under Wine has none of the files that a search reads"
                   VmStartTest.AModuleThatTheRuntimeDoesNotHaveIsNamed
                   VmStartTest.WithoutARuntimeTheOneOfTheMachineIsTaken)
-endfunction()
-if(NOT MSVC)  # whose build has none of these programs, see below
-  windows_on_linux_leave_out_cases()
 endif()
 
 function(windows_on_linux_leave_out)
@@ -127,8 +103,6 @@ function(windows_on_linux_leave_out)
   leave_out_tests("examples_run_tool_tests" "there is no java.exe for torvan::java under Wine")
   leave_out_tests("examples_(java_.*|docs_java_page)_tests"
                   "the VM under Wine is a bridge, which is no runtime to torvan::java unless its library is named")
-  leave_out_tests("java_realvm_callbacks[.].*"
-                  "the VM's bridge crashes in threads of Java's that call C++ which calls Java")
   leave_out_tests("java_joined[.].*" "Java under Wine is a Unix program and loads no Windows library")
   if(MSVC)
     set(reason "the stand-in C++ library knows too few files to start a VM")

@@ -3,7 +3,7 @@
 # The bridge is a Unix library that Wine takes for a DLL, so the machine's own compiler makes it.
 set(folder "${CMAKE_BINARY_DIR}/windows-on-linux/hotspot/java")
 set(objects)
-foreach(source Arguments Environment Hooks Jvm Natives Paths Settlement Threads)
+foreach(source Arguments Environment Hooks Jvm Natives Paths Settlement Threads Tools)
   set(object "${CMAKE_BINARY_DIR}/windows-on-linux/hotspot/${source}.o")
   add_custom_command(
     OUTPUT "${object}"

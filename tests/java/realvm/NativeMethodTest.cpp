@@ -53,6 +53,23 @@ TEST_F(NativeMethodTest, StaticOnes) {
   EXPECT_FALSE(all(false, jbyte{-1}, u'\u20ac', jshort{-300}, 0.25f));
 }
 
+// Of either kind, more than are passed in registers.
+TEST_F(NativeMethodTest, ManyArguments) {
+  using Many = float(jint, double, jlong, double, jint, double, jlong, double, jint, double, jshort, double, jbyte,
+                     double, float, double, float);
+  std::vector<double> given;
+  NativeMethod<Many>(Type, "many").Bind([&](auto... arguments) {
+    given = {static_cast<double>(arguments)...};
+    return 0.25f;
+  });
+  constexpr StaticMethod<Many> many{Type, "many"};
+  EXPECT_EQ(many(1, 2.5, 3, 4.5, -5, 6.5, jlong{7} << 40, 8.5, 9, -10.5, jshort{-11}, 12.5, jbyte{-13}, 14.5, 15.5f,
+                 16.5, -17.5f),
+            0.25f);
+  EXPECT_THAT(given, testing::ElementsAre(1, 2.5, 3, 4.5, -5, 6.5, 7.0 * (jlong{1} << 40), 8.5, 9, -10.5, -11, 12.5,
+                                          -13, 14.5, 15.5, 16.5, -17.5));
+}
+
 TEST_F(NativeMethodTest, ThoseOfObjects) {
   NativeMethod<jint(jint), Natives>("plus").Bind([](Ref<Natives> self, jint a) { return Start.Get(self) + a; });
   NativeMethod<Local<Natives>(), Natives>(Type, "self").Bind([](const Ref<Natives>& self) {

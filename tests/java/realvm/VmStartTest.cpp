@@ -190,16 +190,39 @@ TEST(VmStartTest, FailuresAreMadeReadableWhileThreadsCall) {
       });
     }
     while (calling < 1000) std::this_thread::yield();
-    const bool done = java::MakeFailuresReadable();
+    EXPECT_TRUE(java::MakeFailuresReadable());
     isReadable = true;
     for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(java::MakeFailuresReadable(), done);
+    EXPECT_TRUE(java::MakeFailuresReadable());
     // What the fixed interface asks for, and a VM has only then.
     JNIEnv* const env = java::detail::Env();
     const jmethodID id = env->GetMethodID(static_cast<jclass>(java::detail::ClassOf<java::Object>(env)), "getClass",
                                           "()Ljava/lang/String;");
-    EXPECT_EQ(id != nullptr, done);
+    EXPECT_NE(id, nullptr);
     env->ExceptionClear();
+  });
+}
+
+TEST(VmStartTest, AVmWithoutJvmtiSaysThatTheReasonIsLost) {
+  InProcessOfItsOwn([] {
+    SetVariable("TORVAN_TEST_VM_OPTION", "");  // checks would report how the fixed interface reads what is pending
+    const java::Vm vm = StartVm(FixtureSettings());
+    JavaVM* const raw = java::detail::runningVm;
+    static const JNIInvokeInterface_* const real = raw->functions;
+    static JNIInvokeInterface_ table = *real;
+    table.GetEnv = [](JavaVM* asked, void** env, jint version) -> jint {
+      constexpr jint toolsInterface = 0x30000000;
+      return (version & toolsInterface) != 0 ? JNI_EVERSION : real->GetEnv(asked, env, version);
+    };
+    raw->functions = &table;
+    const java::LocalFrame frame;
+    EXPECT_FALSE(java::MakeFailuresReadable());
+    const torvan::jni::CJavaVm& fixed = vm.Handle();
+    const auto call = [&] { fixed.FindClass("fixture/Throwing").CallStaticIntMethod("sharedInt", "()I"); };
+    EXPECT_EQ(WhatOf<java::Failure>([&] { java::Guard(call); }),
+              "Java threw an exception that the fixed interface could not read; this Java VM does not let it");
+    EXPECT_EQ(WhatOf<java::Error>([&] { java::Guard([&] { fixed.FindClass("no/Such"); }); }),
+              "java.lang.NoClassDefFoundError: no/Such");
   });
 }
 

@@ -1,9 +1,8 @@
 #include "Environment.h"
 
-#include <array>
-
 #include "Arguments.h"
 #include "Threads.h"
+#include "Tools.h"
 
 namespace hotspot {
 
@@ -92,16 +91,23 @@ WINDOWS_ABI jint AttachThread(HostVm* vm, HostEnv** env, void* arguments) {
   return result;
 }
 
+// The next attachment of the thread has JNI's own functions, whatever the host has replaced in this one.
+OUT_OF_LINE void ForgetHostEnv() { t_env = {}; }
+
 WINDOWS_ABI jint DetachThread(HostVm* vm) {
   EnterFromWindows();
-  return vm->real->functions->DetachCurrentThread(vm->real);
+  const jint result = vm->real->functions->DetachCurrentThread(vm->real);
+  if (result == JNI_OK) ForgetHostEnv();
+  return result;
 }
 
 WINDOWS_ABI jint GetEnv(HostVm* vm, HostEnv** env, jint version) {
   EnterFromWindows();
-  constexpr jint toolsInterface = 0x30000000;  // its functions are not bridged
+  constexpr jint toolsInterface = 0x30000000;
+  if ((version & toolsInterface) == toolsInterface) {
+    return GetTools(vm->real, reinterpret_cast<HostTools**>(env), version);
+  }
   *env = nullptr;
-  if ((version & toolsInterface) == toolsInterface) return JNI_EVERSION;
   void* real = nullptr;
   const jint result = vm->real->functions->GetEnv(vm->real, &real, version);
   if (result == JNI_OK) *env = HostEnvOf(static_cast<JNIEnv*>(real));
@@ -109,7 +115,6 @@ WINDOWS_ABI jint GetEnv(HostVm* vm, HostEnv** env, jint version) {
 }
 
 // The functions of JNI 10; what a later version adds is missing.
-using EnvFunctions = std::array<const void*, sizeof(JNINativeInterface_) / sizeof(void*)>;
 EnvFunctions MakeEnvFunctions() {
   EnvFunctions table{};
   const auto at = [&table](std::size_t offset) -> const void*& { return table[offset / sizeof(void*)]; };
@@ -147,9 +152,13 @@ HostVm* HostVmOf(JavaVM* real) {
   return &s_vm;
 }
 
+EnvFunctions& HostFunctions() {
+  static EnvFunctions functions = MakeEnvFunctions();
+  return functions;
+}
+
 OUT_OF_LINE HostEnv* HostEnvOf(JNIEnv* real) {
-  static const EnvFunctions functions = MakeEnvFunctions();
-  t_env = {functions.data(), real};
+  if (t_env.real != real) t_env = {HostFunctions().data(), real};
   return &t_env;
 }
 

@@ -3,6 +3,8 @@
 
 #include <jni.h>
 
+#include <array>
+
 #include "Windows.h"
 
 namespace hotspot {
@@ -20,10 +22,14 @@ struct HostVm {
 // The one of the process, once there is one.
 HostVm* HostVmOf(JavaVM* real);
 
-// The one of the calling thread.
+// The one of the calling thread. A table that the host puts into it stays until the thread is detached.
 HostEnv* HostEnvOf(JNIEnv* real);
 
-// Lets Java call native methods of the host: up to 16 in all, of at most four parameters, none of them float or double.
+// The functions of every HostEnv whose table the host has not replaced.
+using EnvFunctions = std::array<const void*, sizeof(JNINativeInterface_) / sizeof(void*)>;
+EnvFunctions& HostFunctions();
+
+// Lets Java call native methods of the host.
 jint RegisterNatives(JNIEnv* env, jclass javaClass, const JNINativeMethod* methods, jint count);
 
 }  // namespace hotspot

@@ -1,9 +1,12 @@
 #include "Hooks.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 
 #include "Threads.h"
 #include "Windows.h"
@@ -49,15 +52,46 @@ void* HostStream(unsigned int number) {
   return first != nullptr ? first() + number * streamSize : nullptr;
 }
 
+// Hooks that run now, and whether the host ends.
+std::mutex s_lock;
+std::condition_variable s_oneHasEnded;
+int s_running;
+__thread int t_running;
+bool s_hostEnds;
+
+template <typename Task>
+void RunHook(Task task) {
+  {
+    const std::lock_guard<std::mutex> guard(s_lock);
+    if (s_hostEnds || !IsWindowsThread()) return;
+    ++s_running;
+    ++t_running;
+  }
+  task();
+  const std::lock_guard<std::mutex> guard(s_lock);
+  --s_running;
+  --t_running;
+  s_oneHasEnded.notify_all();
+}
+
+// A process that exits takes its threads away wherever they are, and one inside a hook may hold a lock of the host's.
+// So hooks are waited for, except those that the caller is in, and later ones do not run.
+OUT_OF_LINE void EndHooks() {
+  std::unique_lock<std::mutex> guard(s_lock);
+  s_hostEnds = true;
+  // Not for ever: the hook may be one that wants to end the process, too.
+  s_oneHasEnded.wait_for(guard, std::chrono::seconds(5), [] { return s_running == t_running; });
+}
+
 void Abort() {
-  RunOnWindowsThread([] {
+  RunHook([] {
     if (s_hostAbort != nullptr) s_hostAbort();
     TerminateProcess(GetCurrentProcess(), 1);  // a signal would start Wine's debugger
   });
 }
 
 void Exit(jint code) {
-  RunOnWindowsThread([code] {
+  RunHook([code] {
     if (s_hostExit != nullptr) s_hostExit(code);
     const auto exitHost = FindFunction<void(WINDOWS_ABI*)(int)>(HostRuntime(), "exit");
     if (exitHost != nullptr) exitHost(code);
@@ -70,7 +104,7 @@ jint Vfprintf(FILE* stream, const char* format, va_list arguments) {
   char* text = nullptr;
   if (vasprintf(&text, format, arguments) < 0) return -1;
   jint result = 0;
-  RunOnWindowsThread([&] {
+  RunHook([&] {
     std::uint64_t list[] = {reinterpret_cast<std::uint64_t>(text)};
     result = s_hostVfprintf(HostStream(stream == stderr ? 2 : 1), "%s", list);
   });
@@ -78,8 +112,8 @@ jint Vfprintf(FILE* stream, const char* format, va_list arguments) {
   return result;
 }
 
-WINDOWS_ABI int EndHooks() {
-  StopServing();
+WINDOWS_ABI int EndHooksNow() {
+  EndHooks();
   return 0;
 }
 
@@ -114,7 +148,7 @@ void EndHooksAtExit() {
   void* const runtime = HostRuntime();
   auto atExit = FindFunction<Register>(runtime, "_onexit");
   if (atExit == nullptr) atExit = FindFunction<Register>(runtime, "_crt_atexit");
-  if (atExit != nullptr) atExit(&EndHooks);
+  if (atExit != nullptr) atExit(&EndHooksNow);
 }
 
 }  // namespace hotspot

@@ -69,7 +69,6 @@ OUT_OF_LINE jint GetCreatedJavaVms(HostVm** buffer, jsize length, jsize* count) 
 
 OUT_OF_LINE jint CreateJavaVm(HostVm** vm, HostEnv** env, const JavaVMInitArgs& hostArguments) {
   EnterFromWindows();
-  StartServiceThread();
   static std::once_flag atExit;
   std::call_once(atExit, &EndHooksAtExit);
   const std::vector<JavaVMOption> hostOptions(hostArguments.options, hostArguments.options + hostArguments.nOptions);

@@ -15,8 +15,6 @@ namespace hotspot {
 namespace {
 
 constexpr std::uintptr_t PageSize = 0x1000;
-// Wine's own guard pages at the low end of a thread's stack.
-constexpr std::uintptr_t GuardedByWine = 0x10000;
 
 // By these Wine's server talks to the threads of its process.
 constexpr int SignalsOfWine[] = {SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGUSR1, SIGABRT, SIGCHLD};
@@ -50,16 +48,12 @@ int GetThreadAttributes(pthread_t thread, pthread_attr_t* attributes) {
   return 0;
 }
 
-// HotSpot's threads leave Wine's signals to the threads that Wine knows.
-int CreateHotSpotThread(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*), void* argument) {
-  sigset_t signals;
-  sigset_t before;
-  sigemptyset(&signals);
-  for (const int signal : SignalsOfWine) sigaddset(&signals, signal);
-  pthread_sigmask(SIG_BLOCK, &signals, &before);
-  const int result = pthread_create(thread, attributes, start, argument);
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  return result;
+// HotSpot would unblock signals of Wine's, among them the one that its threads block from their start.
+int SetSignalMask(int how, const sigset_t* signals, sigset_t* before) {
+  if (how != SIG_UNBLOCK || signals == nullptr) return pthread_sigmask(how, signals, before);
+  sigset_t wanted = *signals;
+  for (const int signal : SignalsOfWine) sigdelset(&wanted, signal);
+  return pthread_sigmask(how, &wanted, before);
 }
 
 struct sigaction s_wineActions[NSIG];
@@ -109,6 +103,7 @@ struct Substitute {
 const Substitute Substitutes[] = {
     {"pthread_getattr_np", reinterpret_cast<void*>(&GetThreadAttributes)},
     {"pthread_create", reinterpret_cast<void*>(&CreateHotSpotThread)},
+    {"pthread_sigmask", reinterpret_cast<void*>(&SetSignalMask)},
     {"sigaction", reinterpret_cast<void*>(&SetSignalAction)},
 };
 

@@ -1,9 +1,8 @@
 #include "Threads.h"
 
-#include <chrono>
-#include <condition_variable>
-#include <deque>
-#include <mutex>
+#include <semaphore.h>
+#include <cerrno>
+#include <csignal>
 
 #include "Windows.h"
 
@@ -12,39 +11,31 @@ namespace hotspot {
 namespace {
 
 __thread bool t_isWindowsThread;
-__thread bool t_isServiceThread;
 
-struct Request {
-  const std::function<void()>& task;
-  bool done = false;
+struct Start {
+  void* (*function)(void*);
+  void* argument;
+  pthread_t thread{};
+  sem_t isRunning{};
 };
 
-std::mutex s_lock;
-std::condition_variable s_changed;
-std::deque<Request*> s_requests;
-bool s_isServing;
-bool s_hasStopped;
-
-OUT_OF_LINE void Serve() {
+OUT_OF_LINE void Run(Start& start) {
   EnterFromWindows();
-  t_isServiceThread = true;
-  std::unique_lock<std::mutex> guard(s_lock);
-  for (;;) {
-    s_changed.wait(guard, [] { return !s_requests.empty(); });
-    Request* request = s_requests.front();
-    s_requests.pop_front();
-    s_isServing = true;
-    guard.unlock();
-    request->task();
-    guard.lock();
-    s_isServing = false;
-    request->done = true;
-    s_changed.notify_all();
-  }
+  // By this signal Wine takes threads away when the process exits, wherever they are. They may hold locks of the C
+  // library then, which the end of the process needs.
+  sigset_t ending;
+  sigemptyset(&ending);
+  sigaddset(&ending, SIGQUIT);
+  pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+  const auto function = start.function;
+  void* const argument = start.argument;
+  start.thread = pthread_self();
+  sem_post(&start.isRunning);
+  function(argument);
 }
 
-WINDOWS_ABI std::uint32_t ServiceThread(void*) {
-  Serve();
+WINDOWS_ABI std::uint32_t HotSpotThread(void* start) {
+  Run(*static_cast<Start*>(start));
   return 0;
 }
 
@@ -54,36 +45,22 @@ OUT_OF_LINE void EnterFromWindows() { t_isWindowsThread = true; }
 
 OUT_OF_LINE bool IsWindowsThread() { return t_isWindowsThread; }
 
-void RunOnWindowsThread(const std::function<void()>& task) {
-  if (IsWindowsThread()) {
-    task();
-    return;
+int CreateHotSpotThread(pthread_t* thread, const pthread_attr_t* attributes, void* (*function)(void*), void* argument) {
+  if (!IsWindowsThread()) return pthread_create(thread, attributes, function, argument);
+  std::size_t stackSize = 0;
+  pthread_attr_getstacksize(attributes, &stackSize);
+  constexpr std::uint32_t sizeIsReserved = 0x10000;
+  Start start{function, argument};
+  sem_init(&start.isRunning, 0, 0);
+  std::uint32_t id = 0;
+  void* const handle = CreateThread(nullptr, stackSize + GuardedByWine, &HotSpotThread, &start, sizeIsReserved, &id);
+  if (handle != nullptr) {
+    while (sem_wait(&start.isRunning) != 0) continue;
+    CloseHandle(handle);
+    *thread = start.thread;
   }
-  Request request{task};
-  std::unique_lock<std::mutex> guard(s_lock);
-  if (s_hasStopped) return;
-  s_requests.push_back(&request);
-  s_changed.notify_all();
-  s_changed.wait(guard, [&request] { return request.done; });
-}
-
-void StartServiceThread() {
-  static std::once_flag started;
-  std::call_once(started, [] {
-    std::uint32_t id = 0;
-    void* thread = CreateThread(nullptr, 0x100000, &ServiceThread, nullptr, 0, &id);
-    if (thread != nullptr) CloseHandle(thread);
-  });
-}
-
-void StopServing() {
-  std::unique_lock<std::mutex> guard(s_lock);
-  s_hasStopped = true;
-  for (Request* request : s_requests) request->done = true;
-  s_requests.clear();
-  s_changed.notify_all();
-  // Not for ever: the task may be one that wants to end the process, too.
-  if (!t_isServiceThread) s_changed.wait_for(guard, std::chrono::seconds(5), [] { return !s_isServing; });
+  sem_destroy(&start.isRunning);
+  return handle != nullptr ? 0 : EAGAIN;
 }
 
 }  // namespace hotspot

@@ -1,24 +1,22 @@
-// Threads of Windows and threads of HotSpot in one process.
+// Threads of Windows, which HotSpot's own threads are too: each of them can run code of the host.
 #pragma once
 
-#include <functional>
+#include <pthread.h>
+
+#include <cstddef>
 
 namespace hotspot {
 
-// Says that the calling thread is one of Windows; every entry from there says so first.
+// Wine's own guard pages at the low end of a thread's stack.
+constexpr std::size_t GuardedByWine = 0x10000;
+
+// Marks the calling thread as one of Windows; every entry from there says so first.
 void EnterFromWindows();
 bool IsWindowsThread();
 
-// Runs the task on a thread of Windows, this one if it is one, and waits for it: code of Windows does not run on
-// HotSpot's own threads.
-void RunOnWindowsThread(const std::function<void()>& task);
-
-// Makes the thread that does so. Must be called from a thread of Windows.
-void StartServiceThread();
-
-// Ends that: waits for the task that is running, unless the caller is one, and drops what comes later. A process that
-// exits takes its threads away wherever they are, and one inside a task may hold a lock of Windows.
-void StopServing();
+// pthread_create for HotSpot, whose threads are detached: makes a thread of Windows, with a stack of the size in the
+// attributes. One that another kind of thread asks for is a plain one.
+int CreateHotSpotThread(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*), void* argument);
 
 // Puts functions of ours in the place of those by which HotSpot would harm Wine or misunderstand its threads.
 void SettleInWine(void* libjvm);
