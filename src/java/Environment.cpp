@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "java/Bindings.h"
+#include "java/JniStatus.h"
 #include "java/Threads.h"
 
 namespace torvan::java::detail {
@@ -22,6 +23,9 @@ namespace {
 std::atomic<bool> s_hadVm{false};
 
 thread_local bool t_isCritical = false;
+
+// The lowest bit of an attachment's number: the layer itself made it.
+constexpr std::uintptr_t ByLayer = 1;
 
 std::atomic<std::uintptr_t> s_lastAttachment{0};
 std::atomic<int> s_entering{0};
@@ -43,6 +47,8 @@ class Entering {
  private:
   JavaVM* m_vm;
 };
+
+[[noreturn]] void Fail(unsigned int line, const char* text) { throw Misuse("java/Environment", line, text); }
 
 std::atomic<int> s_openMemory{0};
 thread_local int t_openMemory = 0;
@@ -79,7 +85,7 @@ OpenMemory::~OpenMemory() { CountOpenMemory(-1); }
 
 JNIEnv* OpenMemory::Env() noexcept {
   if (JNIEnv* const env = EnvIfAttached()) return env;
-  // The end of the VM may have begun, even since this call did: until it waits no longer, the memory is given back.
+  // The end of the VM may have begun, even since this call did: the memory can be released as long as that waits.
   JavaVM* const vm = livingVm.load(std::memory_order_acquire);
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
@@ -91,8 +97,7 @@ bool OpenMemory::IsOpenInThisThread() noexcept { return t_openMemory > 0; }
 
 void ThrowNoVm() {
   const bool ended = s_hadVm.load(std::memory_order_relaxed);
-  throw Misuse("java/Environment", __LINE__,
-               ended ? "The Java VM has ended" : "No Java VM runs: call StartVm or JoinVm first");
+  Fail(__LINE__, ended ? "The Java VM has ended" : "No Java VM runs: call StartVm or JoinVm first");
 }
 
 // Clears the cached environment, so that the next call runs the checks below; other calls cost nothing more.
@@ -103,8 +108,7 @@ void EnterCritical() noexcept {
 void LeaveCritical() noexcept { t_isCritical = false; }
 
 void RequireNotCritical() {
-  if (!t_isCritical) return;
-  throw Misuse("java/Environment", __LINE__, "Java is called while CriticalElements are open in this thread");
+  if (t_isCritical) Fail(__LINE__, "Java is called while CriticalElements are open in this thread");
 }
 
 JNIEnv* AskForEnv() noexcept {
@@ -116,7 +120,7 @@ JNIEnv* AskForEnv() noexcept {
   // Also where other code attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
   // has left the VM by then.
   DetachAtThreadEnd(true);
-  if (!t_isCritical && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env));
+  if (!t_isCritical && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env), false);
   return static_cast<JNIEnv*>(env);
 }
 
@@ -135,40 +139,45 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   const jint status = vm->AttachCurrentThreadAsDaemon(&made, &arguments);
   if (status != JNI_OK) {
     RequireVm();
-    throw Failure("java/Environment", __LINE__,
-                  "The Java VM does not attach this thread: JNI status " + std::to_string(status));
+    const std::string reason = WordsFor(status, "the thread");
+    throw Failure("java/Environment", __LINE__, "The Java VM does not attach this thread: " + reason);
   }
   JNIEnv* const env = static_cast<JNIEnv*>(made);
   if (attached != nullptr) *attached = true;
   DetachAtThreadEnd(true);
-  if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(env);
+  if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(env, true);
   SetContextClassLoader(env);
   DeleteDropped(env);
   return env;
 }
 
-void RememberEnv(JNIEnv* env) noexcept {
-  if (AttachmentNumber() == 0) SetAttachmentNumber(s_lastAttachment.fetch_add(1, std::memory_order_relaxed) + 1);
+void RememberEnv(JNIEnv* env, bool isByLayer) noexcept {
+  constexpr std::uintptr_t step = 2 * ByLayer;
+  if (AttachmentNumber() == 0) {
+    const std::uintptr_t next = s_lastAttachment.fetch_add(step, std::memory_order_relaxed) + step;
+    SetAttachmentNumber(isByLayer ? next | ByLayer : next);
+  }
   CacheEnv(env);
 }
+
+bool IsAttachedByLayer() noexcept { return (AttachmentNumber() & ByLayer) != 0; }
 
 void ForgetEnv() noexcept {
   CacheEnv(nullptr);
   SetAttachmentNumber(0);
 }
 
-// Not for ever: Java runs code of its own in a thread that is attached or detached, and that may wait for this one.
+// With a limit: attaching or detaching a thread runs Java code, which may wait for the calling thread.
 void WaitForThreads() noexcept {
   using namespace std::chrono_literals;
   for (int i = 0; i < 1000 && s_entering.load() != 0; ++i) std::this_thread::sleep_for(1ms);
 }
 
 void ThrowOtherThread() {
-  throw Misuse("java/Environment", __LINE__,
-               "This Thread belongs to another thread, or to one that was detached meanwhile");
+  Fail(__LINE__, "This Thread belongs to another thread, or to one that was detached meanwhile");
 }
 
-// Also while the end of the VM waits, which is over the sooner.
+// Also while the end of the VM waits, which then ends sooner.
 void DetachThread() noexcept {
   const Entering entering(livingVm);
   JavaVM* const vm = entering.Vm();

@@ -11,6 +11,7 @@
 
 #include "java/CallByLetter.h"
 #include "java/Handler.h"
+#include "java/JniStatus.h"
 
 namespace torvan::java::detail {
 
@@ -113,9 +114,8 @@ void RegisterNative(JNIEnv* env, jclass type, std::string name, std::string desc
   const jint status = env->RegisterNatives(type, &native, 1);
   CheckPending(env);
   if (status != JNI_OK) {
-    throw Failure(
-        "java/HandlerNatives", __LINE__,
-        "This Java VM takes no C++ function for " + name + descriptor + ": JNI status " + std::to_string(status));
+    const std::string what = "This Java VM takes no C++ function for " + name + descriptor + ": ";
+    throw Failure("java/HandlerNatives", __LINE__, what + WordsFor(status, "the function"));
   }
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 void JNICALL OnThreadEnd(jvmtiEnv*, JNIEnv*, jthread) { ForgetEnv(); }
 
-// Whoever ends the VM: what the host drops later is dropped quietly.
+// Also called when Java itself ends the VM. References that the host drops later do nothing.
 void JNICALL OnVmDeath(jvmtiEnv*, JNIEnv*) { UseVm(nullptr); }
 
 }  // namespace

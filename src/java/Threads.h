@@ -5,7 +5,8 @@
 
 namespace torvan::java::detail {
 
-// Whether a thread's environment may be cached: only if the VM reports each thread that leaves it, whoever detached it.
+// Whether a thread's environment may be cached: only if the VM reports every thread that is detached, also by other
+// code.
 extern std::atomic<bool> threadEndsAreSeen;
 
 // Returns the environment of a thread that has none cached, attaches it under `name` (null: the VM's choice) if
@@ -22,12 +23,15 @@ void DetachThread() noexcept;
 void WatchVm(JavaVM* vm) noexcept;
 
 // Caches the calling thread's environment, and numbers its attachment if it is a new one.
-void RememberEnv(JNIEnv* env) noexcept;
+void RememberEnv(JNIEnv* env, bool isByLayer) noexcept;
 // Forgets both: the thread leaves the VM.
 void ForgetEnv() noexcept;
 
-// Waits, for a second at most, until no thread asks the VM about itself, is attached or detached. It has to be over for
-// all of them before.
+// Whether the layer itself has attached the calling thread. False where attachments have no numbers.
+bool IsAttachedByLayer() noexcept;
+
+// Waits, for a second at most, until no thread is being attached or detached, or asks the VM whether it is attached.
+// Begin the end of the VM before, so that no further thread does.
 void WaitForThreads() noexcept;
 
 // The system's part.

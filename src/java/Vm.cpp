@@ -6,10 +6,13 @@
 #include <torvan/java/detail/Text.h>
 #include <torvan/jni/DynamicJavaRuntime.h>
 
+#include <chrono>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "java/Bindings.h"
+#include "java/JniStatus.h"
 #include "java/PathText.h"
 #include "java/PendingAside.h"
 #include "java/Threads.h"
@@ -20,8 +23,12 @@ namespace torvan::java {
 
 using detail::TheVm;
 using detail::VmLibrary;
+using detail::VmLock;
+using detail::WordsFor;
 
 namespace {
+
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw StartFailure("java/Vm", line, text); }
 
 // A handle of the VM that runs, by way of the runtime library that created it.
 jni::CJavaVm HandleOf(const VmLibrary& library, jint jniVersion) {
@@ -34,16 +41,18 @@ jni::CJavaVm HandleOf(const VmLibrary& library, jint jniVersion) {
   return vms[0];
 }
 
-// Before the lock is waited for.
-void RequireNotEnding() {
-  if (TheVm().ending.load() != nullptr) detail::ThrowNoVm();
-}
-
-// Whether the end of the VM may wait for the calling thread: one that is attached, but not by the layer.
-bool IsShutdownHook() {
+// Whether the end of the VM may wait for the calling thread, such as a shutdown hook: one that is attached, but not by
+// the layer.
+bool IsWaitedFor() {
   JavaVM* const vm = TheVm().ending.load();
   void* env = nullptr;
-  return vm != nullptr && detail::AttachmentNumber() == 0 && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
+  return vm != nullptr && !detail::IsAttachedByLayer() && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
+}
+
+VmLock Lock(bool isRefused()) {
+  VmLock lock = detail::LockVm(isRefused);
+  if (!lock) detail::ThrowNoVm();
+  return lock;
 }
 
 JavaVM* VmOf(JNIEnv* env) {
@@ -67,6 +76,16 @@ detail::VmState& detail::TheVm() {
   return *state;
 }
 
+bool detail::IsEnding() { return TheVm().ending.load() != nullptr; }
+
+// Asks again each time, because a thread may be here before the one that has the lock begins to end the VM.
+VmLock detail::LockVm(bool isRefused()) {
+  constexpr std::chrono::milliseconds step{1};
+  VmLock lock(TheVm().lock, std::defer_lock);
+  while (!isRefused() && !lock.try_lock()) std::this_thread::sleep_for(step);
+  return lock;
+}
+
 // Makes a running VM the layer's own; the calling thread is attached.
 void detail::TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniVersion) {
   KeepLoaded();
@@ -77,26 +96,27 @@ void detail::TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniV
 }
 
 Vm JoinVm() {
-  RequireNotEnding();
+  const VmLock lock = Lock(&detail::IsEnding);
   JavaVM* const vm = VmOf(detail::LoadedVmLibrary());
-  if (vm == nullptr) throw StartFailure("java/Vm", __LINE__, "No Java VM runs in this process");
+  if (vm == nullptr) Fail(__LINE__, "No Java VM runs in this process");
   return JoinVm(vm);
 }
 
 Vm JoinVm(const jni::CJavaVm& vm) {
-  RequireNotEnding();
+  const VmLock lock = Lock(&detail::IsEnding);
+  if (TheVm().end.has_value()) detail::ThrowNoVm();
   return JoinVm(VmOf(vm.Attach()));
 }
 
 Vm JoinVm(JavaVM* vm) {
-  RequireNotEnding();
-  const std::lock_guard<std::recursive_mutex> guard(TheVm().lock);
+  const VmLock lock = Lock(&detail::IsEnding);
   if (TheVm().end.has_value()) detail::ThrowNoVm();
   if (detail::runningVm.load(std::memory_order_acquire) == vm && vm != nullptr) return Vm(false);
   void* env = nullptr;
   const bool wasAttached = vm != nullptr && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
-  if (!wasAttached && (vm == nullptr || vm->AttachCurrentThreadAsDaemon(&env, nullptr) != JNI_OK)) {
-    throw StartFailure("java/Vm", __LINE__, "The Java VM does not attach this thread");
+  if (!wasAttached) {
+    const jint status = vm != nullptr ? vm->AttachCurrentThreadAsDaemon(&env, nullptr) : JNI_EINVAL;
+    if (status != JNI_OK) Fail(__LINE__, "The Java VM does not attach this thread: " + WordsFor(status, "the thread"));
   }
   try {
     detail::TakeVm(vm, static_cast<JNIEnv*>(env), detail::LoadedVmLibrary(), JNI_VERSION_1_6);
@@ -135,12 +155,9 @@ const jni::CJavaVm& Vm::Handle() const noexcept { return *TheVm().handle; }
 void Vm::Release() noexcept { m_owns = false; }
 
 VmEnd Vm::End(std::chrono::milliseconds grace) {
-  if (IsShutdownHook()) detail::ThrowNoVm();
-  const std::lock_guard<std::recursive_mutex> guard(TheVm().lock);
+  const VmLock lock = Lock(&IsWaitedFor);
   if (TheVm().end.has_value()) return *TheVm().end;
-  if (!m_owns) {
-    throw Misuse("java/Vm", __LINE__, "This Vm does not own the Java VM: it was joined, released or moved");
-  }
+  if (!m_owns) throw Misuse("java/Vm", __LINE__, "This Vm does not own the Java VM: it was joined, released or moved");
   // Java has ended it itself, by System.exit.
   if (!detail::HasVm()) return VmEnd::Destroyed;
   JNIEnv* const env = detail::Env();
@@ -148,8 +165,7 @@ VmEnd Vm::End(std::chrono::milliseconds grace) {
 }
 
 VmEnd EndVm(const jni::CJavaVm& vm, std::chrono::milliseconds grace) {
-  RequireNotEnding();
-  const std::lock_guard<std::recursive_mutex> guard(TheVm().lock);
+  const VmLock lock = Lock(&IsWaitedFor);
   if (TheVm().end.has_value()) return *TheVm().end;
   JNIEnv* const env = vm.Attach();
   detail::Bind(env);  // what Java throws meanwhile can be read even if the VM was never joined

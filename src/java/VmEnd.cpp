@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <exception>
 #include <optional>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -18,6 +19,10 @@ namespace torvan::java::detail {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+[[noreturn]] void Fail(unsigned int line, const std::string& reason) {
+  throw Misuse("java/VmEnd", line, "The Java VM cannot be ended " + reason);
+}
 
 // The threads of Java, as far as the end of the VM is concerned. Everything is looked up here: a VM ends once.
 class JavaThreads {
@@ -98,8 +103,8 @@ class JavaThreads {
   jobject m_root = nullptr;
 };
 
-// Also for C++ to close what it has open of Java's memory: it may be written, and the garbage collector may wait for
-// it.
+// Also waits until C++ has closed the arrays that it uses in place: what it has written must arrive, and the garbage
+// collector may wait for it.
 bool WaitForOthers(JavaThreads& threads, std::chrono::milliseconds grace) {
   using Milliseconds = std::chrono::milliseconds;
   constexpr Milliseconds step{5};
@@ -124,7 +129,7 @@ void RunShutdownHooks(JNIEnv* env) {
   CheckPending(env);
 }
 
-// The local references of the end itself. Where Java has no memory for a frame there is none.
+// A frame for the local references that the end makes. Java may have no memory for one: then they just stay.
 class Frame {
  public:
   explicit Frame(JNIEnv* env) noexcept : m_env(env), m_isThere(env->PushLocalFrame(32) == JNI_OK) {
@@ -153,15 +158,11 @@ class Ending {
 }  // namespace
 
 VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
-  if (OpenMemory::IsOpenInThisThread()) {
-    throw Misuse("java/VmEnd", __LINE__, "The Java VM cannot be ended while Elements are open in this thread");
-  }
+  if (OpenMemory::IsOpenInThisThread()) Fail(__LINE__, "while Elements are open in this thread");
   std::optional<Frame> frame(std::in_place, env);
   PendingAside pending(env);
   JavaThreads threads(env);
-  if (threads.IsInJava()) {
-    throw Misuse("java/VmEnd", __LINE__, "The Java VM cannot be ended by a thread that Java has called");
-  }
+  if (threads.IsInJava()) Fail(__LINE__, "by a thread that Java has called");
   pending.Drop();
   EndCalls();
   const Ending ending(vm);

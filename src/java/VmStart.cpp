@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "java/JniStatus.h"
 #include "java/PathText.h"
 #include "java/Threads.h"
 #include "java/VmHooks.h"
@@ -17,23 +18,7 @@ using detail::VmLibrary;
 
 namespace {
 
-const char* WordsFor(jint status) {
-  constexpr struct {
-    jint status;
-    const char* words;
-  } Rows[] = {
-      {JNI_ERR, "it refuses the options (JNI_ERR)"},
-      {JNI_EDETACHED, "the thread is not attached (JNI_EDETACHED)"},
-      {JNI_EVERSION, "it does not offer the JNI version that was asked for (JNI_EVERSION)"},
-      {JNI_ENOMEM, "there is not enough memory (JNI_ENOMEM)"},
-      {JNI_EEXIST, "there is a Java VM already (JNI_EEXIST)"},
-      {JNI_EINVAL, "it refuses the options (JNI_EINVAL)"},
-  };
-  for (const auto& row : Rows) {
-    if (row.status == status) return row.words;
-  }
-  return "for a reason that JNI does not name";
-}
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw StartFailure("java/VmStart", line, text); }
 
 // HotSpot names an option that it does not know, but leaves out the beginning of one with -XX.
 std::string OptionAtFault(const std::vector<std::string>& options, const std::string& printed) {
@@ -61,19 +46,17 @@ std::string OneLine(const std::string& printed) {
   return line;
 }
 
-[[noreturn]] void ThrowEnded() {
-  throw StartFailure("java/VmStart", __LINE__, "The Java VM has ended; a process can have one, and only once");
-}
+[[noreturn]] void ThrowEnded() { Fail(__LINE__, "The Java VM has ended; a process can have one, and only once"); }
 
 void RequireNoVm() {
   const std::string reason = "This process has a Java VM already; a process can have one, and only once";
   if (detail::TheVm().end.has_value()) ThrowEnded();
-  if (detail::HasVm()) throw StartFailure("java/VmStart", __LINE__, reason);
+  if (detail::HasVm()) Fail(__LINE__, reason);
   const VmLibrary loaded = detail::LoadedVmLibrary();
   JavaVM* vm = nullptr;
   jsize count = 0;
   if (loaded.list != nullptr && loaded.list(&vm, 1, &count) == JNI_OK && count > 0) {
-    throw StartFailure("java/VmStart", __LINE__, reason + "; join it with JoinVm()");
+    Fail(__LINE__, reason + "; join it with JoinVm()");
   }
 }
 
@@ -99,7 +82,7 @@ class VmStart {
     if (status != JNI_OK) ThrowRefused(status);
     detail::PrintKept();
     detail::TakeVm(vm, static_cast<JNIEnv*>(env), m_library, m_jniVersion);
-    // The VM's end waits for its creator, too, unless that is a daemon as other threads are.
+    // The end of the VM waits for the thread that created it, unless that is a daemon as the host's other threads are.
     vm->DetachCurrentThread();
     detail::AttachedEnv("main");
   }
@@ -108,10 +91,10 @@ class VmStart {
   [[noreturn]] void ThrowRefused(jint status) const {
     const std::string printed = OneLine(detail::TakeKept());
     const std::string option = OptionAtFault(m_options.Texts(), printed);
-    std::string text = std::string("The Java VM was not created: ") + WordsFor(status);
+    std::string text = "The Java VM was not created: " + detail::WordsFor(status, "the options");
     if (!printed.empty()) text += ". It printed: " + printed;
     if (!option.empty()) text += ". The option is " + option;
-    throw StartFailure("java/VmStart", __LINE__, text + ". The runtime is " + detail::ToText(m_library.path));
+    Fail(__LINE__, text + ". The runtime is " + detail::ToText(m_library.path));
   }
 
   const VmLibrary& m_library;
@@ -122,8 +105,8 @@ class VmStart {
 };
 
 Vm StartVm(const VmSettings& settings) {
-  if (detail::TheVm().ending.load() != nullptr) ThrowEnded();  // before the lock is waited for
-  const std::lock_guard<std::recursive_mutex> guard(detail::TheVm().lock);
+  const detail::VmLock lock = detail::LockVm(&detail::IsEnding);
+  if (!lock) ThrowEnded();
   RequireNoVm();
   const VmLibrary library = detail::LoadVmLibrary(VmOptions::LibraryOf(settings));
   VmStart(settings, library).Create();

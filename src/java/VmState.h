@@ -20,6 +20,15 @@ struct VmState {
 // Never destroyed: the handle keeps the VM library loaded.
 VmState& TheVm();
 
+using VmLock = std::unique_lock<std::recursive_mutex>;
+
+// Locks the state for a start, a join or an end. Waits for another thread that has it, unless `isRefused` says that the
+// calling thread must not: then returns without the lock.
+VmLock LockVm(bool isRefused());
+
+// Whether the VM is being ended, so that it can be neither started nor joined.
+bool IsEnding();
+
 struct VmLibrary;
 
 // Makes a running VM the layer's own. The calling thread is attached, with `env`. Throws StartFailure.

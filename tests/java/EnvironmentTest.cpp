@@ -19,10 +19,14 @@ using testing::IsEmpty;
 using torvan::java::Failure;
 using torvan::java::Misuse;
 using torvan::java::Thread;
+using torvan::java::detail::AttachmentNumber;
 using torvan::java::detail::EndCalls;
 using torvan::java::detail::Env;
 using torvan::java::detail::EnvIfAttached;
+using torvan::java::detail::ForgetEnv;
+using torvan::java::detail::IsAttachedByLayer;
 using torvan::java::detail::OpenMemory;
+using torvan::java::detail::threadEndsAreSeen;
 using torvan::java::detail::UseVm;
 using torvan::java::detail::WaitForThreads;
 
@@ -97,9 +101,26 @@ TEST_F(EnvironmentTest, ANamedThreadIsDetachedAtTheEndOfItsScope) {
   EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
 }
 
+TEST_F(EnvironmentTest, ANamedThreadOfAVmWithoutNumbersIsDetachedByItsEnvironment) {
+  Elsewhere([&] {
+    {
+      const Thread thread("named");
+      isAttached = false;  // other code has detached it
+    }
+    EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
+    {
+      const Thread thread("named");
+      EndCalls();
+    }
+    EXPECT_FALSE(isAttached);
+  });
+  EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
 TEST_F(EnvironmentTest, AThreadWithoutANameStaysAttached) {
   Elsewhere([&] {
     { const Thread thread; }
+    Thread();  // attaches, and needs no name in C++
     EXPECT_TRUE(isAttached);
   });
   EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
@@ -112,8 +133,10 @@ TEST_F(EnvironmentTest, ANameThatIsNotUtf8IsRefusedBeforeTheThreadIsAttached) {
 
 TEST_F(EnvironmentTest, AThreadThatTheVmRefusesIsAFailure) {
   status = JNI_ENOMEM;
-  Elsewhere(
-      [] { EXPECT_EQ(WhatOf<Failure>([] { Env(); }), "The Java VM does not attach this thread: JNI status -4"); });
+  Elsewhere([] {
+    EXPECT_EQ(WhatOf<Failure>([] { Env(); }),
+              "The Java VM does not attach this thread: there is not enough memory (JNI_ENOMEM)");
+  });
   EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
 }
 
@@ -182,6 +205,72 @@ TEST_F(EnvironmentTest, TheEndWaitsForThreadsThatAreJustDetached) {
   WaitForThreads();
   EXPECT_TRUE(isDone);
   leaving.join();
+}
+
+// A VM that reports each thread that leaves it.
+class EnvironmentNumberedTest : public EnvironmentTest {
+ protected:
+  EnvironmentNumberedTest() {
+    jvm.On<&Invocation::DetachCurrentThread>([] {
+      isAttached = false;
+      ForgetEnv();
+      return JNI_OK;
+    });
+    threadEndsAreSeen = true;
+  }
+
+  // What other code does in the calling thread.
+  void DetachAndAttachAgain() {
+    jvm.Vm()->DetachCurrentThread();
+    isAttached = true;
+  }
+};
+
+TEST_F(EnvironmentNumberedTest, EachAttachmentHasANumberThatTellsWhetherTheLayerMadeIt) {
+  Elsewhere([&] {
+    EXPECT_EQ(AttachmentNumber(), 0u);
+    EXPECT_FALSE(IsAttachedByLayer());
+    Env();
+    const std::uintptr_t first = AttachmentNumber();
+    EXPECT_NE(first, 0u);
+    EXPECT_TRUE(IsAttachedByLayer());
+    DetachAndAttachAgain();
+    EXPECT_FALSE(IsAttachedByLayer());
+    Env();
+    const std::uintptr_t second = AttachmentNumber();
+    EXPECT_NE(second, 0u);
+    EXPECT_FALSE(IsAttachedByLayer());
+    Env();
+    EXPECT_EQ(AttachmentNumber(), second);
+    jvm.Vm()->DetachCurrentThread();
+    Env();
+    EXPECT_TRUE(IsAttachedByLayer());
+    EXPECT_NE(AttachmentNumber() / 2, first / 2);
+    EXPECT_NE(AttachmentNumber() / 2, second / 2);
+  });
+}
+
+TEST_F(EnvironmentNumberedTest, ANamedThreadLeavesALaterAttachmentAlone) {
+  Elsewhere([&] {
+    {
+      const Thread thread("first");
+      DetachAndAttachAgain();
+      const Thread other("second");
+    }
+    EXPECT_TRUE(isAttached);
+    EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+  });
+}
+
+TEST_F(EnvironmentNumberedTest, ANamedThreadIsDetachedWhileTheEndOfTheVmWaits) {
+  Elsewhere([&] {
+    {
+      const Thread thread("named");
+      EndCalls();
+    }
+    EXPECT_FALSE(isAttached);
+  });
+  EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
 }
 
 // In a process that never had a VM.

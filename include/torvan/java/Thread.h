@@ -9,10 +9,10 @@ namespace torvan::java {
 
 // The calling thread, attached to the Java VM.
 // Every thread is attached when it first calls, and detached when it ends, without a Thread; so is one that other code
-// attached, once it has used the layer. Make one to name a thread
-// in Java, to detach it earlier, or to pass it as the first argument of calls, which saves each looking up the
-// environment. Use it in the thread that made it, within its scope.
-class [[nodiscard]] Thread {
+// attached, once it has used the layer. Make one to name a thread in Java, to detach it earlier, or to pass it as the
+// first argument of calls, which saves each looking up the environment. Use it in the thread that made it, within its
+// scope.
+class Thread {
  public:
   // Attaches the calling thread if it is not attached. It stays attached until it ends.
   // Throws Misuse "No Java VM runs: call StartVm or JoinVm first" or "The Java VM has ended", and Failure when the VM
@@ -20,14 +20,15 @@ class [[nodiscard]] Thread {
   Thread() : m_attachment(detail::Env()) {}
 
   // Attaches the calling thread under a name (UTF-8) if it is not attached, and then detaches it at the end of the
-  // scope, which ends its local references. A thread that is attached keeps its name and stays attached.
+  // scope, which ends its local references. A thread that is attached keeps its name and stays attached; so does one
+  // that other code has detached and attached again meanwhile.
   // Throws as above, and Misuse when the name is not UTF-8.
-  explicit Thread(std::string_view name);
+  [[nodiscard]] explicit Thread(std::string_view name);
 
   Thread(const Thread&) = delete;
   Thread& operator=(const Thread&) = delete;
   ~Thread() {
-    if (m_detaches) Detach();
+    if (m_detaches && m_attachment.IsStillHere()) Detach();
   }
 
   // The environment. Throws Misuse "The Java VM has ended" after the end. Where asserts are on, also when it is used in

@@ -33,13 +33,15 @@ class Vm {
 
   // Ends the VM: from now on calls throw Misuse "The Java VM has ended"; when only daemon threads still run, or else
   // when the grace is over, Java's shutdown hooks run, and data is saved. May be called on any thread; when the VM has
-  // ended already, returns the same again. Elements and CriticalElements that other threads have open are waited for as
-  // threads of Java's are, and what is written in them arrives, even after the grace. A thread that is inside a call at
-  // that moment does not return from it. The grace may be as long as the type allows. An exception that is pending in
-  // the calling thread is dropped, because an end that was refused for it could not be made up for in the destructor.
-  // Throws Misuse when the calling thread was called by Java or has Elements open itself, when the VM was joined or
-  // released, and in a shutdown hook: "The Java VM has ended". Throws Error when Java cannot tell its threads or run
-  // its hooks.
+  // ended already, returns the same again, and while another thread is ending it, waits for that first. Elements and
+  // CriticalElements that other threads have open are waited for as threads of Java's are, and what is written in them
+  // arrives, even after the grace. A thread that is inside a call at that moment does not return from it. The grace may
+  // be as long as the type allows. An exception that is pending in the calling thread is dropped, because an end that
+  // was refused for it could not be made up for in the destructor.
+  // Throws Misuse when the calling thread was called by Java or has Elements open itself, and when the VM was joined or
+  // released. While another thread is ending the VM, it throws Misuse "The Java VM has ended" in threads that this end
+  // waits for: in shutdown hooks, and in threads that the fixed interface or raw JNI has attached. Throws Error when
+  // Java cannot tell its threads or run its hooks.
   VmEnd End(std::chrono::milliseconds grace = DefaultGrace);
 
   // Lets the VM run until the process ends. Its shutdown hooks do not run then unless Java itself ends the process.

@@ -62,7 +62,7 @@ class NothingLeftTest : public RealVmTest {
       hasFailed = CountedReferences::HasFailed();
       if (hasFailed) {
         EXPECT_THAT(thrown, testing::AnyOf("bad_alloc", testing::MatchesRegex("This Java VM takes no C.. function for "
-                                                                              ".*: JNI status -1")))
+                                                                              ".*: it refuses the function .JNI_ERR.")))
             << "step " << failures;
       } else {
         EXPECT_EQ(thrown, "") << "step " << failures;

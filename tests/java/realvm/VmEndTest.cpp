@@ -14,7 +14,6 @@ using java::Misuse;
 using java::StartVm;
 using java::Vm;
 using java::VmEnd;
-using testing::HasSubstr;
 using Clock = std::chrono::steady_clock;
 
 // A shutdown hook that writes the text into the note.
@@ -89,45 +88,6 @@ TEST(VmEndTest, TheGraceMayBeAsLongAsItsTypeAllows) {
     CallStaticInt("fixture/Vms", "runFor", "(I)I", 600000);
     EXPECT_EQ(vm.End(std::chrono::milliseconds::min()), VmEnd::LeftRunning);
   });
-}
-
-// What the layer says to a shutdown hook, which the end of the VM waits for.
-struct SaidToHook {
-  Vm* vm = nullptr;
-  std::vector<std::string> texts;
-};
-SaidToHook& TheHook() {
-  static SaidToHook said;
-  return said;
-}
-jint JNICALL AskInHook(JNIEnv*, jclass, jint) {
-  Vm& vm = *TheHook().vm;
-  TheHook().texts = {WhatOf<Misuse>([] { java::JoinVm(); }), WhatOf<Misuse>([&] { java::JoinVm(vm.Handle()); }),
-                     WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }), WhatOf<Misuse>([&] { vm.End(); }),
-                     WhatOf<java::StartFailure>([] { const Vm second = StartVm(); })};
-  return 0;
-}
-
-void EndWithAHookThatAsks(int milliseconds, VmEnd expected) {
-  Vm vm = StartVm(FixtureSettings());
-  TheHook().vm = &vm;
-  JNIEnv* const env = java::detail::Env();
-  const auto type = java::Adopt<java::Class>(java::detail::LoadClass(env, "fixture/Work"));
-  char name[] = "callBack";
-  char signature[] = "(I)I";
-  const JNINativeMethod method = {name, signature, reinterpret_cast<void*>(&AskInHook)};
-  ASSERT_EQ(env->RegisterNatives(static_cast<jclass>(type.Get()), &method, 1), JNI_OK);
-  java::CallStatic<void>("fixture/Work", "callBackAtEnd", 1);
-  CallStaticInt("fixture/Vms", "runFor", "(I)I", milliseconds);
-  EXPECT_EQ(vm.End(500ms), expected);
-  const std::string ended = "The Java VM has ended";
-  EXPECT_THAT(TheHook().texts,
-              testing::ElementsAre(ended, ended, ended, ended, ended + "; a process can have one, and only once"));
-}
-
-TEST(VmEndTest, AShutdownHookFailsAndDoesNotWait) {
-  InProcessOfItsOwn([] { EndWithAHookThatAsks(0, VmEnd::Destroyed); });
-  InProcessOfItsOwn([] { EndWithAHookThatAsks(600000, VmEnd::LeftRunning); });
 }
 
 TEST(VmEndTest, AThreadThatEndsInTheGraceIsNotWaitedFor) {
@@ -340,31 +300,6 @@ TEST(VmEndTest, AMovedVmIsEndedOnce) {
     EXPECT_EQ(note.Text(), "");
     EXPECT_EQ(first.End(), VmEnd::Destroyed);
     EXPECT_EQ(note.Text(), "hook");
-  });
-}
-
-jint JNICALL EndInCallBack(JNIEnv*, jclass, jint) {
-  Vm vm = java::JoinVm();
-  EXPECT_EQ(WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }),
-            "The Java VM cannot be ended by a thread that Java has called");
-  ThrowPending(java::detail::Env());
-  EXPECT_THROW(java::EndVm(vm.Handle()), Misuse);
-  const auto pending = java::TakePending();
-  EXPECT_TRUE(pending.has_value() && *pending->Message() == "left pending");
-  return 5;
-}
-
-TEST(VmEndTest, AThreadThatJavaCalledCannotEndIt) {
-  InProcessOfItsOwn([] {
-    Vm vm = StartVm(FixtureSettings());
-    char name[] = "callBack";
-    char signature[] = "(I)I";
-    const JNINativeMethod method = {name, signature, reinterpret_cast<void*>(&EndInCallBack)};
-    JNIEnv* const env = java::detail::Env();
-    const auto type = java::Adopt<java::Class>(java::detail::LoadClass(env, "fixture/Work"));
-    ASSERT_EQ(env->RegisterNatives(static_cast<jclass>(type.Get()), &method, 1), JNI_OK);
-    EXPECT_EQ(CallStaticInt("fixture/Work", "callBack", "(I)I", 1), 5);
-    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
   });
 }
 

@@ -61,6 +61,11 @@ class Attachment {
     return m_number != 0 ? m_number == AttachmentNumber() && HasVm() : EnvIfAttached() == m_env;
   }
 
+  // The same, but also once the end of the VM has begun: then a thread may still leave it.
+  bool IsStillHere() const noexcept {
+    return m_number != 0 ? m_number == AttachmentNumber() : !HasVm() || EnvIfAttached() == m_env;
+  }
+
  private:
   JNIEnv* m_env = nullptr;
   std::uintptr_t m_number = 0;
@@ -72,7 +77,7 @@ void EnterCritical() noexcept;
 void LeaveCritical() noexcept;
 void RequireNotCritical();
 
-// What of Java's memory is open in C++, to be given back: the end of the VM waits for it, as for a thread of Java's.
+// Counts the arrays of Java whose memory C++ uses: the end of the VM waits until none is left, as for Java's threads.
 class OpenMemory {
  public:
   // Throws as RequireVm does.
@@ -81,8 +86,8 @@ class OpenMemory {
   OpenMemory& operator=(const OpenMemory&) = delete;
   ~OpenMemory();
 
-  // The environment to give it back with, also once the end of the VM has begun; null where there is nobody to give it
-  // to.
+  // The environment that the memory is released with, also once the end of the VM has begun. Null after that end, and
+  // in a thread that is not attached.
   static JNIEnv* Env() noexcept;
 
   static bool IsOpen() noexcept;
