@@ -2,13 +2,35 @@
 
 #include <windows.h>
 
+#include <atomic>
+
 namespace torvan::java::detail {
 
 namespace {
 
-// TlsGetValue, because thread_local is emulated by MinGW and costs several times as much.
-const DWORD s_envIndex = TlsAlloc();
-const DWORD s_numberIndex = TlsAlloc();
+// A value of each thread, null at first. By TlsGetValue, because thread_local is emulated by MinGW and costs several
+// times as much. Its index is taken at the first Set, because static objects of a host may start the VM before those of
+// this file are made; TlsGetValue returns null for the index that there is until then.
+class ThreadValue {
+ public:
+  void* Get() const noexcept { return TlsGetValue(m_index.load(std::memory_order_acquire)); }
+  void Set(void* value) noexcept { TlsSetValue(Index(), value); }
+
+ private:
+  DWORD Index() noexcept {
+    DWORD index = m_index.load(std::memory_order_acquire);
+    if (index != TLS_OUT_OF_INDEXES) return index;
+    const DWORD made = TlsAlloc();
+    if (m_index.compare_exchange_strong(index, made, std::memory_order_acq_rel)) return made;
+    TlsFree(made);  // another thread was first
+    return index;
+  }
+
+  std::atomic<DWORD> m_index{TLS_OUT_OF_INDEXES};
+};
+
+ThreadValue s_env;
+ThreadValue s_number;
 
 // Whether the process is ending: then other threads are gone, and their locks stay locked. Looking the function up
 // takes the loader lock, which a starting thread may hold while it waits for the list of fiber-local data that
@@ -30,7 +52,7 @@ DWORD SlotOfAttachedThreads() {
   return slot;
 }
 
-JNIEnv* RememberedEnv() noexcept { return static_cast<JNIEnv*>(TlsGetValue(s_envIndex)); }
+JNIEnv* RememberedEnv() noexcept { return static_cast<JNIEnv*>(s_env.Get()); }
 
 }  // namespace
 
@@ -45,12 +67,10 @@ JNIEnv* EnvIfAttached() noexcept {
   return AskForEnv();
 }
 
-std::uintptr_t AttachmentNumber() noexcept { return reinterpret_cast<std::uintptr_t>(TlsGetValue(s_numberIndex)); }
+std::uintptr_t AttachmentNumber() noexcept { return reinterpret_cast<std::uintptr_t>(s_number.Get()); }
 
-void CacheEnv(JNIEnv* env) noexcept { TlsSetValue(s_envIndex, env); }
-void SetAttachmentNumber(std::uintptr_t number) noexcept {
-  TlsSetValue(s_numberIndex, reinterpret_cast<void*>(number));
-}
+void CacheEnv(JNIEnv* env) noexcept { s_env.Set(env); }
+void SetAttachmentNumber(std::uintptr_t number) noexcept { s_number.Set(reinterpret_cast<void*>(number)); }
 
 void DetachAtThreadEnd(bool detaches) noexcept {
   const DWORD slot = SlotOfAttachedThreads();
