@@ -39,6 +39,7 @@
 #include <torvan/java/VmSettings.h>
 #include <torvan/java/Weak.h>
 #include <torvan/java/detail/ArrayRow.h>
+#include <torvan/java/detail/Attributes.h>
 #include <torvan/java/detail/Boxes.h>
 #include <torvan/java/detail/Callback.h>
 #include <torvan/java/detail/Classes.h>

@@ -2,20 +2,11 @@
 #pragma once
 
 #include <torvan/JniException.h>
+#include <torvan/java/detail/Attributes.h>
 
 #include <exception>
 #include <memory>
 #include <string>
-
-// Exceptions are caught by their type across the borders of a host's libraries, even if those hide their symbols. What
-// belongs to one copy of the layer is that library's own, however it shows them.
-#ifdef _WIN32
-#define TORVAN_JAVA_VISIBLE
-#define TORVAN_JAVA_HIDDEN
-#else
-#define TORVAN_JAVA_VISIBLE __attribute__((visibility("default")))
-#define TORVAN_JAVA_HIDDEN __attribute__((visibility("hidden")))
-#endif
 
 namespace torvan::java {
 
@@ -49,7 +40,7 @@ class TORVAN_JAVA_VISIBLE Misuse : public Failure {
   ~Misuse() override;
 };
 
-// Something that could not be started: a VM, or a program of its own.
+// Something that could not be started: a VM, or a Java program in another process.
 // The text says which step failed, on what, and the system's or the VM's own reason.
 class TORVAN_JAVA_VISIBLE StartFailure : public Failure {
  public:

@@ -15,8 +15,8 @@ Global<T> GlobalOf(JNIEnv* env, jobject ref);
 
 // A global reference, shared by its copies and deleted with the last of them.
 // Copying and dropping throw nothing, need no environment and may be done on any thread at any time, also by several at
-// once, while an exception is thrown, in static destructors and after the end of the VM. Give each thread a copy of its
-// own: as with any C++ object, one thread must not write it while another uses it.
+// once, while an exception is thrown, in static destructors and after the end of the VM. Copy it for each thread: as
+// with any C++ object, one thread must not write it while another uses it.
 template <typename T = Object>
 class Global {
  public:
@@ -39,7 +39,7 @@ class Global {
   }
 
   // The raw global reference, alive as long as this object or a copy of it; null for a null reference.
-  jobject Get() const noexcept { return m_share.Get(); }
+  jobject Get() const noexcept TORVAN_JAVA_LENT { return m_share.Get(); }
   explicit operator bool() const noexcept { return Get() != nullptr; }
 
   // Drops this share: this object is null afterwards.

@@ -49,7 +49,7 @@ class Local {
   ~Local() { Reset(); }
 
   // The raw local reference, owned by this object; null for a null reference.
-  jobject Get() const noexcept { return m_ref; }
+  jobject Get() const noexcept TORVAN_JAVA_LENT { return m_ref; }
   explicit operator bool() const noexcept { return m_ref != nullptr; }
 
   // Drops the reference: this object is null afterwards.

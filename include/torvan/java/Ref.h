@@ -68,11 +68,11 @@ class Ref {
   Ref(std::nullptr_t) noexcept {}
 
   template <typename U>
-  Ref(const Local<U>& other) noexcept : m_ref(other.Get()) {
+  Ref(const Local<U>& other TORVAN_JAVA_LENT) noexcept : m_ref(other.Get()) {
     detail::RequireIsA<U, T>();
   }
   template <typename U>
-  Ref(const Global<U>& other) noexcept : m_ref(other.Get()) {
+  Ref(const Global<U>& other TORVAN_JAVA_LENT) noexcept : m_ref(other.Get()) {
     detail::RequireIsA<U, T>();
   }
   template <typename U>
@@ -81,7 +81,7 @@ class Ref {
   }
   template <typename U, typename From = typename detail::TagOf<U>::Type,
             typename = std::enable_if_t<std::is_base_of_v<jni::CJavaObject, U>>>
-  Ref(const U& handle) : m_ref(Tested<From>(handle)) {}
+  Ref(const U& handle TORVAN_JAVA_LENT) : m_ref(Tested<From>(handle)) {}
   template <typename R, typename From = typename detail::TagOf<R*>::Type,
             typename = std::enable_if_t<std::is_base_of_v<_jobject, R>>>
   Ref(R* raw) : m_ref(Tested<From>(raw)) {}
