@@ -20,6 +20,8 @@ std::atomic<bool> otherLoaders{false};
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Lookup", line, text); }
+
 // What is found once for all members. Never destroyed, because calls may come from static destructors.
 struct Kept {
   std::mutex mutex;
@@ -74,8 +76,13 @@ std::string LoadedName(const std::string& descriptor) {
   const LocalScope type(env, env->GetObjectClass(object));
   const std::string own = NameOf(env, static_cast<jclass>(type.Get()));
   const std::string needed = NameOf(env, wanted);
-  throw Misuse("java/Lookup", __LINE__,
-               "a " + own + " " + what + " needs a " + needed + (own == needed ? " of another class loader" : ""));
+  const char* const loader = own == needed ? " of another class loader" : "";
+  Fail(__LINE__, "a " + own + " " + what + " needs a " + needed + loader);
+}
+
+// Which value of a member it is, counted from 0.
+std::string PlaceOf(const MemberName& name, std::size_t index) {
+  return IsField(name.kind) ? "the value" : "argument " + std::to_string(index + 1);
 }
 
 bool IsReference(const std::string& descriptor) { return descriptor[0] == 'L' || descriptor[0] == '['; }
@@ -150,8 +157,8 @@ void TestArguments(JNIEnv* env, const ClassTests& tests, const jvalue* values, c
     jobject const object = values[index].l;
     const auto wanted = static_cast<jclass>(type.Get());
     if (object == nullptr || env->IsInstanceOf(object, wanted) != JNI_FALSE) continue;
-    const std::string place = IsField(name.kind) ? "the value" : "argument " + std::to_string(index + 1);
-    ThrowWrongClass(env, object, wanted, "is given as " + place + " of " + SpellWithClass(name) + ", which");
+    const std::string place = PlaceOf(name, index) + " of " + SpellWithClass(name);
+    ThrowWrongClass(env, object, wanted, "is given as " + place + ", which");
   }
 }
 
@@ -209,8 +216,7 @@ void* SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
 }
 
 BoundPlace::BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name) {
-  if (!type)
-    throw Misuse("java/Lookup", __LINE__, "null is given as the class that " + SpellWithClass(name) + " is bound to");
+  if (!type) Fail(__LINE__, "null is given as the class that " + SpellWithClass(name) + " is bound to");
   m_type = Global<Class>(type);
   const auto raw = static_cast<jclass>(m_type.Get());
   m_id = FindId(env, raw, name);
@@ -220,20 +226,23 @@ BoundPlace::BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name) {
 }
 
 void ThrowNullObject(const MemberName& name) {
-  throw Misuse("java/Lookup", __LINE__, "null is given as the object of " + SpellWithClass(name));
+  Fail(__LINE__, "null is given as the object of " + SpellWithClass(name));
 }
 
 void ThrowNullResult(const MemberName& name) {
-  const std::string what =
-      IsField(name.kind) ? "the value of " + SpellWithClass(name) + " is" : SpellWithClass(name) + " returned";
-  throw Misuse("java/Lookup", __LINE__, what + " null, which its C++ type cannot be: declare it as std::optional");
+  const std::string own = SpellWithClass(name);
+  const std::string what = IsField(name.kind) ? "the value of " + own + " is" : own + " returned";
+  Fail(__LINE__, what + " null, which its C++ type cannot be: declare it as std::optional");
 }
 
 void ThrowNullElement(const MemberName& name, const std::string& path) {
-  const std::string what = IsField(name.kind) ? " of the value of " : " of what was returned by ";
-  throw Misuse("java/Lookup", __LINE__,
-               "element " + path + what + SpellWithClass(name) +
-                   " is null, which its C++ type cannot be: declare the element as std::optional");
+  const std::string place = IsField(name.kind) ? " of the value of " : " of what was returned by ";
+  const std::string element = "element " + path + place + SpellWithClass(name);
+  Fail(__LINE__, element + " is null, which its C++ type cannot be: declare the element as std::optional");
+}
+
+void ThrowInvalidText(const MemberName& name, std::size_t index, const InvalidUtf8& invalid) {
+  Fail(__LINE__, invalid.what() + (" in " + PlaceOf(name, index)) + " of " + SpellWithClass(name));
 }
 
 }  // namespace torvan::java::detail

@@ -16,12 +16,17 @@ namespace torvan::java::detail {
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Undeclared", line, text); }
+
+// What an argument counts as whose type only the object itself tells.
+constexpr const char* AnyObject = "Ljava/lang/Object;";
+
 // The descriptor whose parameters are the arguments' types. An argument without a type counts as an Object.
 std::string ExactDescriptor(const UndeclaredCall& call) {
   std::string text = "(";
   for (std::size_t i = 0; i < call.count; ++i) {
     const char* const descriptor = call.arguments[i].descriptor;
-    text += descriptor != nullptr ? descriptor : "Ljava/lang/Object;";
+    text += descriptor != nullptr ? descriptor : AnyObject;
   }
   return text + ")" + (call.kind == MemberKind::Constructor ? "V" : call.result);
 }
@@ -36,11 +41,21 @@ bool IsInstanceOrNull(JNIEnv* env, const GivenArgument& argument, const Local<Cl
   return object == nullptr || env->IsInstanceOf(object, static_cast<jclass>(type.Get())) != JNI_FALSE;
 }
 
-bool IsExact(JNIEnv* env, const UndeclaredCall& call, const Candidate& candidate) {
+// Whether a member's arguments have the names of the types that are given.
+bool HasNames(const UndeclaredCall& call, const Candidate& candidate) {
   if (candidate.arguments.size() != call.count) return false;
   for (std::size_t i = 0; i < call.count; ++i) {
+    const char* const descriptor = call.arguments[i].descriptor;
+    if (SpellType(descriptor != nullptr ? descriptor : AnyObject) != candidate.arguments[i]) return false;
+  }
+  return true;
+}
+
+bool IsExact(JNIEnv* env, const UndeclaredCall& call, const Candidate& candidate) {
+  if (!HasNames(call, candidate)) return false;
+  for (std::size_t i = 0; i < call.count; ++i) {
     const GivenArgument& argument = call.arguments[i];
-    if (argument.descriptor == nullptr || ArgumentName(argument) != candidate.arguments[i]) return false;
+    if (argument.descriptor == nullptr) return false;
     if (argument.letter == 'L' && !IsInstanceOrNull(env, argument, candidate.argumentClasses[i])) return false;
   }
   return true;
@@ -85,10 +100,9 @@ const Candidate* Choose(JNIEnv* env, const UndeclaredCall& call, const std::vect
       list.push_back(candidate.spelled);
     }
     if (applicable.size() == 1) return applicable.front();
-    if (!applicable.empty()) {
-      throw Misuse("java/Undeclared", __LINE__,
-                   "several members take the arguments of " + SpellCall(env, call) + ": " + SpellList(list));
-    }
+    if (applicable.empty()) continue;
+    const std::string what = "several members take the arguments of " + SpellCall(env, call);
+    Fail(__LINE__, what + ": " + SpellList(list));
   }
   return nullptr;
 }
@@ -100,19 +114,31 @@ struct Plan {
   std::string result;         // as Java spells it
 };
 
-[[noreturn]] void ThrowNone(JNIEnv* env, const UndeclaredCall& call) {
+// Throws Error where no member has the names of the types that are given, else Misuse that says which argument is
+// wrong.
+[[noreturn]] void ThrowNone(JNIEnv* env, const UndeclaredCall& call, const std::vector<Candidate>& candidates) {
   const std::string type = NameOf(env, call.type);
   const std::string exact = ExactDescriptor(call);
-  FindId(env, call.type, {call.kind, type.c_str(), call.name, exact.c_str(), exact.c_str()});
-  throw Misuse("java/Undeclared", __LINE__,
-               "no member takes the arguments of " + SpellCall(env, call) + ": one is of another class loader's class");
+  const MemberName name{call.kind, type.c_str(), call.name, exact.c_str(), exact.c_str()};
+  FindId(env, call.type, name);
+  std::vector<jvalue> values;
+  for (std::size_t i = 0; i < call.count; ++i) values.push_back(call.arguments[i].value);
+  for (const Candidate& candidate : candidates) {
+    if (candidate.kind != call.kind || !HasNames(call, candidate)) continue;
+    ClassTests tests;
+    for (std::size_t i = 0; i < call.count; ++i) {
+      if (call.arguments[i].letter == 'L') tests.arguments.emplace_back(i, candidate.argumentClasses[i]);
+    }
+    TestArguments(env, tests, values.data(), name);
+  }
+  Fail(__LINE__, SpellWithClass(name) + " was made by Java's compiler, and is called with a declaration only");
 }
 
 Plan MakePlan(JNIEnv* env, const UndeclaredCall& call) {
   const LocalFrame frame(512);
   const std::vector<Candidate> candidates = CandidatesOf(env, call.type, call.kind, call.name);
   const Candidate* const chosen = Choose(env, call, candidates);
-  if (chosen == nullptr) ThrowNone(env, call);
+  if (chosen == nullptr) ThrowNone(env, call, candidates);
   Plan plan{env->FromReflectedMethod(chosen->reflected.Get()), {}, chosen->result};
   for (const std::string& argument : chosen->arguments) plan.letters.push_back(LetterOf(argument));
   return plan;
@@ -142,9 +168,8 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
   const char wanted = call.result[0] == '[' ? 'L' : call.result[0];
   const char letter = call.kind == MemberKind::Constructor ? 'L' : LetterOf(plan.result);
   if (wanted != 'V' && !(wanted == 'L' ? letter == 'L' : Widens(letter, wanted))) {
-    throw Misuse(
-        "java/Undeclared", __LINE__,
-        SpellCall(env, call) + " returns " + plan.result + ", and " + SpellType(call.result) + " is asked for");
+    const std::string asked = ", and " + SpellType(call.result) + " is asked for";
+    Fail(__LINE__, SpellCall(env, call) + " returns " + plan.result + asked);
   }
   std::vector<jvalue> values(call.count + 1);
   std::vector<Passed> boxes;
@@ -220,7 +245,13 @@ jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
 }
 
 void ThrowNullReceiver(const char* what, const std::string& name) {
-  throw Misuse("java/Undeclared", __LINE__, std::string("null is given as the ") + what + " of " + name + "(...)");
+  Fail(__LINE__, std::string("null is given as the ") + what + " of " + name + "(...)");
+}
+
+void ThrowInvalidText(JNIEnv* env, jclass type, const char* name, std::size_t index, const InvalidUtf8& invalid) {
+  const std::string place = " in argument " + std::to_string(index + 1) + " of " + NameOf(env, type);
+  const bool isConstructor = *name == '<';
+  Fail(__LINE__, invalid.what() + place + (isConstructor ? "" : std::string(".") + name) + "(...)");
 }
 
 }  // namespace torvan::java::detail

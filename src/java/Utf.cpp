@@ -62,7 +62,7 @@ char* Write(char32_t character, char* out) noexcept {
 }
 
 [[noreturn]] void ThrowInvalid(std::size_t position) {
-  throw Misuse("java/Utf", __LINE__, "invalid UTF-8 at byte " + std::to_string(position));
+  throw InvalidUtf8("java/Utf", __LINE__, "invalid UTF-8 at byte " + std::to_string(position));
 }
 
 // Reads the sequence at `at` and moves `at` past it. The least second byte rules out overlong forms, the greatest

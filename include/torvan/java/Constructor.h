@@ -5,8 +5,25 @@
 
 namespace torvan::java {
 
+namespace detail {
+
 template <typename F>
-class Constructor;
+constexpr bool RequireArguments() {
+  static_assert(IsNever<F>,
+                "torvan::java: a constructor is declared with its class and arguments, T(A...), as in "
+                "Constructor<Builder(jint)>");
+  return true;
+}
+
+}  // namespace detail
+
+template <typename F>
+class Constructor {
+  static_assert(detail::RequireArguments<F>());
+
+ public:
+  constexpr explicit Constructor(const char* = nullptr) {}
+};
 
 // A constructor of the class that tag T names, with the C++ types of its arguments:
 //

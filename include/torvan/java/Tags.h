@@ -48,6 +48,24 @@ constexpr char NumberLetter() {
   }
 }
 
+// Evaluated where a call is compiled, and not before: until then a tag may be incomplete.
+template <typename T, typename = void>
+constexpr bool IsTag = false;
+template <typename T>
+constexpr bool IsTag<T, std::void_t<decltype(T::JavaName)>> = true;
+
+template <typename T>
+constexpr bool RequireTag() {
+  static_assert(IsTag<T>,
+                "torvan::java: a Java class is named by a tag, a struct with 'static constexpr char JavaName[]', and "
+                "this type is none");
+  return IsTag<T>;
+}
+
+// False for every type: for the static_assert of a template that no argument fits.
+template <typename T>
+constexpr bool IsNever = false;
+
 template <typename T>
 constexpr bool IsArrayTag = false;
 template <typename E>

@@ -220,7 +220,10 @@ TEST_F(ArraysTest, ANullThatTheTypeHasNotNamesTheMemberAndTheElement) {
 
 TEST_F(ArraysTest, AnElementThatCannotGoIsRefused) {
   static constexpr StaticMethod<std::vector<std::string>(std::vector<std::string>)> Same{Fixture, "same"};
-  EXPECT_EQ(WhatOf<Misuse>([] { Same(std::vector<std::string>{"a", "b\xFF"}); }), "invalid UTF-8 at byte 1");
+  EXPECT_EQ(WhatOf<Misuse>([] {
+              Same(std::vector<std::string>{"a", "b\xFF"});
+            }),
+            "invalid UTF-8 at byte 1 in argument 1 of fixture.Arrays.same(java.lang.String[])");
   EXPECT_EQ(WhatOf<std::domain_error>([] { SeenAs(std::vector<Weight>{{1}, {-1}}); }), "a weight below zero");
 }
 

@@ -4,6 +4,11 @@
 #include <cstdio>
 #include <vector>
 
+// Not in the unnamed namespace: what the compiler makes for it has the same name in both libraries.
+struct Natives {
+  static constexpr char JavaName[] = "fixture/Natives";
+};
+
 namespace {
 
 namespace java = torvan::java;
@@ -13,6 +18,12 @@ constexpr java::StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "
 constexpr java::NativeMethod<jint(jint, jlong, double)> Native{"fixture/Natives", "add"};
 
 }  // namespace
+
+// The class of a tag as this library keeps it.
+extern "C" jclass KeptClass(JavaVM* vm) {
+  java::JoinVm(vm);
+  return java::detail::ClassOf<Natives>(java::detail::Env());
+}
 
 // Binds as many native methods to functions of one type, and returns how many of them answer as they should.
 extern "C" jint BindMethods(JavaVM* vm, jint count) try {

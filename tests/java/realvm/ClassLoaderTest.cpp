@@ -81,8 +81,13 @@ TEST_F(ClassLoaderTest, ACallWithoutADeclarationTellsClassesOfOneNameApart) {
   const Local<Plugin> other = make.In(Others().FindClass("fixture/Plugin"))(4);
   EXPECT_EQ(java::Call<jint>(own, "plus", same), 3);
   EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(own, "plus", other); }),
-            "no member takes the arguments of fixture.Plugin.plus(fixture.Plugin): one is of another class loader's "
-            "class");
+            "a fixture.Plugin is given as argument 1 of fixture.Plugin.plus(fixture.Plugin), which needs a "
+            "fixture.Plugin of another class loader");
+  const Local<java::Class> type = first.FindClass("fixture/Plugin");
+  EXPECT_EQ(java::CallStatic<jint>(type, "twice", own), 2);
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::CallStatic<jint>(type, "lambda$twice$0", own); }),
+            "fixture.Plugin.lambda$twice$0(fixture.Plugin) was made by Java's compiler, and is called with a "
+            "declaration only");
 }
 
 // As if no other loader had been seen before.

@@ -223,8 +223,9 @@ TEST_F(ConvertTest, LongTexts) {
 }
 
 TEST_F(ConvertTest, TextThatIsNotUtf8IsRefusedWithItsByte) {
-  EXPECT_EQ(WhatOf<Misuse>([] { SameText("abc\xFF"); }), "invalid UTF-8 at byte 3");
-  EXPECT_EQ(WhatOf<Misuse>([] { SameText(std::string(3000, 'x') + "\xC3"); }), "invalid UTF-8 at byte 3000");
+  const std::string same = " in argument 1 of fixture.Values.same(java.lang.String)";
+  EXPECT_EQ(WhatOf<Misuse>([] { SameText("abc\xFF"); }), "invalid UTF-8 at byte 3" + same);
+  EXPECT_EQ(WhatOf<Misuse>([] { SameText(std::string(3000, 'x') + "\xC3"); }), "invalid UTF-8 at byte 3000" + same);
   EXPECT_EQ(WhatOf<Misuse>([] { java::NewString("\xC0\x80"); }), "invalid UTF-8 at byte 0");
 }
 

@@ -162,6 +162,28 @@ TEST_F(MemberTest, ANullObjectNamesTheMember) {
   EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(none, "shared"); }), "null is given as the object of shared(...)");
 }
 
+TEST_F(MemberTest, TextThatIsNotUtf8NamesTheMember) {
+  static constexpr StaticMethod<std::string(std::string_view, Ref<Strings>)> joined{"fixture/Members", "joined"};
+  static constexpr Constructor<Derived(std::string_view, Ref<Object>)> makeOfBoth;
+  static constexpr StaticMethod<std::optional<std::string>(std::optional<std::string>)> same{"fixture/Values", "same"};
+  const auto derived = java::New<Derived>();
+  const std::string wrong = "\xC3(";
+  const std::string at = "invalid UTF-8 at byte 0 in ";
+  EXPECT_EQ(WhatOf<Misuse>([&] { joined(wrong, nullptr); }),
+            at + "argument 1 of fixture.Members.joined(java.lang.String, java.lang.String[])");
+  EXPECT_EQ(WhatOf<Misuse>([&] {
+              java::CallStatic<void>("fixture/Members", "joined", "x", std::vector<std::string>{"x", wrong});
+            }),
+            at + "argument 2 of fixture.Members.joined(...)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { makeOfBoth("x", wrong); }),
+            at + "argument 2 of fixture.Members$Derived(java.lang.String, java.lang.Object)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { How.Set(derived, wrong); }), at + "the value of fixture.Members$Derived.how");
+  EXPECT_EQ(WhatOf<Misuse>([&] { same(wrong); }), at + "argument 1 of fixture.Values.same(java.lang.String)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::CallStatic<void>("fixture/Members", "over", wrong); }),
+            at + "argument 1 of fixture.Members.over(...)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::New<Derived>("x", wrong); }), at + "argument 2 of fixture.Members$Derived(...)");
+}
+
 TEST_F(MemberTest, WhatJavaThrowsIsAnError) {
   static constexpr StaticMethod<void(std::string_view)> Fails{"fixture/Members", "fails"};
   static constexpr Constructor<Failing()> NewFailing;

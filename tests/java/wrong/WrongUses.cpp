@@ -180,8 +180,8 @@ void WrongArrays(const Local<java::Array<jint>>& ints, const Local<java::Array<j
   // torvan::java: a number or a bool is given where the Java method takes an object
 }
 constexpr java::StaticMethod<void(std::vector<std::uint32_t>)> WrongElements{"a/B", "f"};
-// torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an unsigned of
-// 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
+// torvan::java: an argument of this declaration has a C++ type that Java has no type for (such as an unsigned of 32
+// or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
 constexpr java::StaticMethod<std::vector<std::string_view>()> ViewsResult{"a/B", "f"};
 // torvan::java: the result of this declaration would refer to what is gone; use std::string, std::u16string or Local<T>
 void WrongBuffers(const java::ByteBuffer& buffer, const java::BufferView<const std::byte>& view) {
@@ -236,13 +236,45 @@ void WrongFunctions(const Local<Rows>& rows, const Local<List>& list, std::uniqu
 constexpr java::NativeMethod<jint(jint)> OtherNative{"a/B", "f", "(J)I"};
 // an_argument_type_in_Cpp_does_not_fit_the_descriptor
 constexpr Method<Rows, jint(std::size_t)> WrongArgument{"f"};
-// torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an unsigned of
-// 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
+// torvan::java: an argument of this declaration has a C++ type that Java has no type for (such as an unsigned of 32
+// or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own
 constexpr Method<Rows, Opaque()> WrongResult{"f"};
-// torvan::java: the result of this declaration has a C++ type that nothing in Java stands for; specialise
+// torvan::java: the result of this declaration has a C++ type that Java has no type for; specialise
 // torvan::java::Convert for a type of your own
 constexpr Method<Rows, std::string_view()> ViewResult{"f"};
 // torvan::java: the result of this declaration would refer to what is gone; use std::string, std::u16string or Local<T>
+
+constexpr Method<List, jint> NoSignature{"size"};
+// torvan::java: a method is declared with its result and arguments, R(A...), as in Method<List, jint(std::string_view)>
+constexpr java::StaticMethod<std::string> NoStaticSignature{"a/B", "f"};
+// torvan::java: a method is declared with its result and arguments, R(A...), as in Method<List, jint(std::string_view)>
+constexpr java::SuperMethod<List, jint(jint) noexcept> NoexceptSignature{"size"};
+// torvan::java: a method is declared with its result and arguments, R(A...), as in Method<List, jint(std::string_view)>
+constexpr java::Constructor<Builder> NoArguments;
+// torvan::java: a constructor is declared with its class and arguments, T(A...), as in Constructor<Builder(jint)>
+constexpr Method<Local<List>, jint()> OfAReference{"size"};
+constexpr java::Field<Money, jint> OfNoTag{"cents"};
+constexpr Method<Rows, Local<jlong>()> NumberReference{"getLong"};
+void WrongTags(const Local<Rows>& rows, const Local<List>& list, const Local<Money>& money) {
+  OfAReference(list);
+  // torvan::java: a Java class is named by a tag, a struct with 'static constexpr char JavaName[]', and this type is
+  // none
+  OfNoTag.Get(money);
+  // torvan::java: a Java class is named by a tag, a struct with 'static constexpr char JavaName[]', and this type is
+  // none
+  NumberReference(rows);
+  // torvan::java: a Java class is named by a tag, a struct with 'static constexpr char JavaName[]', and this type is
+  // none
+  java::New<Opaque>();
+  // torvan::java: a Java class is named by a tag, a struct with 'static constexpr char JavaName[]', and this type is
+  // none
+  java::Cast<std::string>(rows);
+  // torvan::java: a Java class is named by a tag, a struct with 'static constexpr char JavaName[]', and this type is
+  // none
+  java::IsInstance<jint>(rows);
+  // torvan::java: a Java class is named by a tag, a struct with 'static constexpr char JavaName[]', and this type is
+  // none
+}
 
 constexpr Method<Rows, jint(jint)> OtherResult{"getLong", "(I)J"};
 // the_result_type_in_Cpp_does_not_fit_the_descriptor

@@ -1,6 +1,8 @@
 // Java classes, found through the loader that is kept from the start.
 #pragma once
 
+#include <torvan/java/Tags.h>
+#include <torvan/java/detail/Attributes.h>
 #include <torvan/java/detail/Environment.h>
 
 #include <atomic>
@@ -20,11 +22,16 @@ jobject KeptLoader() noexcept;
 jclass KeepClass(JNIEnv* env, const char* name, std::atomic<jclass>& place);
 
 // The class of a tag: found once, by the first thread that asks, and kept. Throws Error.
+// Hidden, because libraries of a host that each have a copy of the layer may find another class by that name.
 template <typename T>
-jclass ClassOf(JNIEnv* env) {
-  static std::atomic<jclass> place{nullptr};
-  jclass const known = place.load(std::memory_order_acquire);
-  return known != nullptr ? known : KeepClass(env, T::JavaName, place);
+TORVAN_JAVA_HIDDEN jclass ClassOf(JNIEnv* env) {
+  if constexpr (RequireTag<T>()) {
+    static std::atomic<jclass> place{nullptr};
+    jclass const known = place.load(std::memory_order_acquire);
+    return known != nullptr ? known : KeepClass(env, T::JavaName, place);
+  } else {
+    return nullptr;
+  }
 }
 
 // Throws Misuse "A java.lang.Integer is given where a java.sql.Connection is needed" unless `object`, which is not

@@ -37,14 +37,18 @@ constexpr auto Join(const Part&... parts) {
 // The descriptor of a tag's class. Names are taken with slashes and with dots; an array's name is its descriptor.
 template <typename T>
 constexpr auto ClassDescriptor() {
-  auto name = Fixed(T::JavaName);
-  for (std::size_t i = 0; i < name.size; ++i) {
-    if (name.data[i] == '.') name.data[i] = '/';
-  }
-  if constexpr (T::JavaName[0] == '[') {
-    return name;
+  if constexpr (!RequireTag<T>()) {
+    return FixedText<0>();
   } else {
-    return Join(Fixed("L"), name, Fixed(";"));
+    auto name = Fixed(T::JavaName);
+    for (std::size_t i = 0; i < name.size; ++i) {
+      if (name.data[i] == '.') name.data[i] = '/';
+    }
+    if constexpr (T::JavaName[0] == '[') {
+      return name;
+    } else {
+      return Join(Fixed("L"), name, Fixed(";"));
+    }
   }
 }
 

@@ -93,7 +93,7 @@ class FieldAccess : private Declaration<Kind, T, Place> {
   void Write(JNIEnv* env, const U& value) const {
     if constexpr (ArgumentsFit(Types<V>(), Types<Plain<U>>())) {
       const jfieldID id = Id(env);
-      const auto passed = Pass<V, Plain<U>>(env, value);
+      const auto passed = PassTo<V, Plain<U>>([this] { return Name(); }, 0, env, value);
       Access::SetStatic(env, this->ItsPlace().Type(), id, Tested(env, ValueOf(passed)));
     }
   }
@@ -102,7 +102,7 @@ class FieldAccess : private Declaration<Kind, T, Place> {
     if constexpr (ObjectFits<T, Self>() && ArgumentsFit(Types<V>(), Types<Plain<U>>())) {
       const jfieldID id = Id(env);
       jobject const object = ObjectOf(env, self);
-      const auto passed = Pass<V, Plain<U>>(env, value);
+      const auto passed = PassTo<V, Plain<U>>([this] { return Name(); }, 0, env, value);
       Access::Set(env, object, id, Tested(env, ValueOf(passed)));
     }
   }

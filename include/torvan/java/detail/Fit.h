@@ -226,12 +226,11 @@ template <typename R, typename... A>
 constexpr bool RequireDeclared() {
   static_assert(
       ((Row<Declared<A>>::Letter != 0 && Row<Declared<A>>::Letter != 'V') && ...),
-      "torvan::java: an argument of this declaration has a C++ type that nothing in Java stands for (such as an "
-      "unsigned of 32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own");
-  static_assert(
-      Row<R>::Letter != 0,
-      "torvan::java: the result of this declaration has a C++ type that nothing in Java stands for; specialise "
-      "torvan::java::Convert for a type of your own");
+      "torvan::java: an argument of this declaration has a C++ type that Java has no type for (such as an unsigned of "
+      "32 or 64 bit, char or a pointer); specialise torvan::java::Convert for a type of your own");
+  static_assert(Row<R>::Letter != 0,
+                "torvan::java: the result of this declaration has a C++ type that Java has no type for; specialise "
+                "torvan::java::Convert for a type of your own");
   static_assert(Row<R>::Letter == 0 || Row<R>::IsResult,
                 "torvan::java: the result of this declaration would refer to what is gone; use std::string, "
                 "std::u16string or Local<T>");
@@ -259,7 +258,9 @@ constexpr bool ObjectFits() {
   using From = typename TagOf<Self>::Type;
   constexpr bool isReference = !std::is_void_v<From>;
   static_assert(isReference, "torvan::java: the first argument of a method or field is the object that has it");
-  if constexpr (isReference) {
+  if constexpr (!RequireTag<T>()) {
+    return false;
+  } else if constexpr (isReference) {
     constexpr bool good = IsUnknown<Given<Self>> || IsA<From, T>();
     static_assert(good,
                   "torvan::java: the method or field belongs to another class than the object; give the object's tag "

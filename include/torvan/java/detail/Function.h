@@ -48,9 +48,42 @@ constexpr std::size_t CountOf() {
   return (0 + ... + (std::is_same_v<U, Thread> ? 0 : 1));
 }
 
+// Converts an argument or the value of a field; `name` makes the member's name where text is not UTF-8. The first
+// argument has index 0.
+template <typename A, typename U, typename NameMaker>
+auto PassTo(const NameMaker& name, std::size_t index, JNIEnv* env, const U& given) {
+  if constexpr (Row<A>::Letter == 'L' && std::is_void_v<typename TagOf<U>::Type>) {
+    try {
+      return Pass<A, U>(env, given);
+    } catch (const InvalidUtf8& invalid) {
+      ThrowInvalidText(name(), index, invalid);
+    }
+  } else {
+    return Pass<A, U>(env, given);
+  }
+}
+
+template <typename F>
+constexpr bool RequireSignature() {
+  static_assert(IsNever<F>,
+                "torvan::java: a method is declared with its result and arguments, R(A...), as in "
+                "Method<List, jint(std::string_view)>");
+  return true;
+}
+
 // T is the class's tag, or void where the member names its class itself; T is complete when a call is compiled.
 template <MemberKind Kind, typename T, typename F, typename Place = SharedPlace>
-class Function;
+class Function {
+  static_assert(RequireSignature<F>());
+
+ public:
+  using Arguments = Types<>;
+  static constexpr MemberKind kind = Kind;
+
+  constexpr Function(const char*, const char*, const char*) {}
+  template <typename... U>
+  std::decay_t<F> operator()(const U&... given) const;
+};
 
 template <MemberKind Kind, typename T, typename R, typename... A, typename Place>
 class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
@@ -93,7 +126,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
   R On(JNIEnv* env, const U&... given) const {
     if constexpr (!HasObject(Kind)) {
       if constexpr (ArgumentsFit(Arguments(), Types<Plain<U>...>())) {
-        return Invoke(env, nullptr, Id(env), Pass<Declared<A>, Plain<U>>(env, given)...);
+        return PassAll(std::index_sequence_for<A...>(), env, nullptr, Id(env), given...);
       } else {
         std::abort();
       }
@@ -113,7 +146,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
       if (object == nullptr) ThrowNullObject(Name());
       const jmethodID id = Id(env);
       if (IsUnknown<Given<Self>> || Place::TestsObjects()) TestObject(env, object, this->ItsPlace().Type(), Name());
-      return Invoke(env, object, id, Pass<Declared<A>, Plain<U>>(env, given)...);
+      return PassAll(std::index_sequence_for<A...>(), env, object, id, given...);
     } else {
       std::abort();
     }
@@ -121,6 +154,12 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
 
   jmethodID Id(JNIEnv* env) const {
     return static_cast<jmethodID>(this->ItsPlace().Id(env, [this] { return Name(); }));
+  }
+
+  template <std::size_t... I, typename... U>
+  R PassAll(std::index_sequence<I...>, JNIEnv* env, jobject object, jmethodID id, const U&... given) const {
+    [[maybe_unused]] const auto name = [this] { return Name(); };
+    return Invoke(env, object, id, PassTo<Declared<A>, Plain<U>>(name, I, env, given)...);
   }
 
   // The arguments live until the call returns.

@@ -3,6 +3,7 @@
 
 #include <torvan/java/Global.h>
 #include <torvan/java/detail/Pending.h>
+#include <torvan/java/detail/Utf.h>
 
 #include <atomic>
 #include <cstddef>
@@ -53,6 +54,8 @@ void TestResult(JNIEnv* env, const ClassTests& tests, jobject local, const Membe
 [[noreturn]] void ThrowNullObject(const MemberName& name);
 [[noreturn]] void ThrowNullResult(const MemberName& name);
 [[noreturn]] void ThrowNullElement(const MemberName& name, const std::string& path);
+// Throws Misuse "invalid UTF-8 at byte 3 in argument 1 of java.util.List.add(java.lang.Object)". The first has index 0.
+[[noreturn]] void ThrowInvalidText(const MemberName& name, std::size_t index, const InvalidUtf8& invalid);
 
 // A class by its name, found once through the kept loader and never released. Throws Error.
 jclass KeptClass(JNIEnv* env, const char* name);
@@ -123,8 +126,10 @@ class Declaration {
     const char* const descriptor = m_descriptor != nullptr ? m_descriptor : own;
     if constexpr (std::is_void_v<T>) {
       return {Kind, m_owner, m_name, descriptor, own};
-    } else {
+    } else if constexpr (RequireTag<T>()) {
       return {Kind, T::JavaName, m_name, descriptor, own};
+    } else {
+      return {Kind, m_owner, m_name, descriptor, own};
     }
   }
 

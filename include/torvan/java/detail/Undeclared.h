@@ -29,6 +29,10 @@ struct UndeclaredCall {
 // Chooses the method and calls it. The result is of the type asked for, a reference a new local one. Throws as Call().
 jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call);
 
+// Throws Misuse "invalid UTF-8 at byte 3 in argument 1 of java.util.List.add(...)". The first has index 0.
+[[noreturn]] void ThrowInvalidText(JNIEnv* env, jclass type, const char* name, std::size_t index,
+                                   const InvalidUtf8& invalid);
+
 // Throws Misuse "null is given as the object of name(...)".
 [[noreturn]] void ThrowNullReceiver(const char* what, const std::string& name);
 
@@ -72,10 +76,18 @@ auto PassUndeclared(JNIEnv* env, const U& given) {
   }
 }
 
-template <typename R, typename... U>
-R CallWith(JNIEnv* env, MemberKind kind, jclass type, jobject object, const char* name, const U&... given) {
+template <typename R, std::size_t... I, typename... U>
+R CallWith(std::index_sequence<I...>, JNIEnv* env, MemberKind kind, jclass type, jobject object, const char* name,
+           const U&... given) {
   static_assert(RequireDeclared<R>());
   if constexpr ((MayBeGiven<Plain<U>>() && ... && true)) {
+    [[maybe_unused]] const auto pass = [&](std::size_t index, const auto& each) {
+      try {
+        return PassUndeclared(env, each);
+      } catch (const InvalidUtf8& invalid) {
+        ThrowInvalidText(env, type, name, index, invalid);
+      }
+    };
     const auto run = [&](const auto&... passed) -> R {
       const GivenArgument arguments[sizeof...(U) + 1] = {Describe<Plain<U>>(ValueOf(passed))...};
       constexpr bool isVoid = std::is_void_v<R>;
@@ -91,7 +103,7 @@ R CallWith(JNIEnv* env, MemberKind kind, jclass type, jobject object, const char
         return Row<R>::Take(Jni<Row<R>::Letter>::In(value));
       }
     };
-    return run(PassUndeclared(env, given)...);
+    return run(pass(I, given)...);
   } else {
     std::abort();
   }
@@ -102,7 +114,8 @@ R CallNamed(JNIEnv* env, const Self& self, const std::string& name, const U&... 
   jobject const object = Ref<Object>(self).Get();
   if (object == nullptr) ThrowNullReceiver("object", name);
   const LocalScope type(env, env->GetObjectClass(object));
-  return CallWith<R>(env, MemberKind::Method, static_cast<jclass>(type.Get()), object, name.c_str(), given...);
+  return CallWith<R>(std::index_sequence_for<U...>(), env, MemberKind::Method, static_cast<jclass>(type.Get()), object,
+                     name.c_str(), given...);
 }
 
 template <typename R, typename Type, typename... U>
@@ -114,12 +127,14 @@ R CallStaticNamed(JNIEnv* env, const Type& type, const std::string& name, const 
     owner = static_cast<jclass>(Ref<Class>(type).Get());
     if (owner == nullptr) ThrowNullReceiver("class", name);
   }
-  return CallWith<R>(env, MemberKind::StaticMethod, owner, nullptr, name.c_str(), given...);
+  return CallWith<R>(std::index_sequence_for<U...>(), env, MemberKind::StaticMethod, owner, nullptr, name.c_str(),
+                     given...);
 }
 
 template <typename T, typename... U>
 Local<T> NewTagged(JNIEnv* env, const U&... given) {
-  return CallWith<Local<T>>(env, MemberKind::Constructor, ClassOf<T>(env), nullptr, "<init>", given...);
+  return CallWith<Local<T>>(std::index_sequence_for<U...>(), env, MemberKind::Constructor, ClassOf<T>(env), nullptr,
+                            "<init>", given...);
 }
 
 }  // namespace torvan::java::detail
