@@ -86,9 +86,8 @@ jclass KeepClass(JNIEnv* env, const char* name, std::atomic<jclass>& place) {
 void RequireInstance(JNIEnv* env, jobject object, jclass type) {
   if (env->IsInstanceOf(object, type) != JNI_FALSE) return;
   const LocalScope own(env, env->GetObjectClass(object));
-  throw Misuse(
-      "java/Classes", __LINE__,
-      "A " + NameOf(env, static_cast<jclass>(own.Get())) + " is given where a " + NameOf(env, type) + " is needed");
+  const std::string name = NameOf(env, static_cast<jclass>(own.Get()));
+  throw Misuse("java/Classes", __LINE__, "A " + name + " is given where a " + NameOf(env, type) + " is needed");
 }
 
 }  // namespace torvan::java::detail

@@ -36,7 +36,7 @@ std::string ErrorReader::ClassName(jthrowable throwable) {
 
 std::string ErrorReader::What(jthrowable throwable, const Error::Facts& facts) {
   if (facts.message.has_value()) return facts.className + ": " + *facts.message;
-  // It has no message of its own: its cause says what went wrong.
+  // It never has a message; its cause says what went wrong.
   if (facts.className != "java.lang.ExceptionInInitializerError") return facts.className;
   const LocalScope cause(m_env, Call(throwable, Bound()->getCause));
   if (cause.Get() == nullptr) return facts.className;

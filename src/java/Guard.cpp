@@ -70,8 +70,9 @@ void ThrowJavasOwn(const mirel::base::CException& caught) {
   const bool isLost = message != nullptr && std::strstr(message, "getClass ()") != nullptr &&
                       pending->ClassName() == "java.lang.NoSuchMethodError";
   if (!isLost) throw *pending;
-  throw Failure("java/Guard", __LINE__,
-                "Java threw an exception that the fixed interface could not read; this Java VM does not let it");
+  constexpr char text[] =
+      "Java threw an exception that the fixed interface could not read; this Java VM does not let it";
+  throw Failure("java/Guard", __LINE__, text);
 }
 
 }  // namespace detail

@@ -10,8 +10,8 @@ namespace torvan::java {
 
 LocalFrame::LocalFrame(int capacity) : m_attachment(detail::Env()) {
   if (capacity < 0) {
-    throw Misuse("java/LocalFrame", __LINE__,
-                 "A frame of " + std::to_string(capacity) + " local references cannot be made");
+    const std::string wanted = std::to_string(capacity) + " local references";
+    throw Misuse("java/LocalFrame", __LINE__, "A frame of " + wanted + " cannot be made");
   }
   JNIEnv* const env = m_attachment.Env();
   if (env->PushLocalFrame(capacity) == JNI_OK) return;

@@ -19,8 +19,8 @@ namespace {
 
 bool StartsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
 
-[[noreturn]] void Refuse(const std::string& option, const std::string& reason) {
-  throw StartFailure("java/OptionChecks", __LINE__, "The option " + option + " cannot be used: " + reason);
+[[noreturn]] void Refuse(unsigned int line, const std::string& option, const std::string& reason) {
+  throw StartFailure("java/OptionChecks", line, "The option " + option + " cannot be used: " + reason);
 }
 
 // What the VM looks for in its own folders first, and then where the system finds libraries.
@@ -70,7 +70,7 @@ HeapSize LastSize(const std::vector<std::string>& options, std::initializer_list
     for (const std::string_view name : names) {
       if (!StartsWith(option, name)) continue;
       const auto bytes = SizeOf(std::string_view(option).substr(name.size()));
-      if (!bytes.has_value()) Refuse(option, "a size is a number of bytes, or a number with k, m, g or t");
+      if (!bytes.has_value()) Refuse(__LINE__, option, "a size is a number of bytes, or a number with k, m, g or t");
       found = {&option, *bytes};
     }
   }
@@ -99,11 +99,11 @@ void CheckAgents(const std::vector<std::string>& options, const fs::path& home) 
     };
     for (const std::string_view start : Files) {
       if (StartsWith(option, start) && !fs::exists(ToPath(agent(start)), error)) {
-        Refuse(option, "there is no file " + agent(start));
+        Refuse(__LINE__, option, "there is no file " + agent(start));
       }
     }
     if (StartsWith(option, Library) && !HasLibrary(agent(Library), home)) {
-      Refuse(option, "no library " + LibraryFileName(agent(Library)) + " was found");
+      Refuse(__LINE__, option, "no library " + LibraryFileName(agent(Library)) + " was found");
     }
   }
 }
@@ -113,15 +113,15 @@ void CheckHeap(const std::vector<std::string>& options) {
   const HeapSize initial = LastSize(options, {"-Xms", "-XX:InitialHeapSize="});
   const HeapSize maximum = LastSize(options, {"-Xmx", "-XX:MaxHeapSize="});
   if (maximum.option != nullptr) {
-    if (maximum.bytes < Least) Refuse(*maximum.option, "the heap has 2 MiB at least");
-    if (!CanReserve(maximum.bytes)) Refuse(*maximum.option, "the system has no address space of that size");
+    if (maximum.bytes < Least) Refuse(__LINE__, *maximum.option, "the heap has 2 MiB at least");
+    if (!CanReserve(maximum.bytes)) Refuse(__LINE__, *maximum.option, "the system has no address space of that size");
   }
   // 0 lets the VM choose.
   if (initial.option == nullptr || initial.bytes == 0) return;
   if (maximum.option != nullptr && initial.bytes > maximum.bytes) {
-    Refuse(*initial.option, "it is more than " + *maximum.option);
+    Refuse(__LINE__, *initial.option, "it is more than " + *maximum.option);
   }
-  if (!CanReserve(initial.bytes)) Refuse(*initial.option, "the system has no address space of that size");
+  if (!CanReserve(initial.bytes)) Refuse(__LINE__, *initial.option, "the system has no address space of that size");
 }
 
 void CheckCollectors(const std::vector<std::string>& options) {
@@ -134,7 +134,8 @@ void CheckCollectors(const std::vector<std::string>& options) {
       if (StartsWith(option, "-XX:") && option.size() == name.size() + 5 && option.substr(5) == name) last = &option;
     }
     if (last == nullptr || (*last)[4] != '+') continue;
-    if (first != nullptr) Refuse(*last, "a Java VM has one garbage collector, and " + *first + " is given, too");
+    const std::string reason = "a Java VM has one garbage collector, and ";
+    if (first != nullptr) Refuse(__LINE__, *last, reason + *first + " is given, too");
     first = last;
   }
 }
@@ -151,7 +152,7 @@ void CheckModules(const std::vector<std::string>& options, const fs::path& home)
     std::istringstream names(option.substr(Start.size()));
     for (std::string name; std::getline(names, name, ',');) {
       if (StartsWith(name, "ALL-") || modules->find(" " + name + " ") != std::string::npos) continue;
-      Refuse(option, "the runtime has no module " + name + ", and no module path is given");
+      Refuse(__LINE__, option, "the runtime has no module " + name + ", and no module path is given");
     }
   }
 }

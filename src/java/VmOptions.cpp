@@ -17,13 +17,14 @@ using detail::ToText;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw StartFailure("java/VmOptions", line, text); }
+
 void RequireThere(const char* what, const fs::path& part) {
   std::error_code error;
   if (fs::exists(part, error)) return;
   const std::string text = ToText(part);
   const bool isList = text.find(detail::PathListSeparator) != std::string::npos;
-  throw StartFailure("java/VmOptions", __LINE__,
-                     std::string(what) + " " + text + " is not there" + (isList ? ": give each part by itself" : ""));
+  Fail(__LINE__, std::string(what) + " " + text + " is not there" + (isList ? ": give each part by itself" : ""));
 }
 
 // "folder/*" means the archives of the folder, which is something that Java's own launcher does and the VM does not.
@@ -49,8 +50,7 @@ std::string PathList(const char* what, const std::vector<fs::path>& given) {
   for (const fs::path& part : parts) {
     const std::string text = ToText(part);
     if (text.find(detail::PathListSeparator) != std::string::npos) {
-      throw StartFailure("java/VmOptions", __LINE__,
-                         std::string(what) + " " + text + " has the separator of path lists in its name");
+      Fail(__LINE__, std::string(what) + " " + text + " has the separator of path lists in its name");
     }
     if (!list.empty()) list += detail::PathListSeparator;
     list += text;
@@ -85,7 +85,7 @@ VmOptions::VmOptions(const VmSettings& settings, const fs::path& library)
   if (!settings.m_maximumHeap.empty()) m_texts.push_back("-Xmx" + settings.m_maximumHeap);
   for (const auto& [name, value] : settings.m_properties) {
     if (name.empty() || name.find('=') != std::string::npos) {
-      throw StartFailure("java/VmOptions", __LINE__, "\"" + name + "\" is no name of a system property");
+      Fail(__LINE__, "\"" + name + "\" is no name of a system property");
     }
     m_texts.emplace_back("-D").append(name).append("=").append(value);
   }
@@ -115,11 +115,9 @@ void VmOptions::AddAgents(const VmSettings& settings) {
 
 void VmOptions::Check() const {
   for (const std::string& text : m_texts) {
-    if (text.empty() || text.find('\0') != std::string::npos) {
-      throw StartFailure(
-          "java/VmOptions", __LINE__,
-          "An option of the Java VM is empty or has a NUL in it: \"" + text.substr(0, text.find('\0')) + "\"");
-    }
+    const std::size_t end = text.find('\0');
+    if (!text.empty() && end == std::string::npos) continue;
+    Fail(__LINE__, "An option of the Java VM is empty or has a NUL in it: \"" + text.substr(0, end) + "\"");
   }
   detail::CheckAgents(m_texts, m_home);
   detail::CheckHeap(m_texts);
