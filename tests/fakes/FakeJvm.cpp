@@ -83,6 +83,18 @@ void FakeJvm::AnswerGlobals() {
   });
 }
 
+void FakeJvm::AnswerWeaks() {
+  On<&Jni::NewWeakGlobalRef>([this](jobject object) { return static_cast<jweak>(*m_weaks.insert(object)); });
+  On<&Jni::DeleteWeakGlobalRef>([this](jweak object) {
+    const auto weak = m_weaks.find(object);
+    if (weak == m_weaks.end()) {
+      ADD_FAILURE() << "no weak reference: " << Describe(object);
+    } else {
+      m_weaks.erase(weak);
+    }
+  });
+}
+
 void FakeJvm::AnswerCheck() {
   On<&Jni::ExceptionOccurred>([this] { return m_pending; });
 }
@@ -121,6 +133,7 @@ void FakeJvm::AnswerAll() {
   AnswerAttachment();
   AnswerLookups();
   AnswerGlobals();
+  AnswerWeaks();
   AnswerCheck();
   AnswerStrings();
   AnswerReads();

@@ -65,6 +65,7 @@ class FakeJvm {
   void AnswerAttachment();  // AttachCurrentThread, DetachCurrentThread
   void AnswerLookups();     // FindClass, GetObjectClass and the four lookups of IDs
   void AnswerGlobals();     // NewGlobalRef, DeleteGlobalRef
+  void AnswerWeaks();       // NewWeakGlobalRef, DeleteWeakGlobalRef; a weak reference looks as its object
   void AnswerCheck();       // ExceptionOccurred
   void AnswerStrings();     // NewString, GetStringChars, ReleaseStringChars
   void AnswerReads();       // CallObjectMethodV, GetArrayLength, GetObjectArrayElement, from the objects' parts
@@ -90,6 +91,7 @@ class FakeJvm {
   std::vector<std::string> TakeCalls() { return std::exchange(m_calls, {}); }
 
   std::size_t LiveGlobals() const { return m_globals.size(); }
+  std::size_t LiveWeaks() const { return m_weaks.size(); }
   std::size_t HeldStringChars() const { return m_chars.size(); }
 
  private:
@@ -138,6 +140,7 @@ class FakeJvm {
   std::vector<FakeObject> m_objects;
   std::map<std::pair<std::string, std::string>, FakeMember> m_members;
   std::multiset<jobject> m_globals;
+  std::multiset<jobject> m_weaks;
   std::map<const jchar*, std::unique_ptr<jchar[]>> m_chars;
   jthrowable m_pending = nullptr;
 };

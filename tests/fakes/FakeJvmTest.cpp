@@ -53,6 +53,19 @@ TEST(FakeJvmTest, GlobalsShowTheirLocalAndMustNotBeDeletedTwice) {
   EXPECT_NONFATAL_FAILURE(jvm.Env()->DeleteGlobalRef(global), "no global reference: global:1");
 }
 
+TEST(FakeJvmTest, WeakReferencesAreCountedAndMustNotBeDeletedTwice) {
+  FakeJvm jvm;
+  jvm.AnswerWeaks();
+  const jweak first = jvm.Env()->NewWeakGlobalRef(jvm.NewObject());
+  const jweak second = jvm.Env()->NewWeakGlobalRef(jvm.NewObject());
+  EXPECT_EQ(jvm.LiveWeaks(), 2u);
+  jvm.Env()->DeleteWeakGlobalRef(first);
+  EXPECT_NONFATAL_FAILURE(jvm.Env()->DeleteWeakGlobalRef(first), "no weak reference: local:1");
+  EXPECT_EQ(jvm.LiveWeaks(), 1u);
+  jvm.Env()->DeleteWeakGlobalRef(second);
+  EXPECT_EQ(jvm.LiveWeaks(), 0u);
+}
+
 TEST(FakeJvmTest, CharactersMustBeReleasedOnce) {
   FakeJvm jvm;
   jvm.AnswerStrings();

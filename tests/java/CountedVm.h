@@ -21,16 +21,12 @@ class CountedVmTest : public testing::Test {
       return isAttached ? JNI_OK : JNI_EDETACHED;
     });
     jvm.AnswerGlobals();
+    jvm.AnswerWeaks();
     jvm.On<&Jni::NewLocalRef>([this](jobject object) {
       ++locals;
       return object;
     });
     jvm.On<&Jni::DeleteLocalRef>([this](jobject) { --locals; });
-    jvm.On<&Jni::NewWeakGlobalRef>([this](jobject object) {
-      ++weaks;
-      return static_cast<jweak>(object);
-    });
-    jvm.On<&Jni::DeleteWeakGlobalRef>([this](jweak) { --weaks; });
     jvm.On<&Jni::ExceptionCheck>([this] { return jvm.Pending() != nullptr ? JNI_TRUE : JNI_FALSE; });
     torvan::java::detail::UseVm(jvm.Vm());
   }
@@ -38,7 +34,7 @@ class CountedVmTest : public testing::Test {
     torvan::java::detail::UseVm(nullptr);
     EXPECT_EQ(jvm.LiveGlobals(), 0u);
     EXPECT_EQ(locals, 0);
-    EXPECT_EQ(weaks, 0);
+    EXPECT_EQ(jvm.LiveWeaks(), 0u);
   }
 
   // A local reference that Java made.
@@ -56,7 +52,6 @@ class CountedVmTest : public testing::Test {
 
   FakeJvm jvm;
   int locals = 0;
-  int weaks = 0;
   static inline thread_local bool isAttached = true;
 };
 

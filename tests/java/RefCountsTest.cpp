@@ -91,12 +91,12 @@ TEST_F(RefCountsTest, WeakReferencesAreShared) {
   {
     const Weak<> first(Made());
     Weak<> second = first;
-    EXPECT_EQ(weaks, 1);
+    EXPECT_EQ(jvm.LiveWeaks(), 1u);
     EXPECT_TRUE(second.Lock());
     second.Reset();
-    EXPECT_EQ(weaks, 1);
+    EXPECT_EQ(jvm.LiveWeaks(), 1u);
   }
-  EXPECT_EQ(weaks, 0);
+  EXPECT_EQ(jvm.LiveWeaks(), 0u);
 }
 
 TEST_F(RefCountsTest, AVmThatRefusesAReferenceLeavesNothing) {
@@ -120,10 +120,10 @@ TEST_F(RefCountsTest, WhatAnUnattachedThreadDropsIsDeletedByTheNextThatMakesOne)
   DropElsewhere(std::move(kept));
   DropElsewhere(std::move(weak));
   EXPECT_EQ(jvm.LiveGlobals(), 1u);
-  EXPECT_EQ(weaks, 1);
+  EXPECT_EQ(jvm.LiveWeaks(), 1u);
   const Global<> next(Made());
   EXPECT_EQ(jvm.LiveGlobals(), 1u);
-  EXPECT_EQ(weaks, 0);
+  EXPECT_EQ(jvm.LiveWeaks(), 0u);
 }
 
 TEST_F(RefCountsTest, WhatUnwindingDropsIsDeleted) {
@@ -153,7 +153,8 @@ TEST_F(RefCountsTest, AfterTheEndOfTheVmNothingIsAskedOfIt) {
     DropElsewhere(std::move(global));
   }
   EXPECT_THAT(jvm.Calls(), testing::IsEmpty());
-  locals = weaks = 0;  // they went with the VM
+  locals = 0;  // they went with the VM
+  jvm.Env()->DeleteWeakGlobalRef(static_cast<jweak>(raw));
   jvm.Env()->DeleteGlobalRef(raw);
 }
 

@@ -14,7 +14,7 @@ class CountedReferences {
  public:
   explicit CountedReferences(JNIEnv* env) : m_env(env) {
     s_real = env->functions;
-    s_locals = s_globals = 0;
+    s_locals = s_globals = s_weaks = 0;
     s_untilFailure = s_untilSilence = 0;
     m_table = *s_real;
     // clang-format off
@@ -53,7 +53,13 @@ class CountedReferences {
     };
     m_table.NewWeakGlobalRef = [](JNIEnv* e, jobject ref) {
       if (s_depth == 0 && (FailsNow(e) || IsSilentNow())) return jweak{};
-      return s_real->NewWeakGlobalRef(e, ref);
+      const jweak made = s_real->NewWeakGlobalRef(e, ref);
+      if (made != nullptr && s_depth == 0) ++s_weaks;
+      return made;
+    };
+    m_table.DeleteWeakGlobalRef = [](JNIEnv* e, jweak ref) {
+      if (ref != nullptr && s_depth == 0) --s_weaks;
+      s_real->DeleteWeakGlobalRef(e, ref);
     };
     m_table.RegisterNatives = [](JNIEnv* e, jclass type, const JNINativeMethod* methods, jint count) -> jint {
       if (s_depth == 0 && (FailsNow(e) || IsSilentNow())) return JNI_ERR;
@@ -84,6 +90,7 @@ class CountedReferences {
   // How many more there are than at the start.
   int Locals() const { return s_locals; }
   int Globals() const { return s_globals; }
+  int Weaks() const { return s_weaks; }
 
  private:
   using Jni = JNINativeInterface_;
@@ -127,6 +134,7 @@ class CountedReferences {
   static inline int s_depth = 0;
   static inline int s_locals = 0;
   static inline int s_globals = 0;
+  static inline int s_weaks = 0;
   static inline int s_untilFailure = 0;
   static inline int s_untilSilence = 0;
   static inline std::vector<int> s_frames;

@@ -36,6 +36,21 @@ TEST_F(MemberLeavesNothingTest, TheCountSeesWhatIsLeft) {
   EXPECT_EQ(counted.Locals(), 1);
   const Global<Values> global(values);
   EXPECT_EQ(counted.Globals(), 1);
+  const java::Weak<Values> weak(values);
+  EXPECT_EQ(counted.Weaks(), 1);
+}
+
+TEST_F(MemberLeavesNothingTest, AfterReferencesOfAllKinds) {
+  const Local<Values> values = Make();
+  ExpectNothing([&] {
+    const Global<Object> global(values);
+    const java::Weak<Object> weak(global);
+    const java::Weak<Object> copy = weak;
+    EXPECT_TRUE(copy.Lock());
+    EXPECT_TRUE(java::Cast<Values>(global));
+    EXPECT_FALSE(java::Weak<Object>(nullptr).Lock());
+  });
+  ExpectNothingWhereverItFails([&] { const java::Weak<Values> weak(values); }, 1);
 }
 
 TEST_F(MemberLeavesNothingTest, AfterAMillionCalls) {
@@ -118,6 +133,50 @@ TEST_F(MemberLeavesNothingTest, AfterCallsThatAreLookedUp) {
   ExpectNothingOfThrowing([] { java::CallStatic<std::string>("fixture/Members", "asObject", NewInteger(5)); });
   ExpectNothingOfThrowing([] { java::CallStatic<jint>("fixture/Members", "asObject", "text"); });
   ExpectNothingOfThrowing([] { java::CallStatic<std::string>("fixture/Values", "none"); });
+}
+
+TEST_F(MemberLeavesNothingTest, WhereverJavaHasNoMemory) {
+  static constexpr StaticMethod<std::optional<jint>(std::optional<jint>)> SameNumber{"fixture/Values", "same"};
+  static constexpr Constructor<Derived(std::string_view)> MakeDerived;
+  static constexpr java::SuperMethod<Object, std::string()> ToString{"toString"};
+  static constexpr Field<Values, Global<Object>> AnyGlobal{"objectField"};
+  static constexpr Method<ArrayList, bool(Ref<Object>)> Add{"add"};
+  const Local<Values> values = Make();
+  const Local<ArrayList> list = java::New<ArrayList>();
+  ExpectNothingWhereverItFails([] { Same("Zo\xC3\xAB"); }, 2);
+  ExpectNothingWhereverItFails([] { SameNumber(1000); }, 2);
+  ExpectNothingWhereverItFails([] { MakeDerived("text"); }, 2);
+  ExpectNothingWhereverItFails([&] { ToString(values); }, 1);
+  ExpectNothingWhereverItFails([&] { Any.Set(values, "text"), AnyGlobal.Get(values); }, 2);
+  ExpectNothingWhereverItFails([&] { Add(list, std::string(5000, 'x')), java::Call<void>(list, "clear"); }, 2);
+}
+
+// As at their first use, but that the classes are known.
+TEST_F(MemberLeavesNothingTest, WhereverJavaHasNoMemoryForALookUp) {
+  const Local<Values> values = Make();
+  const Local<java::Class> type = java::FindClass("fixture/Values");
+  ExpectNothingWhereverItFails(
+      [] {
+        constexpr StaticMethod<std::string(std::string_view)> same{"fixture/Values", "same"};
+        same("text");
+      },
+      3);
+  ExpectNothingWhereverItFails(
+      [&] {
+        constexpr Field<Values, std::string> text{"textField"};
+        text.Set(values, "text");
+      },
+      2);
+  ExpectNothingWhereverItFails(
+      [] {
+        constexpr Constructor<Derived(std::string_view)> make;
+        make("text");
+      },
+      3);
+  ExpectNothingWhereverItFails([&] { Text.In(type).Set(values, "text"); }, 3);
+  ExpectNothingWhereverItFails([] { java::CallStatic<std::string>("fixture/Members", "boxed", 5); }, 10);
+  ExpectNothingWhereverItFails([] { java::New<Derived>("text"); }, 3);
+  ExpectNothingWhereverItFails([] { java::FindClass("fixture/Values"); }, 2);
 }
 
 TEST_F(MemberLeavesNothingTest, AfterMembersOfOtherLoaders) {

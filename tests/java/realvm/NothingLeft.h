@@ -17,6 +17,7 @@ class NothingLeftTest : public RealVmTest {
     for (int i = 0; i < rounds; ++i) operation();
     EXPECT_EQ(counted.Locals(), 0);
     EXPECT_EQ(counted.Globals(), 0);
+    EXPECT_EQ(counted.Weaks(), 0);
   }
 
   // The same of one, each of whose steps fails in turn: once the first, then the second, until it succeeds.
