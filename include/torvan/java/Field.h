@@ -11,8 +11,8 @@ namespace torvan::java {
 //   X.Set(point, X.Get(point) + 1);
 //
 // Declared and looked up like a Method, with a descriptor where that needs one. A Thread may be the first argument of
-// Get and Set. Both throw as a Method does, with one difference: where an exception is pending already, a field is read
-// and written all the same, and the exception stays pending. Java itself throws nothing when that is done.
+// Get and Set. Both throw as a Method does, with one difference: an exception that is already pending stays pending,
+// and the field is read or written nevertheless. Java itself throws nothing when that is done.
 template <typename T, typename V>
 class Field : public detail::FieldAccess<detail::MemberKind::Field, T, V> {
  public:
