@@ -1,6 +1,7 @@
 // How many references each operation makes and deletes.
 #include <torvan/java/Cast.h>
 #include <torvan/java/Failure.h>
+#include <torvan/java/LocalFrame.h>
 #include <torvan/java/Weak.h>
 
 #include <new>
@@ -124,6 +125,43 @@ TEST_F(RefCountsTest, WhatAnUnattachedThreadDropsIsDeletedByTheNextThatMakesOne)
   const Global<> next(Made());
   EXPECT_EQ(jvm.LiveGlobals(), 1u);
   EXPECT_EQ(jvm.LiveWeaks(), 0u);
+}
+
+TEST_F(RefCountsTest, WhatAnUnattachedThreadDropsIsDeletedByTheNextThatIsAttached) {
+  jvm.On<&Invocation::AttachCurrentThreadAsDaemon>([this](void** env, void*) {
+    *env = jvm.Env();
+    isAttached = true;
+    return JNI_OK;
+  });
+  jvm.Return<&Invocation::DetachCurrentThread>(JNI_OK);
+  DropElsewhere(Global<>(Made()));
+  EXPECT_EQ(jvm.LiveGlobals(), 1u);
+  std::thread([] {
+    isAttached = false;
+    torvan::java::detail::Env();
+  }).join();
+  EXPECT_EQ(jvm.LiveGlobals(), 0u);
+}
+
+TEST_F(RefCountsTest, AFrameIsPoppedWhereItWasPushed) {
+  jvm.Return<&Jni::PushLocalFrame>(JNI_OK);
+  jvm.On<&Jni::PopLocalFrame>([](jobject result) { return result; });
+  {
+    const LocalFrame frame(16);
+    EXPECT_EQ(Calls("PushLocalFrame(16)"), 1u);
+    EXPECT_EQ(Calls("PopLocalFrame"), 0u);
+  }
+  EXPECT_EQ(Calls("PopLocalFrame(null)"), 1u);
+  {
+    const LocalFrame stray;
+    isAttached = false;
+  }
+  isAttached = true;
+  {
+    const LocalFrame late;
+    UseVm(nullptr);
+  }
+  EXPECT_EQ(Calls("PopLocalFrame"), 1u);
 }
 
 TEST_F(RefCountsTest, WhatUnwindingDropsIsDeleted) {

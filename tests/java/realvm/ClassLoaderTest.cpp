@@ -98,6 +98,8 @@ TEST_F(ClassLoaderTest, AClassThatAnotherLoaderFoundHasItsObjectsTested) {
   ClassLoader::System().FindClass("fixture/Members");
   EXPECT_FALSE(java::detail::otherLoaders);
   java::CallStatic<std::string>(type, "where");
+  EXPECT_TRUE(java::detail::otherLoaders.exchange(false));
+  StaticMethod<std::string()>{"fixture/Plugin", "where"}.In(type);
   EXPECT_TRUE(java::detail::otherLoaders.exchange(before));
 }
 

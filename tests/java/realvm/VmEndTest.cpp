@@ -77,6 +77,15 @@ TEST(VmEndTest, AFailureOfJavasLeavesNothingAndTheEndCanBeTriedAgain) {
   });
 }
 
+TEST(VmEndTest, AFailureOfJavasIsReadInAVmThatWasNeverJoined) {
+  InProcessOfItsOwn([] {
+    const torvan::jni::CJavaVm vm = FixedVm();
+    const CountedReferences counted(vm.Attach());
+    CountedReferences::FailAt(36);  // after what reads it was looked up
+    EXPECT_EQ(WhatOf<java::Error>([&] { java::EndVm(vm); }), "java.lang.OutOfMemoryError: as the test wants");
+  });
+}
+
 TEST(VmEndTest, TheGraceMayBeAsLongAsItsTypeAllows) {
   InProcessOfItsOwn([] {
     Vm vm = StartVm(FixtureSettings());
