@@ -31,13 +31,13 @@ class JavaThreads {
     jclass const threads = Find("java/lang/Thread");
     jclass const groups = Find("java/lang/ThreadGroup");
     m_threadClass = threads;
-    m_isDaemon = env->GetMethodID(threads, "isDaemon", "()Z");
-    m_getStackTrace = env->GetMethodID(threads, "getStackTrace", "()[Ljava/lang/StackTraceElement;");
-    m_enumerate = env->GetMethodID(groups, "enumerate", "([Ljava/lang/Thread;)I");
-    m_activeCount = env->GetMethodID(groups, "activeCount", "()I");
+    m_isDaemon = Method(threads, "isDaemon", "()Z");
+    m_getStackTrace = Method(threads, "getStackTrace", "()[Ljava/lang/StackTraceElement;");
+    m_enumerate = Method(groups, "enumerate", "([Ljava/lang/Thread;)I");
+    m_activeCount = Method(groups, "activeCount", "()I");
+    const jmethodID getGroup = Method(threads, "getThreadGroup", "()Ljava/lang/ThreadGroup;");
+    const jmethodID getParent = Method(groups, "getParent", "()Ljava/lang/ThreadGroup;");
     const jmethodID current = env->GetStaticMethodID(threads, "currentThread", "()Ljava/lang/Thread;");
-    const jmethodID getGroup = env->GetMethodID(threads, "getThreadGroup", "()Ljava/lang/ThreadGroup;");
-    const jmethodID getParent = env->GetMethodID(groups, "getParent", "()Ljava/lang/ThreadGroup;");
     CheckPending(env);
     m_current = env->CallStaticObjectMethodA(threads, current, nullptr);
     CheckPending(env);
@@ -84,6 +84,11 @@ class JavaThreads {
 
   jclass Find(const char* name) {
     jclass const found = m_env->FindClass(name);
+    CheckPending(m_env);
+    return found;
+  }
+  jmethodID Method(jclass type, const char* name, const char* descriptor) {
+    const jmethodID found = m_env->GetMethodID(type, name, descriptor);
     CheckPending(m_env);
     return found;
   }
