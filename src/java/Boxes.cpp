@@ -1,6 +1,5 @@
 #include <torvan/java/detail/Boxes.h>
 
-#include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/Member.h>
 
 #include <iterator>
@@ -53,26 +52,7 @@ CallTarget TargetOf(JNIEnv* env, const SharedPlace& place, const MemberName& nam
 
 }  // namespace
 
-jclass BoxClass(JNIEnv* env, char letter) {
-  switch (letter) {
-    case 'Z':
-      return ClassOf<Boxed<'Z'>>(env);
-    case 'B':
-      return ClassOf<Boxed<'B'>>(env);
-    case 'C':
-      return ClassOf<Boxed<'C'>>(env);
-    case 'S':
-      return ClassOf<Boxed<'S'>>(env);
-    case 'I':
-      return ClassOf<Boxed<'I'>>(env);
-    case 'J':
-      return ClassOf<Boxed<'J'>>(env);
-    case 'F':
-      return ClassOf<Boxed<'F'>>(env);
-    default:
-      return ClassOf<Boxed<'D'>>(env);
-  }
-}
+jclass BoxClass(JNIEnv* env, char letter) { return KeptClass(env, Classes[IndexOf(letter)].value.type); }
 
 jobject Box(JNIEnv* env, char letter, jvalue number) {
   const std::size_t i = IndexOf(letter);
