@@ -48,6 +48,8 @@ constexpr StaticMethod<Local<Loader>()> GetPlatform{"java/lang/ClassLoader", "ge
 constexpr Method<Loader, Local<Loader>()> GetParent{"getParent"};
 constexpr Method<Closeable, void()> CloseIt{"close"};
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/ClassLoader", line, text); }
+
 }  // namespace
 
 Local<Class> FindClass(const char* name) {
@@ -67,7 +69,7 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, 
     std::error_code error;
     const std::string path = detail::ToText(std::filesystem::absolute(jar, error));
     if (error || !std::filesystem::exists(jar, error)) {
-      throw Misuse("java/ClassLoader", __LINE__, "there is no " + detail::ToText(jar) + " to load classes from");
+      Fail(__LINE__, "there is no " + detail::ToText(jar) + " to load classes from");
     }
     urls.push_back(ToUrl(thread, ToUri(thread, NewFile(thread, path))));
   }
@@ -89,13 +91,13 @@ ClassLoader ClassLoader::Platform() {
 }
 
 ClassLoader ClassLoader::Of(const Ref<Object>& object) {
-  if (!object) throw Misuse("java/ClassLoader", __LINE__, "null has no class loader");
+  if (!object) Fail(__LINE__, "null has no class loader");
   JNIEnv* const env = detail::Env();
   const bool isClass = env->IsInstanceOf(object.Get(), detail::ClassOf<Class>(env)) != JNI_FALSE;
   const detail::LocalScope type(env, isClass ? nullptr : env->GetObjectClass(object.Get()));
   const auto own = static_cast<jclass>(isClass ? object.Get() : type.Get());
   const Local<Object> loader = detail::LoaderOf(own);
-  if (!loader) throw Misuse("java/ClassLoader", __LINE__, "the class is the VM's own, which no class loader has");
+  if (!loader) Fail(__LINE__, "the class is the VM's own, which no class loader has");
   return ClassLoader(loader);
 }
 
@@ -110,8 +112,8 @@ void ClassLoader::Close() const {
   if (IsInstance<Closeable>(m_loader)) return CloseIt(m_loader.Get());
   JNIEnv* const env = detail::Env();
   const detail::LocalScope type(env, env->GetObjectClass(m_loader.Get()));
-  throw Misuse("java/ClassLoader", __LINE__,
-               "a " + detail::NameOf(env, static_cast<jclass>(type.Get())) + " is no class loader that can be closed");
+  const std::string name = detail::NameOf(env, static_cast<jclass>(type.Get()));
+  Fail(__LINE__, "a " + name + " is no class loader that can be closed");
 }
 
 ContextClassLoader::ContextClassLoader(const ClassLoader& loader) : m_attachment(detail::CallEnv()) {

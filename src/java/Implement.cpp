@@ -29,6 +29,8 @@ struct ClassArray {
 };
 constexpr Method<Class, bool()> IsInterface{"isInterface"};
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Implement", line, text); }
+
 struct Texts {
   std::vector<std::string> names;
   std::vector<std::string> letters;
@@ -72,10 +74,7 @@ Local<Object> TestsOf(const MatchedMethod& matched) {
 
 std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
                                      const std::vector<GivenFunction>& functions) {
-  if (!IsInterface(type)) {
-    throw Misuse("java/Implement", __LINE__,
-                 NameOf(env, type) + " is a class: C++ functions implement interfaces only");
-  }
+  if (!IsInterface(type)) Fail(__LINE__, NameOf(env, type) + " is a class: C++ functions implement interfaces only");
   const LocalFrame frame(512);
   auto texts = std::make_shared<Texts>();
   const auto arrayOf = [&](jclass element) { return Own<Object>(env, NewObjects(env, functions.size(), element)); };
@@ -86,9 +85,7 @@ std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
   std::set<std::string> taken;
   for (const GivenFunction& function : functions) {
     const MatchedMethod matched = FindMethod(env, type, loader, function);
-    if (!taken.insert(matched.name).second) {
-      throw Misuse("java/Implement", __LINE__, "two functions are given for " + matched.name);
-    }
+    if (!taken.insert(matched.name).second) Fail(__LINE__, "two functions are given for " + matched.name);
     SetElement(env, methods.Get(), next, matched.method.reflected.Get());
     const LocalScope letters(env, NewText(env, std::string_view(matched.letters)));
     SetElement(env, kinds.Get(), next, letters.Get());
@@ -134,7 +131,7 @@ std::shared_ptr<const Plan> PlanOfClass(JNIEnv* env, jclass type, PlanPlace& pla
 
 std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
   if (type.type != nullptr) return PlanOfClass(env, type.type, *type.place, functions);
-  if (*type.name == '\0') throw Misuse("java/Implement", __LINE__, "null is given as the interface to implement");
+  if (*type.name == '\0') Fail(__LINE__, "null is given as the interface to implement");
   std::string key = type.name;
   for (const GivenFunction& function : functions) {
     key.append("\n").append(function.name).append(function.own).append(function.descriptor);
@@ -172,13 +169,11 @@ jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<
 }
 
 void ThrowNullArgument(const char* name, std::size_t number, const std::string& path) {
-  throw Misuse("java/Implement", __LINE__,
-               (path.empty() ? "argument " : "element " + path + " of argument ") + std::to_string(number) + " of " +
-                   name + " is null, which its C++ type cannot be: take it as std::optional");
+  const std::string what = path.empty() ? "argument " : "element " + path + " of argument ";
+  const std::string place = what + std::to_string(number) + " of " + name;
+  Fail(__LINE__, place + " is null, which its C++ type cannot be: take it as std::optional");
 }
 
-void ThrowEmptyFunction(const std::string& name) {
-  throw Misuse("java/Implement", __LINE__, "an empty function is given for " + name);
-}
+void ThrowEmptyFunction(const std::string& name) { Fail(__LINE__, "an empty function is given for " + name); }
 
 }  // namespace torvan::java::detail

@@ -2,6 +2,8 @@
 
 #include <torvan/java/Cast.h>
 
+#include <string>
+
 #include "java/ClassNames.h"
 
 namespace torvan::java::detail {
@@ -23,20 +25,21 @@ constexpr Method<Iterable, Local<JavaIterator>()> GetIterator{"iterator"};
 constexpr Method<JavaIterator, bool()> AskHasNext{"hasNext"};
 constexpr Method<Map, Local<Set>()> EntrySet{"entrySet"};
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Iteration", line, text); }
+
 }  // namespace
 
 Local<JavaIterator> IteratorOf(const Ref<Object>& source, bool ofEntries) {
-  if (!source) throw Misuse("java/Iteration", __LINE__, "null is given where a Java collection is needed");
+  if (!source) Fail(__LINE__, "null is given where a Java collection is needed");
   if (IsInstance<Iterable>(source)) return GetIterator(source.Get());
   if (IsInstance<JavaIterator>(source)) return Cast<JavaIterator>(source);
   const bool isMap = IsInstance<Map>(source);
   if (isMap && ofEntries) return GetIterator(EntrySet(source.Get()));
   JNIEnv* const env = Env();
   const LocalScope type(env, env->GetObjectClass(source.Get()));
-  throw Misuse("java/Iteration", __LINE__,
-               "a " + NameOf(env, static_cast<jclass>(type.Get())) +
-                   (isMap ? " is given, whose entries are std::pair: ask for these"
-                          : " is given where an Iterable, an Iterator or a Map is needed"));
+  const std::string name = NameOf(env, static_cast<jclass>(type.Get()));
+  if (isMap) Fail(__LINE__, "a " + name + " is given, whose entries are std::pair: ask for these");
+  Fail(__LINE__, "a " + name + " is given where an Iterable, an Iterator or a Map is needed");
 }
 
 bool HasNext(const Local<JavaIterator>& iterator) { return AskHasNext(iterator); }
