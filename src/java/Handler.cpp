@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view Digits = "0000000000000000";
 
-HandlerClass s_made{};  // what is done of it
+HandlerClass s_made{};  // as far as it is made
 std::atomic<const HandlerClass*> s_ready{nullptr};
 
 // The name is this copy's own: two copies of the layer in a process would else share one class and its natives.
@@ -56,20 +56,27 @@ jmethodID MethodOf(JNIEnv* env, jclass type, const char* name, const std::string
   return id;
 }
 
+// One of the VM's own classes; null where it has none of that name. FindClass would ask the loader of whatever called.
+jclass LoadIfThere(JNIEnv* env, const char* name) {
+  try {
+    return LoadClass(env, nullptr, name);
+  } catch (const Error& missing) {
+    if (missing.ClassName() != "java.lang.ClassNotFoundException") throw;
+    return nullptr;
+  }
+}
+
 // The class, after it could not be defined: it is there since the last time, when no reference to it could be made.
 jclass FindDefined(JNIEnv* env, const std::string& name) {
   const LocalScope refused(env, env->ExceptionOccurred());
   env->ExceptionClear();
-  try {
-    return LoadClass(env, nullptr, name.c_str());
-  } catch (const Error& missing) {
-    if (refused.Get() == nullptr || missing.ClassName() != "java.lang.ClassNotFoundException") throw;
-  }
+  if (jclass const found = LoadIfThere(env, name.c_str())) return found;
+  if (refused.Get() == nullptr) ThrowOutOfReferences(env);
   env->Throw(static_cast<jthrowable>(refused.Get()));
   ThrowPending(env);
 }
 
-// In the VM's own loader: no other one has a say, and it needs nothing but java.base.
+// In the VM's own loader, so that no loader of the host's can refuse it. It uses nothing but java.base.
 jclass DefineHandler(JNIEnv* env) {
   const std::string bytes = WithOwnDigits({reinterpret_cast<const char*>(HandlerBytes), sizeof HandlerBytes});
   const std::string name = WithOwnDigits(HandlerName);
@@ -80,12 +87,8 @@ jclass DefineHandler(JNIEnv* env) {
 }
 
 void BindCleaner(JNIEnv* env, HandlerClass& made) {
-  const LocalScope type(env, env->FindClass("java/lang/ref/Cleaner"));
-  if (type.Get() == nullptr) {
-    const Error missing = *TakePending(env);
-    if (missing.ClassName() == "java.lang.NoClassDefFoundError") return;  // before Java 9
-    throw missing;
-  }
+  const LocalScope type(env, LoadIfThere(env, "java/lang/ref/Cleaner"));
+  if (type.Get() == nullptr) return;  // before Java 9
   const auto cleaners = static_cast<jclass>(type.Get());
   made.registerWith =
       MethodOf(env, cleaners, "register", "(Ljava/lang/Object;Ljava/lang/Runnable;)Ljava/lang/ref/Cleaner$Cleanable;");

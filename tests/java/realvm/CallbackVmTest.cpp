@@ -114,12 +114,28 @@ TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
       expected);
 }
 
+bool IsNameOfCleaner(JNIEnv* env, jstring text) {
+  const char* const name = env->GetStringUTFChars(text, nullptr);
+  const bool isIt = std::string(name) == "java.lang.ref.Cleaner";
+  env->ReleaseStringUTFChars(text, name);
+  return isIt;
+}
+
 // Replaces the thread's table of JNI functions, so that the VM looks like a Java before version 9.
 void HideWhatIsNew(JNIEnv* env) {
   static const JNINativeInterface_* const real = env->functions;
   static JNINativeInterface_ table = *real;
-  table.FindClass = [](JNIEnv* e, const char* name) -> jclass {
-    return real->FindClass(e, std::string(name) == "java/lang/ref/Cleaner" ? "no/such/Cleaner" : name);
+  static const jmethodID forName =
+      env->GetStaticMethodID(java::detail::ClassOf<java::Class>(env), "forName",
+                             "(Ljava/lang/String;ZLjava/lang/ClassLoader;)Ljava/lang/Class;");
+  table.CallStaticObjectMethodA = [](JNIEnv* e, jclass type, jmethodID id, const jvalue* arguments) -> jobject {
+    if (id != forName || !IsNameOfCleaner(e, static_cast<jstring>(arguments[0].l))) {
+      return real->CallStaticObjectMethodA(e, type, id, arguments);
+    }
+    jclass const missing = real->FindClass(e, "java/lang/ClassNotFoundException");
+    real->ThrowNew(e, missing, "java.lang.ref.Cleaner");
+    real->DeleteLocalRef(e, missing);
+    return nullptr;
   };
   table.GetStaticMethodID = [](JNIEnv* e, jclass type, const char* name, const char* descriptor) -> jmethodID {
     const char* const known = std::string(name) == "getPlatformClassLoader" ? "noSuchMethod" : name;
@@ -227,6 +243,10 @@ TEST(CallbackVmTest, ASystemClassLoaderThatRefusesWhatItDoesNotKnow) {
               "java.lang.SecurityException: refused: torvan.java.Handler");
     EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
     EXPECT_EQ(Thrown([] { throw std::runtime_error("thrown"); }), "java.lang.RuntimeException: thrown");
+    // Nor does it find Java's Cleaner, which destroys functions.
+    std::atomic<int> count{0};
+    Nest([counted = Counted(count)](jint x) { return x; }, 1);
+    EXPECT_TRUE(ComesDownTo(count, 0)) << count;
   });
 }
 
