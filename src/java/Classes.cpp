@@ -52,8 +52,8 @@ std::string NameOf(JNIEnv* env, jclass type) {
 jclass LoadClass(JNIEnv* env, const char* name) { return LoadClass(env, KeptLoader(), name); }
 
 jclass LoadClass(JNIEnv* env, jobject loader, const char* name, bool initialises) {
-  RequireVm();
   const Bindings* const bindings = Bound();
+  if (bindings == nullptr) ThrowNoVm();
   std::u16string dotted = ToUtf16(name);
   std::replace(dotted.begin(), dotted.end(), u'/', u'.');
   const auto units = reinterpret_cast<const jchar*>(dotted.data());

@@ -86,6 +86,11 @@ jclass DefineHandler(JNIEnv* env) {
   return Kept<jclass>(env, defined);
 }
 
+void BindException(JNIEnv* env, ExceptionClass& made, const char* name) {
+  if (made.type == nullptr) made.type = Kept<jclass>(env, LoadClass(env, nullptr, name));
+  made.make = MethodOf(env, made.type, "<init>", "(Ljava/lang/String;)V");
+}
+
 void BindCleaner(JNIEnv* env, HandlerClass& made) {
   const LocalScope type(env, LoadIfThere(env, "java/lang/ref/Cleaner"));
   if (type.Get() == nullptr) return;  // before Java 9
@@ -126,10 +131,8 @@ void Make(JNIEnv* env, HandlerClass& made) {
   made.proxy = MethodOf(env, made.type, "proxy", "()Ljava/lang/Object;");
   made.owns = env->GetFieldID(made.type, "owns", "Z");
   CheckPending(env);
-  if (made.runtimeException == nullptr) {
-    made.runtimeException = Kept<jclass>(env, LoadClass(env, nullptr, "java/lang/RuntimeException"));
-  }
-  made.newRuntimeException = MethodOf(env, made.runtimeException, "<init>", "(Ljava/lang/String;)V");
+  BindException(env, made.runtimeException, "java/lang/RuntimeException");
+  BindException(env, made.classCastException, "java/lang/ClassCastException");
   const LocalScope methods(env, LoadClass(env, nullptr, "java/lang/reflect/Method"));
   made.getDeclaringClass =
       MethodOf(env, static_cast<jclass>(methods.Get()), "getDeclaringClass", "()Ljava/lang/Class;");

@@ -3,9 +3,17 @@
 
 #include <torvan/java/detail/Callback.h>
 
+#include <string>
+
 #include "java/Sanitizer.h"
 
 namespace torvan::java::detail {
+
+// A class of exceptions, and its constructor that takes a text.
+struct ExceptionClass {
+  jclass type;
+  jmethodID make;
+};
 
 // The class, found once and never released. Classes and objects are global references.
 struct HandlerClass {
@@ -19,13 +27,17 @@ struct HandlerClass {
   jmethodID registerWith;  // its register(Object, Runnable)
   jobject noPlan;          // for handlers that do nothing but clean
 
-  jclass runtimeException;
-  jmethodID newRuntimeException;
+  ExceptionClass runtimeException;
+  ExceptionClass classCastException;
   jmethodID getDeclaringClass;  // of a java.lang.reflect.Method
 };
 
 // Defines the class in the VM at the first call. Throws Error, and Failure when the VM does not take native methods.
 const HandlerClass& TheHandlerClass(JNIEnv* env);
+
+// Makes a new exception of that class the one that is pending in Java, also while the VM ends. The text may be
+// anything. Throws Error and std::bad_alloc where it cannot.
+void ThrowNew(JNIEnv* env, const ExceptionClass& type, const std::string& text);
 
 // What is destroyed when a Java object is collected.
 class OwnedByJava {

@@ -1,7 +1,6 @@
 #include <torvan/java/NativeMethod.h>
 
 #include <torvan/java/Cast.h>
-#include <torvan/java/Constructor.h>
 #include <torvan/java/Error.h>
 #include <torvan/java/LocalFrame.h>
 #include <torvan/java/Method.h>
@@ -31,10 +30,7 @@ struct ReflectedMethod {
 };
 constexpr Method<ReflectedMethod, Local<Class>()> GetDeclaringClass{"getDeclaringClass"};
 
-struct ClassCast {
-  static constexpr char JavaName[] = "java/lang/ClassCastException";
-};
-constexpr Constructor<ClassCast(std::string_view)> NewClassCast;
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/NativeMethod", line, text); }
 
 // The slots' bindings. Never destroyed: Java calls until the process ends.
 std::mutex& SlotsLock() {
@@ -58,8 +54,7 @@ void RequireClass(JNIEnv* env, jobject value, const Test& wanted, TextOf textOf)
   const LocalScope ownType(env, env->GetObjectClass(value));
   std::string own = NameOf(env, static_cast<jclass>(ownType.Get()));
   if (own == wanted.name) own += " of another class loader";
-  const auto made = NewClassCast(textOf(own));
-  env->Throw(static_cast<jthrowable>(made.Get()));
+  ThrowNew(env, TheHandlerClass(env).classCastException, textOf(own));
   ThrowPending(env);
 }
 
@@ -143,9 +138,8 @@ std::pair<std::size_t, const void*> TakeSlot(JNIEnv* env, NativeBinding& binding
     }
   }
   if (taken == slots.count) {
-    throw Misuse("java/NativeMethod", __LINE__,
-                 binding.name + " cannot be bound: " + std::to_string(slots.count) +
-                     " native methods have functions of this C++ type; give a lambda expression of its own");
+    const std::string cannot = binding.name + " cannot be bound: " + std::to_string(slots.count);
+    Fail(__LINE__, cannot + " native methods have functions of this C++ type; give a lambda expression of its own");
   }
   binding.slot = &slots.slots[taken];
   return {taken, binding.slot->binding.exchange(&binding, std::memory_order_acq_rel)};
@@ -191,7 +185,7 @@ DeclaredNative FindNative(JNIEnv* env, jclass type, const MemberName& name) {
 // The VM checks neither whether a method is static nor in which class it is. Returns the test of what it returns.
 std::optional<Test> RequireNative(JNIEnv* env, jclass type, const MemberName& name) {
   DeclaredNative found = FindNative(env, type, name);
-  if (found.wrong != nullptr) throw Misuse("java/NativeMethod", __LINE__, SpellWithClass(name) + found.wrong);
+  if (found.wrong != nullptr) Fail(__LINE__, SpellWithClass(name) + found.wrong);
   if (!found.isThere) FindId(env, type, name);  // says what there is
   return std::move(found.result);
 }

@@ -45,12 +45,7 @@ jstring NewAnyText(JNIEnv* env, const std::string& text) {
 
 void ThrowRuntimeException(JNIEnv* env, const std::string& text) {
   env->ExceptionClear();
-  const HandlerClass& handlers = TheHandlerClass(env);
-  const LocalScope message(env, NewAnyText(env, text));
-  jvalue argument{};
-  argument.l = message.Get();
-  const LocalScope made(env, env->NewObjectA(handlers.runtimeException, handlers.newRuntimeException, &argument));
-  if (made.Get() != nullptr) env->Throw(static_cast<jthrowable>(made.Get()));
+  ThrowNew(env, TheHandlerClass(env).runtimeException, text);
 }
 
 void Throw(JNIEnv* env, const Error& error) noexcept {
@@ -75,13 +70,21 @@ void ThrowHandled(JNIEnv* env) {
 
 }  // namespace
 
+void ThrowNew(JNIEnv* env, const ExceptionClass& type, const std::string& text) {
+  const LocalScope message(env, NewAnyText(env, text));
+  jvalue argument{};
+  argument.l = message.Get();
+  const LocalScope made(env, env->NewObjectA(type.type, type.make, &argument));
+  if (made.Get() != nullptr) env->Throw(static_cast<jthrowable>(made.Get()));
+}
+
 void ThrowIntoJava(JNIEnv* env) noexcept {
   try {
     ThrowHandled(env);
   } catch (const Error& error) {
     Throw(env, error);  // Java has no memory, most likely
   } catch (...) {
-    env->ThrowNew(TheHandlerClass(env).runtimeException, "a C++ exception, and no memory to say which");
+    env->ThrowNew(TheHandlerClass(env).runtimeException.type, "a C++ exception, and no memory to say which");
   }
 }
 

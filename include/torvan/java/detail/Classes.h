@@ -10,7 +10,8 @@
 namespace torvan::java::detail {
 
 // Finds and initialises a class: "java/lang/String", "java.lang.String", "[I", "[Ljava/lang/String;". Never by
-// FindClass, which uses another loader in a callback. Returns a new local reference. Throws Error.
+// FindClass, which uses another loader in a callback. Returns a new local reference. Throws Error. It also works while
+// the VM ends, for functions that Java calls then.
 jclass LoadClass(JNIEnv* env, const char* name);
 // The same through another loader; null is the VM's own. Without `initialises` the class is only found.
 jclass LoadClass(JNIEnv* env, jobject loader, const char* name, bool initialises = true);
