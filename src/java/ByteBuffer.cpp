@@ -2,11 +2,13 @@
 
 #include <torvan/java/Cast.h>
 #include <torvan/java/Constructor.h>
+#include <torvan/java/Elements.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/Field.h>
 #include <torvan/java/Method.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -47,7 +49,8 @@ constexpr Constructor<Phantom(Ref<Object>, Ref<Queue>)> NewPhantom;
 constexpr Method<Queue, Local<Object>()> Poll{"poll", "()Ljava/lang/ref/Reference;"};
 constexpr Method<Map, Local<Object>(Ref<Object>, std::optional<jlong>)> Put{
     "put", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;"};
-constexpr Method<Map, std::optional<jlong>(Ref<Object>)> Remove{"remove", "(Ljava/lang/Object;)Ljava/lang/Object;"};
+constexpr Method<Map, std::optional<jlong>(Ref<Object>)> Find{"get", "(Ljava/lang/Object;)Ljava/lang/Object;"};
+constexpr Method<Map, Local<Object>(Ref<Object>)> Remove{"remove"};
 
 using Owner = std::shared_ptr<const void>;
 
@@ -56,6 +59,9 @@ using Owner = std::shared_ptr<const void>;
 // The owners of the buffers' memory. A reference queue of Java's tells which buffers were collected: each has a phantom
 // reference, with the number that it has here. The queue is polled, so that no thread is needed and owners are dropped
 // on a thread of the host.
+//
+// Whatever fails on the way, each owner is dropped in the end: a reference that has left the queue is kept in an array
+// of Java's, which needs no memory, and is taken from there the next time.
 class Owners {
  public:
   // Never destroyed: buffers may be made and dropped by static destructors.
@@ -70,6 +76,7 @@ class Owners {
       const std::lock_guard lock(m_mutex);
       if (!m_queue) {
         m_numbers = Global<Map>(NewMap());
+        m_polled = Global<Array<Object>>(NewArray<Object>(1));
         m_queue = Global<Queue>(NewQueue());
       }
       id = ++m_last;
@@ -89,14 +96,44 @@ class Owners {
       if (m_owners.empty()) return 0;
     }
     std::size_t count = 0;
-    while (const Local<Object> reference = Poll(m_queue)) {
-      const std::optional<jlong> id = Remove(m_numbers, reference);
-      if (id) count += Take(*id) != nullptr ? 1 : 0;
+    const Turn turn(m_isPolling);
+    if (!turn.IsMine()) return 0;
+    while (const Local<Object> reference = NextCollected()) {
+      if (const std::optional<jlong> id = Find(m_numbers, reference)) count += Take(*id) != nullptr ? 1 : 0;
+      Remove(m_numbers, reference);
+      detail::SetElement(detail::CallEnv(), m_polled.Get(), 0, nullptr);
     }
     return count;
   }
 
  private:
+  // One thread polls at a time. Others do not wait for it, nor does the destructor of an owner that it drops.
+  class Turn {
+   public:
+    explicit Turn(std::atomic<bool>& isTaken) noexcept : m_isTaken(isTaken), m_isMine(!isTaken.exchange(true)) {}
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn() {
+      if (m_isMine) m_isTaken = false;
+    }
+
+    bool IsMine() const noexcept { return m_isMine; }
+
+   private:
+    std::atomic<bool>& m_isTaken;
+    bool m_isMine;
+  };
+
+  // The reference of a buffer that was collected; null where there is none.
+  Local<Object> NextCollected() {
+    JNIEnv* const env = detail::CallEnv();
+    Local<Object> reference = detail::Own<Object>(env, detail::GetElement(env, m_polled.Get(), 0, true));
+    if (reference) return reference;
+    reference = Poll(m_queue);
+    if (reference) detail::SetElement(env, m_polled.Get(), 0, reference.Get());
+    return reference;
+  }
+
   // The owners are returned and so destroyed outside the lock: an owner's destructor may make buffers.
   Owner Take(jlong id) {
     const std::lock_guard lock(m_mutex);
@@ -110,8 +147,10 @@ class Owners {
   std::mutex m_mutex;
   std::map<jlong, Owner> m_owners;
   jlong m_last = 0;
-  Global<Queue> m_queue;  // both set once, with the first owner
+  std::atomic<bool> m_isPolling{false};
+  Global<Queue> m_queue;  // these are set once, with the first owner
   Global<Map> m_numbers;
+  Global<Array<Object>> m_polled;  // one place
 };
 
 Global<ByteBuffer> MakeBuffer(void* memory, std::size_t size, Owner owner, bool isReadOnly) {

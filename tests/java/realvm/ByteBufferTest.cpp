@@ -192,10 +192,77 @@ TEST_F(ByteBufferTest, TheOwnerOfConstMemoryLivesLikewise) {
   EXPECT_TRUE(weak.expired());
 }
 
+// Wherever Java fails while a collected buffer's owner is looked up, it is dropped the next time.
+TEST_F(ByteBufferTest, AnOwnerIsDroppedAlsoAfterThatHasFailed) {
+  JNIEnv* const env = java::detail::Env();
+  int failures = 0;
+  for (bool isOver = false; !isOver && !HasFailure();) {
+    auto owner = std::make_shared<int>(0);
+    const std::weak_ptr<int> weak = owner;
+    { const ByteBuffer buffer(owner.get(), sizeof(int), owner); }
+    owner.reset();
+    bool hasFailed = false;
+    // A step that nothing was collected for is tried again.
+    for (int i = 0; i < 50 && !hasFailed && !weak.expired(); ++i) {
+      CollectGarbage();
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      const CountedReferences counted(env);
+      CountedReferences::FailAt(failures + 1);
+      hasFailed = WhatOf<Error>([] { ByteBuffer::DropCollected(); }) != "nothing";
+      EXPECT_EQ(counted.Locals(), 0);
+    }
+    isOver = !hasFailed;
+    if (hasFailed) ++failures;
+    DropUntilGone(weak);
+    EXPECT_TRUE(weak.expired()) << "step " << failures;
+  }
+  EXPECT_GE(failures, 4);
+}
+
+// Buffers of two owners, each with a destructor that does this; they are dropped one after the other.
+template <typename Destroy>
+void DropTwo(const Destroy& destroy) {
+  static int memory = 0;
+  int dropped = 0;
+  for (int i = 0; i < 2; ++i) {
+    const std::shared_ptr<int> owner(&memory, [&](int*) {
+      ++dropped;
+      destroy();
+    });
+    const ByteBuffer buffer(&memory, sizeof memory, owner);
+  }
+  for (int i = 0; i < 50 && dropped < 2; ++i) {
+    CollectGarbage();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ByteBuffer::DropCollected();
+  }
+  EXPECT_EQ(dropped, 2);
+}
+
+TEST_F(ByteBufferTest, WhileOneThreadDropsOwnersAnotherDoesNot) {
+  DropTwo([] { std::thread([] { EXPECT_EQ(ByteBuffer::DropCollected(), 0u); }).join(); });
+}
+
+TEST_F(ByteBufferTest, AnOwnersDestructorUsesBuffers) {
+  DropTwo([] {
+    static int other = 0;
+    const ByteBuffer buffer(&other, sizeof other);
+    ByteBuffer::DropCollected();
+  });
+}
+
+// What Java has in use, in bytes.
+jlong UsedHeap() {
+  CollectGarbage();
+  const auto runtime = java::CallStatic<Local<java::Object>>("java/lang/Runtime", "getRuntime");
+  return java::Call<jlong>(runtime, "totalMemory") - java::Call<jlong>(runtime, "freeMemory");
+}
+
 TEST_F(ByteBufferTest, OwnersAreDroppedWhenLaterBuffersAreMade) {
   constexpr int count = 20000;
   static std::atomic<int> live{0};
   int most = 0;
+  const jlong before = UsedHeap();
   for (int i = 0; i < count; ++i) {
     ++live;
     const std::shared_ptr<char> memory(new char[4096], [](const char* bytes) {
@@ -207,6 +274,13 @@ TEST_F(ByteBufferTest, OwnersAreDroppedWhenLaterBuffersAreMade) {
     most = std::max(most, live.load());
   }
   EXPECT_LT(most, count / 2);
+  for (int i = 0; i < 50 && live > 0; ++i) {
+    CollectGarbage();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ByteBuffer::DropCollected();
+  }
+  EXPECT_EQ(live, 0);
+  EXPECT_LT(UsedHeap() - before, count * 40);  // an entry for each that Java keeps is more
 }
 
 TEST_F(ByteBufferTest, AnOwnerIsDroppedWhereTheBufferCannotBe) {
