@@ -1,11 +1,37 @@
 #include <torvan/java/Elements.h>
 
+#include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Pending.h>
 
 #include <limits>
 #include <new>
+#include <string>
+
+#include "java/ClassNames.h"
 
 namespace torvan::java::detail {
+
+namespace {
+
+[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Arrays", line, text); }
+
+// Says what to do where the array's class and the element's have one name.
+[[noreturn]] void ThrowNotStored(JNIEnv* env, jobject array, jobject element) {
+  const LocalScope thrown(env, env->ExceptionOccurred());
+  env->ExceptionClear();
+  const auto nameOf = [env](jobject object) {
+    const LocalScope type(env, env->GetObjectClass(object));
+    return NameOf(env, static_cast<jclass>(type.Get()));
+  };
+  std::string addition;
+  if (element != nullptr && nameOf(array) == "[L" + nameOf(element) + ";") {
+    addition = " (of another class loader: make the array with NewArray(vector, class))";
+  }
+  env->Throw(static_cast<jthrowable>(thrown.Get()));
+  ThrowPending(env, addition);
+}
+
+}  // namespace
 
 NullElement::NullElement(std::size_t index, const std::string& inside)
     : NullElement("[" + std::to_string(index) + "]" + inside) {}
@@ -18,8 +44,7 @@ NullElement::NullElement(const std::string& path)
 
 jsize ArraySize(std::size_t size) {
   if (size > static_cast<std::size_t>(std::numeric_limits<jsize>::max())) {
-    throw Misuse("java/Arrays", __LINE__,
-                 "an array of " + std::to_string(size) + " elements is longer than a Java array can be");
+    Fail(__LINE__, "an array of " + std::to_string(size) + " elements is longer than a Java array can be");
   }
   return static_cast<jsize>(size);
 }
@@ -35,7 +60,7 @@ jobject NewObjects(JNIEnv* env, std::size_t size, jclass type) {
 
 void SetElement(JNIEnv* env, jobject array, jsize index, jobject element) {
   env->SetObjectArrayElement(static_cast<jobjectArray>(array), index, element);
-  CheckPending(env);
+  if (env->ExceptionCheck() != JNI_FALSE) ThrowNotStored(env, array, element);
 }
 
 CriticalRead::CriticalRead(JNIEnv* env, jobject array)
@@ -56,18 +81,17 @@ void ThrowOutOfMemory(JNIEnv* env) {
 }
 
 jsize RequiredArraySize(JNIEnv* env, jobject array) {
-  if (array == nullptr) throw Misuse("java/Arrays", __LINE__, "null is given for a Java array");
+  if (array == nullptr) Fail(__LINE__, "null is given for a Java array");
   return env->GetArrayLength(static_cast<jarray>(array));
 }
 
 jclass RequiredClass(const Ref<Class>& type) {
-  if (!type) throw Misuse("java/Arrays", __LINE__, "null is given as the class of an array's elements");
+  if (!type) Fail(__LINE__, "null is given as the class of an array's elements");
   return static_cast<jclass>(type.Get());
 }
 
 void ThrowOutside(std::size_t index, std::size_t size) {
-  throw Misuse("java/Arrays", __LINE__,
-               "index " + std::to_string(index) + " is outside an array of " + std::to_string(size));
+  Fail(__LINE__, "index " + std::to_string(index) + " is outside an array of " + std::to_string(size));
 }
 
 }  // namespace torvan::java::detail

@@ -28,8 +28,9 @@ constexpr StaticMethod<std::optional<std::string>(std::string_view)> GetProperty
     const LocalScope type(env, env->GetObjectClass(thrown.Get()));
     if (NameOf(env, static_cast<jclass>(type.Get())) == "java.lang.ClassNotFoundException") {
       if (env->IsSameObject(loader, KeptLoader()) != JNI_FALSE) {
-        addition = " (not on the class path " + GetProperty("java.class.path").value_or("") +
-                   "; bind members of another loader's class with In)";
+        addition =
+            " (not on the class path " + GetProperty("java.class.path").value_or("") +
+            "; bind members of another loader's class with In, and make arrays of it with NewArray(vector, class))";
       } else if (loader != nullptr) {
         const LocalScope own(env, env->GetObjectClass(loader));
         addition = " (looked for by a " + NameOf(env, static_cast<jclass>(own.Get())) + ")";

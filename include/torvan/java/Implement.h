@@ -106,8 +106,9 @@ Implementation<T> Implement() {
 }
 inline Implementation<Object> Implement(std::string name) { return Implementation<Object>(std::move(name)); }
 
-// Begins an implementation of an interface of another class loader. Its objects throw Misuse when the
-// class is null.
+// Begins an implementation of an interface of another class loader. Its objects throw Misuse when the class is null. A
+// function that returns an array of references to such classes returns Local<Array<T>>, made with NewArray(vector,
+// class): a vector becomes an array of the class that the class path has.
 template <typename T>
 Implementation<T> Implement(const Ref<Class>& type) {
   return Implementation<T>(type);

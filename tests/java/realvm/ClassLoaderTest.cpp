@@ -73,6 +73,61 @@ TEST_F(ClassLoaderTest, FindsArraysOfItsClasses) {
   EXPECT_THAT(ErrorOf([&] { java::NewArray(plugins); }), testing::HasSubstr("fixture.Plugin (not on the class path "));
 }
 
+TEST_F(ClassLoaderTest, AnArrayOfItsClassesIsMadeWithTheClass) {
+  const java::Global<java::Class> type(Others().FindClass("fixture/Plugin"));
+  const auto vector = [make = java::Constructor<Plugin(jint)>{}.In(type)] {
+    std::vector<Local<Plugin>> plugins;
+    for (const jint number : {1, 2}) plugins.push_back(make(number));
+    return plugins;
+  };
+  const std::vector<Local<Plugin>> plugins = vector();
+  constexpr StaticMethod<jint(Ref<java::Array<Plugin>>)> sum{"fixture/Plugin", "sum"};
+  constexpr StaticMethod<jint(const std::vector<Local<Plugin>>&)> sumOfVector{"fixture/Plugin", "sum"};
+  EXPECT_EQ(sum.In(type)(java::NewArray(plugins, type)), 3);
+  EXPECT_THAT(ErrorOf([&] { sumOfVector.In(type)(plugins); }),
+              testing::EndsWith("and make arrays of it with NewArray(vector, class))"));
+
+  constexpr StaticMethod<jint(Ref<Object>)> sumOf{"fixture/Plugin", "sumOf", "(Lfixture/Plugin$Source;)I"};
+  const Local<java::Class> source = java::ClassLoader::Of(type).FindClass("fixture/Plugin$Source");
+  const auto made = [&] { return java::NewArray(vector(), type); };
+  EXPECT_EQ(sumOf.In(type)(java::Implement(source).On("plugins", made).New()), 3);
+  // Its types are found by the interface's loader.
+  constexpr StaticMethod<bool(Ref<Object>, Ref<Object>)> isSame{"fixture/Plugin", "isSame",
+                                                                "(Lfixture/Plugin$Source;Lfixture/Plugin;)Z"};
+  const auto same = [](Local<Plugin> plugin) { return plugin; };
+  EXPECT_TRUE(isSame.In(type)(java::Implement(source).On("same", same).New(), plugins[0]));
+  try {
+    sumOf.In(type)(java::Implement(source).On("plugins", vector).New());
+    FAIL() << "nothing was thrown";
+  } catch (const java::Error& error) {
+    EXPECT_STREQ(error.what(), "java.lang.reflect.UndeclaredThrowableException");
+    EXPECT_STREQ(error.Cause().value().what(), "java.lang.ClassNotFoundException: fixture.Plugin");
+  }
+}
+
+struct Arrays {
+  static constexpr char JavaName[] = "fixture/Arrays";
+};
+
+// The class path has a class of that name, too.
+TEST_F(ClassLoaderTest, AVectorBecomesAnArrayOfTheClassPathsClass) {
+  constexpr StaticMethod<Local<java::Class>(std::string_view)> copyOf{"fixture/Strict", "copyOf"};
+  const Local<java::Class> copy = copyOf("fixture.Arrays");
+  constexpr StaticMethod<std::vector<Local<Arrays>>(const std::vector<Local<Arrays>>&)> same{"fixture/Arrays", "same"};
+  const auto sameOfCopy = same.In(copy);
+  std::vector<Local<Arrays>> arrays;
+  EXPECT_EQ(WhatOf<Misuse>([&] { sameOfCopy(arrays); }),
+            "a [Lfixture.Arrays; is given as argument 1 of fixture.Arrays.same(fixture.Arrays[]), which needs a "
+            "[Lfixture.Arrays; of another class loader");
+  arrays.push_back(java::Constructor<Arrays()>{}.In(copy)());
+  EXPECT_THAT(ErrorOf([&] { sameOfCopy(arrays); }),
+              testing::AllOf(testing::StartsWith("java.lang.ArrayStoreException"),
+                             testing::EndsWith(" (of another class loader: make the array with NewArray(vector, "
+                                               "class))")));
+  constexpr StaticMethod<std::vector<Local<Arrays>>(Ref<java::Array<Arrays>>)> sameArray{"fixture/Arrays", "same"};
+  EXPECT_TRUE(java::Same(sameArray.In(copy)(java::NewArray(arrays, copy)).at(0), arrays[0]));
+}
+
 TEST_F(ClassLoaderTest, ACallWithoutADeclarationTellsClassesOfOneNameApart) {
   const ClassLoader first = Others();
   const java::Constructor<Plugin(jint)> make;
@@ -131,6 +186,16 @@ TEST_F(ClassLoaderTest, IsOneAlsoWhenItWasMoved) {
   EXPECT_TRUE(first.FindClass("fixture/Plugin"));
   first.Close();
   EXPECT_TRUE(java::Same(first.Loader(), second.Loader()));
+}
+
+TEST_F(ClassLoaderTest, OfAnObjectOrAClass) {
+  const ClassLoader others = Others();
+  const Local<java::Class> type = others.FindClass("fixture/Plugin");
+  EXPECT_TRUE(java::Same(ClassLoader::Of(type).Loader(), others.Loader()));
+  EXPECT_TRUE(java::Same(ClassLoader::Of(java::Constructor<Plugin(jint)>{}.In(type)(1)).Loader(), others.Loader()));
+  EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::Of(nullptr); }), "null has no class loader");
+  EXPECT_EQ(WhatOf<Misuse>([] { ClassLoader::Of(java::NewString("text")); }),
+            "the class is the VM's own, which no class loader has");
 }
 
 TEST_F(ClassLoaderTest, OnesThatCannotBeClosedSaySo) {
@@ -227,6 +292,7 @@ TEST_F(ClassLoaderTest, NothingIsLeft) {
   ExpectNothingOfThrowing([] { ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES, "no/such.jar"}); });
   ExpectNothingWhereverItFails([&] { const ContextClassLoader scope(others); }, 1);
   ExpectNothingWhereverItFails([] { Others(); }, 4);
+  ExpectNothingWhereverItFails([] { ClassLoader::Platform(); }, 1);
 }
 
 }  // namespace

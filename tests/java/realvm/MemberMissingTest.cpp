@@ -72,7 +72,8 @@ TEST_F(MemberMissingTest, StaticAndNotIsTold) {
 TEST_F(MemberMissingTest, AClassThatIsNotThereNamesTheClassPath) {
   const std::string path = java::CallStatic<std::string>("java/lang/System", "getProperty", "java.class.path");
   const std::string expected = "java.lang.ClassNotFoundException: fixture.NoSuch (not on the class path " + path +
-                               "; bind members of another loader's class with In)";
+                               "; bind members of another loader's class with In, and make arrays of it with "
+                               "NewArray(vector, class))";
   EXPECT_EQ(ErrorOf([] { java::FindClass("fixture/NoSuch"); }), expected);
   EXPECT_EQ(ErrorOf([] { java::FindClass("fixture.NoSuch"); }), expected);
   EXPECT_EQ(ErrorOf([] { StaticMethod<void()>{"fixture/NoSuch", "none"}(); }), expected);
