@@ -190,6 +190,16 @@ std::optional<Test> RequireNative(JNIEnv* env, jclass type, const MemberName& na
   return std::move(found.result);
 }
 
+// The function takes each object as one of the tag's class, and nothing tests that again.
+void RequireTag(JNIEnv* env, jclass type, const char* tag, const MemberName& name) {
+  const std::string own = NameOf(env, type);
+  if (own == Dotted(tag)) return;
+  const Local<Object> loader = LoaderOf(type);
+  const LocalScope wanted(env, LoadClass(env, loader.Get(), tag, false));
+  if (env->IsAssignableFrom(type, static_cast<jclass>(wanted.Get())) != JNI_FALSE) return;
+  Fail(__LINE__, Spell(name) + " cannot be bound: the tag names " + Dotted(tag) + ", and a " + own + " is none");
+}
+
 TestedFunction::Arguments ArgumentsOf(JNIEnv* env, jclass type, const MemberName& name) {
   TestedFunction::Arguments tests;
   if (name.descriptor == name.own) return tests;
@@ -219,27 +229,27 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
   JNIEnv* const env = Env();
   CheckPending(env);
   const char* const descriptor = given.descriptor != nullptr ? given.descriptor : own;
-  const MemberName name{given.isStatic ? MemberKind::StaticMethod : MemberKind::Method, given.type, given.name,
-                        descriptor, own};
-  if (type != nullptr && !*type) {
-    throw Misuse("java/NativeMethod", __LINE__,
-                 "null is given as the class that " + SpellWithClass(name) + " is bound in");
-  }
+  const bool isStatic = given.tag == nullptr;
+  const MemberName name{isStatic ? MemberKind::StaticMethod : MemberKind::Method, given.type, given.name, descriptor,
+                        own};
+  const std::string spelled = SpellWithClass(name);
+  if (type != nullptr && !*type) Fail(__LINE__, "null is given as the class that " + spelled + " is bound in");
   // Not initialised: its static initialiser may call the method.
   const Local<Class> found =
       type != nullptr ? Local<Class>(*type) : Own<Class>(env, LoadClass(env, KeptLoader(), given.type, false));
   const auto raw = static_cast<jclass>(found.Get());
 
   std::optional<Test> result = RequireNative(env, raw, name);
+  if (!isStatic) RequireTag(env, raw, given.tag, name);
   auto binding = std::make_unique<NativeBinding>();
   TestedFunction::Arguments arguments = ArgumentsOf(env, raw, name);
   if (!arguments.empty() || result) {
     function =
-        std::make_shared<TestedFunction>(std::move(function), given.isStatic ? 0 : 1,
-                                         Split(descriptor).arguments.size(), std::move(arguments), std::move(result));
+        std::make_shared<TestedFunction>(std::move(function), isStatic ? 0 : 1, Split(descriptor).arguments.size(),
+                                         std::move(arguments), std::move(result));
   }
   binding->function = std::move(function);
-  binding->name = SpellWithClass(name);
+  binding->name = spelled;
   binding->member = std::string(given.name) + descriptor;
   binding->type = Weak<Class>(found);
   binding->handled = {binding->function->ItsEntry(), binding->function.get(), binding->name.c_str(), nullptr,

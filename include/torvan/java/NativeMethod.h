@@ -22,7 +22,8 @@ namespace torvan::java {
 // and the same C++ type, such as function pointers of one signature; each lambda expression has its own type.
 //
 // Bind throws Error when there is no such class or method ("... (plugin.Host has no ...; it has ...)"), Misuse when the
-// method is not native, static where an instance method was declared or the other way round, and as Thread() does.
+// method is not native, static where an instance method was declared or the other way round, or belongs to a class
+// whose objects are not of the tag's; and as Thread() does.
 template <typename F, typename T = void>
 class NativeMethod;
 
@@ -32,11 +33,11 @@ class NativeMethod<R(A...), T> {
 
  public:
   constexpr NativeMethod(const char* type, const char* name, const char* descriptor = nullptr)
-      : m_name{type, name, descriptor, std::is_void_v<T>} {
+      : m_name{type, name, descriptor, nullptr} {
     if (descriptor != nullptr) Binder::CheckDescriptor(descriptor);
   }
   // Of the class that the tag names.
-  constexpr explicit NativeMethod(const char* name) : m_name{nullptr, name, nullptr, false} {
+  constexpr explicit NativeMethod(const char* name) : m_name{nullptr, name, nullptr, nullptr} {
     static_assert(!std::is_void_v<T>, "torvan::java: a static native method needs the name of its class and its own");
   }
 

@@ -195,6 +195,51 @@ TEST_F(NativeMethodTest, AResultOfTheSameClassOfAnotherLoaderIsRefused) {
             "another class loader, and the method returns a fixture.Natives");
 }
 
+TEST_F(NativeMethodTest, WhatIsPendingGoesBeforeAWrongResult) {
+  NativeMethod<Local<Object>(), Natives>(Type, "self", "()Lfixture/Natives;").Bind([](Ref<Natives>) {
+    Local<Object> text = java::NewString("text");
+    JNIEnv* const env = java::detail::Env();
+    env->ThrowNew(java::detail::ClassOf<java::Throwable>(env), "left by raw JNI");
+    return text;
+  });
+  EXPECT_EQ(WhatOf<Error>([] { java::Call<Local<Natives>>(NewNatives(0), "self"); }),
+            "java.lang.Throwable: left by raw JNI");
+}
+
+struct OtherNatives {
+  static constexpr char JavaName[] = "fixture/Natives$Other";
+};
+
+TEST_F(NativeMethodTest, AClassWhoseObjectsAreNotTheTagsIsRefused) {
+  const auto plus = [](Ref<Natives> self, jint a) { return Start.Get(self) + a; };
+  const Local<java::Class> other = java::FindClass(OtherNatives::JavaName);
+  const std::string refused =
+      "plus(int) cannot be bound: the tag names fixture.Natives, and a fixture.Natives$Other is none";
+  EXPECT_EQ(WhatOf<Misuse>([&] { NativeMethod<jint(jint), Natives>("plus").In(other).Bind(plus); }), refused);
+  EXPECT_EQ(WhatOf<Misuse>([&] { NativeMethod<jint(jint), Natives>(OtherNatives::JavaName, "plus").Bind(plus); }),
+            refused);
+  // A more general tag will do.
+  NativeMethod<jint(jint), Object>(OtherNatives::JavaName, "plus").Bind([](Ref<Object> self, jint a) {
+    return self ? -a : a;
+  });
+  EXPECT_EQ(java::Call<jint>(java::New<OtherNatives>(), "plus", 3), -3);
+}
+
+TEST_F(NativeMethodTest, TheTagsClassMayBeOfAnotherLoader) {
+  constexpr StaticMethod<Local<java::Class>(std::string_view)> copyOf{"fixture/Strict", "copyOf"};
+  const Local<java::Class> copy = copyOf("fixture.Natives");
+  NativeMethod<jint(jint), Natives>("plus").In(copy).Bind([](Ref<Natives>, jint a) { return a * 2; });
+  const Local<Natives> natives = java::Constructor<Natives(jint)>{}.In(copy)(0);
+  EXPECT_EQ(Plus.In(copy)(natives, 21), 42);
+  // Also of a class that extends the tag's.
+  const Local<java::Class> derived = copyOf("fixture.Natives$Derived");
+  NativeMethod<jint(jint), Natives>("fixture/Natives$Derived", "times").In(derived).Bind([](Ref<Natives>, jint a) {
+    return a * 3;
+  });
+  const auto times = java::Method<Object, jint(jint)>{"times"}.In(derived);
+  EXPECT_EQ(times(java::Constructor<Object()>{}.In(derived)(), 14), 42);
+}
+
 struct EarlyTo {
   static constexpr char JavaName[] = "fixture/Natives$EarlyTo";
 };

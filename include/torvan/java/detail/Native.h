@@ -17,7 +17,7 @@ struct NativeName {
   const char* type;  // null: the tag's
   const char* name;
   const char* descriptor;  // null: made of the C++ types
-  bool isStatic;
+  const char* tag;         // the name of its class; null: the method is static
 };
 
 // What one entry point of JNI's calls. JNI passes nothing that tells the methods of a class apart, so each has one.
@@ -73,7 +73,10 @@ struct TORVAN_JAVA_HIDDEN NativeBinder<R(A...), T> {
     using Maker = CallbackMaker<Signature, F, std::is_void_v<T> ? 1 : 0>;
     if constexpr (Maker::IsGood()) {
       NativeName full = name;
-      if constexpr (!std::is_void_v<T>) full.type = name.type != nullptr ? name.type : T::JavaName;
+      if constexpr (!std::is_void_v<T>) {
+        full.tag = T::JavaName;
+        if (full.type == nullptr) full.type = full.tag;
+      }
       auto callback = Maker::Make(std::move(function), name.name);
       constexpr bool isNamed = std::is_null_pointer_v<Class>;
       const auto bind = [&](const Ref<java::Class>* own) {
