@@ -173,6 +173,7 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
   }
   std::vector<jvalue> values(call.count + 1);
   std::vector<Passed> boxes;
+  boxes.reserve(call.count);  // so that none is lost on its way into it
   for (std::size_t i = 0; i < call.count; ++i) {
     const GivenArgument& argument = call.arguments[i];
     if (argument.letter != 'L' && plan.letters[i] == 'L') {
