@@ -1,9 +1,11 @@
-// Arrays in VMs of other collectors than the tests' one VM has.
+// Arrays in VMs of other collectors than the tests' one VM has, and in VMs that end.
 #include <atomic>
 #include <chrono>
+#include <fstream>
 #include <thread>
 #include <vector>
 
+#include "java/realvm/CallbackTags.h"
 #include "java/realvm/OwnProcess.h"
 
 namespace tests {
@@ -11,9 +13,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr java::StaticMethod<void(java::Ref<Runnable>)> RunAtTheEnd{"fixture/Callbacks", "runAtTheEnd"};
+
 constexpr java::StaticMethod<std::vector<jbyte>(java::Ref<java::Array<jbyte>>)> Same{"fixture/Arrays", "same"};
 
-// These collectors wait for whoever has an array's own memory open.
+// These collectors wait until no thread has an array's own memory open.
 void ReadAndAllocate(const char* collector) {
   java::VmSettings settings = FixtureSettings();
   const java::Vm vm = java::StartVm(settings.Option(collector).MaximumHeap("128m"));
@@ -44,6 +48,44 @@ TEST(ArraysVmTest, WhileManyReadLargeArraysOthersFindMemory) {
   for (const char* const collector : {"-XX:+UseSerialGC", "-XX:+UseParallelGC"}) {
     InProcessOfItsOwn([collector] { ReadAndAllocate(collector); });
   }
+}
+
+const std::string Ended = "The Java VM has ended";
+
+TEST(ArraysVmTest, ElementsAreRefusedInAShutdownHook) {
+  const Note note;
+  InProcessOfItsOwn([&] {
+    java::Vm vm = java::StartVm(FixtureSettings());
+    const java::Global<java::Array<jint>> array(java::NewArray<jint>(3));
+    RunAtTheEnd([array, path = note.Path()] {
+      std::ofstream(path) << WhatOf<java::Misuse>([&] { java::Elements<jint>{array}; }) << "; "
+                          << WhatOf<java::Misuse>([&] { java::CriticalElements<jint>{array}; });
+    });
+    EXPECT_EQ(vm.End(), java::VmEnd::Destroyed);
+    EXPECT_EQ(note.Text(), Ended + "; " + Ended);
+  });
+}
+
+// Java ends the VM, and the layer calls until it is gone.
+TEST(ArraysVmTest, ElementsAreUsedInAShutdownHookOfSystemExit) {
+  const Note note;
+  Expected expected;
+  expected.exitCode = 7;
+  InProcessOfItsOwn(
+      [&] {
+        const java::Vm vm = java::StartVm(FixtureSettings());
+        const java::Global<java::Array<jint>> array(java::NewArray<jint>(2));
+        RunAtTheEnd([array, path = note.Path()] {
+          { java::Elements<jint>(array).At(0) = 1; }
+          { java::CriticalElements<jint>(array).At(1) = 2; }
+          constexpr java::StaticMethod<std::vector<jint>(java::Ref<java::Array<jint>>)> same{"fixture/Arrays", "same"};
+          const std::vector<jint> values = same(array);
+          std::ofstream(path) << values.at(0) << " " << values.at(1);
+        });
+        CallStaticInt("fixture/Vms", "exit", "(I)I", 7);
+      },
+      expected);
+  EXPECT_EQ(note.Text(), "1 2");
 }
 
 }  // namespace
