@@ -90,6 +90,21 @@ class Table {
   ~Table() { java::detail::Env()->functions = s_real; }
 };
 
+TEST_F(CallbackLeavesNothingTest, WhereJavaHasNoMemoryForTheTextOfAnExceptionItIsTold) {
+  const Local<Runnable> runnable = Implement<Runnable>().On("run", [] { throw std::runtime_error("text"); }).New();
+  constexpr java::Method<Runnable, void()> run{"run"};
+  EXPECT_EQ(WhatOf<java::Error>([&] { run(runnable); }), "java.lang.RuntimeException: text");
+  const Table table;
+  s_table.NewStringUTF = [](JNIEnv* e, const char*) -> jstring {
+    jclass const type = s_real->FindClass(e, "java/lang/OutOfMemoryError");
+    s_real->ThrowNew(e, type, "as the test wants");
+    s_real->DeleteLocalRef(e, type);
+    return nullptr;
+  };
+  s_table.NewString = [](JNIEnv* e, const jchar*, jsize) { return s_table.NewStringUTF(e, ""); };
+  EXPECT_EQ(WhatOf<java::Error>([&] { run(runnable); }), "java.lang.OutOfMemoryError: as the test wants");
+}
+
 // A Cleaner may have taken what it is given when its stack runs out.
 TEST_F(CallbackLeavesNothingTest, AFunctionIsDestroyedOnceAlsoWhereTheCleanerFailsLate) {
   Implement<Runnable>().On("run", [] {}).New();

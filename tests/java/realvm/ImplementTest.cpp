@@ -258,6 +258,35 @@ TEST_F(ImplementTest, DefaultsRunUnlessAFunctionIsGiven) {
   EXPECT_EQ(CallShape(shape.New()), "square of 4.0 -40 true int long text");
 }
 
+TEST_F(ImplementTest, WhatADefaultThrowsGoesBeforeItsResult) {
+  const Local<Shape> shape =
+      Implement<Shape>().On("area", []() -> double { throw std::runtime_error("no area"); }).New();
+  EXPECT_EQ(WhatOf<java::Error>([&] { java::Call<jlong>(shape, "scaled", 10, 0.5, true); }),
+            "java.lang.RuntimeException: no area");
+}
+
+// The looser one is found first.
+TEST_F(ImplementTest, TheMethodOfTheSameTypesIsChosen) {
+  constexpr StaticMethod<std::string(Ref<Object>)> overBoth{Type, "overBoth",
+                                                            "(Lfixture/Callbacks$Wider;)Ljava/lang/String;"};
+  EXPECT_EQ(overBoth(Implement("fixture/Callbacks$Wider")
+                         .On("over", [](std::string_view) { return "text"; })
+                         .On("over", [](Ref<Object>) { return "object"; })
+                         .New()),
+            "text object");
+}
+
+template <typename Implementation>
+std::string WhatOfNew(const Implementation& implementation) {
+  return WhatOf<Misuse>([&] { implementation.New(); });
+}
+
+TEST_F(ImplementTest, PrivateMethodsAreNoneOfIts) {
+  EXPECT_EQ(WhatOfNew(Implement("fixture/Layers$Secret").On("value", [] { return 6; })),
+            "fixture.Layers$Secret has no method for the C++ function int value(), and objects of it have none of that "
+            "name");
+}
+
 TEST_F(ImplementTest, AMethodWithoutAFunctionSaysSo) {
   EXPECT_EQ(ThrownByCheck(Implement<Shape>().New()),
             "java.lang.UnsupportedOperationException: no C++ function is given for public abstract void "
@@ -291,11 +320,6 @@ TEST_F(ImplementTest, InterfacesThatAreNotPublic) {
   EXPECT_EQ(Hidden(Implement("fixture/Callbacks$Hidden").On("value", [] { return 6; })), 6);
 }
 
-template <typename Implementation>
-std::string WhatOfNew(const Implementation& implementation) {
-  return WhatOf<Misuse>([&] { implementation.New(); });
-}
-
 TEST_F(ImplementTest, WhatDoesNotFitIsSaid) {
   EXPECT_EQ(WhatOfNew(Implement("fixture/Callbacks$Abstract").On("value", [] { return 5; })),
             "fixture.Callbacks$Abstract is a class: C++ functions implement interfaces only");
@@ -307,6 +331,9 @@ TEST_F(ImplementTest, WhatDoesNotFitIsSaid) {
             "objects of it have none of that name");
   EXPECT_EQ(WhatOfNew(Implement<Runnable>().On("run", [] { return 5; })),
             "java.lang.Runnable has no method for the C++ function int run(); it has void run()");
+  EXPECT_EQ(WhatOfNew(Implement<Function>().On("apply", [](Ref<Object>) {})),
+            "java.util.function.Function has no method for the C++ function void apply(java.lang.Object); it has "
+            "java.lang.Object apply(java.lang.Object)");
   EXPECT_EQ(WhatOfNew(Implement<Every>().On("ofText", [](Local<Integer>) { return "text"; })),
             "fixture.Callbacks$Every has no method for the C++ function java.lang.String ofText(java.lang.Integer); it "
             "has java.lang.String ofText(java.lang.String)");
