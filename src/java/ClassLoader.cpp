@@ -84,7 +84,7 @@ ClassLoader ClassLoader::Platform() {
   } catch (const Error& error) {
     if (error.ClassName() != "java.lang.NoSuchMethodError") throw;
   }
-  // Before Java 9. The host may have put loaders of its own between this one and the system's.
+  // Before Java 9 it is the last parent of the system's loader, which may be one of the host's, with others in between.
   auto last = GetSystem();
   while (auto parent = GetParent(last)) last = std::move(parent);
   return ClassLoader(last);

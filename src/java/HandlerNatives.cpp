@@ -17,7 +17,7 @@ namespace torvan::java::detail {
 
 namespace {
 
-// Makes room for references; some a native method may make without asking.
+// Makes room for so many local references. JNI guarantees some without it.
 void EnsureLocals(JNIEnv* env, std::size_t count) {
   constexpr std::size_t free = 8;
   if (count > free && env->EnsureLocalCapacity(static_cast<jint>(count)) != JNI_OK) ThrowOutOfReferences(env);

@@ -50,7 +50,7 @@ class ClassLoader {
   // A reference that sees when Java has collected the loader, and so its classes. Throws as Weak does.
   Weak<Object> WeakReference() const { return Weak<Object>(m_loader); }
 
-  // Also moved: there is no class loader that is none.
+  // Moving copies: an object of this class always refers to a class loader.
   ClassLoader(const ClassLoader&) = default;
   ClassLoader& operator=(const ClassLoader&) = default;
 

@@ -27,10 +27,10 @@ namespace torvan::java {
 // Java may call on any thread, and on several at once. A function lives until its Java object is collected and no call
 // of it runs; then a thread of Java's destroys it. It is never destroyed when Java has no java.lang.ref.Cleaner (before
 // version 9), or when its object still exists at the end of the VM. References passed to it as Ref and Local end when
-// it returns. It may keep a Global or a Weak, but no Local and no Ref: these are of one thread and its scope. A
-// function that holds a Global of its own object keeps both for good: let it hold a Weak. In a process that ends
-// without the end of the VM, Java goes on calling and destroying functions while static objects are destroyed: what
-// they use of these has to be kept from that, or the VM ended before.
+// it returns. It may keep a Global or a Weak, but no Local and no Ref: these are of one thread and its scope. Let a
+// function refer to its object by a Weak: with a Global the two keep each other, and neither is ever destroyed. In a
+// process that ends without the end of the VM, Java goes on calling and destroying functions while static objects are
+// destroyed: end the VM before, or keep what the functions use out of static objects that are destroyed.
 //
 // What it throws is thrown into Java: an Error as its Java object, any other std::exception as a RuntimeException with
 // what() as its message, anything else as a RuntimeException that names its type. A checked exception that the method

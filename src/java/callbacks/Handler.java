@@ -17,7 +17,7 @@ import java.util.Map;
  * many times faster than through JNI. The natives are not static: a handler is not collected, and its functions not
  * dropped, while one of them runs.
  *
- * <p>The library has the bytes of this class. Each copy of it puts a number of its own in place of the zeros.
+ * <p>The library has the bytes of this class. Each copy of the library replaces the zeros by its own number.
  */
 final class Handler_0000000000000000 implements InvocationHandler, Runnable {
   // How a function takes its arguments and what it returns.

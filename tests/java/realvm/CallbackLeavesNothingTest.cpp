@@ -75,7 +75,7 @@ TEST_F(CallbackLeavesNothingTest, WhereverTheVmRefusesAndDoesNotSayWhy) {
   ExpectNothingWhereverItFailsSilently([&] { native.Bind([] { return Local<Object>(); }); }, 2);
 }
 
-// Stand between the thread and the VM's functions.
+// The thread's table of JNI functions, while it is replaced.
 JNINativeInterface_ s_table;
 const JNINativeInterface_* s_real = nullptr;
 jmethodID s_register = nullptr;

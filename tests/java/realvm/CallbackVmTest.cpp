@@ -62,7 +62,7 @@ struct Slow {
   ~Slow() {
     const int before = runs;
     for (int i = 0; i < 20000 && runs < before + 50; ++i) std::this_thread::sleep_for(1ms);
-    std::fprintf(stderr, "%s\n", runs >= before + 50 ? "runs while the process exits" : "stands still");
+    std::fprintf(stderr, "%s\n", runs >= before + 50 ? "runs while the process exits" : "has stopped");
   }
   std::atomic<int> runs{0};
 };

@@ -217,8 +217,8 @@ void WrongFunctions(const Local<Rows>& rows, const Local<List>& list, std::uniqu
   java::Implement<Comparator>().On("compare", [](std::string&, std::string) { return 1; });
   // torvan::java: this function does not take these arguments or does not return this result
   java::Implement<Comparator>().On("compare", [](jint, jint) { return std::size_t{1}; });
-  // torvan::java: the result of this function has a C++ type that nothing in Java stands for; specialise
-  // torvan::java::Convert for a type of your own
+  // torvan::java: no Java type corresponds to the C++ type of this function's result; specialise torvan::java::Convert
+  // for a type of your own
   java::Implement<Comparator>().On("compare", [](auto, auto) { return 1; });
   // torvan::java: this is no function, or one of several types: say which, On<R(A...)>(name, function)
   java::Implement<Comparator>().On<jint>("compare", [](jint, jint) { return 1; });

@@ -290,8 +290,8 @@ struct CallbackMaker<R(A...), F, First> {
                   "torvan::java: an argument of this function has a C++ type that does not come from Java; take a "
                   "number, text, Ref<T> or Local<T>, or specialise torvan::java::Convert");
     static_assert(leaves,
-                  "torvan::java: the result of this function has a C++ type that nothing in Java stands for; "
-                  "specialise torvan::java::Convert for a type of your own");
+                  "torvan::java: no Java type corresponds to the C++ type of this function's result; specialise "
+                  "torvan::java::Convert for a type of your own");
     if constexpr (arrive && leaves) {
       constexpr bool callable = std::is_invocable_r_v<R, F&, decltype(std::declval<Arrived<Declared<A>>>().Get())...>;
       static_assert(callable,
