@@ -55,8 +55,8 @@ struct System {
   // process can connect.
   static Pipe<WindowsHandle> MakePipe(const StartPlan& plan, bool isInput) {
     static std::atomic<unsigned long> s_count = 0;
-    const std::wstring name = L"\\\\.\\pipe\\java-program-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-                              std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++s_count);
+    const std::wstring name = ToNative("\\\\.\\pipe\\java-program-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                       std::to_string(GetTickCount64()) + "-" + std::to_string(++s_count));
     constexpr DWORD Size = 64 * 1024;
     const DWORD direction = isInput ? PIPE_ACCESS_OUTBOUND : PIPE_ACCESS_INBOUND;
     Pipe<WindowsHandle> pipe;

@@ -58,11 +58,6 @@ void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector
 
 namespace {
 
-std::wstring Digits(unsigned long long number) {
-  const std::string digits = std::to_string(number);
-  return {digits.begin(), digits.end()};
-}
-
 // In the system's code page; nothing for a text with characters that it lacks.
 std::optional<std::string> InCodePage(const NativeText& text) {
   const bool isUtf8 = GetACP() == CP_UTF8;
@@ -119,8 +114,8 @@ std::thread StartQuietThread(std::function<void()> run) {
 
 TemporaryFile::TemporaryFile(const std::string& bytes) {
   static std::atomic<unsigned long> s_count = 0;
-  m_path = TemporaryFolder() + L"java-arguments-" + Digits(GetCurrentProcessId()) + L"-" + Digits(GetTickCount64()) +
-           L"-" + Digits(++s_count);
+  m_path = TemporaryFolder() + ToNative("java-arguments-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                        std::to_string(GetTickCount64()) + "-" + std::to_string(++s_count));
   const int error = Write(bytes);
   if (error != 0) ThrowNoFile(" \"" + ToText(m_path) + "\"", ReasonOf(static_cast<unsigned long>(error)));
 }
