@@ -25,15 +25,15 @@ namespace {
 constexpr int WaitForPidfd = 3;  // P_PIDFD, which older C libraries lack
 constexpr std::size_t PieceSize = std::size_t{64} * 1024;
 
-[[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step) {
   const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
-  throw StartFailure("java/linux/Child", __LINE__, CannotStart(plan, step, reason));
+  throw StartFailure("java/linux/Child", line, CannotStart(plan, step, reason));
 }
 
-[[noreturn]] void ThrowBroken(const char* what, pid_t id) {
+// Of a program that runs.
+[[noreturn]] void Fail(unsigned int line, const std::string& step, pid_t id) {
   const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
-  throw Failure("java/linux/Child", __LINE__,
-                "Could not " + std::string(what) + " of process " + std::to_string(id) + ": " + reason);
+  throw Failure("java/linux/Child", line, "Could not " + step + " of process " + std::to_string(id) + ": " + reason);
 }
 
 struct System {
@@ -48,7 +48,7 @@ struct System {
     Descriptor descriptor(
         open(file.c_str(), O_CLOEXEC | O_NOCTTY | access, S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
     if (!descriptor || !descriptor.MoveAboveStandard()) {
-      Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
+      Fail(__LINE__, plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
     }
     return descriptor;
   }
@@ -57,7 +57,7 @@ struct System {
   static Descriptor Inherited(const StartPlan& plan, int number) {
     Descriptor descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
     if (!descriptor && errno == EBADF) return Open(plan, Nothing, false);
-    if (!descriptor) Throw(plan, "pass on descriptor " + std::to_string(number));
+    if (!descriptor) Fail(__LINE__, plan, "pass on descriptor " + std::to_string(number));
     return descriptor;
   }
 
@@ -67,20 +67,20 @@ struct System {
   // hold do not keep it open, and a write after the reader has closed raises no SIGPIPE.
   static Pipe MakeInput(const StartPlan& plan) {
     int ends[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Throw(plan, "make an input");
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Fail(__LINE__, plan, "make an input");
     Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
-    if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard()) Throw(plan, "make an input");
+    if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard()) Fail(__LINE__, plan, "make an input");
     shutdown(pipe.ours.Number(), SHUT_RD);
     return pipe;
   }
 
   static Pipe MakeOutput(const StartPlan& plan) {
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) Throw(plan, "make a pipe");
+    if (pipe2(ends, O_CLOEXEC) != 0) Fail(__LINE__, plan, "make a pipe");
     Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
     if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard() ||
         fcntl(pipe.ours.Number(), F_SETFL, O_NONBLOCK) != 0) {
-      Throw(plan, "make a pipe");
+      Fail(__LINE__, plan, "make a pipe");
     }
     return pipe;
   }
@@ -99,7 +99,7 @@ struct Child::Parts {
 
 Child::Child(const StartPlan& plan) : m_parts(new Parts) {
   m_parts->wake = Descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-  if (!m_parts->wake || !m_parts->wake.MoveAboveStandard()) Throw(plan, "make an event");
+  if (!m_parts->wake || !m_parts->wake.MoveAboveStandard()) Fail(__LINE__, plan, "make an event");
   Streams<Descriptor> streams = MakeStreams<System>(plan);
   m_parts->spawned = Spawn(plan, streams.childs, false);
   for (int i = 0; i < StreamCount; ++i) m_parts->ours[i] = std::move(streams.ours[i]);
@@ -111,7 +111,7 @@ Child::Child(const StartPlan& plan) : m_parts(new Parts) {
     }
     m_parts->isReaped = true;
     errno = error;
-    Throw(plan, "hold the process");
+    Fail(__LINE__, plan, "hold the process");
   }
 }
 
@@ -136,7 +136,7 @@ void Child::Wait(bool forInput, Clock::time_point until) {
   }
   const int found = poll(entries, std::size(entries), milliseconds);
   const bool isForNow = errno == EINTR || errno == EAGAIN || errno == ENOMEM;  // the caller comes again
-  if (found < 0 && !isForNow) ThrowBroken("wait for the end", m_parts->spawned.id);
+  if (found < 0 && !isForNow) Fail(__LINE__, "wait for the end", m_parts->spawned.id);
   if (found <= 0) return;
   m_parts->inputIsReady = entries[2].revents != 0;
   if (entries[1].revents != 0) {
@@ -181,7 +181,7 @@ std::string_view Child::Read(Stream stream) {
     size = read(pipe.Number(), m_parts->pieces[i], PieceSize);
   } while (size < 0 && errno == EINTR);
   if (size > 0) return {m_parts->pieces[i], static_cast<std::size_t>(size)};
-  if (size < 0 && errno != EAGAIN) ThrowBroken("read the output", m_parts->spawned.id);
+  if (size < 0 && errno != EAGAIN) Fail(__LINE__, "read the output", m_parts->spawned.id);
   if (size == 0) pipe.Close();
   return {};
 }
@@ -193,7 +193,7 @@ std::optional<std::size_t> Child::Write(std::string_view text) {
   const ssize_t size = send(m_parts->ours[0].Number(), text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
   if (size >= 0) return static_cast<std::size_t>(size);
   if (errno == EAGAIN || errno == EINTR || errno == ENOBUFS || errno == ENOMEM) return 0;
-  if (errno != EPIPE && errno != ECONNRESET) ThrowBroken("write the input", m_parts->spawned.id);
+  if (errno != EPIPE && errno != ECONNRESET) Fail(__LINE__, "write the input", m_parts->spawned.id);
   return std::nullopt;
 }
 

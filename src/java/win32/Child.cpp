@@ -18,9 +18,15 @@ namespace {
 // among them.
 bool IsException(DWORD code) { return code >> 28 == 0xC; }
 
-[[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step) {
   const std::string reason = ReasonOf(GetLastError());
-  throw StartFailure("java/win32/Child", __LINE__, CannotStart(plan, step, reason));
+  throw StartFailure("java/win32/Child", line, CannotStart(plan, step, reason));
+}
+
+// Of a program that runs.
+[[noreturn]] void Fail(unsigned int line, const std::string& step, DWORD id) {
+  const std::string reason = ReasonOf(GetLastError());
+  throw Failure("java/win32/Child", line, "Could not " + step + " process " + std::to_string(id) + ": " + reason);
 }
 
 struct System {
@@ -36,7 +42,7 @@ struct System {
                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                      isThere ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!handle) {
-      Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
+      Fail(__LINE__, plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
     }
     return handle;
   }
@@ -47,7 +53,7 @@ struct System {
     HANDLE copy = nullptr;
     const BOOL isDone =
         DuplicateHandle(GetCurrentProcess(), own, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS);
-    if (isDone == FALSE) Throw(plan, "pass on an output");
+    if (isDone == FALSE) Fail(__LINE__, plan, "pass on an output");
     return WindowsHandle(copy);
   }
 
@@ -63,10 +69,10 @@ struct System {
     pipe.ours = WindowsHandle(
         CreateNamedPipeW(name.c_str(), direction | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
                          PIPE_TYPE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1, Size, Size, 0, nullptr));
-    if (!pipe.ours) Throw(plan, "make a pipe");
+    if (!pipe.ours) Fail(__LINE__, plan, "make a pipe");
     pipe.childs = WindowsHandle(
         CreateFileW(name.c_str(), isInput ? GENERIC_READ : GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!pipe.childs) Throw(plan, "make a pipe");
+    if (!pipe.childs) Fail(__LINE__, plan, "make a pipe");
     return pipe;
   }
 };
@@ -77,7 +83,7 @@ WindowsHandle MakeJob(const StartPlan& plan) {
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
   limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
   if (!job || SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits) == FALSE) {
-    Throw(plan, "make a job");
+    Fail(__LINE__, plan, "make a job");
   }
   return job;
 }
@@ -90,7 +96,7 @@ struct Child::Parts {
         wake(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
         input(std::move(streams.ours[0])),
         outputs{ReadingEnd(std::move(streams.ours[1])), ReadingEnd(std::move(streams.ours[2]))} {
-    if (!wake) Throw(plan, "make an event");
+    if (!wake) Fail(__LINE__, plan, "make an event");
     spawned = Spawn(plan, streams.childs, job.Get());
   }
 
@@ -129,9 +135,7 @@ void Child::Wait(bool forInput, Clock::time_point until) {
     handles[count++] = m_parts->input.Event();
   }
   if (WaitForMultipleObjects(count, handles, FALSE, milliseconds) == WAIT_FAILED) {
-    throw Failure(
-        "java/win32/Child", __LINE__,
-        "Could not wait for process " + std::to_string(m_parts->spawned.id) + ": " + ReasonOf(GetLastError()));
+    Fail(__LINE__, "wait for", m_parts->spawned.id);
   }
 }
 

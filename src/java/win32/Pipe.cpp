@@ -13,7 +13,8 @@ PipeEnd::PipeEnd(WindowsHandle pipe) : m_pipe(std::move(pipe)) {
   if (!m_pipe) return;
   m_event = WindowsHandle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   if (!m_event) {
-    throw StartFailure("java/win32/Pipe", __LINE__, "Could not make an event for a pipe: " + ReasonOf(GetLastError()));
+    const std::string reason = ReasonOf(GetLastError());
+    throw StartFailure("java/win32/Pipe", __LINE__, "Could not make an event for a pipe: " + reason);
   }
   m_buffer.reset(new char[BufferSize]);
   m_transfer.hEvent = m_event.Get();
