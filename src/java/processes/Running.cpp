@@ -205,7 +205,10 @@ Clock::time_point Running::KeepTime() {
 // Returns whether the child is to be waited for until it takes more.
 bool Running::FeedInput() {
   if (!m_inputIsOpen) return false;
-  if (m_isAbandoned) m_feed.Drop();
+  if (m_isAbandoned) {
+    m_feed.Drop();
+    m_askAt.reset();  // or every wait would be over at once
+  }
   Child& child = TheChild();
   if (m_feed.HasMore()) {
     if (m_askAt && Clock::now() < *m_askAt) return false;

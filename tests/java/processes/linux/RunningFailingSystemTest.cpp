@@ -16,6 +16,7 @@
 #include <cstdarg>
 #include <fstream>
 #include <set>
+#include <thread>
 
 #include "java/processes/Probe.h"
 
@@ -25,6 +26,9 @@ namespace {
 std::atomic<long> g_left = -1;
 std::atomic<int> g_error = 0;
 std::atomic<bool> g_isTaken = false;
+// No program gets a signal through its descriptor; and how often a thread has asked the system for what is ready.
+std::atomic<bool> g_isDeaf = false;
+std::atomic<long> g_polls = 0;
 // The least descriptor that the library has written a file by.
 std::atomic<int> g_leastWritten = INT_MAX;
 
@@ -49,13 +53,19 @@ extern "C" {
 WRAPPED(int, eventfd, (unsigned count, int flags), (count, flags))
 WRAPPED(int, socketpair, (int domain, int type, int protocol, int* ends), (domain, type, protocol, ends))
 WRAPPED(int, pipe2, (int* ends, int flags), (ends, flags))
-WRAPPED(int, poll, (pollfd* entries, nfds_t count, int time), (entries, count, time))
 WRAPPED(ssize_t, read, (int from, void* to, std::size_t size), (from, to, size))
 WRAPPED(ssize_t, send, (int to, const void* from, std::size_t size, int flags), (to, from, size, flags))
 WRAPPED(int, mkostemp, (char* name, int flags), (name, flags))
 WRAPPED(int, shutdown, (int socket, int how), (socket, how))
 // clang-format on
 #undef WRAPPED
+
+int __real_poll(pollfd* entries, nfds_t count, int time);
+int __wrap_poll(pollfd* entries, nfds_t count, int time);
+int __wrap_poll(pollfd* entries, nfds_t count, int time) {
+  ++g_polls;
+  return Fails() ? -1 : __real_poll(entries, count, time);
+}
 
 // Fails in the one way that there is: other code has taken the child.
 int __real_waitid(idtype_t type, id_t id, siginfo_t* end, int options);
@@ -93,6 +103,10 @@ int __wrap_fcntl(int descriptor, int command, long argument) {
 long __real_syscall(long number, long a, long b, long c, long d, long e, long f);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
+  if (g_isDeaf && number == SYS_pidfd_send_signal) {
+    errno = ESRCH;
+    return -1;
+  }
   return Fails() ? -1 : __real_syscall(number, a, b, c, d, e, f);
 }
 
@@ -186,6 +200,30 @@ TEST(RunningFailingSystemTest, AnExitCodeThatOtherCodeHasTakenIsLost) {
                              "The exit code of process " + std::to_string(process.Id()) +
                                  " is lost: other code of this process waits for every child, and has taken it");
   ExpectHeld(before);
+}
+
+// A program may take a while to end after it was killed, such as one that waits for a disk.
+TEST(RunningFailingSystemTest, AProgramThatIsDroppedAndDoesNotEndYetIsWaitedForQuietly) {
+  std::atomic<int> asked = 0;
+  std::optional<Process> process =
+      java::Start(Probe({"sleep", "60000"}).InputFrom([&asked]() -> std::optional<std::string> {
+        ++asked;
+        return "";
+      }));
+  const auto id = static_cast<pid_t>(process->Id());
+  ASSERT_TRUE(Eventually([&asked] { return asked > 1; }));
+  g_isDeaf = true;
+  std::thread dropper([&process] { process.reset(); });
+  std::this_thread::sleep_for(100ms);
+  const int askedBefore = asked;
+  g_polls = 0;
+  std::this_thread::sleep_for(300ms);
+  EXPECT_LT(g_polls, 10);
+  EXPECT_EQ(asked, askedBefore);
+  EXPECT_TRUE(Runs(static_cast<unsigned long>(id)));
+  g_isDeaf = false;
+  kill(id, SIGKILL);
+  dropper.join();
 }
 
 TEST(RunningFailingSystemTest, TheArgumentFileOfAHostWithoutInputIsNotItsInput) {
