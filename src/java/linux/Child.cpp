@@ -4,7 +4,9 @@
 #include <signal.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -25,9 +27,12 @@ namespace {
 constexpr int WaitForPidfd = 3;  // P_PIDFD, which older C libraries lack
 constexpr std::size_t PieceSize = std::size_t{64} * 1024;
 
-[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step) {
-  const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step, const std::string& reason) {
   throw StartFailure("java/linux/Child", line, CannotStart(plan, step, reason));
+}
+
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step) {
+  Fail(line, plan, step, ReasonOf(static_cast<unsigned long>(errno)));
 }
 
 // Of a program that runs.
@@ -45,12 +50,38 @@ struct System {
   static Descriptor Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
     // Output is always added at the end, so that two streams may go to one file.
     const int access = isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC | O_APPEND;
-    Descriptor descriptor(
-        open(file.c_str(), O_CLOEXEC | O_NOCTTY | access, S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
-    if (!descriptor || !descriptor.MoveAboveStandard()) {
-      Fail(__LINE__, plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
-    }
+    // Opening a named pipe would wait for its other end, however long that takes.
+    const bool isNamedPipe = IsNamedPipe(file);
+    const std::string step = "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"";
+    Descriptor descriptor(open(file.c_str(), O_CLOEXEC | O_NOCTTY | access | (isNamedPipe ? O_NONBLOCK : 0),
+                               S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+    const bool lacksReader = !descriptor && isNamedPipe && errno == ENXIO;
+    if (lacksReader) Fail(__LINE__, plan, step, "no program reads this named pipe yet");
+    if (!descriptor || !descriptor.MoveAboveStandard()) Fail(__LINE__, plan, step);
+    if (!isNamedPipe) return descriptor;
+    const bool lacksWriter = isInput && !HasWriter(plan, step, descriptor);
+    if (lacksWriter) Fail(__LINE__, plan, step, "no program writes to this named pipe yet");
+    if (fcntl(descriptor.Number(), F_SETFL, 0) != 0) Fail(__LINE__, plan, step);
     return descriptor;
+  }
+
+  // Pipes without a name, such as /dev/fd/3, are opened at once.
+  static bool IsNamedPipe(const std::filesystem::path& file) {
+    constexpr long PipesWithoutName = 0x50495045;  // PIPEFS_MAGIC, which some C libraries lack
+    struct stat status;
+    struct statfs system;
+    return stat(file.c_str(), &status) == 0 && S_ISFIFO(status.st_mode) && statfs(file.c_str(), &system) == 0 &&
+           static_cast<long>(system.f_type) != PipesWithoutName;
+  }
+
+  // A program would take a pipe that has neither a writer nor anything in it for one that is at its end. A writer that
+  // waits in its own open() is one. What is in the pipe stays there.
+  static bool HasWriter(const StartPlan& plan, const std::string& step, const Descriptor& namedPipe) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) Fail(__LINE__, plan, step);
+    const Descriptor out(ends[0]);
+    const Descriptor in(ends[1]);
+    return tee(namedPipe.Number(), in.Number(), 1, SPLICE_F_NONBLOCK) != 0;
   }
 
   // A program whose standard output is closed would print into the first file that it opens.

@@ -6,6 +6,7 @@
 #include <sched.h>
 #include <signal.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
@@ -256,6 +257,18 @@ TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
   unsetenv("TMPDIR");
   EXPECT_EQ(CountOf(texts, "Could not write the argument file \"" + folder.string() + "/java-arguments-"),
             2u);  // made, written
+}
+
+TEST(RunningFailingSystemTest, ANamedPipeFailsWithItsFile) {
+  const auto file = ProbeHome() / "pipe of failures";
+  ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+  const int writer = open(file.c_str(), O_RDWR | O_CLOEXEC);
+  const auto texts = FailEach(EIO, [&file] { java::Run(Probe({"exit", "0"}).InputFile(file)); });
+  close(writer);
+  std::filesystem::remove(file);
+  EXPECT_EQ(texts.count("Could not open the input file \"" + file.string() + "\" for \"" +
+                        (ProbeHome() / "bin" / "java").string() + "\": Input/output error"),
+            1u);
 }
 
 TEST(RunningFailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
