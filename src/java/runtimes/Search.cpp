@@ -25,9 +25,11 @@ std::vector<fs::path> FoldersOfPath(const std::string& variable) {
   std::vector<fs::path> folders;
   std::string part;
   bool isQuoted = false;
-  for (const char unit : variable + PathListSeparator) {
+  for (std::size_t i = 0; i <= variable.size(); ++i) {
+    const char unit = i < variable.size() ? variable[i] : PathListSeparator;
     if (unit == '"' && UsualPlaces().hasQuotes) {
-      isQuoted = !isQuoted;
+      // One that is never closed does not count, or no part after it would be seen.
+      isQuoted = !isQuoted && variable.find('"', i + 1) != std::string::npos;
     } else if (unit != PathListSeparator || isQuoted) {
       part += unit;
     } else {
