@@ -14,9 +14,12 @@ namespace torvan::java::detail {
 
 namespace {
 
-// The codes of unhandled exceptions: errors (0xC...) of the system. What a program chooses itself, such as -1, is not
-// among them.
-bool IsException(DWORD code) { return code >> 28 == 0xC; }
+// The codes of unhandled exceptions: errors (0xC...) of the system, and what Visual Studio throws for every exception
+// of C++. What a program chooses itself, such as -1, is not among them.
+bool IsException(DWORD code) {
+  constexpr DWORD ThrownByCpp = 0xE06D7363;
+  return code >> 28 == 0xC || code == ThrownByCpp;
+}
 
 [[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step) {
   const std::string reason = ReasonOf(GetLastError());
