@@ -78,7 +78,8 @@ class Program {
   Program& ErrorFile(const std::filesystem::path& file);
 
   // How long it may run, from its start. Then it is asked to stop, has two seconds for that, and is killed with all it
-  // has started: Ended::TimedOut. On Windows it is killed at once where it cannot be asked (see Process::Stop()).
+  // has started: Ended::TimedOut. On Windows it is killed at once where it cannot be asked (see Process::Stop()). While
+  // a function of the program runs, the limit waits for it: the program may run on until the function has returned.
   Program& TimeLimit(std::chrono::milliseconds limit);
 
   // Starts it so that it outlives this process, and returns its process id.
