@@ -267,7 +267,7 @@ Ended Running::EndedBy(const Exit& exit) const noexcept {
   return m_cause.value_or(exit.bySignal ? Ended::Signalled : Ended::Exited);
 }
 
-// Hands on what there is, once, and takes it off the budget. Returns whether there can be more within the budget.
+// Passes on what there is now, and subtracts it from the budget. Returns whether there may be more within the budget.
 bool Running::Forward(Output& output, std::size_t& budget) {
   const std::string_view piece = TheChild().Read(output.stream);
   if (output.settings.kind == OutputSettings::Kind::Lines) {
