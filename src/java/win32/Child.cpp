@@ -27,9 +27,9 @@ bool IsException(DWORD code) {
 }
 
 // Of a program that runs.
-[[noreturn]] void Fail(unsigned int line, const std::string& step, DWORD id) {
-  const std::string reason = ReasonOf(GetLastError());
-  throw Failure("java/win32/Child", line, "Could not " + step + " process " + std::to_string(id) + ": " + reason);
+[[noreturn]] void Fail(unsigned int line, const std::string& step, DWORD id, DWORD error) {
+  const std::string what = step + " of process " + std::to_string(id);
+  throw Failure("java/win32/Child", line, "Could not " + what + ": " + ReasonOf(error));
 }
 
 struct System {
@@ -91,15 +91,20 @@ WindowsHandle MakeJob(const StartPlan& plan) {
   return job;
 }
 
+WindowsHandle MakeEvent(const StartPlan& plan) {
+  WindowsHandle event(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+  if (!event) Fail(__LINE__, plan, "make an event");
+  return event;
+}
+
 }  // namespace
 
 struct Child::Parts {
   Parts(const StartPlan& plan, Streams<WindowsHandle> streams)
       : job(MakeJob(plan)),
-        wake(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+        wake(MakeEvent(plan)),
         input(std::move(streams.ours[0])),
         outputs{ReadingEnd(std::move(streams.ours[1])), ReadingEnd(std::move(streams.ours[2]))} {
-    if (!wake) Fail(__LINE__, plan, "make an event");
     spawned = Spawn(plan, streams.childs, job.Get());
   }
 
@@ -138,7 +143,7 @@ void Child::Wait(bool forInput, Clock::time_point until) {
     handles[count++] = m_parts->input.Event();
   }
   if (WaitForMultipleObjects(count, handles, FALSE, milliseconds) == WAIT_FAILED) {
-    Fail(__LINE__, "wait for", m_parts->spawned.id);
+    Fail(__LINE__, "wait for the end", m_parts->spawned.id, GetLastError());
   }
 }
 
@@ -150,21 +155,32 @@ bool Child::HasEnded() const noexcept {
 
 std::optional<Exit> Child::Reap() noexcept {
   DWORD code = 0;
-  GetExitCodeProcess(m_parts->spawned.process.Get(), &code);
+  const bool isKnown = GetExitCodeProcess(m_parts->spawned.process.Get(), &code) != FALSE;
   m_parts->isReaped = true;
   // What the program has left running runs on, as on Linux.
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION none{};
   SetInformationJobObject(m_parts->job.Get(), JobObjectExtendedLimitInformation, &none, sizeof none);
+  if (!isKnown) return std::nullopt;
   return Exit{static_cast<int>(code), IsException(code)};
 }
 
 const char* Child::WhyLost() noexcept { return "the system does not know it"; }
 
-std::string_view Child::Read(Stream stream) { return m_parts->outputs[stream == Stream::Output ? 0 : 1].Take(); }
+std::string_view Child::Read(Stream stream) {
+  ReadingEnd& output = m_parts->outputs[stream == Stream::Output ? 0 : 1];
+  const std::string_view piece = output.Take();
+  if (output.Error() != ERROR_SUCCESS) Fail(__LINE__, "read the output", m_parts->spawned.id, output.Error());
+  return piece;
+}
 
 bool Child::IsInputReady() const noexcept { return m_parts->input.IsReady(); }
 
-std::optional<std::size_t> Child::Write(std::string_view text) { return m_parts->input.Write(text); }
+std::optional<std::size_t> Child::Write(std::string_view text) {
+  const std::optional<std::size_t> taken = m_parts->input.Write(text);
+  const DWORD error = m_parts->input.Error();
+  if (error != ERROR_SUCCESS) Fail(__LINE__, "write the input", m_parts->spawned.id, error);
+  return taken;
+}
 
 bool Child::CloseInput() noexcept {
   if (!m_parts->input.IsReady()) return false;

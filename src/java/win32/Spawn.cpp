@@ -124,7 +124,10 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
                           folder.empty() ? nullptr : folder.c_str(), &start.StartupInfo, &process) != FALSE;
   };
   // Other starts of this process must not inherit them: they can be inherited for this moment only.
-  for (HANDLE handle : handles) SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  for (HANDLE handle : handles) {
+    const BOOL isPassedOn = SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    if (isPassedOn == FALSE) Fail(__LINE__, plan, "hand over the standard streams", GetLastError());
+  }
   const bool isApart = job == nullptr;
   bool isCreated = create(isApart ? CREATE_BREAKAWAY_FROM_JOB : 0);
   DWORD error = GetLastError();

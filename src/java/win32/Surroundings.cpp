@@ -93,7 +93,9 @@ std::wstring TemporaryFolder() {
   if (size == 0 || size >= Room) FailWithoutFolder(__LINE__);
   folder.resize(size);
   std::wstring full(Room, L'\0');  // TEMP may be a relative path
-  full.resize(GetFullPathNameW(folder.c_str(), Room, full.data(), nullptr));
+  const DWORD fullSize = GetFullPathNameW(folder.c_str(), Room, full.data(), nullptr);
+  if (fullSize == 0 || fullSize >= Room) FailWithoutFolder(__LINE__);
+  full.resize(fullSize);
   if (InCodePage(full)) return full;
   std::wstring plain(Room, L'\0');
   plain.resize(GetShortPathNameW(full.c_str(), plain.data(), Room));

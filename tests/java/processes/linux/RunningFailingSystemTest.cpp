@@ -16,16 +16,12 @@
 #include <climits>
 #include <cstdarg>
 #include <fstream>
-#include <set>
 #include <thread>
 
-#include "java/processes/Probe.h"
+#include "java/processes/FailingCalls.h"
 
 namespace {
 
-// The calls that are counted, in this process and in a child before it becomes a program, and the one that fails.
-std::atomic<long> g_left = -1;
-std::atomic<int> g_error = 0;
 std::atomic<bool> g_isTaken = false;
 // No program gets a signal through its descriptor; and how often a thread has asked the system for what is ready.
 std::atomic<bool> g_isDeaf = false;
@@ -33,9 +29,10 @@ std::atomic<long> g_polls = 0;
 // The least descriptor that the library has written a file by.
 std::atomic<int> g_leastWritten = INT_MAX;
 
+// Those of a child before it becomes a program count, too.
 bool Fails() {
-  if (g_left < 0 || g_left-- != 0) return false;
-  errno = g_error;
+  if (!tests::IsToFail()) return false;
+  errno = tests::g_error;
   return true;
 }
 
@@ -132,34 +129,6 @@ namespace {
 using java::Ended;
 using java::Outcome;
 using java::Process;
-
-// Runs the function again and again, each time with the next of its calls failing, until none is left. Returns the
-// texts of the failures.
-template <class Function>
-std::set<std::string> FailEach(int error, const Function& function) {
-  std::set<std::string> texts;
-  function();
-  const Held before = HeldNow();
-  for (long calls = 0;; ++calls) {
-    g_error = error;
-    g_left = calls;
-    try {
-      function();
-    } catch (const java::Failure& failure) {
-      texts.insert(failure.what());
-    }
-    const bool isDone = g_left.exchange(-1) >= 0;
-    ExpectHeld(before, "call " + std::to_string(calls));
-    if (isDone || testing::Test::HasFailure()) break;
-  }
-  return texts;
-}
-
-std::size_t CountOf(const std::set<std::string>& texts, const std::string& beginning) {
-  std::size_t count = 0;
-  for (const std::string& text : texts) count += text.compare(0, beginning.size(), beginning) == 0 ? 1 : 0;
-  return count;
-}
 
 TEST(RunningFailingSystemTest, ARunFailsWithTheStepThatFailed) {
   const auto texts = FailEach(EIO, [] {
@@ -285,9 +254,9 @@ TEST(RunningFailingSystemTest, KillingEndsTheProgramWhateverFails) {
   for (long calls = 0; calls < 40; ++calls) {
     Process process = java::Start(Probe({"sleep", "60000"}));
     g_error = ENOMEM;
-    g_left = calls;
+    g_callsLeft = calls;
     process.Kill();
-    g_left = -1;
+    g_callsLeft = -1;
     EXPECT_EQ(process.Wait().ended, Ended::Killed) << calls;
   }
 }
