@@ -13,6 +13,8 @@ using detail::Running;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const char* text) { throw Misuse("java/Process", line, text); }
+
 // Never destroys what it holds.
 union Kept {
   std::shared_ptr<Running> running;
@@ -43,10 +45,8 @@ Process& Process::operator=(Process&& other) noexcept {
 Process::~Process() { LetGo(std::move(m_running)); }
 
 Running& Process::Own() const {
-  if (!m_running) throw Misuse("java/Process", __LINE__, "the Process was moved from");
-  if (!m_running->IsOwn()) {
-    throw Misuse("java/Process", __LINE__, "the Process belongs to the process that has started it, not to a fork");
-  }
+  if (!m_running) Fail(__LINE__, "the Process was moved from");
+  if (!m_running->IsOwn()) Fail(__LINE__, "the Process belongs to the process that has started it, not to a fork");
   return *m_running;
 }
 
@@ -69,9 +69,8 @@ std::optional<Outcome> Process::Wait(std::chrono::milliseconds time) const {
 }
 
 Outcome Run(const Program& program) {
-  if (program.Settings().keepInputOpen) {
-    throw Misuse("java/Process", __LINE__, "nobody could write to an input that Run() keeps open: use Start()");
-  }
+  const bool isKeptOpen = program.Settings().keepInputOpen;
+  if (isKeptOpen) Fail(__LINE__, "an input that is kept open needs a Process to write to it: use Start()");
   Running running(program.Settings());
   running.Serve();
   return std::move(running.Result());

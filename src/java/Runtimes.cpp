@@ -36,8 +36,9 @@ Runtime RuntimeIn(const std::filesystem::path& home) {
   const Runtimes runtimes = search.Result();
   if (!runtimes.found.empty()) return runtimes.found.front();
   const RefusedRuntime& refused = runtimes.refused.front();
+  const std::string place = ToText(refused.Home());
   throw StartFailure("java/Runtimes", __LINE__,
-                     "No Java runtime that will do is in " + ToText(refused.Home()) + ": " + refused.Reason());
+                     "No Java runtime that will do is in " + place + ": " + refused.Reason());
 }
 
 Runtime ChooseRuntime(const VersionRange& versions) { return detail::Choose(detail::ThisMachine(), versions); }

@@ -186,7 +186,7 @@ TEST(ProcessRunTest, TheFolderIsTheProgramsOwn) {
 
 TEST(ProcessRunTest, AnInputThatIsKeptOpenNeedsAProcess) {
   ExpectThrow<java::Misuse>([] { java::Run(Probe({}).KeepInputOpen()); },
-                            "nobody could write to an input that Run() keeps open: use Start()");
+                            "an input that is kept open needs a Process to write to it: use Start()");
 }
 
 }  // namespace

@@ -286,6 +286,20 @@ TEST_F(ProcessTest, TheTimeLimitIsKeptWhenNoOneWaits) {
   EXPECT_EQ(outcome->ended, Ended::TimedOut);
 }
 
+TEST_F(ProcessTest, TheTimeLimitWaitsForAFunctionOfTheProgram) {
+  std::atomic<std::uint32_t> id = 0;
+  std::atomic<bool> ran = false;
+  const Process process =
+      java::Start(Probe({"says", "begun\n", "sleep", "60000"}).TimeLimit(1500ms).OnOutputLine([&](std::string_view) {
+        while (id == 0) std::this_thread::yield();
+        std::this_thread::sleep_for(2s);
+        ran = Runs(id);
+      }));
+  id = process.Id();
+  EXPECT_EQ(process.Wait().ended, Ended::TimedOut);
+  EXPECT_TRUE(ran);
+}
+
 TEST_F(ProcessTest, AProcessIsMoved) {
   Process first = java::Start(Probe({"exit", "1"}));
   Process second = std::move(first);

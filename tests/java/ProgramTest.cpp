@@ -1,5 +1,6 @@
 // What a Program makes of its settings, and what it refuses.
 #include <fstream>
+#include <set>
 
 #include "java/processes/ProgramVariables.h"
 
@@ -96,7 +97,7 @@ TEST(ProgramTest, WhatNoProgramCanTakeIsRefused) {
       {[] { Bare().TimeLimit(0ms); }, "a time limit is more than 0 milliseconds"},
       {[] { java::Run(Program::Jar("x").ClassPath({"y"})); },
        "a program that is a jar brings its own class path: Java would not look at this one"},
-      {[] { Bare().TimeLimit(1s).Detached(); }, "nobody keeps the time limit of a program that runs detached"},
+      {[] { Bare().TimeLimit(1s).Detached(); }, "the time limit of a program that runs detached cannot be kept"},
       {[] { Bare().Input("x").Detached(); }, "the input of a program that runs detached is empty or a file"},
       {[] { Bare().KeepInputOpen().Detached(); }, "the input of a program that runs detached is empty or a file"},
       {[] { Bare().OnErrorLine([](std::string_view) {}).Detached(); },
@@ -106,6 +107,46 @@ TEST(ProgramTest, WhatNoProgramCanTakeIsRefused) {
   const std::string separated = OnThisSystem("a;b", "a:b");
   ExpectThrow<java::Misuse>([&] { Bare().ClassPath({separated}); },
                             "\"" + separated + "\" would be several parts of a class path: pass each by itself");
+}
+
+// Each of them is thrown at another place.
+TEST(ProgramTest, EachRefusalSaysItsOwnLine) {
+  using namespace std::string_literals;
+  const std::function<void()> ofProgram[] = {
+      [] { Bare().Arguments({"a\0b"s}); },
+      [] { Bare().Arguments({"\xFF"}); },
+      [] { Bare().Folder(""); },
+      [] { Bare().Folder(fs::path("a\0b"s)); },
+      [] { Bare().RemoveEnvironment("="); },
+      [] { Bare().InputFrom(nullptr); },
+      [] { Program::MainClass(""); },
+      [] { Bare().ClassPath({OnThisSystem("a;b", "a:b")}); },
+      [] { Bare().Option("-"); },
+      [] { Bare().Property("", "x"); },
+      [] { Bare().TimeLimit(0ms); },
+  };
+  const std::function<void()> ofLaunch[] = {
+      [] { java::Run(Program::Jar("x").ClassPath({"y"})); },
+      [] { java::Start(Bare().InputFile("x").KeepInputOpen()); },
+      [] { Bare().TimeLimit(1s).Detached(); },
+      [] { Bare().Input("x").Detached(); },
+      [] { Bare().OnErrorLine([](std::string_view) {}).Detached(); },
+  };
+  const auto places = [](const auto& refusals) {
+    std::set<std::string> all;
+    for (const std::function<void()>& refusal : refusals) {
+      try {
+        refusal();
+      } catch (const java::Misuse& misuse) {
+        all.insert(std::string(misuse.GetSourceFile()) + ":" + std::to_string(misuse.GetSourceLine()));
+      }
+    }
+    return all;
+  };
+  for (const auto& place : places(ofProgram)) EXPECT_EQ(place.find("java/Program:"), 0u) << place;
+  for (const auto& place : places(ofLaunch)) EXPECT_EQ(place.find("java/processes/Launch:"), 0u) << place;
+  EXPECT_EQ(places(ofProgram).size(), std::size(ofProgram));
+  EXPECT_EQ(places(ofLaunch).size(), std::size(ofLaunch));
 }
 
 TEST(ProgramTest, ARefusedSettingChangesNothing) {

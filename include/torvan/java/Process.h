@@ -1,4 +1,4 @@
-// A Java program that runs in a process of its own, and what became of it.
+// A Java program that runs in its own process, and what became of it.
 #pragma once
 
 #include <torvan/java/Program.h>
@@ -22,7 +22,7 @@ enum class Ended {
   Stopped,    // by itself, after Process::Stop() asked it to while it ran
   Killed,     // by Process::Kill(), or by a Stop() that had to
   TimedOut,   // by its time limit
-  Signalled,  // by a signal that came from elsewhere; on Windows by an exception such as an access violation
+  Signalled,  // by a signal that came from elsewhere; on Windows by an exception: an access violation, one of C++
 };
 
 // What became of a program.
@@ -34,12 +34,12 @@ struct Outcome {
 };
 
 // A program that was started.
-// A thread of its own in this process reads and feeds it, keeps its time limit and cleans up when it has ended: from
-// then on no descriptor or handle is held, and no zombie is left. That thread takes no signals. Dropping a Process
-// whose program runs kills the program with all that it has started, at once, and waits until a function of the program
-// that is being called has returned; none is called after that. Any thread may call any member at any time, but
-// nothing else may run while it is moved or dropped. A process that the host forks must not use it (a Misuse) and may
-// drop it, which leaves the program alone.
+// A thread in this process reads its output, writes its input, keeps its time limit and cleans up after it: once it has
+// ended, no descriptor or handle is held, and no zombie is left. That thread takes no signals. Dropping a Process whose
+// program runs kills the program with all that it has started, at once, and waits until a function of the program that
+// is being called has returned; none is called after that. Any thread may call any member at any time, but nothing else
+// may run while it is moved or dropped. A process that the host forks must not use it (a Misuse) and may drop it, which
+// leaves the program alone.
 class Process {
  public:
   Process(Process&& other) noexcept;
@@ -64,9 +64,9 @@ class Process {
   std::optional<Outcome> Wait(std::chrono::milliseconds time) const;
 
   // Asks the program to stop in an orderly way, so that Java's shutdown hooks run, and waits until it has ended.
-  // After the grace it is killed with all that it has started. On Windows it gets Ctrl+C in a console of its own. That
-  // is impossible when this process has a console or the program shares it: then this throws a Failure, and the program
-  // runs on. Called from a function of the program it asks and does not wait.
+  // If it has not ended after the grace, it is killed with all that it has started. On Windows it is asked by Ctrl+C,
+  // which this process can only send through the program's console, and only if it has no console itself. Otherwise
+  // this throws a Failure, and the program runs on. Called from a function of the program it asks and does not wait.
   void Stop(std::chrono::milliseconds grace = std::chrono::seconds(10));
   // Ends the program and all that it has started, at once, and waits until the program is gone and a function of it
   // that is being called has returned. Called from such a function it does not wait.

@@ -1,4 +1,4 @@
-// A Java program that is to run in a process of its own.
+// A Java program that is to run in its own process.
 #pragma once
 
 #include <torvan/java/Failure.h>
@@ -62,7 +62,7 @@ class Program {
   Program& Input(std::string_view text);
   Program& InputFile(const std::filesystem::path& file);
   Program& InputFrom(std::function<std::optional<std::string>()> next);
-  // For Start(): the input stays open after what is given here, for Process::Write().
+  // For Start(): the input stays open for Process::Write() after the text or the function's last piece.
   Program& KeepInputOpen();
 
   // Where the output goes instead of Outcome::output: line by line to a function (without the line's end), to the
@@ -78,7 +78,8 @@ class Program {
   Program& ErrorFile(const std::filesystem::path& file);
 
   // How long it may run, from its start. Then it is asked to stop, has two seconds for that, and is killed with all it
-  // has started: Ended::TimedOut. On Windows it is killed at once where it cannot be asked (see Process::Stop()).
+  // has started: Ended::TimedOut. On Windows it is killed at once where it cannot be asked (see Process::Stop()). While
+  // a function of the program runs, the limit waits for it: the program may run on until the function has returned.
   Program& TimeLimit(std::chrono::milliseconds limit);
 
   // Starts it so that it outlives this process, and returns its process id.

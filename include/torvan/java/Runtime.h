@@ -41,7 +41,7 @@ class Runtime {
   bool IsJdk() const noexcept { return m_facts.isJdk; }
   // The VM library.
   const std::filesystem::path& Library() const noexcept { return m_facts.library; }
-  // The program that starts Java in a process of its own; empty when a runtime was cut down to its library.
+  // The java program of the runtime, such as bin/java; empty where the runtime was cut down to its library.
   const std::filesystem::path& Java() const noexcept { return m_facts.java; }
   // Where it was found: "JAVA_HOME", "PATH", a key of the registry, or the folder that it is in.
   const std::string& FoundIn() const noexcept { return m_facts.foundIn; }

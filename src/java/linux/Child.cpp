@@ -4,7 +4,9 @@
 #include <signal.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -25,15 +27,18 @@ namespace {
 constexpr int WaitForPidfd = 3;  // P_PIDFD, which older C libraries lack
 constexpr std::size_t PieceSize = std::size_t{64} * 1024;
 
-[[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
-  const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
-  throw StartFailure("java/linux/Child", __LINE__, CannotStart(plan, step, reason));
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step, const std::string& reason) {
+  throw StartFailure("java/linux/Child", line, CannotStart(plan, step, reason));
 }
 
-[[noreturn]] void ThrowBroken(const char* what, pid_t id) {
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step) {
+  Fail(line, plan, step, ReasonOf(static_cast<unsigned long>(errno)));
+}
+
+// Of a program that runs.
+[[noreturn]] void Fail(unsigned int line, const std::string& step, pid_t id) {
   const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
-  throw Failure("java/linux/Child", __LINE__,
-                "Could not " + std::string(what) + " of process " + std::to_string(id) + ": " + reason);
+  throw Failure("java/linux/Child", line, "Could not " + step + " of process " + std::to_string(id) + ": " + reason);
 }
 
 struct System {
@@ -45,19 +50,45 @@ struct System {
   static Descriptor Open(const StartPlan& plan, const std::filesystem::path& file, bool isInput) {
     // Output is always added at the end, so that two streams may go to one file.
     const int access = isInput ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC | O_APPEND;
-    Descriptor descriptor(
-        open(file.c_str(), O_CLOEXEC | O_NOCTTY | access, S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
-    if (!descriptor || !descriptor.MoveAboveStandard()) {
-      Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
-    }
+    // Opening a named pipe would wait for its other end, however long that takes.
+    const bool isNamedPipe = IsNamedPipe(file);
+    const std::string step = "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"";
+    Descriptor descriptor(open(file.c_str(), O_CLOEXEC | O_NOCTTY | access | (isNamedPipe ? O_NONBLOCK : 0),
+                               S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+    const bool lacksReader = !descriptor && isNamedPipe && errno == ENXIO;
+    if (lacksReader) Fail(__LINE__, plan, step, "no program reads this named pipe yet");
+    if (!descriptor || !descriptor.MoveAboveStandard()) Fail(__LINE__, plan, step);
+    if (!isNamedPipe) return descriptor;
+    const bool lacksWriter = isInput && !HasWriter(plan, step, descriptor);
+    if (lacksWriter) Fail(__LINE__, plan, step, "no program writes to this named pipe yet");
+    if (fcntl(descriptor.Number(), F_SETFL, 0) != 0) Fail(__LINE__, plan, step);
     return descriptor;
+  }
+
+  // Pipes without a name, such as /dev/fd/3, are opened at once.
+  static bool IsNamedPipe(const std::filesystem::path& file) {
+    constexpr long PipesWithoutName = 0x50495045;  // PIPEFS_MAGIC, which some C libraries lack
+    struct stat status;
+    struct statfs system;
+    return stat(file.c_str(), &status) == 0 && S_ISFIFO(status.st_mode) && statfs(file.c_str(), &system) == 0 &&
+           static_cast<long>(system.f_type) != PipesWithoutName;
+  }
+
+  // A program would take a pipe that has neither a writer nor anything in it for one that is at its end. A writer that
+  // waits in its own open() is one. What is in the pipe stays there.
+  static bool HasWriter(const StartPlan& plan, const std::string& step, const Descriptor& namedPipe) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) Fail(__LINE__, plan, step);
+    const Descriptor out(ends[0]);
+    const Descriptor in(ends[1]);
+    return tee(namedPipe.Number(), in.Number(), 1, SPLICE_F_NONBLOCK) != 0;
   }
 
   // A program whose standard output is closed would print into the first file that it opens.
   static Descriptor Inherited(const StartPlan& plan, int number) {
     Descriptor descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
     if (!descriptor && errno == EBADF) return Open(plan, Nothing, false);
-    if (!descriptor) Throw(plan, "pass on descriptor " + std::to_string(number));
+    if (!descriptor) Fail(__LINE__, plan, "pass on descriptor " + std::to_string(number));
     return descriptor;
   }
 
@@ -67,20 +98,20 @@ struct System {
   // hold do not keep it open, and a write after the reader has closed raises no SIGPIPE.
   static Pipe MakeInput(const StartPlan& plan) {
     int ends[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Throw(plan, "make an input");
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) Fail(__LINE__, plan, "make an input");
     Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
-    if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard()) Throw(plan, "make an input");
+    if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard()) Fail(__LINE__, plan, "make an input");
     shutdown(pipe.ours.Number(), SHUT_RD);
     return pipe;
   }
 
   static Pipe MakeOutput(const StartPlan& plan) {
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) Throw(plan, "make a pipe");
+    if (pipe2(ends, O_CLOEXEC) != 0) Fail(__LINE__, plan, "make a pipe");
     Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
     if (!pipe.ours.MoveAboveStandard() || !pipe.childs.MoveAboveStandard() ||
         fcntl(pipe.ours.Number(), F_SETFL, O_NONBLOCK) != 0) {
-      Throw(plan, "make a pipe");
+      Fail(__LINE__, plan, "make a pipe");
     }
     return pipe;
   }
@@ -99,7 +130,7 @@ struct Child::Parts {
 
 Child::Child(const StartPlan& plan) : m_parts(new Parts) {
   m_parts->wake = Descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-  if (!m_parts->wake || !m_parts->wake.MoveAboveStandard()) Throw(plan, "make an event");
+  if (!m_parts->wake || !m_parts->wake.MoveAboveStandard()) Fail(__LINE__, plan, "make an event");
   Streams<Descriptor> streams = MakeStreams<System>(plan);
   m_parts->spawned = Spawn(plan, streams.childs, false);
   for (int i = 0; i < StreamCount; ++i) m_parts->ours[i] = std::move(streams.ours[i]);
@@ -111,7 +142,7 @@ Child::Child(const StartPlan& plan) : m_parts(new Parts) {
     }
     m_parts->isReaped = true;
     errno = error;
-    Throw(plan, "hold the process");
+    Fail(__LINE__, plan, "hold the process");
   }
 }
 
@@ -136,7 +167,7 @@ void Child::Wait(bool forInput, Clock::time_point until) {
   }
   const int found = poll(entries, std::size(entries), milliseconds);
   const bool isForNow = errno == EINTR || errno == EAGAIN || errno == ENOMEM;  // the caller comes again
-  if (found < 0 && !isForNow) ThrowBroken("wait for the end", m_parts->spawned.id);
+  if (found < 0 && !isForNow) Fail(__LINE__, "wait for the end", m_parts->spawned.id);
   if (found <= 0) return;
   m_parts->inputIsReady = entries[2].revents != 0;
   if (entries[1].revents != 0) {
@@ -181,7 +212,7 @@ std::string_view Child::Read(Stream stream) {
     size = read(pipe.Number(), m_parts->pieces[i], PieceSize);
   } while (size < 0 && errno == EINTR);
   if (size > 0) return {m_parts->pieces[i], static_cast<std::size_t>(size)};
-  if (size < 0 && errno != EAGAIN) ThrowBroken("read the output", m_parts->spawned.id);
+  if (size < 0 && errno != EAGAIN) Fail(__LINE__, "read the output", m_parts->spawned.id);
   if (size == 0) pipe.Close();
   return {};
 }
@@ -193,7 +224,7 @@ std::optional<std::size_t> Child::Write(std::string_view text) {
   const ssize_t size = send(m_parts->ours[0].Number(), text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
   if (size >= 0) return static_cast<std::size_t>(size);
   if (errno == EAGAIN || errno == EINTR || errno == ENOBUFS || errno == ENOMEM) return 0;
-  if (errno != EPIPE && errno != ECONNRESET) ThrowBroken("write the input", m_parts->spawned.id);
+  if (errno != EPIPE && errno != ECONNRESET) Fail(__LINE__, "write the input", m_parts->spawned.id);
   return std::nullopt;
 }
 

@@ -14,7 +14,7 @@ struct Spawned {
 };
 
 // Starts the plan's program with these as its standard descriptors, and no other; no signal is blocked or ignored in
-// it. It leads a session and process group of its own. One that is `apart` is no child of this process. Nothing of this
+// it. It leads a new session and process group. One that is `apart` is no child of this process. Nothing of this
 // process runs in between: no handler of a fork, no handler of a signal. Throws a StartFailure that says which step
 // failed, or TooLong.
 Spawned Spawn(const StartPlan& plan, const Descriptor (&standard)[StreamCount], bool apart);

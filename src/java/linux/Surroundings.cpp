@@ -19,6 +19,10 @@ const char* const JavaProgramName = "java";
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) {
+  throw StartFailure("java/linux/Surroundings", line, text);
+}
+
 std::string* Find(std::vector<NativeText>& environment, const char* prefix) {
   for (std::string& variable : environment) {
     if (IsSameVariable(prefix, variable)) return &variable;
@@ -120,8 +124,7 @@ std::thread StartQuietThread(std::function<void()> run) {
   try {
     return std::thread(std::move(run));
   } catch (const std::system_error& failure) {
-    throw StartFailure("java/linux/Surroundings", __LINE__,
-                       "Could not start a thread for the program: " + failure.code().message());
+    Fail(__LINE__, "Could not start a thread for the program: " + failure.code().message());
   }
 }
 
@@ -133,9 +136,8 @@ TemporaryFile::TemporaryFile(const std::string& bytes) {
   int error = noFolder.value();
   if (error == 0) error = Write(bytes);
   if (error == 0) return;
-  throw StartFailure(
-      "java/linux/Surroundings", __LINE__,
-      "Could not write the argument file \"" + m_path + "\": " + ReasonOf(static_cast<unsigned long>(error)));
+  const std::string reason = ReasonOf(static_cast<unsigned long>(error));
+  Fail(__LINE__, "Could not write the argument file \"" + m_path + "\": " + reason);
 }
 
 int TemporaryFile::Write(const std::string& bytes) noexcept {

@@ -48,15 +48,15 @@ class Child {
   // Why Reap() returned nothing.
   static const char* WhyLost() noexcept;
 
-  // What a stream has now, valid until the next call for it; empty when that is nothing. After the end of the program
-  // all that it has written is read when that is nothing.
+  // What a stream has now, valid until the next call for it; empty when it has nothing. Once the program has ended and
+  // this is empty, all that it has written was read. Throws a Failure when the system cannot read.
   std::string_view Read(Stream stream);
   // Tells whether the last Wait() has found that the input may take more.
   bool IsInputReady() const noexcept;
   // Returns how much of the text the input has taken; 0 when it can take nothing now, nullopt when it has no reader any
-  // more.
+  // more. Throws a Failure when the system cannot write.
   std::optional<std::size_t> Write(std::string_view text);
-  // Ends the input. False when it has to be asked again, because what was taken is still on its way.
+  // Ends the input. Returns false when it has to be called again, because what was taken is still on its way.
   bool CloseInput() noexcept;
 
   // Asks the program to stop. Returns why that cannot be, or null.

@@ -15,6 +15,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+[[noreturn]] void Fail(unsigned int line, const std::string& text) {
+  throw StartFailure("java/processes/JavaProgram", line, text);
+}
+
 bool IsFile(const fs::path& path) {
   std::error_code error;
   return fs::is_regular_file(path, error);
@@ -22,9 +26,8 @@ bool IsFile(const fs::path& path) {
 
 JavaProgram InRuntime(const Runtime& runtime) {
   if (runtime.Java().empty()) {
-    throw StartFailure("java/processes/JavaProgram", __LINE__,
-                       "The runtime in \"" + ToText(runtime.Home()) + "\" has no bin/" + JavaProgramName +
-                           ": it was cut down to its library");
+    const std::string place = "The runtime in \"" + ToText(runtime.Home()) + "\"";
+    Fail(__LINE__, place + " has no bin/" + JavaProgramName + ": it was cut down to its library");
   }
   constexpr int FirstWithArgumentFiles = 9;
   return {runtime.Java(), runtime.Version().Feature() >= FirstWithArgumentFiles};
@@ -37,8 +40,7 @@ JavaProgram InHome(const fs::path& home) {
     const bool isOld = IsFile(runtime / "lib" / "rt.jar") || IsFile(runtime / "jre" / "lib" / "rt.jar");
     if (IsFile(file)) return {file, !isOld};
   }
-  throw StartFailure("java/processes/JavaProgram", __LINE__,
-                     "No bin/" + std::string(JavaProgramName) + " in \"" + ToText(home) + "\"");
+  Fail(__LINE__, "No bin/" + std::string(JavaProgramName) + " in \"" + ToText(home) + "\"");
 }
 
 }  // namespace

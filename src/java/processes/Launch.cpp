@@ -17,7 +17,10 @@ namespace {
 using InputKind = InputSettings::Kind;
 using OutputKind = OutputSettings::Kind;
 
-[[noreturn]] void Refuse(const char* text) { throw Misuse("java/processes/Launch", __LINE__, text); }
+[[noreturn]] void Refuse(unsigned int line, const char* text) { throw Misuse("java/processes/Launch", line, text); }
+[[noreturn]] void Fail(unsigned int line, const std::string& text) {
+  throw StartFailure("java/processes/Launch", line, text);
+}
 
 // Java before 18 goes by file.encoding or the first two of the stream properties, 18 and later by the other ones. The
 // host's own options come after these and win.
@@ -62,7 +65,7 @@ StreamPlan PlanOf(const OutputSettings& output) {
 
 StreamPlan PlanOfInput(const ProgramSettings& settings) {
   if (settings.input.kind == InputKind::File) {
-    if (settings.keepInputOpen) Refuse("an input that is a file cannot be kept open for more");
+    if (settings.keepInputOpen) Refuse(__LINE__, "an input that is a file cannot be kept open for more");
     return {StreamPlan::Kind::File, settings.input.file};
   }
   const bool isNothing = settings.input.kind == InputKind::Nothing && !settings.keepInputOpen;
@@ -71,7 +74,7 @@ StreamPlan PlanOfInput(const ProgramSettings& settings) {
 
 StartPlan PlanOf(const ProgramSettings& settings) {
   if (!settings.jar.empty() && !settings.classPath.empty()) {
-    Refuse("a program that is a jar brings its own class path: Java would not look at this one");
+    Refuse(__LINE__, "a program that is a jar brings its own class path: Java would not look at this one");
   }
   StartPlan plan;
   plan.streams[0] = PlanOfInput(settings);
@@ -85,9 +88,8 @@ StartPlan PlanOf(const ProgramSettings& settings) {
   plan.folder = settings.folder;
   std::error_code error;
   if (!settings.jar.empty() && !std::filesystem::is_regular_file(settings.jar, error)) {
-    throw StartFailure(
-        "java/processes/Launch", __LINE__,
-        CannotStart(plan, "find the jar \"" + ToText(settings.jar) + "\"", error ? error.message() : "it is no file"));
+    const std::string reason = error ? error.message() : "it is no file";
+    Fail(__LINE__, CannotStart(plan, "find the jar \"" + ToText(settings.jar) + "\"", reason));
   }
   return plan;
 }
@@ -102,8 +104,7 @@ Launched Launch(const ProgramSettings& settings) {
     return launched;
   } catch (const TooLong& tooLong) {
     if (!plan.readsArgumentFiles) {
-      throw StartFailure("java/processes/Launch", __LINE__,
-                         std::string(tooLong.what()) + "; only Java 9 and later can read them from a file");
+      Fail(__LINE__, std::string(tooLong.what()) + "; only Java 9 and later can read them from a file");
     }
   }
   std::string file;
@@ -116,12 +117,13 @@ Launched Launch(const ProgramSettings& settings) {
 
 std::uint32_t StartDetached(const ProgramSettings& settings) {
   for (const OutputSettings* output : {&settings.output, &settings.error}) {
-    if (output->kind == OutputKind::Lines) Refuse("no function can be called for a program that runs detached");
+    if (output->kind != OutputKind::Lines) continue;
+    Refuse(__LINE__, "no function can be called for a program that runs detached");
   }
   if (PlanOfInput(settings).kind == StreamPlan::Kind::Pipe) {
-    Refuse("the input of a program that runs detached is empty or a file");
+    Refuse(__LINE__, "the input of a program that runs detached is empty or a file");
   }
-  if (settings.timeLimit) Refuse("nobody keeps the time limit of a program that runs detached");
+  if (settings.timeLimit) Refuse(__LINE__, "the time limit of a program that runs detached cannot be kept");
   StartPlan plan = PlanOf(settings);
   for (StreamPlan& stream : plan.streams) {
     if (stream.kind == StreamPlan::Kind::Pipe) stream.kind = StreamPlan::Kind::Nothing;

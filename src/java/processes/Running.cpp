@@ -11,6 +11,11 @@ namespace torvan::java::detail {
 
 namespace {
 
+[[noreturn]] void Refuse(unsigned int line, const char* text) { throw Misuse("java/processes/Running", line, text); }
+[[noreturn]] void Fail(unsigned int line, const std::string& text) {
+  throw Failure("java/processes/Running", line, text);
+}
+
 constexpr std::chrono::milliseconds GraceOfTimeLimit = std::chrono::seconds(2);
 
 // How long the function for input is left alone after it has returned an empty text.
@@ -90,10 +95,8 @@ void Running::Wake() noexcept {
 
 bool Running::Write(std::string_view text) {
   std::unique_lock<std::mutex> lock(m_mutex);
-  if (!m_settings.keepInputOpen) {
-    throw Misuse("java/processes/Running", __LINE__, "the input was not kept open: KeepInputOpen() does that");
-  }
-  if (!m_isWritable) throw Misuse("java/processes/Running", __LINE__, "the input was ended by CloseInput()");
+  if (!m_settings.keepInputOpen) Refuse(__LINE__, "the input was not kept open: KeepInputOpen() does that");
+  if (!m_isWritable) Refuse(__LINE__, "the input was ended by CloseInput()");
   if (m_isOver || m_inputIsGone) return false;
   m_orders.input.append(text);
   Wake();
@@ -111,9 +114,7 @@ void Running::CloseInput() {
 }
 
 bool Running::WaitUntil(Clock::time_point time) const {
-  if (IsServedHere()) {
-    throw Misuse("java/processes/Running", __LINE__, "a function of the program cannot wait for the program's end");
-  }
+  if (IsServedHere()) Refuse(__LINE__, "a function of the program cannot wait for the program's end");
   std::unique_lock<std::mutex> lock(m_mutex);
   return WaitUntil(time, lock);
 }
@@ -127,9 +128,7 @@ bool Running::WaitUntil(Clock::time_point time, std::unique_lock<std::mutex>& lo
 
 void Running::Stop(std::chrono::milliseconds grace) {
   std::unique_lock<std::mutex> lock(m_mutex);
-  if (const char* const cannot = AskToStop(Ended::Stopped); cannot != nullptr) {
-    throw Failure("java/processes/Running", __LINE__, cannot);
-  }
+  if (const char* const cannot = AskToStop(Ended::Stopped); cannot != nullptr) Fail(__LINE__, cannot);
   if (IsServedHere()) {
     m_killAt = std::min(m_killAt, After(grace));
   } else if (!WaitUntil(After(grace), lock)) {
@@ -206,7 +205,10 @@ Clock::time_point Running::KeepTime() {
 // Returns whether the child is to be waited for until it takes more.
 bool Running::FeedInput() {
   if (!m_inputIsOpen) return false;
-  if (m_isAbandoned) m_feed.Drop();
+  if (m_isAbandoned) {
+    m_feed.Drop();
+    m_askAt.reset();  // or every wait would be over at once
+  }
   Child& child = TheChild();
   if (m_feed.HasMore()) {
     if (m_askAt && Clock::now() < *m_askAt) return false;
@@ -251,8 +253,7 @@ void Running::Finish() {
   m_isReaped = true;
   const std::optional<Exit> exit = TheChild().Reap();
   if (!exit) {
-    throw Failure("java/processes/Running", __LINE__,
-                  "The exit code of process " + std::to_string(m_id) + " is lost: " + Child::WhyLost());
+    Fail(__LINE__, "The exit code of process " + std::to_string(m_id) + " is lost: " + Child::WhyLost());
   }
   m_outcome.exitCode = exit->code;
   m_outcome.ended = EndedBy(*exit);
@@ -266,7 +267,7 @@ Ended Running::EndedBy(const Exit& exit) const noexcept {
   return m_cause.value_or(exit.bySignal ? Ended::Signalled : Ended::Exited);
 }
 
-// Hands on what there is, once, and takes it off the budget. Returns whether there can be more within the budget.
+// Passes on what there is now, and subtracts it from the budget. Returns whether there may be more within the budget.
 bool Running::Forward(Output& output, std::size_t& budget) {
   const std::string_view piece = TheChild().Read(output.stream);
   if (output.settings.kind == OutputSettings::Kind::Lines) {

@@ -35,7 +35,7 @@ class Running : public std::enable_shared_from_this<Running> {
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
 
-  // Serves the program until it has ended, here or on a thread of its own. What goes wrong is kept for Result().
+  // Serves the program until it has ended, on this thread or on a new one. What goes wrong is kept for Result().
   void Serve() noexcept;
   void ServeOnThread();
   // Kills what still runs and waits for the end of the thread.
@@ -49,7 +49,7 @@ class Running : public std::enable_shared_from_this<Running> {
   void Stop(std::chrono::milliseconds grace);
   void Kill();
 
-  // Once it is over. Throws what went wrong.
+  // What became of the program, once it is over. Throws what went wrong.
   Outcome& Result();
 
   // A process that the host has forked has a copy of this, but neither the thread nor the child.

@@ -1,4 +1,4 @@
-// What processes need of the system beside the processes themselves. One file per system.
+// What else is needed of the system to run processes. One source per system.
 #pragma once
 
 #include <chrono>
@@ -49,7 +49,7 @@ class TemporaryFile {
   const NativeText& Path() const noexcept { return m_path; }
 
  private:
-  // Makes it, under a name of its own, and returns the system's error or 0. There is no file after an error.
+  // Makes it under a new name. Returns the system's error, or 0; after an error there is no file.
   int Write(const std::string& bytes) noexcept;
 
   NativeText m_path;

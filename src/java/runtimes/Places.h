@@ -36,8 +36,8 @@ struct Layout {
   std::vector<const char*> libraryFolders;  // above the folder of the VM's kind; the first one counts
   const char* format;                       // of the library's file, for people
   std::optional<std::string> (*cpuOf)(std::string_view head);
-  const char*
-      foreignLibc;  // as release files name the C library that this program has not; empty where there is one only
+  // The C library that this program does not use, as release files name it; empty on a system with only one.
+  const char* foreignLibc;
 };
 
 const Places& UsualPlaces();

@@ -91,7 +91,7 @@ Release ReadRelease(std::string_view file) {
   if (release.versionText.empty()) release.versionText = Cleaned(runtimeVersion);
   release.version = Version::TryParse(version);
   // JAVA_VERSION is numbers alone. The other key, in files from about version 16 on, tells early access and the build;
-  // but some vendors put a numbering of their own there.
+  // but some vendors put their own numbering there.
   const std::optional<Version> full = Version::TryParse(runtimeVersion);
   if (full && (!release.version || HaveSameNumbers(*full, *release.version))) release.version = full;
   return release;

@@ -18,7 +18,8 @@ struct Release {
 };
 
 // Reads the text of a release file: lines of KEY="VALUE". Of a key that comes twice the last line counts.
-// Any bytes may be given. Texts come out without control characters, and what is not UTF-8 in them is a '?' each byte.
+// The text may be any bytes. Texts come out without control characters, and what is not UTF-8 in them is a '?' each
+// byte.
 Release ReadRelease(std::string_view file);
 
 }  // namespace torvan::java::detail

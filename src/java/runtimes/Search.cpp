@@ -25,9 +25,11 @@ std::vector<fs::path> FoldersOfPath(const std::string& variable) {
   std::vector<fs::path> folders;
   std::string part;
   bool isQuoted = false;
-  for (const char unit : variable + PathListSeparator) {
+  for (std::size_t i = 0; i <= variable.size(); ++i) {
+    const char unit = i < variable.size() ? variable[i] : PathListSeparator;
     if (unit == '"' && UsualPlaces().hasQuotes) {
-      isQuoted = !isQuoted;
+      // One that is never closed does not count, or no part after it would be seen.
+      isQuoted = !isQuoted && variable.find('"', i + 1) != std::string::npos;
     } else if (unit != PathListSeparator || isQuoted) {
       part += unit;
     } else {
@@ -39,7 +41,7 @@ std::vector<fs::path> FoldersOfPath(const std::string& variable) {
   return folders;
 }
 
-// With the value of its variable, or nothing.
+// The base with its variable replaced; nothing when that has no absolute value.
 std::optional<std::string> BaseOf(const Machine& machine, const std::string& base) {
   if (base[0] != '$') return machine.Root() + base;
   const std::size_t end = std::min(base.find(UsualPlaces().folderSeparator), base.size());
@@ -75,8 +77,8 @@ void Search::LookAlongPath() {
   m_looked.push_back("PATH (no java in it)");
 }
 
-// The home is told by where the program is, once all links are followed. Launchers of version managers are in places of
-// their own, and only know when they are run.
+// Once all links are followed, the program is in the folder "bin" of its home. A launcher of a version manager is
+// elsewhere, and finds its runtime only when it is run.
 void Search::LookAtProgram(const fs::path& program) {
   const Location real = m_machine.Locate(program);
   const fs::path home = HomeOf(m_machine, real.path.parent_path().parent_path());

@@ -14,13 +14,22 @@ namespace torvan::java::detail {
 
 namespace {
 
-// The codes of unhandled exceptions: errors (0xC...) of the system. What a program chooses itself, such as -1, is not
-// among them.
-bool IsException(DWORD code) { return code >> 28 == 0xC; }
+// The codes of unhandled exceptions: errors (0xC...) of the system, and what Visual Studio throws for every exception
+// of C++. What a program chooses itself, such as -1, is not among them.
+bool IsException(DWORD code) {
+  constexpr DWORD ThrownByCpp = 0xE06D7363;
+  return code >> 28 == 0xC || code == ThrownByCpp;
+}
 
-[[noreturn]] void Throw(const StartPlan& plan, const std::string& step) {
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step) {
   const std::string reason = ReasonOf(GetLastError());
-  throw StartFailure("java/win32/Child", __LINE__, CannotStart(plan, step, reason));
+  throw StartFailure("java/win32/Child", line, CannotStart(plan, step, reason));
+}
+
+// Of a program that runs.
+[[noreturn]] void Fail(unsigned int line, const std::string& step, DWORD id, DWORD error) {
+  const std::string what = step + " of process " + std::to_string(id);
+  throw Failure("java/win32/Child", line, "Could not " + what + ": " + ReasonOf(error));
 }
 
 struct System {
@@ -36,7 +45,7 @@ struct System {
                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                      isThere ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!handle) {
-      Throw(plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
+      Fail(__LINE__, plan, "open the " + std::string(isInput ? "input" : "output") + " file \"" + ToText(file) + "\"");
     }
     return handle;
   }
@@ -47,7 +56,7 @@ struct System {
     HANDLE copy = nullptr;
     const BOOL isDone =
         DuplicateHandle(GetCurrentProcess(), own, GetCurrentProcess(), &copy, 0, FALSE, DUPLICATE_SAME_ACCESS);
-    if (isDone == FALSE) Throw(plan, "pass on an output");
+    if (isDone == FALSE) Fail(__LINE__, plan, "pass on an output");
     return WindowsHandle(copy);
   }
 
@@ -55,18 +64,18 @@ struct System {
   // process can connect.
   static Pipe<WindowsHandle> MakePipe(const StartPlan& plan, bool isInput) {
     static std::atomic<unsigned long> s_count = 0;
-    const std::wstring name = L"\\\\.\\pipe\\java-program-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-                              std::to_wstring(GetTickCount64()) + L"-" + std::to_wstring(++s_count);
+    const std::wstring name = ToNative("\\\\.\\pipe\\java-program-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                       std::to_string(GetTickCount64()) + "-" + std::to_string(++s_count));
     constexpr DWORD Size = 64 * 1024;
     const DWORD direction = isInput ? PIPE_ACCESS_OUTBOUND : PIPE_ACCESS_INBOUND;
     Pipe<WindowsHandle> pipe;
     pipe.ours = WindowsHandle(
         CreateNamedPipeW(name.c_str(), direction | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
                          PIPE_TYPE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1, Size, Size, 0, nullptr));
-    if (!pipe.ours) Throw(plan, "make a pipe");
+    if (!pipe.ours) Fail(__LINE__, plan, "make a pipe");
     pipe.childs = WindowsHandle(
         CreateFileW(name.c_str(), isInput ? GENERIC_READ : GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!pipe.childs) Throw(plan, "make a pipe");
+    if (!pipe.childs) Fail(__LINE__, plan, "make a pipe");
     return pipe;
   }
 };
@@ -77,9 +86,15 @@ WindowsHandle MakeJob(const StartPlan& plan) {
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
   limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
   if (!job || SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits) == FALSE) {
-    Throw(plan, "make a job");
+    Fail(__LINE__, plan, "make a job");
   }
   return job;
+}
+
+WindowsHandle MakeEvent(const StartPlan& plan) {
+  WindowsHandle event(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+  if (!event) Fail(__LINE__, plan, "make an event");
+  return event;
 }
 
 }  // namespace
@@ -87,10 +102,9 @@ WindowsHandle MakeJob(const StartPlan& plan) {
 struct Child::Parts {
   Parts(const StartPlan& plan, Streams<WindowsHandle> streams)
       : job(MakeJob(plan)),
-        wake(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+        wake(MakeEvent(plan)),
         input(std::move(streams.ours[0])),
         outputs{ReadingEnd(std::move(streams.ours[1])), ReadingEnd(std::move(streams.ours[2]))} {
-    if (!wake) Throw(plan, "make an event");
     spawned = Spawn(plan, streams.childs, job.Get());
   }
 
@@ -129,9 +143,7 @@ void Child::Wait(bool forInput, Clock::time_point until) {
     handles[count++] = m_parts->input.Event();
   }
   if (WaitForMultipleObjects(count, handles, FALSE, milliseconds) == WAIT_FAILED) {
-    throw Failure(
-        "java/win32/Child", __LINE__,
-        "Could not wait for process " + std::to_string(m_parts->spawned.id) + ": " + ReasonOf(GetLastError()));
+    Fail(__LINE__, "wait for the end", m_parts->spawned.id, GetLastError());
   }
 }
 
@@ -143,21 +155,32 @@ bool Child::HasEnded() const noexcept {
 
 std::optional<Exit> Child::Reap() noexcept {
   DWORD code = 0;
-  GetExitCodeProcess(m_parts->spawned.process.Get(), &code);
+  const bool isKnown = GetExitCodeProcess(m_parts->spawned.process.Get(), &code) != FALSE;
   m_parts->isReaped = true;
   // What the program has left running runs on, as on Linux.
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION none{};
   SetInformationJobObject(m_parts->job.Get(), JobObjectExtendedLimitInformation, &none, sizeof none);
+  if (!isKnown) return std::nullopt;
   return Exit{static_cast<int>(code), IsException(code)};
 }
 
 const char* Child::WhyLost() noexcept { return "the system does not know it"; }
 
-std::string_view Child::Read(Stream stream) { return m_parts->outputs[stream == Stream::Output ? 0 : 1].Take(); }
+std::string_view Child::Read(Stream stream) {
+  ReadingEnd& output = m_parts->outputs[stream == Stream::Output ? 0 : 1];
+  const std::string_view piece = output.Take();
+  if (output.Error() != ERROR_SUCCESS) Fail(__LINE__, "read the output", m_parts->spawned.id, output.Error());
+  return piece;
+}
 
 bool Child::IsInputReady() const noexcept { return m_parts->input.IsReady(); }
 
-std::optional<std::size_t> Child::Write(std::string_view text) { return m_parts->input.Write(text); }
+std::optional<std::size_t> Child::Write(std::string_view text) {
+  const std::optional<std::size_t> taken = m_parts->input.Write(text);
+  const DWORD error = m_parts->input.Error();
+  if (error != ERROR_SUCCESS) Fail(__LINE__, "write the input", m_parts->spawned.id, error);
+  return taken;
+}
 
 bool Child::CloseInput() noexcept {
   if (!m_parts->input.IsReady()) return false;

@@ -2,17 +2,17 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <mutex>
 
 namespace torvan::java::detail {
 
 namespace {
 
-constexpr DWORD LongestWait = 1000;  // milliseconds
+// In milliseconds.
+constexpr DWORD LongestWait = 1000;
+constexpr ULONGLONG LongestDelay = 30000;
 
-std::mutex s_mutex;
-std::atomic<int> s_expected = 0;  // events of this process's own that have not come yet
+std::mutex s_sending;
 
 // Never closed: a late event may still set it.
 HANDLE Seen() {
@@ -20,14 +20,40 @@ HANDLE Seen() {
   return s_seen;
 }
 
-// The event comes to this process, too, on a thread of its own, and would end it. Whose it is decides, and not whether
-// it is still waited for: the system may be slow to start that thread.
+// The events that this process has sent and that have not come back to it. The system may be slow to deliver one, and
+// delivers none while this process ignores Ctrl+C: one that is late is not expected any more, so that Ctrl+C by
+// somebody else is not taken for it.
+class OwnEvents {
+ public:
+  void Expect() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ForgetLate();
+    ++m_count;
+    m_sentAt = GetTickCount64();
+  }
+  // Returns whether one was expected.
+  bool Take() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ForgetLate();
+    if (m_count == 0) return false;
+    --m_count;
+    return true;
+  }
+
+ private:
+  void ForgetLate() {
+    if (GetTickCount64() - m_sentAt > LongestDelay) m_count = 0;
+  }
+
+  std::mutex m_mutex;
+  int m_count = 0;
+  ULONGLONG m_sentAt = 0;  // the last one
+};
+OwnEvents s_ownEvents;
+
+// An event comes to this process, too, on a thread that the system starts, and would end it.
 BOOL WINAPI Swallow(DWORD event) {
-  if (event != CTRL_C_EVENT) return FALSE;
-  int expected = s_expected.load();
-  do {
-    if (expected == 0) return FALSE;
-  } while (!s_expected.compare_exchange_weak(expected, expected - 1));
+  if (event != CTRL_C_EVENT || !s_ownEvents.Take()) return FALSE;
   SetEvent(Seen());
   return TRUE;
 }
@@ -52,7 +78,7 @@ class StandardHandlesKept {
 }  // namespace
 
 const char* SendControlC(DWORD processId) {
-  const std::lock_guard<std::mutex> lock(s_mutex);
+  const std::lock_guard<std::mutex> lock(s_sending);
   DWORD first = 0;
   if (GetConsoleProcessList(&first, 1) != 0) {
     return "The program cannot be asked to stop: that takes its console, and this process has a console itself. Kill() "
@@ -65,14 +91,14 @@ const char* SendControlC(DWORD processId) {
   }
   // The handler that was added last is called first: it goes before what the host has added meanwhile, and stays.
   SetConsoleCtrlHandler(Swallow, FALSE);
-  SetConsoleCtrlHandler(Swallow, TRUE);
+  const bool isReady = SetConsoleCtrlHandler(Swallow, TRUE) != FALSE;
   ResetEvent(Seen());
-  ++s_expected;
-  const bool isSent = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
+  s_ownEvents.Expect();
+  const bool isSent = isReady && GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
   if (isSent) {
     WaitForSingleObject(Seen(), LongestWait);
   } else {
-    --s_expected;
+    s_ownEvents.Take();
   }
   FreeConsole();
   return isSent ? nullptr : "The program cannot be asked to stop: the system refuses Ctrl+C. Kill() ends it";

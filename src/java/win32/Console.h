@@ -1,4 +1,4 @@
-// Ctrl+C for a program that has a console of its own.
+// Ctrl+C for a program in another console.
 #pragma once
 
 #include <windows.h>

@@ -34,7 +34,7 @@ struct CloseKeyOf {
 };
 using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKeyOf>;
 
-// Such a path may be longer than MAX_PATH. Relative ones go below the current folder.
+// The path in the form that may be longer than MAX_PATH. A relative one is below the current folder.
 std::wstring ForSystem(const fs::path& path) {
   const std::wstring given = path.wstring();
   const DWORD room = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
@@ -44,7 +44,7 @@ std::wstring ForSystem(const fs::path& path) {
   return full.substr(0, 2) == L"\\\\" ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
 }
 
-// The other way round: as people write it.
+// The path as people write it.
 std::wstring WithoutPrefix(const std::wstring& path) {
   constexpr std::size_t PrefixLength = 4;
   if (path.substr(0, 8) == L"\\\\?\\UNC\\") return L'\\' + path.substr(7);
@@ -98,7 +98,7 @@ class WindowsMachine final : public Machine {
     if (!opened) return {{}, ReasonOf(GetLastError())};
     std::wstring real(LongestName, L'\0');
     const DWORD size = GetFinalPathNameByHandleW(opened.Get(), real.data(), static_cast<DWORD>(real.size()), 0);
-    // Some file systems do not tell it, those of RAM disks among them. Links stay in the path then.
+    // Some file systems, such as those of RAM disks, do not report it. Links stay in the path then.
     if (size == 0 || size >= real.size()) return {fs::path(WithoutPrefix(ForSystem(path))), {}};
     real.resize(size);
     return {fs::path(WithoutPrefix(real)), {}};
@@ -144,7 +144,7 @@ class WindowsMachine final : public Machine {
     std::vector<std::string> names;
     const Key opened = OpenKey(key);
     if (opened == nullptr) return names;
-    wchar_t name[256];  // the longest that there are
+    wchar_t name[256];  // no key has a longer name
     for (DWORD i = 0;; ++i) {
       DWORD length = static_cast<DWORD>(std::size(name));
       if (RegEnumKeyExW(opened.get(), i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
@@ -157,7 +157,7 @@ class WindowsMachine final : public Machine {
   std::optional<std::string> RegisteredText(const std::string& key, const std::string& value) const override {
     const Key opened = OpenKey(key);
     if (opened == nullptr) return std::nullopt;
-    // Also one that holds variables: those are expanded. What is longer than a path can be is none.
+    // Variables in it are expanded. A text that is longer than any path is not one.
     std::wstring text(LongestName, L'\0');
     DWORD bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
     if (RegGetValueW(opened.get(), nullptr, Wide(value).c_str(), RRF_RT_REG_SZ, nullptr, text.data(), &bytes) !=

@@ -13,7 +13,8 @@ PipeEnd::PipeEnd(WindowsHandle pipe) : m_pipe(std::move(pipe)) {
   if (!m_pipe) return;
   m_event = WindowsHandle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   if (!m_event) {
-    throw StartFailure("java/win32/Pipe", __LINE__, "Could not make an event for a pipe: " + ReasonOf(GetLastError()));
+    const std::string reason = ReasonOf(GetLastError());
+    throw StartFailure("java/win32/Pipe", __LINE__, "Could not make an event for a pipe: " + reason);
   }
   m_buffer.reset(new char[BufferSize]);
   m_transfer.hEvent = m_event.Get();
@@ -32,16 +33,23 @@ void PipeEnd::Close() noexcept {
 }
 
 void PipeEnd::Begin(BOOL result) noexcept {
-  m_isUnderWay = result != FALSE || GetLastError() == ERROR_IO_PENDING;
-  if (!m_isUnderWay) Close();
+  const DWORD error = result != FALSE ? ERROR_IO_PENDING : GetLastError();
+  m_isUnderWay = error == ERROR_IO_PENDING;
+  if (!m_isUnderWay) CloseAfter(error);
 }
 
 std::optional<DWORD> PipeEnd::Finish() noexcept {
   DWORD size = 0;
   m_isUnderWay = false;
   if (GetOverlappedResult(m_pipe.Get(), &m_transfer, &size, FALSE) != FALSE) return size;
-  Close();
+  CloseAfter(GetLastError());
   return std::nullopt;
+}
+
+void PipeEnd::CloseAfter(DWORD error) noexcept {
+  const bool isGone = error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
+  if (!isGone) m_error = error;
+  Close();
 }
 
 bool ReadingEnd::Start() noexcept {

@@ -21,6 +21,8 @@ class PipeEnd {
   PipeEnd& operator=(const PipeEnd&) = delete;
 
   bool IsOpen() const noexcept { return static_cast<bool>(m_pipe); }
+  // The system's error that has closed it; none where the other end is gone, which is its ordinary end.
+  DWORD Error() const noexcept { return m_error; }
   // Of the transfer that is under way.
   HANDLE Event() const noexcept { return m_event.Get(); }
   // Ends what is under way, too.
@@ -31,9 +33,9 @@ class PipeEnd {
 
   bool IsUnderWay() const noexcept { return m_isUnderWay; }
   bool IsDone() const noexcept { return WaitForSingleObject(m_event.Get(), 0) == WAIT_OBJECT_0; }
-  // Takes what ReadFile or WriteFile has returned.
+  // Takes what ReadFile or WriteFile has returned. What cannot be transferred closes it.
   void Begin(BOOL result) noexcept;
-  // Of a transfer that is done: how much it was; nullopt, and closed, when the other end is gone.
+  // Of a transfer that is done: how much it was; nullopt, and closed, when it has failed.
   std::optional<DWORD> Finish() noexcept;
 
   WindowsHandle m_pipe;
@@ -42,14 +44,17 @@ class PipeEnd {
   std::unique_ptr<char[]> m_buffer;
 
  private:
+  void CloseAfter(DWORD error) noexcept;
+
   bool m_isUnderWay = false;
+  DWORD m_error = ERROR_SUCCESS;
 };
 
 class ReadingEnd : public PipeEnd {
  public:
   using PipeEnd::PipeEnd;
 
-  // Begins to read where nothing is under way. False when the other end is gone.
+  // Begins to read where nothing is under way. False when it is closed.
   bool Start() noexcept;
   // What has come; empty when that is nothing. Valid until the next call of a member.
   std::string_view Take() noexcept;
@@ -60,7 +65,7 @@ class WritingEnd : public PipeEnd {
   using PipeEnd::PipeEnd;
 
   bool IsReady() const noexcept { return !IsUnderWay() || IsDone(); }
-  // Returns how much of the text is on its way now; nullopt when it has no reader any more.
+  // Returns how much of the text is on its way now; nullopt when it is closed.
   std::optional<std::size_t> Write(std::string_view text) noexcept;
 };
 

@@ -16,14 +16,14 @@ constexpr DWORD_PTR AttributeJobs = 0x0002000D;
 
 constexpr std::size_t LongestLine = 32766;  // units, without the zero
 
-[[noreturn]] void Throw(const StartPlan& plan, const std::string& step, DWORD error) {
-  throw StartFailure("java/win32/Spawn", __LINE__, CannotStart(plan, step, ReasonOf(error)));
+[[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step, DWORD error) {
+  throw StartFailure("java/win32/Spawn", line, CannotStart(plan, step, ReasonOf(error)));
 }
 
-[[noreturn]] void ThrowNotRun(const StartPlan& plan, DWORD error) {
+[[noreturn]] void FailToRun(unsigned int line, const StartPlan& plan, DWORD error) {
   const std::string text = "Could not run \"" + ToText(plan.program) + "\": " + ReasonOf(error);
-  if (error == ERROR_FILENAME_EXCED_RANGE) throw TooLong("java/win32/Spawn", __LINE__, text);
-  throw StartFailure("java/win32/Spawn", __LINE__, text);
+  if (error == ERROR_FILENAME_EXCED_RANGE) throw TooLong("java/win32/Spawn", line, text);
+  throw StartFailure("java/win32/Spawn", line, text);
 }
 
 std::wstring LineOf(const StartPlan& plan) {
@@ -33,7 +33,7 @@ std::wstring LineOf(const StartPlan& plan) {
     ToArgumentFileBytes(argument);  // java.exe reads its line in the same code page
     AppendQuoted(line, argument);
   }
-  if (line.size() > LongestLine) ThrowNotRun(plan, ERROR_FILENAME_EXCED_RANGE);
+  if (line.size() > LongestLine) FailToRun(__LINE__, plan, ERROR_FILENAME_EXCED_RANGE);
   return line;
 }
 
@@ -56,7 +56,9 @@ class Attributes {
     SIZE_T size = 0;
     InitializeProcThreadAttributeList(nullptr, 2, 0, &size);
     m_bytes.reset(new char[size]);
-    if (InitializeProcThreadAttributeList(Get(), 2, 0, &size) == FALSE) Throw(plan, "list the handles", GetLastError());
+    if (InitializeProcThreadAttributeList(Get(), 2, 0, &size) == FALSE) {
+      Fail(__LINE__, plan, "list the handles", GetLastError());
+    }
     const bool isListed = UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles,
                                                     StreamCount * sizeof(HANDLE), nullptr, nullptr) != FALSE &&
                           (*job == nullptr || UpdateProcThreadAttribute(Get(), 0, AttributeJobs, job, sizeof(HANDLE),
@@ -64,7 +66,7 @@ class Attributes {
     if (isListed) return;
     const DWORD error = GetLastError();
     DeleteProcThreadAttributeList(Get());
-    Throw(plan, "list the handles", error);
+    Fail(__LINE__, plan, "list the handles", error);
   }
   ~Attributes() { DeleteProcThreadAttributeList(Get()); }
   Attributes(const Attributes&) = delete;
@@ -93,7 +95,7 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
   if (!folder.empty()) {
     const DWORD attributes = GetFileAttributesW(folder.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-      Throw(plan, "change to the folder \"" + ToText(plan.folder) + "\"", ERROR_DIRECTORY);
+      Fail(__LINE__, plan, "change to the folder \"" + ToText(plan.folder) + "\"", ERROR_DIRECTORY);
     }
   }
 
@@ -122,7 +124,10 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
                           folder.empty() ? nullptr : folder.c_str(), &start.StartupInfo, &process) != FALSE;
   };
   // Other starts of this process must not inherit them: they can be inherited for this moment only.
-  for (HANDLE handle : handles) SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  for (HANDLE handle : handles) {
+    const BOOL isPassedOn = SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    if (isPassedOn == FALSE) Fail(__LINE__, plan, "hand over the standard streams", GetLastError());
+  }
   const bool isApart = job == nullptr;
   bool isCreated = create(isApart ? CREATE_BREAKAWAY_FROM_JOB : 0);
   DWORD error = GetLastError();
@@ -131,7 +136,7 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
     error = GetLastError();
   }
   for (HANDLE handle : handles) SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0);
-  if (!isCreated) ThrowNotRun(plan, error);
+  if (!isCreated) FailToRun(__LINE__, plan, error);
   CloseHandle(process.hThread);
   spawned.process = WindowsHandle(process.hProcess);
   spawned.id = process.dwProcessId;

@@ -12,7 +12,7 @@ struct Spawned {
   bool hasOwnConsole = false;
 };
 
-// Starts the plan's program with these as its standard handles, and no other handle. It has a console of its own
+// Starts the plan's program with these as its standard handles, and no other handle. It has its own console,
 // without a window, unless one of the handles is this process's console. With a job it is in it from the start;
 // without, it leaves the job of this process where that allows it. Throws a StartFailure that says which step failed,
 // or TooLong.

@@ -58,11 +58,6 @@ void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector
 
 namespace {
 
-std::wstring Digits(unsigned long long number) {
-  const std::string digits = std::to_string(number);
-  return {digits.begin(), digits.end()};
-}
-
 // In the system's code page; nothing for a text with characters that it lacks.
 std::optional<std::string> InCodePage(const NativeText& text) {
   const bool isUtf8 = GetACP() == CP_UTF8;
@@ -78,8 +73,16 @@ std::optional<std::string> InCodePage(const NativeText& text) {
   return bytes;
 }
 
-[[noreturn]] void ThrowNoFile(const std::string& what, const std::string& reason) {
-  throw StartFailure("java/win32/Surroundings", __LINE__, "Could not write the argument file" + what + ": " + reason);
+[[noreturn]] void Fail(unsigned int line, const std::string& text) {
+  throw StartFailure("java/win32/Surroundings", line, text);
+}
+
+[[noreturn]] void FailToWrite(unsigned int line, const std::string& place, const std::string& reason) {
+  Fail(line, "Could not write the argument file" + place + ": " + reason);
+}
+
+[[noreturn]] void FailWithoutFolder(unsigned int line) {
+  FailToWrite(line, "", "no folder for temporary files: " + ReasonOf(GetLastError()));
 }
 
 // Absolute, with a backslash at its end, and in words that java.exe can read from its command line.
@@ -87,42 +90,47 @@ std::wstring TemporaryFolder() {
   constexpr DWORD Room = 32768;
   std::wstring folder(Room, L'\0');
   const DWORD size = GetTempPathW(Room, folder.data());
-  if (size == 0 || size >= Room) ThrowNoFile("", "no folder for temporary files: " + ReasonOf(GetLastError()));
+  if (size == 0 || size >= Room) FailWithoutFolder(__LINE__);
   folder.resize(size);
   std::wstring full(Room, L'\0');  // TEMP may be a relative path
-  full.resize(GetFullPathNameW(folder.c_str(), Room, full.data(), nullptr));
+  const DWORD fullSize = GetFullPathNameW(folder.c_str(), Room, full.data(), nullptr);
+  if (fullSize == 0 || fullSize >= Room) FailWithoutFolder(__LINE__);
+  full.resize(fullSize);
   if (InCodePage(full)) return full;
   std::wstring plain(Room, L'\0');
   plain.resize(GetShortPathNameW(full.c_str(), plain.data(), Room));
   if (!plain.empty() && InCodePage(plain)) return plain;
-  ThrowNoFile(" in \"" + ToText(full) + "\"", "java.exe reads its name in code page " + std::to_string(GetACP()) +
-                                                  ", which lacks characters of it: set TEMP to another folder");
+  const std::string reason = "java.exe reads its name in code page " + std::to_string(GetACP()) +
+                             ", which lacks characters of it: set TEMP to another folder";
+  FailToWrite(__LINE__, " in \"" + ToText(full) + "\"", reason);
 }
 
 }  // namespace
 
 std::string ToArgumentFileBytes(const NativeText& argument) {
   if (std::optional<std::string> bytes = InCodePage(argument)) return *std::move(bytes);
-  throw Misuse("java/win32/Surroundings", __LINE__,
-               "\"" + ToText(argument) + "\" cannot be passed to java.exe, which reads its command line in code page " +
-                   std::to_string(GetACP()) + ": pass it in a file, a variable or the input");
+  const std::string text = "\"" + ToText(argument) +
+                           "\" cannot be passed to java.exe, which reads its command line in code page " +
+                           std::to_string(GetACP()) + ": pass it in a file, a variable or the input";
+  throw Misuse("java/win32/Surroundings", __LINE__, text);
 }
 
 std::thread StartQuietThread(std::function<void()> run) {
   try {
     return std::thread(std::move(run));
   } catch (const std::system_error& failure) {
-    throw StartFailure("java/win32/Surroundings", __LINE__,
-                       "Could not start a thread for the program: " + failure.code().message());
+    Fail(__LINE__, "Could not start a thread for the program: " + failure.code().message());
   }
 }
 
 TemporaryFile::TemporaryFile(const std::string& bytes) {
   static std::atomic<unsigned long> s_count = 0;
-  m_path = TemporaryFolder() + L"java-arguments-" + Digits(GetCurrentProcessId()) + L"-" + Digits(GetTickCount64()) +
-           L"-" + Digits(++s_count);
+  m_path = TemporaryFolder() + ToNative("java-arguments-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                        std::to_string(GetTickCount64()) + "-" + std::to_string(++s_count));
   const int error = Write(bytes);
-  if (error != 0) ThrowNoFile(" \"" + ToText(m_path) + "\"", ReasonOf(static_cast<unsigned long>(error)));
+  if (error != 0) {
+    FailToWrite(__LINE__, " \"" + ToText(m_path) + "\"", ReasonOf(static_cast<unsigned long>(error)));
+  }
 }
 
 int TemporaryFile::Write(const std::string& bytes) noexcept {

@@ -106,6 +106,11 @@ TEST_F(SearchTest, APartOfThePathMayBeInQuotesOnWindows) {
     EXPECT_THAT(Found(), ElementsAre(home + " 11 PATH"));
     SetPath({machine.Path("nowhere"), "\"" + machine.Path("a " + separator + "b/bin") + "\"", "x"});
     EXPECT_THAT(Found(), ElementsAre(home + " 11 PATH"));
+    const std::string other = machine.AddRuntime("other", "17");
+    SetPath({machine.Path("nowhere"), "\"" + machine.Path("some folder"), machine.Path("other/bin")});
+    EXPECT_THAT(Found(), ElementsAre(other + " 17 PATH"));  // the quote is never closed
+    SetPath({"\"" + machine.Path("nowhere") + "\"", machine.Path("other/bin") + "\""});
+    EXPECT_THAT(Found(), ElementsAre(other + " 17 PATH"));
   } else {
     EXPECT_THAT(Found(), IsEmpty());
     machine.AddRuntime("with \" quote", "17");

@@ -31,6 +31,21 @@ TEST(ProcessHostTest, NoOtherHandleReachesTheProgram) {
 
 TEST(ProcessHostTest, NoWindowAppears) { EXPECT_EQ(java::Run(Probe({"window"})).output, "none"); }
 
+TEST(ProcessHostTest, TheCodesOfExceptionsTellThatOneEndedTheProgram) {
+  struct Row {
+    unsigned int code;
+    Ended ended;
+  };
+  const Row rows[] = {{0xBFFFFFFF, Ended::Exited},    {0xC0000000, Ended::Signalled}, {0xC00000FD, Ended::Signalled},
+                      {0xCFFFFFFF, Ended::Signalled}, {0xD0000000, Ended::Exited},    {0xE06D7362, Ended::Exited},
+                      {0xE06D7363, Ended::Signalled}, {0xE06D7364, Ended::Exited}};
+  for (const Row& row : rows) {
+    const Outcome outcome = java::Run(Probe({"exit", std::to_string(static_cast<int>(row.code))}));
+    EXPECT_EQ(static_cast<unsigned int>(outcome.exitCode), row.code);
+    EXPECT_EQ(outcome.ended, row.ended) << row.code;
+  }
+}
+
 TEST(ProcessHostTest, ItsOwnControlHandlersSeeNothingOfAStop) {
   ASSERT_TRUE(SetConsoleCtrlHandler(Count, TRUE));
   g_events = 0;

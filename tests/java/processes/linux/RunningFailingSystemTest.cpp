@@ -6,6 +6,7 @@
 #include <sched.h>
 #include <signal.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
@@ -15,22 +16,23 @@
 #include <climits>
 #include <cstdarg>
 #include <fstream>
-#include <set>
+#include <thread>
 
-#include "java/processes/Probe.h"
+#include "java/processes/FailingCalls.h"
 
 namespace {
 
-// The calls that are counted, in this process and in a child before it becomes a program, and the one that fails.
-std::atomic<long> g_left = -1;
-std::atomic<int> g_error = 0;
 std::atomic<bool> g_isTaken = false;
+// No program gets a signal through its descriptor; and how often a thread has asked the system for what is ready.
+std::atomic<bool> g_isDeaf = false;
+std::atomic<long> g_polls = 0;
 // The least descriptor that the library has written a file by.
 std::atomic<int> g_leastWritten = INT_MAX;
 
+// Those of a child before it becomes a program count, too.
 bool Fails() {
-  if (g_left < 0 || g_left-- != 0) return false;
-  errno = g_error;
+  if (!tests::IsToFail()) return false;
+  errno = tests::g_error;
   return true;
 }
 
@@ -49,13 +51,19 @@ extern "C" {
 WRAPPED(int, eventfd, (unsigned count, int flags), (count, flags))
 WRAPPED(int, socketpair, (int domain, int type, int protocol, int* ends), (domain, type, protocol, ends))
 WRAPPED(int, pipe2, (int* ends, int flags), (ends, flags))
-WRAPPED(int, poll, (pollfd* entries, nfds_t count, int time), (entries, count, time))
 WRAPPED(ssize_t, read, (int from, void* to, std::size_t size), (from, to, size))
 WRAPPED(ssize_t, send, (int to, const void* from, std::size_t size, int flags), (to, from, size, flags))
 WRAPPED(int, mkostemp, (char* name, int flags), (name, flags))
 WRAPPED(int, shutdown, (int socket, int how), (socket, how))
 // clang-format on
 #undef WRAPPED
+
+int __real_poll(pollfd* entries, nfds_t count, int time);
+int __wrap_poll(pollfd* entries, nfds_t count, int time);
+int __wrap_poll(pollfd* entries, nfds_t count, int time) {
+  ++g_polls;
+  return Fails() ? -1 : __real_poll(entries, count, time);
+}
 
 // Fails in the one way that there is: other code has taken the child.
 int __real_waitid(idtype_t type, id_t id, siginfo_t* end, int options);
@@ -93,6 +101,10 @@ int __wrap_fcntl(int descriptor, int command, long argument) {
 long __real_syscall(long number, long a, long b, long c, long d, long e, long f);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
+  if (g_isDeaf && number == SYS_pidfd_send_signal) {
+    errno = ESRCH;
+    return -1;
+  }
   return Fails() ? -1 : __real_syscall(number, a, b, c, d, e, f);
 }
 
@@ -117,34 +129,6 @@ namespace {
 using java::Ended;
 using java::Outcome;
 using java::Process;
-
-// Runs the function again and again, each time with the next of its calls failing, until none is left. Returns the
-// texts of the failures.
-template <class Function>
-std::set<std::string> FailEach(int error, const Function& function) {
-  std::set<std::string> texts;
-  function();
-  const Held before = HeldNow();
-  for (long calls = 0;; ++calls) {
-    g_error = error;
-    g_left = calls;
-    try {
-      function();
-    } catch (const java::Failure& failure) {
-      texts.insert(failure.what());
-    }
-    const bool isDone = g_left.exchange(-1) >= 0;
-    ExpectHeld(before, "call " + std::to_string(calls));
-    if (isDone || testing::Test::HasFailure()) break;
-  }
-  return texts;
-}
-
-std::size_t CountOf(const std::set<std::string>& texts, const std::string& beginning) {
-  std::size_t count = 0;
-  for (const std::string& text : texts) count += text.compare(0, beginning.size(), beginning) == 0 ? 1 : 0;
-  return count;
-}
 
 TEST(RunningFailingSystemTest, ARunFailsWithTheStepThatFailed) {
   const auto texts = FailEach(EIO, [] {
@@ -188,6 +172,30 @@ TEST(RunningFailingSystemTest, AnExitCodeThatOtherCodeHasTakenIsLost) {
   ExpectHeld(before);
 }
 
+// A program may take a while to end after it was killed, such as one that waits for a disk.
+TEST(RunningFailingSystemTest, AProgramThatIsDroppedAndDoesNotEndYetIsWaitedForQuietly) {
+  std::atomic<int> asked = 0;
+  std::optional<Process> process =
+      java::Start(Probe({"sleep", "60000"}).InputFrom([&asked]() -> std::optional<std::string> {
+        ++asked;
+        return "";
+      }));
+  const auto id = static_cast<pid_t>(process->Id());
+  ASSERT_TRUE(Eventually([&asked] { return asked > 1; }));
+  g_isDeaf = true;
+  std::thread dropper([&process] { process.reset(); });
+  std::this_thread::sleep_for(100ms);
+  const int askedBefore = asked;
+  g_polls = 0;
+  std::this_thread::sleep_for(300ms);
+  EXPECT_LT(g_polls, 10);
+  EXPECT_EQ(asked, askedBefore);
+  EXPECT_TRUE(Runs(static_cast<unsigned long>(id)));
+  g_isDeaf = false;
+  kill(id, SIGKILL);
+  dropper.join();
+}
+
 TEST(RunningFailingSystemTest, TheArgumentFileOfAHostWithoutInputIsNotItsInput) {
   ProbeHome();
   const int input = dup(STDIN_FILENO);
@@ -220,6 +228,18 @@ TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
             2u);  // made, written
 }
 
+TEST(RunningFailingSystemTest, ANamedPipeFailsWithItsFile) {
+  const auto file = ProbeHome() / "pipe of failures";
+  ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+  const int writer = open(file.c_str(), O_RDWR | O_CLOEXEC);
+  const auto texts = FailEach(EIO, [&file] { java::Run(Probe({"exit", "0"}).InputFile(file)); });
+  close(writer);
+  std::filesystem::remove(file);
+  EXPECT_EQ(texts.count("Could not open the input file \"" + file.string() + "\" for \"" +
+                        (ProbeHome() / "bin" / "java").string() + "\": Input/output error"),
+            1u);
+}
+
 TEST(RunningFailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
   const auto texts = FailEach(EIO, [] {
     const auto id = Probe({"exit", "0"}).Detached();
@@ -234,9 +254,9 @@ TEST(RunningFailingSystemTest, KillingEndsTheProgramWhateverFails) {
   for (long calls = 0; calls < 40; ++calls) {
     Process process = java::Start(Probe({"sleep", "60000"}));
     g_error = ENOMEM;
-    g_left = calls;
+    g_callsLeft = calls;
     process.Kill();
-    g_left = -1;
+    g_callsLeft = -1;
     EXPECT_EQ(process.Wait().ended, Ended::Killed) << calls;
   }
 }

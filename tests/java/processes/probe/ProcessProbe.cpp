@@ -1,4 +1,5 @@
-// A program that stands in for Java: what follows after the class "Probe" on its command line are steps, done in order.
+// A program that is run in place of Java: what follows after the class "Probe" on its command line are steps, done in
+// order.
 //
 // arguments ...     writes each argument that follows, ended by a zero, and is the last step
 // environment       writes each variable, ended by a zero
@@ -12,7 +13,7 @@
 //                   its end; then writes how many bytes that were, as a line
 // leaves MS         starts a process that writes "late" after so many milliseconds, writes its id as a line, and does
 //                   not wait for it
-// tree MS           starts a child, which starts a child, which is in a group (session) of its own and has a child; all
+// tree MS           starts a child, which starts a child, which is in another group (session) and has a child; all
 //                   of them wait so long; writes their ids, one a line
 // deaf              ignores requests to stop
 // orderly N         ends with exit code N when it is asked to stop

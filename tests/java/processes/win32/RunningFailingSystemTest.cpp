@@ -1,0 +1,270 @@
+// A system that fails, at each of its calls.
+#include <windows.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <memory>
+#include <system_error>
+#include <thread>
+#include <type_traits>
+#include <utility>
+
+#include "java/processes/FailingCalls.h"
+#include "java/processes/Surroundings.h"
+
+namespace {
+
+// The function of the system that always fails, by the place of its address.
+std::atomic<const void*> g_failing = nullptr;
+// Control events are sent, but come to no process; and what takes them in this one.
+std::atomic<bool> g_isDeaf = false;
+std::atomic<PHANDLER_ROUTINE> g_handler = nullptr;
+// How much later it is than the system says, in milliseconds.
+std::atomic<ULONGLONG> g_later = 0;
+
+bool Fails(const void* function) {
+  if (g_failing != function && !tests::IsToFail()) return false;
+  SetLastError(static_cast<DWORD>(tests::g_error));
+  return true;
+}
+
+// A function with the same signature, which returns `Failed` where it is to fail, and else calls the system's.
+template <class Function>
+struct Like;
+template <class Result, class... Arguments>
+struct Like<Result (*)(Arguments...)> {
+  template <auto& Function, std::intptr_t Failed>
+  static Result Call(Arguments... arguments) {
+    if (!Fails(&Function)) return Function(arguments...);
+    if constexpr (std::is_pointer_v<Result>) {
+      return reinterpret_cast<Result>(Failed);
+    } else {
+      return static_cast<Result>(Failed);
+    }
+  }
+};
+
+}  // namespace
+
+// The linker redirects the library's calls here (--wrap): the places where the loader puts the addresses of the
+// system's functions are replaced by places with those of ours.
+extern "C" {
+
+#define PLACES(name)                          \
+  extern decltype(&name) __real___imp_##name; \
+  extern decltype(&name) __wrap___imp_##name;
+#define WRAPPED(name, failed) \
+  PLACES(name)                \
+  decltype(&name) __wrap___imp_##name = Like<decltype(&name)>::Call<__real___imp_##name, failed>;
+
+WRAPPED(AttachConsole, FALSE)
+WRAPPED(CreateEventW, 0)
+WRAPPED(CreateFileW, -1)
+WRAPPED(CreateJobObjectW, 0)
+WRAPPED(CreateNamedPipeW, -1)
+WRAPPED(CreateProcessW, FALSE)
+WRAPPED(DuplicateHandle, FALSE)
+WRAPPED(GetExitCodeProcess, FALSE)
+WRAPPED(GetFullPathNameW, 0)
+WRAPPED(GetTempPathW, 0)
+WRAPPED(InitializeProcThreadAttributeList, FALSE)
+WRAPPED(ReadFile, FALSE)
+WRAPPED(SetHandleInformation, FALSE)
+WRAPPED(SetInformationJobObject, FALSE)
+WRAPPED(UpdateProcThreadAttribute, FALSE)
+WRAPPED(WaitForMultipleObjects, WAIT_FAILED)
+WRAPPED(WriteFile, FALSE)
+
+// The system always waits for the end of a transfer that it is asked to wait for.
+PLACES(GetOverlappedResult)
+decltype(&GetOverlappedResult) __wrap___imp_GetOverlappedResult = [](HANDLE file, OVERLAPPED* transfer, DWORD* size,
+                                                                     BOOL waits) -> BOOL {
+  const bool fails = waits == FALSE && Fails(&__real___imp_GetOverlappedResult);
+  return fails ? FALSE : __real___imp_GetOverlappedResult(file, transfer, size, waits);
+};
+
+PLACES(GenerateConsoleCtrlEvent)
+decltype(&GenerateConsoleCtrlEvent) __wrap___imp_GenerateConsoleCtrlEvent = [](DWORD event, DWORD group) -> BOOL {
+  if (Fails(&__real___imp_GenerateConsoleCtrlEvent)) return FALSE;
+  return g_isDeaf ? TRUE : __real___imp_GenerateConsoleCtrlEvent(event, group);
+};
+
+PLACES(SetConsoleCtrlHandler)
+decltype(&SetConsoleCtrlHandler) __wrap___imp_SetConsoleCtrlHandler = [](PHANDLER_ROUTINE handler,
+                                                                         BOOL isAdded) -> BOOL {
+  if (Fails(&__real___imp_SetConsoleCtrlHandler)) return FALSE;
+  if (isAdded != FALSE) g_handler = handler;
+  return __real___imp_SetConsoleCtrlHandler(handler, isAdded);
+};
+
+PLACES(GetTickCount64)
+decltype(&GetTickCount64) __wrap___imp_GetTickCount64 = []() -> ULONGLONG {
+  return __real___imp_GetTickCount64() + g_later;
+};
+
+#undef PLACES
+#undef WRAPPED
+}
+
+// std::thread's own function that makes the thread; the object comes first.
+#define START_THREAD "_ZNSt6thread15_M_start_threadESt10unique_ptrINS_6_StateESt14default_deleteIS1_EEPFvvE"
+void RealStart(std::thread* thread, std::unique_ptr<std::thread::_State> state,
+               void (*function)()) __asm__("__real_" START_THREAD);
+void OurStart(std::thread* thread, std::unique_ptr<std::thread::_State> state,
+              void (*function)()) __asm__("__wrap_" START_THREAD);
+void OurStart(std::thread* thread, std::unique_ptr<std::thread::_State> state, void (*function)()) {
+  if (tests::IsToFail()) throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+  RealStart(thread, std::move(state), function);
+}
+#undef START_THREAD
+
+namespace tests {
+namespace {
+
+using java::Ended;
+using java::Outcome;
+using java::Process;
+
+std::string Reason() { return torvan::java::detail::ReasonOf(ERROR_NOT_READY); }
+std::string ForTheJava() { return " for \"" + JavaOf(ProbeHome()).u8string() + "\": " + Reason(); }
+
+TEST(RunningFailingSystemTest, ARunFailsWithTheStepThatFailed) {
+  const auto texts = FailEach(ERROR_NOT_READY, [] {
+    const Outcome outcome = java::Run(Probe({"echo", "says", "!"}).Folder(ProbeHome()).Input("text"));
+    // A failed call that is not reported has no effect.
+    EXPECT_EQ(outcome.output, "text!");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.ended, Ended::Exited);
+  });
+  for (const std::string step :
+       {"make a job", "make an event", "make a pipe", "list the handles", "hand over the standard streams"}) {
+    EXPECT_EQ(texts.count("Could not " + step + ForTheJava()), 1u) << step;
+  }
+  EXPECT_EQ(texts.count("Could not make an event for a pipe: " + Reason()), 1u);
+  EXPECT_EQ(texts.count("Could not run \"" + JavaOf(ProbeHome()).u8string() + "\": " + Reason()), 1u);
+}
+
+// How many of these calls come before the end differs from run to run: all of one kind fail.
+TEST(RunningFailingSystemTest, ARunThatCannotBeServedSaysWhy) {
+  struct Row {
+    const void* function;
+    const char* text;
+  };
+  const Row rows[] = {{&__real___imp_ReadFile, "Could not read the output of process "},
+                      {&__real___imp_WriteFile, "Could not write the input of process "},
+                      {&__real___imp_WaitForMultipleObjects, "Could not wait for the end of process "},
+                      {&__real___imp_GetExitCodeProcess, "The exit code of process "}};
+  for (const Row& row : rows) {
+    g_error = ERROR_NOT_READY;
+    g_failing = row.function;
+    try {
+      java::Run(Probe({"echo"}).Input("text"));
+      ADD_FAILURE() << "nothing was thrown: " << row.text;
+    } catch (const java::Failure& failure) {
+      EXPECT_EQ(std::string(failure.what()).find(row.text), 0u) << failure.what();
+    }
+    g_failing = nullptr;
+  }
+}
+
+TEST(RunningFailingSystemTest, AProcessFailsWithTheStepThatFailed) {
+  const auto texts = FailEach(ERROR_NOT_READY, [] {
+    Process process = java::Start(Probe({"echo"}).KeepInputOpen());
+    if (process.Write("text")) process.CloseInput();
+    EXPECT_EQ(process.Wait().output, "text");
+  });
+  EXPECT_EQ(CountOf(texts, "Could not start a thread for the program: "), 1u);
+}
+
+TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
+  const auto folder = ProbeHome() / "temporary";
+  std::filesystem::create_directories(folder);
+  const auto before = std::filesystem::temp_directory_path();
+  UseTemporaryFolder(folder);
+  const auto run = [] { java::Run(Probe({std::string(40000, 'x')})); };
+  const auto texts = FailEach(ERROR_NOT_READY, [&] {
+    const auto clean = [&folder] { return std::filesystem::is_empty(folder); };
+    try {
+      run();
+    } catch (const java::Failure&) {
+      EXPECT_TRUE(clean());
+      throw;
+    }
+    EXPECT_TRUE(clean());
+  });
+  EXPECT_EQ(CountOf(texts, "Could not write the argument file \"" + folder.u8string() + "\\java-arguments-"),
+            2u);  // made, written
+  const void* const functions[] = {&__real___imp_GetTempPathW, &__real___imp_GetFullPathNameW};
+  for (const void* function : functions) {
+    g_failing = function;
+    ExpectThrow<java::StartFailure>(run,
+                                    "Could not write the argument file: no folder for temporary files: " + Reason());
+  }
+  g_failing = nullptr;
+  UseTemporaryFolder(before);
+}
+
+TEST(RunningFailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
+  const auto texts = FailEach(ERROR_NOT_READY, [] {
+    const auto id = Probe({"exit", "0"}).InheritError().Detached();
+    EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
+  });
+  EXPECT_EQ(texts.count("Could not open the input file \"NUL\"" + ForTheJava()), 1u);
+  EXPECT_EQ(texts.count("Could not open the output file \"NUL\"" + ForTheJava()), 1u);
+  EXPECT_EQ(texts.count("Could not pass on an output" + ForTheJava()), 1u);
+}
+
+// Starts a program and waits until it has begun: before that, its console cannot be reached.
+Process StartAndWait() {
+  const auto begun = std::make_shared<std::atomic<bool>>(false);
+  Process process = java::Start(
+      Probe({"says", "begun\n", "sleep", "60000"}).OnOutputLine([begun](std::string_view) { *begun = true; }));
+  EXPECT_TRUE(Eventually([&begun] { return begun->load(); }));
+  return process;
+}
+
+TEST(RunningFailingSystemTest, AProgramThatCannotBeAskedRunsOn) {
+  struct Row {
+    const void* function;
+    const char* reason;
+  };
+  const Row rows[] = {{&__real___imp_AttachConsole, "its console cannot be reached"},
+                      {&__real___imp_SetConsoleCtrlHandler, "the system refuses Ctrl+C"},
+                      {&__real___imp_GenerateConsoleCtrlEvent, "the system refuses Ctrl+C"}};
+  g_isDeaf = true;  // an event that is sent nevertheless must not end this process
+  for (const Row& row : rows) {
+    Process process = StartAndWait();
+    g_failing = row.function;
+    ExpectThrow<java::Failure>([&] { process.Stop(20s); },
+                               std::string("The program cannot be asked to stop: ") + row.reason + ". Kill() ends it");
+    g_failing = nullptr;
+    EXPECT_FALSE(process.Wait(0ms)) << row.reason;
+    process.Kill();
+    EXPECT_EQ(process.Wait().ended, Ended::Killed) << row.reason;
+  }
+  g_isDeaf = false;
+}
+
+// As where this process ignores Ctrl+C: what it has sent never comes back.
+TEST(RunningFailingSystemTest, AnEventThatNeverComesIsExpectedForAWhileOnly) {
+  const auto stop = [] { StartAndWait().Stop(0ms); };
+  g_isDeaf = true;
+  stop();
+  const PHANDLER_ROUTINE handler = g_handler;
+  ASSERT_NE(handler, nullptr);
+  EXPECT_FALSE(handler(CTRL_BREAK_EVENT));
+  EXPECT_TRUE(handler(CTRL_C_EVENT));
+  EXPECT_FALSE(handler(CTRL_C_EVENT));
+  stop();
+  g_later += 31000;
+  EXPECT_FALSE(handler(CTRL_C_EVENT));
+  stop();
+  g_later += 31000;
+  stop();  // the first one is forgotten
+  EXPECT_TRUE(handler(CTRL_C_EVENT));
+  EXPECT_FALSE(handler(CTRL_C_EVENT));
+  g_isDeaf = false;
+}
+
+}  // namespace
+}  // namespace tests
