@@ -188,7 +188,7 @@ void HostJava(const std::vector<Text>& arguments) {
 int Run(const std::vector<Text>& arguments) {
   int exitCode = ExitFailed;
   torvan::Initialize();
-  mirel::base::CSystem::debugOut = nullptr;  // what fails is told below, in one line
+  mirel::base::CSystem::debugOut = nullptr;  // failures are printed below, in one line
   try {
     HostJava(arguments);
     exitCode = 0;

@@ -35,7 +35,10 @@ quietly() { # quietly FAILURE COMMAND...: what it prints counts when it fails
   time "${@:2}" >"$log" 2>&1 || { cat "$log"; fail "$target $1"; }
 }
 remarks() { # remarks FILE: what the file says of warnings, and of what is not done and why
-  grep -hE 'left (out|to) |warning: ' "$1" | sort -u || true
+  {
+    grep -hE 'left (out|to) |warning: ' "$1" || true
+    awk '/: Skipped\r?$/ { getline; print "skipped: " $0 }' "$1"
+  } | tr -d '\r' | sort -u
 }
 TIMEFORMAT='  took %0R s: %0U s of processor time, and %0S s of the system'
 

@@ -133,7 +133,7 @@ TEST(JavaExceptionTest, TellsItsClassAndIsCaughtByEveryBase) {
   }
 }
 
-TEST(JavaExceptionTest, PrintsTheBannerOnALineOfItsOwnAndNothingElse) {
+TEST(JavaExceptionTest, PrintsTheBannerOnItsOwnLineAndNothingElse) {
   const std::string banner = "--- Java Exception occured -----------------------------------------------------";
   ASSERT_EQ(banner.size(), 80u);
   TextStream stream;

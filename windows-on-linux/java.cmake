@@ -1,5 +1,5 @@
-# tests/Java.cmake for Windows programs under Wine: their Java is this machine's HotSpot, installed in a Wine prefix of its
-# own by the test hotspot_install. See hotspot/README.md.
+# tests/Java.cmake for Windows programs under Wine: their Java is this machine's HotSpot, installed in a separate Wine
+# prefix by the test hotspot_install. See hotspot/README.md.
 
 find_program(TORVAN_HOST_CXX NAMES g++ c++ NO_CMAKE_FIND_ROOT_PATH)
 find_program(TORVAN_WINEGXX NAMES wineg++-stable wineg++ NO_CMAKE_FIND_ROOT_PATH)

@@ -24,7 +24,7 @@ foreach(variable CL _CL_ LINK _LINK_)
   endif()
 endforeach()
 
-# The compiler's version of Visual Studio is said, or it would be whatever the build machine suggests. mingw-w64's
+# The version of Visual Studio is fixed; otherwise clang-cl takes the build machine's. mingw-w64's
 # headers want to see GCC's version macros, too.
 set(c_headers "-imsvc ${TORVAN_MINGW}/include")
 set(shared_flags "-fmsc-version=1929 /clang:-fgnuc-version=4.2.1 -D_UCRT -D__CRT__NO_INLINE -D__USE_MINGW_ANSI_STDIO=0")

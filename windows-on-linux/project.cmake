@@ -7,6 +7,7 @@ set(WINDOWS_ON_LINUX "${CMAKE_CURRENT_LIST_DIR}")
 # Tests run in a prefix below the build folder. Java is installed in another one: most tests run where there is none.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${WINDOWS_ON_LINUX}/wine-run;${CMAKE_BINARY_DIR}/wine")
 
+set(TORVAN_TEST_PACKAGED_EXAMPLES OFF)
 if(MSVC)
   add_compile_options(-Wno-clang-cl-pch)  # the precompiled header of the tests does not depend on a program's macros
   set(gtest_disable_pthreads ON)  # CMake would look for them, and nothing can be linked at that moment
@@ -16,10 +17,8 @@ if(MSVC)
   string(CONCAT libraries "$<TARGET_FILE:msvc_abi_startup> "
                           "$<JOIN:$<TARGET_PROPERTY:msvc_abi_startup,INTERFACE_LINK_LIBRARIES>, >")
   set(TORVAN_CONSUMER_OPTIONS "-DCMAKE_CXX_STANDARD_LIBRARIES=${libraries}" -DCONSUMER_JAVA=OFF)
-  set(TORVAN_TEST_PACKAGED_EXAMPLES OFF)
   message(STATUS "The package's examples and a host of torvan::java are left to the other targets: there is no whole C++ library here.")
 else()
-  set(TORVAN_TEST_PACKAGED_EXAMPLES OFF)
   message(STATUS "The package's examples are left to Linux, for their time; the examples themselves are built and run here.")
 endif()
 

@@ -36,7 +36,7 @@ constexpr StaticMethod<std::optional<std::string>(std::string_view)> GetProperty
         addition = " (looked for by a " + NameOf(env, static_cast<jclass>(own.Get())) + ")";
       }
     }
-  } catch (const Failure&) {  // Java's own message must do
+  } catch (const Failure&) {  // Java's own message is used instead
   }
   env->Throw(static_cast<jthrowable>(thrown.Get()));
   ThrowPending(env, addition);

@@ -177,7 +177,7 @@ void ThrowOtherThread() {
   Fail(__LINE__, "This Thread belongs to another thread, or to one that was detached meanwhile");
 }
 
-// Also while the end of the VM waits, which then ends sooner.
+// Also works while the end of the VM waits for this thread; that wait is then shorter.
 void DetachThread() noexcept {
   const Entering entering(livingVm);
   JavaVM* const vm = entering.Vm();

@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view Digits = "0000000000000000";
 
-HandlerClass s_made{};  // as far as it is made
+HandlerClass s_made{};  // filled step by step
 std::atomic<const HandlerClass*> s_ready{nullptr};
 
 // The name is this copy's own: two copies of the layer in a process would else share one class and its natives.

@@ -107,7 +107,7 @@ void* FindId(JNIEnv* env, jclass type, const MemberName& name) {
   std::string addition;
   try {
     if (IsMissingMember(env, throwable)) addition = Instead(env, type, name);
-  } catch (const Failure&) {  // its members cannot be listed: its name must do
+  } catch (const Failure&) {  // its members cannot be listed: its name is used instead
     addition = " (" + SpellWithClass(name) + ")";
   }
   env->Throw(throwable);

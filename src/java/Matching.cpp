@@ -90,7 +90,7 @@ std::string ListOf(const std::vector<const Candidate*>& candidates) {
   return SpellList(std::move(texts));
 }
 
-// A descriptor that a host gives.
+// A descriptor that a host passes.
 DescriptorParts SplitGiven(const std::string& descriptor) {
   try {
     DescriptorParts parts = Split(descriptor.c_str());

@@ -139,7 +139,7 @@ std::pair<std::size_t, const void*> TakeSlot(JNIEnv* env, NativeBinding& binding
   }
   if (taken == slots.count) {
     const std::string cannot = binding.name + " cannot be bound: " + std::to_string(slots.count);
-    Fail(__LINE__, cannot + " native methods have functions of this C++ type; give a lambda expression of its own");
+    Fail(__LINE__, cannot + " native methods have functions of this C++ type; pass a separate lambda expression");
   }
   binding.slot = &slots.slots[taken];
   return {taken, binding.slot->binding.exchange(&binding, std::memory_order_acq_rel)};
@@ -156,7 +156,7 @@ struct DeclaredNative {
   std::optional<Test> result;   // of a reference that cannot be any object
 };
 
-// Told by reflection, so that the class is not initialised.
+// Read by reflection, so that the class is not initialised.
 DeclaredNative FindNative(JNIEnv* env, jclass type, const MemberName& name) {
   const LocalFrame frame(512);
   DeclaredNative found;

@@ -18,7 +18,7 @@ namespace {
 
 [[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Undeclared", line, text); }
 
-// What an argument counts as whose type only the object itself tells.
+// The type that an argument has if only the object at run time shows its class.
 constexpr const char* AnyObject = "Ljava/lang/Object;";
 
 // The descriptor whose parameters are the arguments' types. An argument without a type counts as an Object.

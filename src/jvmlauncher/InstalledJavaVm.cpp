@@ -44,7 +44,8 @@ class OpenKey {
 
   // Returns a value's text, whatever the value's type; empty when it cannot be read.
   CUnicodeString Read(const RX::UniChar* name) const {
-    // One unit more than the system is told of: a stored text need not end with a zero, nor with a whole unit.
+    // One unit more than the size that the system is passed: a stored text need not end with a zero, nor with a whole
+    // unit.
     RX::UniChar text[ValueBytes / sizeof(RX::UniChar) + 1];
     unsigned int size = ValueBytes;
     if (System::Current().QueryValue(m_key, name, text, &size) != StatusOk) return {};

@@ -143,7 +143,7 @@ TEST(ProcessRunTest, WhatThrowsInAFunctionEndsTheProgramAndComesOut) {
 
 TEST(ProcessRunTest, AProgramThatTakesTooLongIsStopped) {
   const auto begin = std::chrono::steady_clock::now();
-  const Outcome outcome = java::Run(Probe({"orderly", "7", "says", "begun", "sleep", "60000"}).TimeLimit(500ms));
+  const Outcome outcome = java::Run(Probe({"orderly", "7", "says", "begun", "sleep", "60000"}).TimeLimit(3s));
   EXPECT_EQ(outcome.ended, Ended::TimedOut);
   EXPECT_EQ(outcome.exitCode, 7);
   EXPECT_EQ(outcome.output, "begun");
@@ -152,11 +152,11 @@ TEST(ProcessRunTest, AProgramThatTakesTooLongIsStopped) {
 
 TEST(ProcessRunTest, AProgramThatTakesTooLongAndDoesNotStopIsKilled) {
   const auto begin = std::chrono::steady_clock::now();
-  const Outcome outcome = java::Run(Probe({"deaf", "sleep", "60000"}).TimeLimit(300ms));
+  const Outcome outcome = java::Run(Probe({"deaf", "sleep", "60000"}).TimeLimit(3s));
   EXPECT_EQ(outcome.ended, Ended::TimedOut);
   EXPECT_EQ(outcome.exitCode, 137);
   const auto time = std::chrono::steady_clock::now() - begin;
-  EXPECT_GE(time, 2300ms);
+  EXPECT_GE(time, 5s);
   EXPECT_LT(time, 30s);
 }
 

@@ -290,9 +290,9 @@ TEST_F(ProcessTest, TheTimeLimitWaitsForAFunctionOfTheProgram) {
   std::atomic<std::uint32_t> id = 0;
   std::atomic<bool> ran = false;
   const Process process =
-      java::Start(Probe({"says", "begun\n", "sleep", "60000"}).TimeLimit(1500ms).OnOutputLine([&](std::string_view) {
+      java::Start(Probe({"says", "begun\n", "sleep", "60000"}).TimeLimit(5s).OnOutputLine([&](std::string_view) {
         while (id == 0) std::this_thread::yield();
-        std::this_thread::sleep_for(2s);
+        std::this_thread::sleep_for(6s);
         ran = Runs(id);
       }));
   id = process.Id();

@@ -96,7 +96,7 @@ TEST(ProgramTest, WhatNoProgramCanTakeIsRefused) {
       {[] { Bare().InputFile(""); }, "the input file is empty"},
       {[] { Bare().TimeLimit(0ms); }, "a time limit is more than 0 milliseconds"},
       {[] { java::Run(Program::Jar("x").ClassPath({"y"})); },
-       "a program that is a jar brings its own class path: Java would not look at this one"},
+       "a program that is a jar brings its own class path: Java would ignore this one"},
       {[] { Bare().TimeLimit(1s).Detached(); }, "the time limit of a program that runs detached cannot be kept"},
       {[] { Bare().Input("x").Detached(); }, "the input of a program that runs detached is empty or a file"},
       {[] { Bare().KeepInputOpen().Detached(); }, "the input of a program that runs detached is empty or a file"},

@@ -160,7 +160,7 @@ TEST_P(JavaClassCreationTest, IsOutOfMemoryWhenNoObjectWasMadeWhateverIsPending)
   EXPECT_EQ(jvm.Pending(), pending);
 }
 
-TEST_P(JavaClassCreationTest, TurnsAPendingJavaExceptionIntoOneOfItsOwn) {
+TEST_P(JavaClassCreationTest, TurnsAPendingJavaExceptionIntoACJavaException) {
   const CJavaClass javaClass = NewClass();
   AnswerCreation();
   const jthrowable pending = jvm.Throw({"java.lang.Error", "bad", {}});

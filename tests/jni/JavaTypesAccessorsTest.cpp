@@ -154,7 +154,7 @@ TEST_P(JavaTypesAccessorsTest, SaysWhatWasNotFoundAndLeavesTheJavaErrorPending) 
   EXPECT_EQ(jvm.Pending(), error);
 }
 
-TEST_P(JavaTypesAccessorsTest, TurnsAJavaExceptionOfTheCallIntoOneOfItsOwn) {
+TEST_P(JavaTypesAccessorsTest, TurnsAJavaExceptionOfTheCallIntoACJavaException) {
   const jthrowable thrown = jvm.Throw({"java.lang.IllegalStateException", "bad", {"C.m(C.java:1)"}});
   member.script(target, 0);
   jvm.AnswerReads();  // one of its slots may be the member's own

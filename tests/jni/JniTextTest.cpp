@@ -51,7 +51,7 @@ TEST_P(JniTextWideTest, WideTextBecomesUtf8) {
 INSTANTIATE_TEST_SUITE_P(Texts, JniTextWideTest,
                          testing::Values(WideRow{"Empty", "", false}, WideRow{"Ascii", "java/lang/String", false},
                                          WideRow{"LastAsciiUnit", "\x7F", false},
-                                         WideRow{"FirstUnitBehindAscii", "\xC2\x80", true},
+                                         WideRow{"FirstUnitAfterAscii", "\xC2\x80", true},
                                          WideRow{"AsciiThenOthers", "a/\xC3\x84\xE2\x82\xAC", true},
                                          WideRow{"BeyondTheBasicPlane", "a/\xF0\x9D\x84\x9E", true},
                                          WideRow{"LongestShort", std::string(127, 'x'), false},

@@ -100,11 +100,11 @@ INSTANTIATE_TEST_SUITE_P(Kinds, WinJavaRuntimeLibraryImplLocationKindTest, ::tes
     DefaultVm("DefaultOfANewRuntime",     "1.5.0"),
     DefaultVm("DefaultOfAnyName",         "whatever"),
     ClassicVm("Classic",                  "1.3.1_20"),
-    ClassicVm("ClassicOfAVersionBehind1", "11.3"),
+    ClassicVm("ClassicOfAVersionAfter1", "11.3"),
     ClientVm ("Client",                   "1.4"),
     ClientVm ("ClientWithin",             "x1.4.2_19"),
     ServerVm ("Server",                   "1.4.2"),
-    ServerVm ("ServerOfAVersionBehind1",  "21.4")),
+    ServerVm ("ServerOfAVersionAfter1",  "21.4")),
     [](const auto& row) { return row.param.name; });
 // clang-format on
 

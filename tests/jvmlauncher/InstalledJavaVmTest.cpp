@@ -30,8 +30,8 @@ class InstalledJavaVmTest : public testing::Test {
   std::vector<std::string> GetSorted() { return Listed(&GetInstalledJavaVms); }
 
   // The same for a list that already holds a runtime, version 1.5 at /before.
-  std::vector<std::string> EnumerateBehind() { return Listed(&EnumerateInstalledJavaVms, ListWithOne()); }
-  std::vector<std::string> GetSortedBehind() { return Listed(&GetInstalledJavaVms, ListWithOne()); }
+  std::vector<std::string> EnumerateAfterOne() { return Listed(&EnumerateInstalledJavaVms, ListWithOne()); }
+  std::vector<std::string> GetSortedAfterOne() { return Listed(&GetInstalledJavaVms, ListWithOne()); }
 
   FakeSystem m_system;
 
@@ -171,9 +171,9 @@ const ValueRow ValueRows[] = {
      false},
     {"HomeWithoutFinalZero",
      [](FakeSystem& system, const std::string& key) { system.SetRawValue(key, "JavaHome", Widen("/jre")); }, true},
-    {"HomeWithHalfAUnitBehindIt",
+    {"HomeWithHalfAUnitAfterIt",
      [](FakeSystem& system, const std::string& key) { system.SetBytes(key, "JavaHome", BytesOf("/jre") + "x"); }, true},
-    {"LibraryWithHalfAUnitBehindIt",
+    {"LibraryWithHalfAUnitAfterIt",
      [](FakeSystem& system, const std::string& key) {
        system.SetBytes(key, "RuntimeLib", BytesOf(LibraryIn(Home())) + "x");
      },
@@ -283,18 +283,18 @@ TEST_F(InstalledJavaVmTest, OnlyTheWholeStatusTellsTheEndFromABreak) {
 TEST_F(InstalledJavaVmTest, RuntimesAreAppendedAndAllAreCounted) {
   Install(m_system, Source64, "1.6", "/b");
   Install(m_system, Source32, "1.4", "/a");
-  EXPECT_THAT(EnumerateBehind(), ElementsAre("1.5 at /before", "1.6 at /b", "1.4 at /a"));
-  EXPECT_THAT(GetSortedBehind(), ElementsAre("1.4 at /a", "1.5 at /before", "1.6 at /b"));
+  EXPECT_THAT(EnumerateAfterOne(), ElementsAre("1.5 at /before", "1.6 at /b", "1.4 at /a"));
+  EXPECT_THAT(GetSortedAfterOne(), ElementsAre("1.4 at /a", "1.5 at /before", "1.6 at /b"));
 }
 
 TEST_F(InstalledJavaVmTest, WithoutARuntimeTheListStaysAsItIs) {
-  EXPECT_THAT(EnumerateBehind(), ElementsAre("1.5 at /before"));
+  EXPECT_THAT(EnumerateAfterOne(), ElementsAre("1.5 at /before"));
 }
 
 TEST_F(InstalledJavaVmTest, ABrokenEnumerationLeavesNothingInTheList) {
   Install(m_system, Source64, "1.6", "/b");
   m_system.FailEnumeration(Source64, 1, 234);
-  EXPECT_THAT(EnumerateBehind(), IsEmpty());
+  EXPECT_THAT(EnumerateAfterOne(), IsEmpty());
 }
 
 // --- The order ---

@@ -61,7 +61,7 @@ const Row Rows[] = {
     {"BlanksBeforeANumberAreNotLookedAt", "1. \t6", "1.6", 0},
     {"APlusSignIsNotLookedAt", "+1.+6", "1.6", 0},
     {"AMinusSignMakesANumberNegative", "1.-6", "1.0", -1},
-    {"ABlankBehindASignEndsTheNumber", "1.- 6", "1.0", 0},
+    {"ABlankAfterASignEndsTheNumber", "1.- 6", "1.0", 0},
     {"NumbersOutOfRangeAreTheLargest", "99999999999", "2147483647", 0},
 };
 

@@ -200,7 +200,7 @@ const LineRow LineRows[] = {
     {"AMainClassWithASpaceIsNotQuoted", {}, RX_TEXT("-ea Main"), {}, "-ea Main "},
     {"JarAlone", {Jar("a.jar")}, nullptr, {}, "-jar a.jar "},
     {"JarAndEmptyMainClass", {Jar("My a.jar")}, RX_TEXT(""), {"x"}, "-jar \"My a.jar\" x "},
-    {"JarBehindOtherOptions", {Direct("-ea"), Jar("a.jar")}, nullptr, {}, "-ea -jar a.jar "},
+    {"JarAfterOtherOptions", {Direct("-ea"), Jar("a.jar")}, nullptr, {}, "-ea -jar a.jar "},
     {"JarAndMainClass", {Jar("a.jar")}, RX_TEXT("Main"), {"x"}, "-jar a.jar Main x "},
     {"AClassPathWithoutEntriesLeavesItsSpace", {ClassPath({})}, RX_TEXT("Main"), {}, " Main "},
     {"AnEmptyArgumentLeavesItsSpace", {}, RX_TEXT("Main"), {"", "x"}, "Main  x "},

@@ -61,7 +61,7 @@ const Row Rows[] = {
     {"ASpaceAndABackslashLast",  {}, "Main", {"C:\\a b\\", "c", "d"}, {"Main", "C:\\a b\" c d "}},
     {"ASpaceAndTwoBackslashes",  {}, "Main", {"C:\\a b\\\\", "c"}, {"Main", "C:\\a b\\", "c"}},
     {"BackslashesInside",        {}, "Main", {"\\\\server\\my share"}, {"Main", "\\\\server\\my share"}},
-    {"ArgumentsOfItsOwn",        {}, "Main", {"x\" -y \"z"}, {"Main", "x", "-y", "z"}},
+    {"AnArgumentThatAddsOthers",        {}, "Main", {"x\" -y \"z"}, {"Main", "x", "-y", "z"}},
     {"ShellCharacters",          {}, "Main", {"$HOME", "`x`", "a;b", "a|b", "'a'", "%PATH%", "a&b", "a>b", "^"},
                                  {"Main", "$HOME", "`x`", "a;b", "a|b", "'a'", "%PATH%", "a&b", "a>b", "^"}},
     {"LettersBeyondAscii",       {}, "Main", {"\u00e4\u4e2d", "\u00fc \u20ac"}, {"Main", "\u00e4\u4e2d", "\u00fc \u20ac"}},

@@ -30,7 +30,7 @@ package=${TORVAN_PACKAGE:-$folder/package}
 [ -n "${TORVAN_PACKAGE:-}" ] || quietly cmake --install "$build" --prefix "$package"
 options+=("-DCMAKE_PREFIX_PATH=$package")
 # Where a Windows program finds DLLs that are not beside it.
-export WINEPATH="Z:${package//\//\\}\\bin"
+export TORVAN_DLL_FOLDER="$package/bin"
 
 program_suffix=
 [ ! -f "$package/bin/torvan.dll" ] || program_suffix=.exe

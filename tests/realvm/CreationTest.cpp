@@ -18,7 +18,7 @@ const Failure refused = Throws<CJavaRuntimeException>("jni/DynamicJavaRuntimeImp
                                                       "Failed to create Java VM with the specified options.");
 
 TEST(CreationTest, WithoutAVmNoneIsCollected) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vms vms(0, 1);
     EXPECT_EQ(Runtime().GetCreatedJavaVms(vms), 0u);
     EXPECT_EQ(vms.GetSize(), 0u);
@@ -26,7 +26,7 @@ TEST(CreationTest, WithoutAVmNoneIsCollected) {
 }
 
 TEST(CreationTest, TheCreatedVmIsCollectedEachTimeAnew) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     CDynamicJavaRuntime runtime = Runtime();
     const CJavaVm vm = runtime.CreateJavaVm(FixtureOptions(), false);
     Vms vms(0, 1);
@@ -40,7 +40,7 @@ TEST(CreationTest, TheCreatedVmIsCollectedEachTimeAnew) {
 
 // The VM allows one creation. After it has refused the second it no longer counts the first, which still runs.
 TEST(CreationTest, ASecondVmIsRefusedAndTheFirstNoLongerCollected) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     CDynamicJavaRuntime runtime = Runtime();
     const CJavaVm vm = runtime.CreateJavaVm(FixtureOptions(), false);
     Vms vms(0, 1);
@@ -53,7 +53,7 @@ TEST(CreationTest, ASecondVmIsRefusedAndTheFirstNoLongerCollected) {
 }
 
 TEST(CreationTest, AnUnsupportedJniVersionIsHandedOnAndRefused) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     CDynamicJavaRuntime runtime = Runtime(0x00010003);
     EXPECT_EQ(runtime.GetJniVersion(), 0x00010003);
     EXPECT_EQ(FailureOf([&] { runtime.CreateJavaVm(FixtureOptions(), false); }), refused);
@@ -73,7 +73,7 @@ TEST(CreationTest, UnrecognisedOptionsAreRefusedUnlessIgnored) {
   for (const auto& row : rows) {
     for (const bool ignoreUnrecognized : {false, true}) {
       SCOPED_TRACE(row.name);
-      InProcessOfItsOwn([&] {
+      InOwnProcess([&] {
         COptions options = FixtureOptions();
         row.add(options);
         const Failure expected = ignoreUnrecognized ? Failure() : refused;
@@ -84,14 +84,14 @@ TEST(CreationTest, UnrecognisedOptionsAreRefusedUnlessIgnored) {
 }
 
 TEST(CreationTest, NoOptionsAreNeeded) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const CJavaVm vm = Runtime().CreateJavaVm(COptions(), false);
     EXPECT_EQ(Property(vm, RX_TEXT("java.class.path")), "");
   });
 }
 
 TEST(CreationTest, TheVmSurvivesAllHandlesAndIsFoundAgain) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Runtime()
         .CreateJavaVm(FixtureOptions(), false)
         .FindClass("fixture/Kinds$Counter")
@@ -104,7 +104,7 @@ TEST(CreationTest, TheVmSurvivesAllHandlesAndIsFoundAgain) {
 
 // The library stays loaded for an object alone.
 TEST(CreationTest, AnObjectOutlivesTheHandlesThatMadeIt) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const CJavaString text = Runtime().CreateJavaVm(FixtureOptions(), false).NewString(RX_TEXT("text"));
     EXPECT_EQ(Utf8(text), "text");
     EXPECT_EQ(text.CallIntMethod("length", "()I"), 4);
@@ -114,7 +114,7 @@ TEST(CreationTest, AnObjectOutlivesTheHandlesThatMadeIt) {
 // A static double is read as a char. A checking VM (-Xcheck:jni) aborts at that; the abort is seen in the hook.
 TEST(CreationTest, ReadingAStaticDoubleAbortsAVmThatChecks) {
   constexpr int ExitWithReport = 40;
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         using namespace torvan::jni::options;
         COptions options;

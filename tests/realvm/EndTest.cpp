@@ -42,7 +42,7 @@ void End(const CJavaVm& vm) {
 }
 
 TEST(EndTest, AProcessThatEndsRunsNoShutdownHooks) {
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         std::atexit([] { std::_Exit(saidAtTheEnd == 0 ? 41 : 99); });
         VmWithShutdownHook();
@@ -51,7 +51,7 @@ TEST(EndTest, AProcessThatEndsRunsNoShutdownHooks) {
 }
 
 TEST(EndTest, TheHostEndsTheVmAndTheShutdownHooksRun) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const CJavaVm vm = VmWithShutdownHook();
     End(vm);
     EXPECT_EQ(saidAtTheEnd, 7);
@@ -59,7 +59,7 @@ TEST(EndTest, TheHostEndsTheVmAndTheShutdownHooksRun) {
 }
 
 TEST(EndTest, HandlesThatAreLeftOnlyPrintThatTheyCannotAttach) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const CJavaVm vm = VmWithShutdownHook();
     const DebugOut debugOut;
     {
@@ -83,7 +83,7 @@ TEST(EndTest, HandlesThatAreLeftOnlyPrintThatTheyCannotAttach) {
 }
 
 TEST(EndTest, TheEndWaitsForThreadsThatAreAttached) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const CJavaVm vm = VmWithShutdownHook();
     JavaVM* raw = nullptr;
     vm.Attach()->GetJavaVM(&raw);

@@ -23,7 +23,7 @@ void CallSystemExit(const CJavaVm& vm, jint code) {
 }
 
 TEST(HooksTest, TheExitHookSeesTheExitCode) {
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         const CExitHook hook([](int code) { std::_Exit(code == 42 ? 17 : 0); });
         CallSystemExit(Runtime().CreateJavaVm(With(hook), false), 42);
@@ -32,7 +32,7 @@ TEST(HooksTest, TheExitHookSeesTheExitCode) {
 }
 
 TEST(HooksTest, AfterAnExitHookThatReturnsTheProcessExitsNevertheless) {
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         static int seen = 0;
         std::atexit([] {
@@ -45,12 +45,12 @@ TEST(HooksTest, AfterAnExitHookThatReturnsTheProcessExitsNevertheless) {
 }
 
 TEST(HooksTest, WithoutAnExitHookSystemExitEndsTheProcess) {
-  InProcessOfItsOwn([] { CallSystemExit(Runtime().CreateJavaVm(FixtureOptions(), false), 44); }, 44);
+  InOwnProcess([] { CallSystemExit(Runtime().CreateJavaVm(FixtureOptions(), false), 44); }, 44);
 }
 
 // A heap that starts larger than its limit ends the VM and the process; the hook runs last.
 TEST(HooksTest, TheAbortHookIsCalledForAHeapThatCannotBe) {
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         COptions options =
             With(CAbortHook([] { std::_Exit(VmText().find("Initial heap size") != std::string::npos ? 18 : 0); }));
@@ -64,7 +64,7 @@ TEST(HooksTest, TheAbortHookIsCalledForAHeapThatCannotBe) {
 }
 
 TEST(HooksTest, TheVfprintfHookReceivesWhatTheVmPrints) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     COptions options = With(CVfprintfHook(&TakeVmText));
     options.AddOption(CCustomOption(RX_TEXT("-XX:+PrintFlagsFinal")));
     Runtime().CreateJavaVm(options, false);
@@ -73,7 +73,7 @@ TEST(HooksTest, TheVfprintfHookReceivesWhatTheVmPrints) {
 }
 
 TEST(HooksTest, TheVfprintfHookReceivesTheHostsOwnStream) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     static FILE* received = nullptr;
     COptions options = With(CVfprintfHook([](FILE* stream, const char*, va_list) {
       received = stream;
@@ -86,7 +86,7 @@ TEST(HooksTest, TheVfprintfHookReceivesTheHostsOwnStream) {
 }
 
 TEST(HooksTest, AllThreeHooksGoTogether) {
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         COptions options = With(CAbortHook([] { std::_Exit(1); }));
         options.AddOption(CExitHook(

@@ -19,7 +19,7 @@ COptions With(const COption& option) {
 }
 
 TEST(OptionsTest, ClassesAreFoundInEveryFolderOfTheClassPath) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     CClassPath classPath;
     classPath.AddPath(RX_TEXT("") TORVAN_TEST_CLASSES);
     classPath.AddPath(RX_TEXT("") TORVAN_TEST_OTHER_CLASSES);
@@ -33,7 +33,7 @@ TEST(OptionsTest, ClassesAreFoundInEveryFolderOfTheClassPath) {
 }
 
 TEST(OptionsTest, AClassThatIsNotInTheClassPathIsNotFound) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     CClassPath classPath;
     classPath.AddPath(RX_TEXT("") TORVAN_TEST_CLASSES);
     const CJavaVm vm = VmWith(With(classPath));
@@ -43,7 +43,7 @@ TEST(OptionsTest, AClassThatIsNotInTheClassPathIsNotFound) {
 }
 
 TEST(OptionsTest, NativeLibrariesAreFoundInTheLibraryPath) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     CLibraryPath libraryPath;
     libraryPath.AddPath(RX_TEXT("nowhere"));
     libraryPath.AddPath(RX_TEXT("") TORVAN_TEST_NATIVE_FOLDER);
@@ -55,7 +55,7 @@ TEST(OptionsTest, NativeLibrariesAreFoundInTheLibraryPath) {
 }
 
 TEST(OptionsTest, WithoutTheLibraryPathANativeLibraryIsNotFound) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const CJavaVm vm = VmWith(FixtureOptions());
     EXPECT_THROW(vm.FindClass("fixture/NativeAnswer"), torvan::jni::CJavaVmException);
     EXPECT_EQ(TakePending(vm.Attach()), "java.lang.UnsatisfiedLinkError");
@@ -64,7 +64,7 @@ TEST(OptionsTest, WithoutTheLibraryPathANativeLibraryIsNotFound) {
 
 // The VM takes option texts in the encoding of the system, which is UTF-8 where these tests run.
 TEST(OptionsTest, SystemPropertiesReachJava) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const struct {
       const RX::UniChar* name;
       const RX::UniChar* value;
@@ -89,7 +89,7 @@ TEST(OptionsTest, SystemPropertiesReachJava) {
 }
 
 TEST(OptionsTest, TheLaterOfTwoEqualOptionsCounts) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     COptions options = With(CSystemProperty(RX_TEXT("torvan.twice"), RX_TEXT("first")));
     options.AddOption(CSystemProperty(RX_TEXT("torvan.twice"), RX_TEXT("second")));
     EXPECT_EQ(Property(VmWith(options), RX_TEXT("torvan.twice")), "second");
@@ -97,7 +97,7 @@ TEST(OptionsTest, TheLaterOfTwoEqualOptionsCounts) {
 }
 
 TEST(OptionsTest, ACustomOptionReachesTheVm) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const CJavaVm vm = VmWith(With(CCustomOption(RX_TEXT("-Xmx64m"))));
     const torvan::jni::CJavaObject runtime =
         vm.FindClass("java/lang/Runtime").CallStaticObjectMethod("getRuntime", "()Ljava/lang/Runtime;");
@@ -114,7 +114,7 @@ TEST(OptionsTest, VerboseVmsReport) {
   } rows[] = {{1, true, false}, {2, false, true}, {3, false, false}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.flags);
-    InProcessOfItsOwn([&row] {
+    InOwnProcess([&row] {
       COptions options = With(CVerbose(row.flags));
       options.AddOption(CVfprintfHook(&TakeVmText));
       VmWith(options).FindClass("java/lang/System").CallStaticVoidMethod("gc", "()V");

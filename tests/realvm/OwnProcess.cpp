@@ -47,7 +47,7 @@ VmOutput& TheVmOutput() {
 
 }  // namespace
 
-void InProcessOfItsOwn(const std::function<void()>& body, int exitCode) {
+void InOwnProcess(const std::function<void()>& body, int exitCode) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // the child is started anew, as it must be on Windows
   EXPECT_EXIT(RunAndExit(body), testing::ExitedWithCode(exitCode), "");
 }

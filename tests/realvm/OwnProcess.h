@@ -12,7 +12,7 @@ namespace tests {
 
 // Runs the body in its own process, which must end with the exit code. A body that returns ends its process with
 // 0, or else, when one of its expectations failed or it threw, with another code; what failed is printed.
-void InProcessOfItsOwn(const std::function<void()>& body, int exitCode = 0);
+void InOwnProcess(const std::function<void()>& body, int exitCode = 0);
 
 // Text that the VM prints, taken by CVfprintfHook(&TakeVmText).
 int TakeVmText(FILE* stream, const char* format, va_list arguments);

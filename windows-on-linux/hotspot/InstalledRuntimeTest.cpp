@@ -83,7 +83,7 @@ TEST(InstalledRuntimeTest, ALibraryWithoutAVmGoesWithItsLastHandle) {
   });
 }
 
-// A VM cannot be unloaded: it holds its library, whoever frees that.
+// A VM cannot be unloaded: it keeps its library loaded, even when others free it.
 TEST(InstalledRuntimeTest, ALibraryWithAVmStaysWhenItIsFreed) {
   InProcessOfItsOwn([] {
     Runtime()

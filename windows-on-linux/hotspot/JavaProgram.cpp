@@ -2,7 +2,7 @@
 // beside them, let the VM find the main class, run it and end with its exit code.
 #include <jni.h>
 #include <windows.h>
-// Behind <windows.h>.
+// Needs <windows.h> before it.
 #include <shellapi.h>
 
 #include <string>

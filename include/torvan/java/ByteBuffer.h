@@ -39,8 +39,8 @@ class ByteBuffer : public Global<ByteBuffer> {
   // Throws Error and as Thread() does.
   const ByteBuffer& Order(ByteOrder order) const;
 
-  // Drops the owners of buffers that Java has collected. Returns how many. While another thread does so, it does
-  // nothing. Throws Error and as Thread() does; what it did not get to is dropped the next time.
+  // Drops the owners of buffers that Java has collected, and returns how many. While another thread is doing so,
+  // returns 0 at once. Throws Error and as Thread() does; the remaining owners are dropped the next time.
   static std::size_t DropCollected();
 };
 

@@ -36,8 +36,8 @@ namespace torvan::java {
 // what() as its message, anything else as a RuntimeException that names its type. A checked exception that the method
 // does not declare arrives as UndeclaredThrowableException. Running out of stack is a StackOverflowError.
 //
-// A method without a function runs its default, or else throws an UnsupportedOperationException that names it. Without
-// functions of their own, equals and hashCode go by identity, and toString names the interface.
+// A method without a function runs its default, or else throws an UnsupportedOperationException that names it. If none
+// is added for them, equals and hashCode go by identity, and toString names the interface.
 template <typename T = Object>
 class Implementation {
  public:

@@ -35,7 +35,7 @@ constexpr std::size_t PieceSize = std::size_t{64} * 1024;
   Fail(line, plan, step, ReasonOf(static_cast<unsigned long>(errno)));
 }
 
-// Of a program that runs.
+// Reports a failure after the program was started.
 [[noreturn]] void Fail(unsigned int line, const std::string& step, pid_t id) {
   const std::string reason = ReasonOf(static_cast<unsigned long>(errno));
   throw Failure("java/linux/Child", line, "Could not " + step + " of process " + std::to_string(id) + ": " + reason);

@@ -9,8 +9,8 @@
 namespace torvan::java::detail {
 
 // Blocks all signals while it lives, except those of faults, which stay as they are. Threads and children that are made
-// meanwhile inherit that. A fault whose signal is blocked ends the process without a word; handlers of faults have to
-// run, those of a Java VM in this process first of all.
+// meanwhile inherit that. A fault whose signal is blocked ends the process without any report; handlers of faults have
+// to run, those of a Java VM in this process first of all.
 class SignalsBlocked {
  public:
   SignalsBlocked() {

@@ -109,7 +109,7 @@ void KillTree(pid_t leader, int process) noexcept {
     ids.push_back(leader);
     tree = Tree(leader, ids);  // before its parents end
   } catch (const std::exception&) {
-    // No memory for a search: its group must do.
+    // No memory for a search: its group is used instead.
   }
   // Where the host has taken the child away, its number may be another group's.
   if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) == 0 || errno != ESRCH) kill(-leader, SIGKILL);

@@ -74,7 +74,7 @@ StreamPlan PlanOfInput(const ProgramSettings& settings) {
 
 StartPlan PlanOf(const ProgramSettings& settings) {
   if (!settings.jar.empty() && !settings.classPath.empty()) {
-    Refuse(__LINE__, "a program that is a jar brings its own class path: Java would not look at this one");
+    Refuse(__LINE__, "a program that is a jar brings its own class path: Java would ignore this one");
   }
   StartPlan plan;
   plan.streams[0] = PlanOfInput(settings);

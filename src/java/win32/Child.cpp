@@ -26,7 +26,7 @@ bool IsException(DWORD code) {
   throw StartFailure("java/win32/Child", line, CannotStart(plan, step, reason));
 }
 
-// Of a program that runs.
+// Reports a failure after the program was started.
 [[noreturn]] void Fail(unsigned int line, const std::string& step, DWORD id, DWORD error) {
   const std::string what = step + " of process " + std::to_string(id);
   throw Failure("java/win32/Child", line, "Could not " + what + ": " + ReasonOf(error));

@@ -21,7 +21,7 @@ class PipeEnd {
   PipeEnd& operator=(const PipeEnd&) = delete;
 
   bool IsOpen() const noexcept { return static_cast<bool>(m_pipe); }
-  // The system's error that has closed it; none where the other end is gone, which is its ordinary end.
+  // The error that closed it; none when the other end was closed, as is usual.
   DWORD Error() const noexcept { return m_error; }
   // Of the transfer that is under way.
   HANDLE Event() const noexcept { return m_event.Get(); }
@@ -35,7 +35,7 @@ class PipeEnd {
   bool IsDone() const noexcept { return WaitForSingleObject(m_event.Get(), 0) == WAIT_OBJECT_0; }
   // Takes what ReadFile or WriteFile has returned. What cannot be transferred closes it.
   void Begin(BOOL result) noexcept;
-  // Of a transfer that is done: how much it was; nullopt, and closed, when it has failed.
+  // Ends a transfer that is done and returns its size; on failure closes the pipe and returns nullopt.
   std::optional<DWORD> Finish() noexcept;
 
   WindowsHandle m_pipe;

@@ -309,7 +309,7 @@ TEST(ProcessHostTest, SignalsDoNotDisturbARun) {
   EXPECT_GT(g_signals, 0);
 }
 
-TEST(ProcessHostTest, AProgramLeadsAGroupAndASessionOfItsOwn) {
+TEST(ProcessHostTest, AProgramLeadsItsOwnGroupAndSession) {
   const Process process = java::Start(Probe({"sleep", "60000"}));
   const auto id = static_cast<pid_t>(process.Id());
   EXPECT_EQ(getpgid(id), id);

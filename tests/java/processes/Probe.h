@@ -63,7 +63,7 @@ bool Eventually(const Condition& condition) {
 }
 
 // Expects that the process holds what it held before. A system may list a thread for a moment after it has been joined,
-// so the threads are waited for. The moment is said when it does not. (SCOPED_TRACE starts a thread on Windows.)
+// so the threads are waited for. A failure prints the moment. (SCOPED_TRACE starts a thread on Windows.)
 void ExpectHeld(const Held& before, const std::string& moment = "at the end");
 
 }  // namespace tests

@@ -89,7 +89,7 @@ TEST_F(ArraysMemoryTest, BuffersLeaveNothing) {
 
 // Each in a process where none of it was ever used.
 TEST_F(ArraysMemoryTest, TheFirstArraysSucceedAtLast) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     FewAllocationsTest::ExpectToSucceedAtLast(
         [] {
           SameInts(std::vector<jint>(5000, 1));

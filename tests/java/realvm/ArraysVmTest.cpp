@@ -46,7 +46,7 @@ void ReadAndAllocate(const char* collector) {
 
 TEST(ArraysVmTest, WhileManyReadLargeArraysOthersFindMemory) {
   for (const char* const collector : {"-XX:+UseSerialGC", "-XX:+UseParallelGC"}) {
-    InProcessOfItsOwn([collector] { ReadAndAllocate(collector); });
+    InOwnProcess([collector] { ReadAndAllocate(collector); });
   }
 }
 
@@ -54,7 +54,7 @@ const std::string Ended = "The Java VM has ended";
 
 TEST(ArraysVmTest, ElementsAreRefusedInAShutdownHook) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     java::Vm vm = java::StartVm(FixtureSettings());
     const java::Global<java::Array<jint>> array(java::NewArray<jint>(3));
     RunAtTheEnd([array, path = note.Path()] {
@@ -71,7 +71,7 @@ TEST(ArraysVmTest, ElementsAreUsedInAShutdownHookOfSystemExit) {
   const Note note;
   Expected expected;
   expected.exitCode = 7;
-  InProcessOfItsOwn(
+  InOwnProcess(
       [&] {
         const java::Vm vm = java::StartVm(FixtureSettings());
         const java::Global<java::Array<jint>> array(java::NewArray<jint>(2));

@@ -32,7 +32,7 @@ struct List {
 // What a shutdown hook, which `prepare` makes, writes into its file.
 void ExpectAtTheEnd(const std::string& expected, const std::function<void(const std::string& path)>& prepare) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     Vm vm = StartVm(FixtureSettings());
     prepare(note.Path());
     EXPECT_EQ(vm.End(), VmEnd::Destroyed);

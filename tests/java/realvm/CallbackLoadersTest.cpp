@@ -157,7 +157,7 @@ TEST_F(CallbackLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
   EXPECT_EQ(
       WhatOf<java::Misuse>(bindAll),
       "fixture.Natives.add(int, long, double) cannot be bound: 64 native methods have functions of this C++ type; "
-      "give a lambda expression of its own");
+      "pass a separate lambda expression");
   EXPECT_EQ(types.size(), 65u);
   EXPECT_EQ(Add.In(types.front())(0, 0, 0), 0);
 }

@@ -82,7 +82,7 @@ TEST_F(CallbackMemoryTest, NativeMethodsLeaveNothing) {
 
 // In a process where nothing of it was ever used.
 TEST_F(CallbackMemoryTest, TheFirstObjectsSucceedAtLast) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     FewAllocationsTest::ExpectToSucceedAtLast(
         [] {
           NewRunnable();

@@ -24,7 +24,7 @@ constexpr StaticMethod<void(Ref<Runnable>)> RunForEver{"fixture/Callbacks", "run
 constexpr StaticMethod<jint(jint)> Abs{"java/lang/Math", "abs"};
 
 TEST(CallbackVmTest, TheVmEndsWhileAFunctionRunsAgainAndAgain) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     static std::atomic<int> runs{0};
     RunForEver([] { ++runs; });
@@ -38,7 +38,7 @@ TEST(CallbackVmTest, TheVmEndsWhileAFunctionRunsAgainAndAgain) {
 }
 
 TEST(CallbackVmTest, WhatIsLeftAfterTheEndIsDroppedQuietly) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     std::atomic<int> count{0};
     const auto implementation = Implement<Runnable>().On("run", [counted = Counted(count)] {});
@@ -71,7 +71,7 @@ struct Slow {
 TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
   Expected expected;
   expected.printed = testing::HasSubstr("runs while the process exits");
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         static Slow slow;
         Vm vm = StartVm(FixtureSettings());
@@ -121,7 +121,7 @@ void HideWhatIsNew(JNIEnv* env) {
 }
 
 TEST(CallbackVmTest, ThePlatformLoaderBeforeJava9) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     java::VmSettings settings = FixtureSettings();
     const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
     HideWhatIsNew(java::detail::Env());
@@ -130,7 +130,7 @@ TEST(CallbackVmTest, ThePlatformLoaderBeforeJava9) {
 }
 
 TEST(CallbackVmTest, WithoutACleanerFunctionsAreNeverDestroyed) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const Vm vm = StartVm(FixtureSettings());
     HideWhatIsNew(java::detail::Env());
     static std::atomic<int> count{0};
@@ -181,12 +181,12 @@ int MadeAtLast(bool fails) {
 }
 
 TEST(CallbackVmTest, TheFirstObjectFailsAtAnyStepAndIsMadeAtLast) {
-  InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(false), KeptWithTheFirst); });
-  InProcessOfItsOwn([] { EXPECT_EQ(MadeAtLast(true), KeptWithTheFirst); });
+  InOwnProcess([] { EXPECT_EQ(MadeAtLast(false), KeptWithTheFirst); });
+  InOwnProcess([] { EXPECT_EQ(MadeAtLast(true), KeptWithTheFirst); });
 }
 
 TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     java::VmSettings settings = FixtureSettings();
     const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
     const auto platform = java::ClassLoader::Platform();
@@ -199,7 +199,7 @@ TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
 }
 
 TEST(CallbackVmTest, AnOwnBootLayer) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     java::VmSettings settings = FixtureSettings();
     settings.ModulePath({TORVAN_TEST_LAYER}).Option("--limit-modules=java.base,fixture.layer");
     const Vm vm = StartVm(settings.Option("--add-modules=fixture.layer"));
@@ -212,7 +212,7 @@ TEST(CallbackVmTest, AnOwnBootLayer) {
 }
 
 TEST(CallbackVmTest, ASystemClassLoaderThatRefusesWhatItDoesNotKnow) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     java::VmSettings settings = FixtureSettings();
     const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
     EXPECT_EQ(WhatOf<java::Error>([] { java::FindClass("torvan/java/Handler"); }),

@@ -158,7 +158,7 @@ TEST_F(ClassLoaderTest, AClassThatAnotherLoaderFoundHasItsObjectsTested) {
   EXPECT_TRUE(java::detail::otherLoaders.exchange(before));
 }
 
-TEST_F(ClassLoaderTest, HasStaticFieldsOfItsOwn) {
+TEST_F(ClassLoaderTest, HasItsOwnStaticFields) {
   const java::StaticField<jint> calls{"fixture/Task", "calls"};
   const auto first = calls.In(Others().FindClass("fixture/Task"));
   const auto second = calls.In(Others().FindClass("fixture/Task"));

@@ -25,8 +25,7 @@ constexpr java::StaticMethod<jint(java::Ref<Operator>, jint)> Nest{"fixture/Call
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) jstring JNICALL Java_fixture_Joined_join(JNIEnv* env, jclass type,
-                                                                                           jint number) {
+extern "C" JNIEXPORT jstring JNICALL Java_fixture_Joined_join(JNIEnv* env, jclass type, jint number) {
   java::Vm vm = java::JoinVm();
   s_left.object = java::Global<>(type);
   jint seven = 0;

@@ -24,7 +24,7 @@ namespace {
 
 }  // namespace
 
-void InProcessOfItsOwn(const std::function<void()>& body, const Expected& expected) {
+void InOwnProcess(const std::function<void()>& body, const Expected& expected) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // the child is started anew, as it must be on Windows
   EXPECT_EXIT(RunAndExit(body), testing::ExitedWithCode(expected.exitCode), expected.printed);
 }

@@ -20,7 +20,7 @@ struct Expected {
 
 // Runs the body in its own process, in which `settings` start a VM. A body that returns ends its process with 0,
 // or with another code when one of its expectations failed or it threw; what failed is printed.
-void InProcessOfItsOwn(const std::function<void()>& body, const Expected& expected = {});
+void InOwnProcess(const std::function<void()>& body, const Expected& expected = {});
 
 // A file that is gone after the test, one for each; Java writes it, and the test reads it in its own process.
 class Note {

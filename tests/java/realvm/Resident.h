@@ -25,6 +25,7 @@ inline std::size_t ResidentKibibytes() {
 
 // A leak grows in each round. The VM grows, too, but not in each.
 inline void ExpectGrowthToEnd(std::size_t kibibytes, const std::function<void()>& round) {
+  if (ResidentKibibytes() == 0) GTEST_SKIP() << "this build cannot tell how much memory it uses";
   round();
   bool hasEnded = false;
   for (int i = 0; i < 5 && !hasEnded; ++i) {

@@ -46,21 +46,21 @@ jint JNICALL AskInHook(JNIEnv*, jclass, jint) {
   return 0;
 }
 
-void EndWithAHookThatAsks(int milliseconds, VmEnd expected) {
+void EndWithAHookThatAsks(int milliseconds, std::chrono::milliseconds grace, VmEnd expected) {
   Vm vm = StartVm(FixtureSettings());
   TheHook().vm = &vm;
   ASSERT_TRUE(AnswerCallBack(&AskInHook));
   java::CallStatic<void>("fixture/Work", "callBackAtEnd", 1);
   CallStaticInt("fixture/Vms", "runFor", "(I)I", milliseconds);
-  EXPECT_EQ(vm.End(500ms), expected);
+  EXPECT_EQ(vm.End(grace), expected);
   const std::string ended = "The Java VM has ended";
   EXPECT_THAT(TheHook().texts,
               testing::ElementsAre(ended, ended, ended, ended, ended + "; a process can have one, and only once"));
 }
 
 TEST(VmEndCallersTest, AShutdownHookFailsAndDoesNotWait) {
-  InProcessOfItsOwn([] { EndWithAHookThatAsks(0, VmEnd::Destroyed); });
-  InProcessOfItsOwn([] { EndWithAHookThatAsks(600000, VmEnd::LeftRunning); });
+  InOwnProcess([] { EndWithAHookThatAsks(0, 20s, VmEnd::Destroyed); });
+  InOwnProcess([] { EndWithAHookThatAsks(600000, 500ms, VmEnd::LeftRunning); });
 }
 
 // Ends the VM again and again, until another thread does.
@@ -76,7 +76,7 @@ jint JNICALL EndInHook(JNIEnv*, jclass, jint) {
 }
 
 TEST(VmEndCallersTest, AHookOfAnExitByJavaThatHasCalledFailsWhileAnotherThreadEndsTheVm) {
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         Vm vm = StartVm(FixtureSettings());
         TheHook().vm = &vm;
@@ -94,7 +94,7 @@ TEST(VmEndCallersTest, AHookOfAnExitByJavaThatHasCalledFailsWhileAnotherThreadEn
 }
 
 TEST(VmEndCallersTest, AThreadThatEndsItMeanwhileWaitsUnlessItIsWaitedFor) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const torvan::jni::CJavaVm fixed = FixedVm();
     const Vm vm = java::JoinVm();
     std::atomic<int> ready{0};
@@ -134,7 +134,7 @@ jint JNICALL EndInCallBack(JNIEnv*, jclass, jint) {
 }
 
 TEST(VmEndCallersTest, AThreadThatJavaCalledCannotEndIt) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     ASSERT_TRUE(AnswerCallBack(&EndInCallBack));
     EXPECT_EQ(CallStaticInt("fixture/Work", "callBack", "(I)I", 1), 5);

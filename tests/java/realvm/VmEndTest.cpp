@@ -24,7 +24,7 @@ void AddHook(const Note& note) {
 
 TEST(VmEndTest, TheDestructorEndsTheVmAndItsHooksRun) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     {
       const Vm vm = StartVm(FixtureSettings());
       AddHook(note);
@@ -38,7 +38,7 @@ TEST(VmEndTest, TheDestructorEndsTheVmAndItsHooksRun) {
 }
 
 TEST(VmEndTest, EndingItAgainTellsTheSame) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     const auto start = Clock::now();
     EXPECT_EQ(vm.End(), VmEnd::Destroyed);
@@ -51,7 +51,7 @@ void ThrowPending(JNIEnv* env) { env->ThrowNew(env->FindClass("java/lang/Illegal
 
 TEST(VmEndTest, AnExceptionThatIsPendingDoesNotKeepItFromEnding) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     {
       const Vm vm = StartVm(FixtureSettings());
       AddHook(note);
@@ -63,7 +63,7 @@ TEST(VmEndTest, AnExceptionThatIsPendingDoesNotKeepItFromEnding) {
 
 TEST(VmEndTest, AFailureOfJavasLeavesNothingAndTheEndCanBeTriedAgain) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     Vm vm = StartVm(FixtureSettings());
     AddHook(note);
     for (int step = 1; step <= 2; ++step) {
@@ -78,7 +78,7 @@ TEST(VmEndTest, AFailureOfJavasLeavesNothingAndTheEndCanBeTriedAgain) {
 }
 
 TEST(VmEndTest, AFailureOfJavasIsReadInAVmThatWasNeverJoined) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const torvan::jni::CJavaVm vm = FixedVm();
     const CountedReferences counted(vm.Attach());
     CountedReferences::FailAt(36);  // after what reads it was looked up
@@ -87,12 +87,12 @@ TEST(VmEndTest, AFailureOfJavasIsReadInAVmThatWasNeverJoined) {
 }
 
 TEST(VmEndTest, TheGraceMayBeAsLongAsItsTypeAllows) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     CallStaticInt("fixture/Vms", "runFor", "(I)I", 200);
     EXPECT_EQ(vm.End(std::chrono::milliseconds::max()), VmEnd::Destroyed);
   });
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     CallStaticInt("fixture/Vms", "runFor", "(I)I", 600000);
     EXPECT_EQ(vm.End(std::chrono::milliseconds::min()), VmEnd::LeftRunning);
@@ -100,7 +100,7 @@ TEST(VmEndTest, TheGraceMayBeAsLongAsItsTypeAllows) {
 }
 
 TEST(VmEndTest, AThreadThatEndsInTheGraceIsNotWaitedFor) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const torvan::jni::CJavaVm fixed = FixedVm();
     Vm vm = java::JoinVm();
     std::atomic<bool> isAttached{false};
@@ -118,7 +118,7 @@ TEST(VmEndTest, AThreadThatEndsInTheGraceIsNotWaitedFor) {
 
 TEST(VmEndTest, AnyThreadEndsIt) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     Vm vm = StartVm(FixtureSettings());
     AddHook(note);
     std::thread([&] { EXPECT_EQ(vm.End(), VmEnd::Destroyed); }).join();
@@ -127,7 +127,7 @@ TEST(VmEndTest, AnyThreadEndsIt) {
 }
 
 TEST(VmEndTest, ThreadsOfTheHostAreNotWaitedFor) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     std::atomic<int> attached{0};
     std::atomic<bool> over{false};
@@ -151,7 +151,7 @@ TEST(VmEndTest, ThreadsOfTheHostAreNotWaitedFor) {
 
 TEST(VmEndTest, AThreadOfJavasOwnIsWaitedForAsLongAsTheGrace) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     Vm vm = StartVm(FixtureSettings());
     AddHook(note);
     CallStaticInt("fixture/Vms", "runFor", "(I)I", 300);
@@ -165,7 +165,7 @@ TEST(VmEndTest, AThreadOfJavasOwnIsWaitedForAsLongAsTheGrace) {
 
 TEST(VmEndTest, WhenTheGraceIsOverTheHooksRunNevertheless) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     Vm vm = StartVm(FixtureSettings());
     AddHook(note);
     CallStaticInt("fixture/Vms", "runFor", "(I)I", 600000);
@@ -180,7 +180,7 @@ TEST(VmEndTest, WhenTheGraceIsOverTheHooksRunNevertheless) {
 }
 
 TEST(VmEndTest, AThreadInsideACallAtThatMomentFailsOrStops) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     static std::atomic<long> calls{0};
     static std::atomic<bool> told{false};
@@ -200,7 +200,7 @@ TEST(VmEndTest, AThreadInsideACallAtThatMomentFailsOrStops) {
   });
 }
 
-// Opens the elements of a new array of three on a thread of their own, writes the first and closes them.
+// Opens the elements of a new array of three on another thread, writes the first and closes them.
 template <typename Elements>
 struct Writer {
   explicit Writer(std::chrono::milliseconds time)
@@ -252,17 +252,17 @@ void ClosesAfterTheGrace() {
 }
 
 TEST(VmEndTest, ElementsThatAreOpenAreWaitedFor) {
-  InProcessOfItsOwn(&EndWaitsFor<java::Elements<jint>>);
-  InProcessOfItsOwn(&EndWaitsFor<java::CriticalElements<jint>>);
+  InOwnProcess(&EndWaitsFor<java::Elements<jint>>);
+  InOwnProcess(&EndWaitsFor<java::CriticalElements<jint>>);
 }
 
 TEST(VmEndTest, ElementsThatAreOpenAfterTheGraceAreWrittenNevertheless) {
-  InProcessOfItsOwn(&ClosesAfterTheGrace<java::Elements<jint>>);
-  InProcessOfItsOwn(&ClosesAfterTheGrace<java::CriticalElements<jint>>);
+  InOwnProcess(&ClosesAfterTheGrace<java::Elements<jint>>);
+  InOwnProcess(&ClosesAfterTheGrace<java::CriticalElements<jint>>);
 }
 
 TEST(VmEndTest, AThreadWithElementsCannotEndIt) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     const java::Local<java::Array<jint>> array = java::NewArray<jint>(1);
     {
@@ -284,7 +284,7 @@ TEST(VmEndTest, AThreadWithElementsCannotEndIt) {
 
 TEST(VmEndTest, AReleasedVmGoesOn) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     {
       Vm vm = StartVm(FixtureSettings());
       AddHook(note);
@@ -298,7 +298,7 @@ TEST(VmEndTest, AReleasedVmGoesOn) {
 
 TEST(VmEndTest, AMovedVmIsEndedOnce) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     Vm first = StartVm(FixtureSettings());
     AddHook(note);
     {
@@ -314,7 +314,7 @@ TEST(VmEndTest, AMovedVmIsEndedOnce) {
 
 TEST(VmEndTest, AHostOfTheFixedInterfaceEndsItsVm) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     const torvan::jni::CJavaVm vm = FixedVm();
     const torvan::jni::CJavaString path = vm.NewString(Wide(note.Path()).c_str());
     vm.FindClass("fixture/Vms").CallStaticIntMethod("addHook", "(Ljava/lang/String;)I", static_cast<jstring>(path));
@@ -326,7 +326,7 @@ TEST(VmEndTest, AHostOfTheFixedInterfaceEndsItsVm) {
 
 TEST(VmEndTest, AVmThatWasNeverJoinedEndsWithAnExceptionPending) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     const torvan::jni::CJavaVm vm = FixedVm();
     const torvan::jni::CJavaString path = vm.NewString(Wide(note.Path()).c_str());
     vm.FindClass("fixture/Vms").CallStaticIntMethod("addHook", "(Ljava/lang/String;)I", static_cast<jstring>(path));
@@ -339,7 +339,7 @@ TEST(VmEndTest, AVmThatWasNeverJoinedEndsWithAnExceptionPending) {
 
 TEST(VmEndTest, AThreadThatTheFixedInterfaceLeftAttachedIsWaitedFor) {
   const Note note;
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     const torvan::jni::CJavaVm vm = FixedVm();
     std::thread([&] { vm.Attach(); }).join();
     EXPECT_EQ(java::EndVm(vm, 100ms), VmEnd::LeftRunning);
@@ -347,7 +347,7 @@ TEST(VmEndTest, AThreadThatTheFixedInterfaceLeftAttachedIsWaitedFor) {
 }
 
 TEST(VmEndTest, ReferencesAndErrorsOutliveTheVm) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     static java::Global<> inStatic;
     Vm vm = StartVm(FixtureSettings());
     const java::Local<> local(NewText("text"));

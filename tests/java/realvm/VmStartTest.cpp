@@ -35,7 +35,7 @@ std::string Property(const char* name) {
 TEST(VmStartTest, SettingsReachTheVm) {
   // On Windows a VM takes its options in the system's code page, which may have no more than ASCII.
   static constexpr const char* Text = OnThisSystem("Zurich = 1", "Z\xC3\xBCrich = 1");
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     VmSettings settings = FixtureSettings();
     settings.Property("fixture.empty", "").Property("fixture.text", Text).Option("-Dfixture.option=2");
     settings.Option("-XX:+UseSerialGC").Option("-XX:-UseSerialGC").Option("-XX:+UseG1GC");  // the last counts
@@ -49,21 +49,21 @@ TEST(VmStartTest, SettingsReachTheVm) {
 }
 
 TEST(VmStartTest, WithoutARuntimeTheOneOfTheMachineIsTaken) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const std::filesystem::path library = std::getenv("TORVAN_TEST_LIBJVM");
     const std::filesystem::path home = library.parent_path().parent_path().parent_path().make_preferred();
     SetVariable("JAVA_HOME", home.string().c_str());
     const java::Vm vm = StartVm();
     EXPECT_EQ(Property("java.home"), home.string());
   });
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const java::Vm vm = StartVm(VmSettings().Runtime(java::ChooseRuntime()));
     EXPECT_EQ(Property("java.home"), java::ChooseRuntime().Home().string());
   });
 }
 
 TEST(VmStartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const java::Vm vm = StartVm(FixtureSettings());
     EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
     EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 1);
@@ -72,7 +72,7 @@ TEST(VmStartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
 
 // The settings must be refused with a text that begins so, and the process must be able to start a VM afterwards.
 void ExpectRefused(const std::function<void(VmSettings&)>& set, const std::string& text) {
-  InProcessOfItsOwn([&] {
+  InOwnProcess([&] {
     VmSettings settings = FixtureSettings();
     set(settings);
     EXPECT_THAT(WhatOf<StartFailure>([&] { const java::Vm vm = StartVm(settings); }), StartsWith(text));
@@ -172,7 +172,7 @@ TEST(VmStartTest, AModuleThatTheRuntimeDoesNotHaveIsNamed) {
 
 // The table of JNI's functions is exchanged while threads call through it.
 TEST(VmStartTest, FailuresAreMadeReadableWhileThreadsCall) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const java::Vm vm = StartVm(FixtureSettings());
     std::atomic<bool> isReadable{false};
     std::atomic<int> calling{0};
@@ -204,7 +204,7 @@ TEST(VmStartTest, FailuresAreMadeReadableWhileThreadsCall) {
 }
 
 TEST(VmStartTest, AVmWithoutJvmtiSaysThatTheReasonIsLost) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     SetVariable("TORVAN_TEST_VM_OPTION", "");  // checks would report how the fixed interface reads what is pending
     const java::Vm vm = StartVm(FixtureSettings());
     JavaVM* const raw = java::detail::runningVm;
@@ -246,7 +246,7 @@ TEST(VmStartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    InProcessOfItsOwn(
+    InOwnProcess(
         [&] {
           VmSettings settings = FixtureSettings();
           row.set(settings);
@@ -258,7 +258,7 @@ TEST(VmStartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
 }
 
 TEST(VmStartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const java::Vm vm = StartVm(FixtureSettings());
     EXPECT_EQ(WhatOf<StartFailure>([] { const java::Vm second = StartVm(FixtureSettings()); }),
               "This process has a Java VM already; a process can have one, and only once");
@@ -267,7 +267,7 @@ TEST(VmStartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
 }
 
 TEST(VmStartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const torvan::jni::CJavaVm fixed = FixedVm();
     EXPECT_EQ(WhatOf<StartFailure>([] { const java::Vm second = StartVm(FixtureSettings()); }),
               "This process has a Java VM already; a process can have one, and only once; join it with JoinVm()");
@@ -282,7 +282,7 @@ TEST(VmStartTest, AVmOfTheFixedInterfaceIsNotStartedAgainButJoined) {
 }
 
 TEST(VmStartTest, JoiningLeavesWhatIsPending) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     JNIEnv* const env = FixedVm().Attach();
     env->ThrowNew(env->FindClass("java/lang/IllegalStateException"), "left pending");
     const java::Vm vm = java::JoinVm();
@@ -294,11 +294,11 @@ TEST(VmStartTest, JoiningLeavesWhatIsPending) {
 }
 
 TEST(VmStartTest, WithoutAVmNothingIsJoined) {
-  InProcessOfItsOwn([] { EXPECT_EQ(WhatOf<StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process"); });
+  InOwnProcess([] { EXPECT_EQ(WhatOf<StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process"); });
 }
 
 TEST(VmStartTest, WhatTheVmPrintsComesToTheHost) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     static std::mutex lock;
     static std::string printed;
     const java::Vm vm = StartVm(FixtureSettings()
@@ -315,7 +315,7 @@ TEST(VmStartTest, WhatTheVmPrintsComesToTheHost) {
 
 // Java asks the process to end; the VM is gone for what is destroyed then.
 TEST(VmStartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
-  InProcessOfItsOwn(
+  InOwnProcess(
       [] {
         static std::optional<java::Vm> vm;  // destroyed while the process exits
         static java::Global<> left;
@@ -333,7 +333,7 @@ TEST(VmStartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
 TEST(VmStartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
   const Note noAgent;
   std::ofstream(noAgent.Path()) << "no agent";
-  InProcessOfItsOwn(
+  InOwnProcess(
       [&] {
         const java::Vm vm = StartVm(FixtureSettings().Agent(noAgent.Path()).OnExit([](jint code) {
           std::fprintf(stderr, "exit function: %d\n", static_cast<int>(code));

@@ -33,7 +33,7 @@ const Early s_early __attribute__((init_priority(101)));
 
 TEST(ThreadsTest, StaticObjectsThatAreMadeFirstUseIt) {
   EXPECT_EQ(s_early.unset, 0u);
-  EXPECT_EQ(s_early.kept, 6u) << "the environment has a place of its own";
+  EXPECT_EQ(s_early.kept, 6u) << "the environment is stored elsewhere";
 }
 
 }  // namespace

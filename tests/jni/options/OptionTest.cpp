@@ -37,7 +37,7 @@ TEST(OptionTest, BringsItsRecordAndNeitherEqualityNorClone) {
   EXPECT_EQ(option.Clone(), nullptr);
 }
 
-TEST(OptionTest, CopiesAreObjectsOfTheirOwn) {
+TEST(OptionTest, CopiesAreSeparateObjects) {
   const CPlainOption option;
   CPlainOption copy(option);
   EXPECT_FALSE(copy.Equals(&option));

@@ -158,7 +158,7 @@ pid_t ForkAs(unsigned int id) {
   return static_cast<pid_t>(syscall(SYS_clone3, &arguments, sizeof(arguments)));
 }
 
-TEST_F(ProcessesHostTest, HasAChildOfItsOwnUnderTheNumberOfOneThatItReaped) {
+TEST_F(ProcessesHostTest, HasItsOwnChildUnderTheNumberOfOneThatItReaped) {
   const StartedProcess started = Start("exit 5");
   EXPECT_EQ(static_cast<pid_t>(started.processId), waitpid(static_cast<pid_t>(started.processId), nullptr, 0));
   usleep(50000);  // start times have a resolution of 10 milliseconds

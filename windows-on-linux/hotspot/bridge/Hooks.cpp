@@ -79,7 +79,7 @@ void RunHook(Task task) {
 OUT_OF_LINE void EndHooks() {
   std::unique_lock<std::mutex> guard(s_lock);
   s_hostEnds = true;
-  // Not for ever: the hook may be one that wants to end the process, too.
+  // Not without limit: the hook may be one that wants to end the process, too.
   s_oneHasEnded.wait_for(guard, std::chrono::seconds(5), [] { return s_running == t_running; });
 }
 

@@ -11,11 +11,10 @@ namespace hotspot {
 // A start option with the paths in it made ones of Unix.
 std::string WithUnixPaths(const char* option);
 
-// Lets Java see the path lists that the host gave, and the separator that they have.
+// Lets Java see the path lists that the host has passed, and the separator that they have.
 void ShowHostPaths(JNIEnv* env, const std::vector<JavaVMOption>& hostOptions);
 
-// Gives the process of Unix the environment variables that the process of Windows has, except those of paths and
-// folders.
+// Copies the Windows process's environment variables into the Unix process, except those of paths and folders.
 void TakeOverEnvironment();
 
 }  // namespace hotspot

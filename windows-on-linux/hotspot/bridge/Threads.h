@@ -1,4 +1,4 @@
-// Threads of Windows, which HotSpot's own threads are too: each of them can run code of the host.
+// HotSpot's own threads are made as threads of Windows, so each can run the host's code.
 #pragma once
 
 #include <pthread.h>

@@ -25,6 +25,7 @@ namespace {
 std::atomic<bool> g_isTaken = false;
 // No program gets a signal through its descriptor; and how often a thread has asked the system for what is ready.
 std::atomic<bool> g_isDeaf = false;
+std::atomic<long> g_refusedSignals = 0;
 std::atomic<long> g_polls = 0;
 // The least descriptor that the library has written a file by.
 std::atomic<int> g_leastWritten = INT_MAX;
@@ -102,6 +103,7 @@ long __real_syscall(long number, long a, long b, long c, long d, long e, long f)
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
   if (g_isDeaf && number == SYS_pidfd_send_signal) {
+    ++g_refusedSignals;
     errno = ESRCH;
     return -1;
   }
@@ -184,6 +186,7 @@ TEST(RunningFailingSystemTest, AProgramThatIsDroppedAndDoesNotEndYetIsWaitedForQ
   ASSERT_TRUE(Eventually([&asked] { return asked > 1; }));
   g_isDeaf = true;
   std::thread dropper([&process] { process.reset(); });
+  EXPECT_TRUE(Eventually([] { return g_refusedSignals > 0; }));
   std::this_thread::sleep_for(100ms);
   const int askedBefore = asked;
   g_polls = 0;

@@ -23,8 +23,8 @@ Steps SystemSteps();
 
 std::vector<std::string> AllArguments(int count, char** arguments);
 std::vector<std::string> AllVariables();
-// Starts the program again with other steps, and returns the new process's id. `apart` is in a process group of its
-// own, on Windows without the console.
+// Starts the program again with other steps, and returns the new process's id. `apart` is in its own process
+// group, on Windows without the console.
 unsigned long Again(const std::string& program, const std::string& steps, bool apart);
 void IgnoreRequestsToStop();
 void ExitWhenAskedToStop(int code);

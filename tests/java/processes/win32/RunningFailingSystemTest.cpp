@@ -16,7 +16,7 @@ namespace {
 
 // The function of the system that always fails, by the place of its address.
 std::atomic<const void*> g_failing = nullptr;
-// Control events are sent, but come to no process; and what takes them in this one.
+// Whether control events are swallowed, and the handler that this process has set.
 std::atomic<bool> g_isDeaf = false;
 std::atomic<PHANDLER_ROUTINE> g_handler = nullptr;
 // How much later it is than the system says, in milliseconds.

@@ -13,7 +13,7 @@ using java::Vm;
 
 // As when two libraries of a host have one each.
 TEST(CallbackVmTest, TwoCopiesOfTheLayerInOneVm) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Vm vm = StartVm(FixtureSettings());
     EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
     void* const library = dlopen(TORVAN_TEST_JOINED, RTLD_NOW | RTLD_LOCAL);
@@ -31,7 +31,7 @@ TEST(CallbackVmTest, TwoLibrariesThatShowTheirSymbolsBindEachTheirOwn) {
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "the address sanitizer objects to what is tested here: two libraries with the same symbols";
 #endif
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const Vm vm = StartVm(FixtureSettings());
     JavaVM* raw = nullptr;
     ASSERT_EQ(java::detail::Env()->GetJavaVM(&raw), JNI_OK);

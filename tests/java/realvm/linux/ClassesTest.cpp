@@ -11,7 +11,7 @@ TEST(ClassesTest, TwoLibrariesThatShowTheirSymbolsFindTheirClassesEachForItself)
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "the address sanitizer objects to what is tested here: two libraries with the same symbols";
 #endif
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     const java::Vm vm = java::StartVm(FixtureSettings());
     JavaVM* raw = nullptr;
     ASSERT_EQ(java::detail::Env()->GetJavaVM(&raw), JNI_OK);
