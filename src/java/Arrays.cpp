@@ -24,8 +24,11 @@ namespace {
     return NameOf(env, static_cast<jclass>(type.Get()));
   };
   std::string addition;
-  if (element != nullptr && nameOf(array) == "[L" + nameOf(element) + ";") {
-    addition = " (of another class loader: make the array with NewArray(vector, class))";
+  try {
+    if (element != nullptr && nameOf(array) == "[L" + nameOf(element) + ";") {
+      addition = " (of another class loader: make the array with NewArray(vector, class))";
+    }
+  } catch (const Failure&) {  // Java's own message is used alone
   }
   env->Throw(static_cast<jthrowable>(thrown.Get()));
   ThrowPending(env, addition);

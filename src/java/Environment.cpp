@@ -135,6 +135,9 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   std::string text(name != nullptr ? name : "");
   JavaVMAttachArgs arguments{JNI_VERSION_1_6, name != nullptr ? text.data() : nullptr, nullptr};
   void* made = nullptr;
+  // Asked before, because it is no longer so once the end of the VM has begun; the VM reports the end of this
+  // attachment even then.
+  const bool isSeen = threadEndsAreSeen.load(std::memory_order_relaxed);
   // As a daemon: the VM's end waits for every other thread, also for one that has ended without detaching.
   const jint status = vm->AttachCurrentThreadAsDaemon(&made, &arguments);
   if (status != JNI_OK) {
@@ -145,7 +148,7 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   JNIEnv* const env = static_cast<JNIEnv*>(made);
   if (attached != nullptr) *attached = true;
   DetachAtThreadEnd(true);
-  if (threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(env, true);
+  if (isSeen) RememberEnv(env, true);
   SetContextClassLoader(env);
   DeleteDropped(env);
   return env;

@@ -24,7 +24,7 @@ inline std::string WordsFor(jint status, const char* refused) {
     case JNI_EINVAL:
       return refuses + " (JNI_EINVAL)";
     default:
-      return refuses + " (status " + std::to_string(status) + ", which JNI does not name)";
+      return "it returns the status " + std::to_string(status) + ", which JNI does not name";
   }
 }
 

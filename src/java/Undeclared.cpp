@@ -131,7 +131,7 @@ struct Plan {
     }
     TestArguments(env, tests, values.data(), name);
   }
-  Fail(__LINE__, SpellWithClass(name) + " was made by Java's compiler, and is called with a declaration only");
+  Fail(__LINE__, SpellWithClass(name) + " is a method that Java's compiler added: declare it as a Method to call it");
 }
 
 Plan MakePlan(JNIEnv* env, const UndeclaredCall& call) {

@@ -41,12 +41,14 @@ jni::CJavaVm HandleOf(const VmLibrary& library, jint jniVersion) {
   return vms[0];
 }
 
-// Whether the end of the VM may wait for the calling thread, such as a shutdown hook: one that is attached, but not by
-// the layer.
+// Whether the end of the VM may wait for the calling thread: one that has Elements open, or one that is attached, but
+// not by the layer, such as a shutdown hook.
 bool IsWaitedFor() {
   JavaVM* const vm = TheVm().ending.load();
+  if (vm == nullptr) return false;
+  if (detail::OpenMemory::IsOpenInThisThread()) return true;
   void* env = nullptr;
-  return vm != nullptr && !detail::IsAttachedByLayer() && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
+  return !detail::IsAttachedByLayer() && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
 }
 
 VmLock Lock(bool isRefused()) {
@@ -109,13 +111,14 @@ Vm JoinVm(const jni::CJavaVm& vm) {
 }
 
 Vm JoinVm(JavaVM* vm) {
+  if (vm == nullptr) Fail(__LINE__, "null is passed as the Java VM to join");
   const VmLock lock = Lock(&detail::IsEnding);
   if (TheVm().end.has_value()) detail::ThrowNoVm();
-  if (detail::runningVm.load(std::memory_order_acquire) == vm && vm != nullptr) return Vm(false);
+  if (detail::runningVm.load(std::memory_order_acquire) == vm) return Vm(false);
   void* env = nullptr;
-  const bool wasAttached = vm != nullptr && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
+  const bool wasAttached = vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
   if (!wasAttached) {
-    const jint status = vm != nullptr ? vm->AttachCurrentThreadAsDaemon(&env, nullptr) : JNI_EINVAL;
+    const jint status = vm->AttachCurrentThreadAsDaemon(&env, nullptr);
     if (status != JNI_OK) Fail(__LINE__, "The Java VM does not attach this thread: " + WordsFor(status, "the thread"));
   }
   try {

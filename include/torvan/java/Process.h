@@ -22,7 +22,7 @@ enum class Ended {
   Stopped,    // by itself, after Process::Stop() asked it to while it ran
   Killed,     // by Process::Kill(), or by a Stop() that had to
   TimedOut,   // by its time limit
-  Signalled,  // by a signal that came from elsewhere; on Windows by an exception: an access violation, one of C++
+  Signalled,  // by a signal that came from elsewhere; on Windows by an exception that nothing caught
 };
 
 // What became of a program.

@@ -58,7 +58,8 @@ class Program {
   // What the program reads: bytes as they are, a file, or what a function returns until it returns nullopt.
   // The last setting counts. The function is called when the program can take more, on the thread that Run() was called
   // on, or on the process's own after Start(). While it runs, nothing else is read or written. It waits itself until it
-  // has something; after an empty text it is asked again a moment later.
+  // has something; after an empty text it is asked again a moment later. On Linux a file may be a named pipe whose
+  // other end another program has open or waits to open; otherwise the start is refused, here and for the outputs.
   Program& Input(std::string_view text);
   Program& InputFile(const std::filesystem::path& file);
   Program& InputFrom(std::function<std::optional<std::string>()> next);

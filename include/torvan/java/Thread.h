@@ -21,7 +21,7 @@ class Thread {
 
   // Attaches the calling thread under a name (UTF-8) if it is not attached, and then detaches it at the end of the
   // scope, which ends its local references. A thread that is attached keeps its name and stays attached; so does one
-  // that other code has detached and attached again meanwhile.
+  // that other code has detached and attached again meanwhile, where the VM reports threads that leave it (JVMTI).
   // Throws as above, and Misuse when the name is not UTF-8.
   [[nodiscard]] explicit Thread(std::string_view name);
 

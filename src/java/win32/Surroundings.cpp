@@ -81,8 +81,10 @@ std::optional<std::string> InCodePage(const NativeText& text) {
   Fail(line, "Could not write the argument file" + place + ": " + reason);
 }
 
-[[noreturn]] void FailWithoutFolder(unsigned int line) {
-  FailToWrite(line, "", "no folder for temporary files: " + ReasonOf(GetLastError()));
+// `size` is what the system returned: 0, or more than there is room for, where it leaves no error.
+[[noreturn]] void FailWithoutFolder(unsigned int line, DWORD size) {
+  const DWORD error = size == 0 ? GetLastError() : ERROR_FILENAME_EXCED_RANGE;
+  FailToWrite(line, "", "no folder for temporary files: " + ReasonOf(error));
 }
 
 // Absolute, with a backslash at its end, and in words that java.exe can read from its command line.
@@ -90,11 +92,11 @@ std::wstring TemporaryFolder() {
   constexpr DWORD Room = 32768;
   std::wstring folder(Room, L'\0');
   const DWORD size = GetTempPathW(Room, folder.data());
-  if (size == 0 || size >= Room) FailWithoutFolder(__LINE__);
+  if (size == 0 || size >= Room) FailWithoutFolder(__LINE__, size);
   folder.resize(size);
   std::wstring full(Room, L'\0');  // TEMP may be a relative path
   const DWORD fullSize = GetFullPathNameW(folder.c_str(), Room, full.data(), nullptr);
-  if (fullSize == 0 || fullSize >= Room) FailWithoutFolder(__LINE__);
+  if (fullSize == 0 || fullSize >= Room) FailWithoutFolder(__LINE__, fullSize);
   full.resize(fullSize);
   if (InCodePage(full)) return full;
   std::wstring plain(Room, L'\0');

@@ -72,11 +72,12 @@ TEST_F(ProgramNamedPipeTest, TheInputComesFromOneWhoseWriterWaitsForIt) {
     EXPECT_EQ(write(number, "text", 4), 4);
     close(number);
   });
-  ASSERT_TRUE(Eventually([&id] {
+  EXPECT_TRUE(Eventually([&id] {
     std::string all;
     std::getline(std::ifstream("/proc/self/task/" + std::to_string(id) + "/stat"), all);
     return all.find(") S ") != std::string::npos;
   }));
+  std::this_thread::sleep_for(50ms);  // it may have waited for something else
   const Process process = java::Start(Probe({"echo"}).InputFile(m_pipe));
   writer.join();
   EXPECT_EQ(process.Wait().output, "text");

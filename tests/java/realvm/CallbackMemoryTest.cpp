@@ -76,8 +76,9 @@ TEST_F(CallbackMemoryTest, NativeMethodsLeaveNothing) {
   constexpr NativeMethod<void(Ref<Shape>)> takes{"fixture/Natives", "takes", "(Ljava/lang/Object;)V"};
   std::atomic<int> bound{0};
   ExpectNothingWithoutMemory([&] { takes.Bind([counted = Counted(bound)](Ref<Shape>) {}); }, 20);
-  // Bound twice, and once as far as another thread could find it: these may still run.
-  EXPECT_EQ(bound, 3);
+  // Bound twice, and once as far as another thread could find it: these may still run. Where the C++ library is a DLL,
+  // the one allocation that comes so late does not fail.
+  EXPECT_EQ(bound, OnWindows ? 2 : 3);
 }
 
 // In a process where nothing of it was ever used.

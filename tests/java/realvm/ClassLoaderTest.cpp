@@ -141,8 +141,8 @@ TEST_F(ClassLoaderTest, ACallWithoutADeclarationTellsClassesOfOneNameApart) {
   const Local<java::Class> type = first.FindClass("fixture/Plugin");
   EXPECT_EQ(java::CallStatic<jint>(type, "twice", own), 2);
   EXPECT_EQ(WhatOf<Misuse>([&] { java::CallStatic<jint>(type, "lambda$twice$0", own); }),
-            "fixture.Plugin.lambda$twice$0(fixture.Plugin) was made by Java's compiler, and is called with a "
-            "declaration only");
+            "fixture.Plugin.lambda$twice$0(fixture.Plugin) is a method that Java's compiler added: "
+            "declare it as a Method to call it");
 }
 
 // As if no other loader had been seen before.

@@ -122,6 +122,25 @@ TEST(VmEndCallersTest, AThreadThatEndsItMeanwhileWaitsUnlessItIsWaitedFor) {
   });
 }
 
+TEST(VmEndCallersTest, AThreadWithOpenElementsDoesNotWaitForTheEndThatWaitsForIt) {
+  InOwnProcess([] {
+    Vm vm = StartVm(FixtureSettings());
+    std::atomic<bool> isOpen{false};
+    std::thread other([&] {
+      const auto array = java::NewArray<jint>(3);
+      const java::Elements<jint> elements(array);
+      isOpen = true;
+      while (java::detail::HasVm()) std::this_thread::yield();
+      EXPECT_EQ(WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }), "The Java VM has ended");
+    });
+    while (!isOpen) std::this_thread::yield();
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(vm.End(60s), VmEnd::Destroyed);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
+    other.join();
+  });
+}
+
 jint JNICALL EndInCallBack(JNIEnv*, jclass, jint) {
   Vm vm = java::JoinVm();
   EXPECT_EQ(WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }),

@@ -295,6 +295,10 @@ TEST(VmStartTest, JoiningLeavesWhatIsPending) {
 
 TEST(VmStartTest, WithoutAVmNothingIsJoined) {
   InOwnProcess([] { EXPECT_EQ(WhatOf<StartFailure>([] { java::JoinVm(); }), "No Java VM runs in this process"); });
+  InOwnProcess([] {
+    EXPECT_EQ(WhatOf<StartFailure>([] { java::JoinVm(static_cast<JavaVM*>(nullptr)); }),
+              "null is passed as the Java VM to join");
+  });
 }
 
 TEST(VmStartTest, WhatTheVmPrintsComesToTheHost) {
