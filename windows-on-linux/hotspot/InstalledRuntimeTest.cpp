@@ -38,7 +38,7 @@ TEST(InstalledRuntimeTest, EachKindOfVmIsFoundByItsVersionAndRuns) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    InProcessOfItsOwn([&row] {
+    InOwnProcess([&row] {
       CDynamicJavaRuntime runtime = Find(row.type, row.version);
       for (const wchar_t* library : {RuntimeLib, ClassicLib, ClientLib, ServerLib}) {
         EXPECT_EQ(GetModuleHandleW(library) != nullptr, library == row.library) << tests::Narrow(library);
@@ -64,7 +64,7 @@ TEST(InstalledRuntimeTest, WhatTheRegistryDoesNotHaveIsRefused) {
       {CDynamicJavaRuntime::Server, nullptr, 261, "Invalid Server Sun JRE version."},
       {CDynamicJavaRuntime::Server, L"1.4.0", 268, "The specified Server Sun JRE version is not found."},
   };
-  InProcessOfItsOwn([&rows] {
+  InOwnProcess([&rows] {
     for (const auto& row : rows) {
       EXPECT_EQ(FailureOf([&row] { Find(row.type, row.version); }),
                 Throws<CJavaRuntimeException>("jni/WinJavaRuntimeLibraryImpl", row.line, row.message));
@@ -73,7 +73,7 @@ TEST(InstalledRuntimeTest, WhatTheRegistryDoesNotHaveIsRefused) {
 }
 
 TEST(InstalledRuntimeTest, ALibraryWithoutAVmGoesWithItsLastHandle) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     {
       const CDynamicJavaRuntime runtime = Runtime();
       { const CDynamicJavaRuntime other = Runtime(); }
@@ -85,7 +85,7 @@ TEST(InstalledRuntimeTest, ALibraryWithoutAVmGoesWithItsLastHandle) {
 
 // A VM cannot be unloaded: it keeps its library loaded, even when others free it.
 TEST(InstalledRuntimeTest, ALibraryWithAVmStaysWhenItIsFreed) {
-  InProcessOfItsOwn([] {
+  InOwnProcess([] {
     Runtime()
         .CreateJavaVm(FixtureOptions(), false)
         .FindClass("fixture/Kinds$Counter")
