@@ -71,14 +71,10 @@ class Owners {
   }
 
   void Add(const Local<ByteBuffer>& buffer, Owner owner) {
+    MakeQueue();
     jlong id = 0;
     {
       const std::lock_guard lock(m_mutex);
-      if (!m_queue) {
-        m_numbers = Global<Map>(NewMap());
-        m_polled = Global<Array<Object>>(NewArray<Object>(1));
-        m_queue = Global<Queue>(NewQueue());
-      }
       id = ++m_last;
       m_owners.emplace(id, std::move(owner));
     }
@@ -123,6 +119,22 @@ class Owners {
     std::atomic<bool>& m_isTaken;
     bool m_isMine;
   };
+
+  // Java runs without the lock: its classes may come from a loader that makes buffers itself.
+  void MakeQueue() {
+    {
+      const std::lock_guard lock(m_mutex);
+      if (m_queue) return;
+    }
+    Global<Map> numbers(NewMap());
+    Global<Array<Object>> polled(NewArray<Object>(1));
+    Global<Queue> queue(NewQueue());
+    const std::lock_guard lock(m_mutex);
+    if (m_queue) return;
+    m_numbers = std::move(numbers);
+    m_polled = std::move(polled);
+    m_queue = std::move(queue);
+  }
 
   // The reference of a buffer that was collected; null where there is none.
   Local<Object> NextCollected() {
