@@ -164,8 +164,8 @@ constexpr const char* const Members[] = {
     "java/lang/reflect/Method.isDefault()Z",
     "java/lang/reflect/ParameterizedType.getActualTypeArguments()[Ljava/lang/reflect/Type;",
     "java/lang/reflect/ParameterizedType.getRawType()Ljava/lang/reflect/Type;",
-    "java/lang/reflect/Proxy.newProxyInstance(Ljava/lang/ClassLoader;[Ljava/lang/Class;Ljava/lang/reflect/"
-    "InvocationHandler;)Ljava/lang/Object;",
+    ("java/lang/reflect/Proxy.newProxyInstance(Ljava/lang/ClassLoader;[Ljava/lang/Class;Ljava/lang/reflect/"
+     "InvocationHandler;)Ljava/lang/Object;"),
     "java/lang/reflect/TypeVariable.getBounds()[Ljava/lang/reflect/Type;",
     "java/util/Arrays.equals([Ljava/lang/Object;[Ljava/lang/Object;)Z",
     "java/util/HashMap.<init>()V",
