@@ -80,6 +80,11 @@ OUT_OF_LINE jint CreateJavaVm(HostVm** vm, HostEnv** env, const JavaVMInitArgs& 
     options[i].optionString = texts[i].data();
   }
   BridgeHooks(options);
+  // A thread that ends under Wine leaves the VM with a lock that each new thread needs. The VM must not wait then for a
+  // new thread of the compiler or the collector, so it has all of them from the start.
+  static char compilers[] = "-XX:-UseDynamicNumberOfCompilerThreads";
+  static char collectors[] = "-XX:-UseDynamicNumberOfGCThreads";
+  options.insert(options.begin(), {{compilers, nullptr}, {collectors, nullptr}});
 
   JavaVMInitArgs arguments = hostArguments;
   arguments.nOptions = static_cast<jint>(options.size());
