@@ -69,7 +69,7 @@ class FewAllocationsTest : public NothingLeftTest {
       EXPECT_EQ(!thrown.empty(), hasRunOut) << thrown;
       EXPECT_EQ(java::detail::Env()->ExceptionCheck(), JNI_FALSE);
     }
-    EXPECT_GT(steps, OnWindows ? 1 : atLeast);  // there the C++ library is a DLL, with an operator new of its own
+    EXPECT_GT(steps, OnWindows ? 1 : atLeast);  // there the C++ library is a DLL, with its own operator new
   }
 };
 
