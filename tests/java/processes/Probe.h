@@ -62,8 +62,9 @@ bool Eventually(const Condition& condition) {
   return true;
 }
 
-// Expects that the process holds what it held before. A system may list a thread for a moment after it has been joined,
-// so the threads are waited for. A failure prints the moment. (SCOPED_TRACE starts a thread on Windows.)
+// Expects that the process holds no more than before. A program's thread ends a moment after the program's end was
+// reported, so threads are waited for; one of an earlier test may have ended since. A failure prints the moment.
+// (SCOPED_TRACE starts a thread on Windows.)
 void ExpectHeld(const Held& before, const std::string& moment = "at the end");
 
 }  // namespace tests

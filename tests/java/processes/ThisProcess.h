@@ -9,7 +9,7 @@ namespace tests {
 // What a test must leave as it was. Descriptors are handles on Windows.
 struct Held {
   std::size_t descriptors;
-  std::size_t threads;
+  std::size_t threads;   // those that end are not counted
   std::size_t children;  // zombies included; none on Windows, where nothing has to be reaped
 };
 Held HeldNow();

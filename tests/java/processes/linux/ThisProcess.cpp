@@ -8,6 +8,7 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace tests {
 
@@ -20,15 +21,33 @@ std::size_t Entries(const char* folder) {
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
+// The fields of a stat file that follow the name, of which the first is the state; none if there is no such file.
+std::vector<std::string> StatOf(const fs::path& folder) {
+  std::ostringstream text;
+  text << std::ifstream(folder / "stat").rdbuf();
+  const std::size_t name = text.str().rfind(')');
+  if (name == std::string::npos) return {};
+  std::istringstream fields(text.str().substr(name + 1));
+  return {std::istream_iterator<std::string>(fields), {}};
+}
+
+// The kernel lists a thread for a moment after it has been joined; its flags say that it ends.
+bool Ends(const fs::path& thread) {
+  constexpr unsigned long Exiting = 4;
+  const auto fields = StatOf(thread);
+  return fields.size() < 7 || (std::stoul(fields[6]) & Exiting) != 0;
+}
+
 }  // namespace
 
 Held HeldNow() {
-  std::size_t children = 0;
+  Held held{Entries("/proc/self/fd"), 0, 0};
   for (const auto& thread : fs::directory_iterator("/proc/self/task")) {
+    if (!Ends(thread)) ++held.threads;
     std::ifstream ids(thread.path() / "children");
-    children += static_cast<std::size_t>(std::distance(std::istream_iterator<std::string>(ids), {}));
+    held.children += static_cast<std::size_t>(std::distance(std::istream_iterator<std::string>(ids), {}));
   }
-  return {Entries("/proc/self/fd"), Entries("/proc/self/task"), children};
+  return held;
 }
 
 std::size_t MemoryNow() {
@@ -44,10 +63,8 @@ unsigned long OwnId() { return static_cast<unsigned long>(getpid()); }
 void UseTemporaryFolder(const fs::path& folder) { setenv("TMPDIR", folder.c_str(), 1); }
 
 bool Runs(unsigned long id) {
-  std::ostringstream text;
-  text << std::ifstream("/proc/" + std::to_string(id) + "/stat").rdbuf();
-  const std::size_t name = text.str().rfind(')');
-  return name != std::string::npos && text.str()[name + 2] != 'Z' && text.str()[name + 2] != 'X';
+  const auto fields = StatOf("/proc/" + std::to_string(id));
+  return !fields.empty() && fields[0] != "Z" && fields[0] != "X";
 }
 
 }  // namespace tests

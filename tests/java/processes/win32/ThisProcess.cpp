@@ -8,13 +8,21 @@
 namespace tests {
 namespace {
 
+// The system lists a thread until its last handle is closed, and for a moment after it has been joined.
+bool Ends(DWORD id) {
+  const HANDLE thread = OpenThread(SYNCHRONIZE, FALSE, id);
+  const bool ends = thread == nullptr || WaitForSingleObject(thread, 0) == WAIT_OBJECT_0;
+  if (thread != nullptr) CloseHandle(thread);
+  return ends;
+}
+
 std::size_t Threads() {
   const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
   THREADENTRY32 entry{};
   entry.dwSize = sizeof entry;
   std::size_t count = 0;
   for (BOOL more = Thread32First(snapshot, &entry); more != FALSE; more = Thread32Next(snapshot, &entry)) {
-    if (entry.th32OwnerProcessID == GetCurrentProcessId()) ++count;
+    if (entry.th32OwnerProcessID == GetCurrentProcessId() && !Ends(entry.th32ThreadID)) ++count;
   }
   CloseHandle(snapshot);
   return count;
