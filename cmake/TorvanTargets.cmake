@@ -13,6 +13,11 @@ if(MSVC)
   string(REPLACE "/EHsc" "/EHs" CMAKE_CXX_FLAGS "${CMAKE_CXX_FLAGS}")
 endif()
 
+if(NOT WIN32)
+  # As clang has it: the libraries' calls of their own functions are bound when they are linked, so they may be inlined.
+  add_compile_options(-fno-semantic-interposition)
+endif()
+
 if(PROJECT_IS_TOP_LEVEL)
   set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 endif()

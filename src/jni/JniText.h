@@ -5,6 +5,9 @@
 #include <rx/Text.h>
 #include <torvan/jni/JavaVm.h>
 
+#include <cstdint>
+#include <cstring>
+
 namespace torvan::jni {
 
 // A class name, member name or signature as JNI takes it, for operations that accept narrow and wide text.
@@ -41,12 +44,23 @@ class CJniText<RX::UniChar> {
   // Nearly all names are short and ASCII, which both encodings share: they need no heap. Null for others.
   const char* CopyAscii(const RX::UniChar* text) noexcept {
     if (text == nullptr) return nullptr;
-    for (char& place : m_ascii) {
-      if (*text > 0x7F) return nullptr;
-      place = static_cast<char>(*text);
-      if (*text++ == 0) return m_ascii;
+    const std::size_t size = RX::ucslen(text) + 1;
+    if (size > sizeof m_ascii) return nullptr;
+    // Four units at a time, and the rest one by one.
+    std::uint64_t seen = 0;
+    std::size_t done = 0;
+    for (std::uint64_t units; done + 4 <= size; done += 4) {
+      std::memcpy(&units, text + done, sizeof units);
+      seen |= units;
+      units |= units >> 8;
+      const auto bytes = static_cast<std::uint32_t>((units & 0xFFFF) | (units >> 16 & 0xFFFF0000));
+      std::memcpy(m_ascii + done, &bytes, sizeof bytes);
     }
-    return nullptr;
+    for (; done < size; ++done) {
+      seen |= text[done];
+      m_ascii[done] = static_cast<char>(text[done]);
+    }
+    return (seen & 0xFF80FF80FF80FF80) == 0 ? m_ascii : nullptr;
   }
 
   char m_ascii[128];

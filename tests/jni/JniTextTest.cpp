@@ -59,6 +59,21 @@ INSTANTIATE_TEST_SUITE_P(Texts, JniTextWideTest,
                                          WideRow{"Long", std::string(1000, 'x'), true}),
                          [](const auto& row) { return row.param.name; });
 
+TEST(JniTextTest, EveryUnitOfAShortTextCounts) {
+  const WideText letters = RX_TEXT("abcdefghijklmnopqrs");
+  for (std::size_t length = 1; length <= letters.size(); ++length) {
+    const WideText wide = letters.substr(0, length);
+    EXPECT_EQ(static_cast<const char*>(CJniText(wide.c_str())), std::string("abcdefghijklmnopqrs", length));
+    for (std::size_t place = 0; place < length; ++place) {
+      WideText other = wide;
+      other[place] = 0x100;
+      std::string expected("abcdefghijklmnopqrs", length);
+      expected.replace(place, 1, "\xC4\x80");
+      EXPECT_EQ(static_cast<const char*>(CJniText(other.c_str())), expected);
+    }
+  }
+}
+
 TEST(JniTextTest, WideTextThatDoesNotFitNeedsMemory) {
   const WideText wide(200, RX_TEXT('x'));
   const int failures = FailEachAllocation(

@@ -15,10 +15,15 @@ RX::Allocator s_allocator = CLibrary;
 
 }  // namespace
 
-extern "C" void* RX_malloc(std::size_t size) noexcept { return s_allocator.allocate(size == 0 ? 1 : size); }
+// The C library's functions are called directly where they are the allocator, which is nearly always.
+extern "C" void* RX_malloc(std::size_t size) noexcept {
+  if (size == 0) size = 1;
+  return s_allocator.allocate == AllocateFromLibrary ? std::malloc(size) : s_allocator.allocate(size);
+}
 
 extern "C" void RX_free(void* block) noexcept {
-  if (block != nullptr) s_allocator.release(block);
+  if (block == nullptr) return;
+  s_allocator.release == ReleaseToLibrary ? std::free(block) : s_allocator.release(block);
 }
 
 namespace RX {

@@ -13,31 +13,51 @@
 #if (defined(__SSE2__) || defined(_M_X64)) && !defined(RX_IS_WATCHED)
 #define RX_SCANS_BLOCKS
 #include <emmintrin.h>
+#if defined(_MSC_VER)
+#include <intrin.h>
+#endif
 #endif
 
 namespace RX {
 
-std::size_t ucslen(const UniChar* text) noexcept {
-  const UniChar* end = text;
 #if defined(RX_SCANS_BLOCKS)
-  // Most texts end before this, and reading each unit is faster for them.
-  constexpr std::size_t Short = 32;
-  for (std::size_t length = 0; length < Short; ++length) {
-    if (text[length] == 0) return length;
-  }
-  end += Short;
-  constexpr std::size_t Block = sizeof(__m128i);
-  for (; reinterpret_cast<std::uintptr_t>(end) % Block != 0; ++end) {
-    if (*end == 0) return static_cast<std::size_t>(end - text);
-  }
-  // An aligned block never crosses a page, so what it has after the text can be read.
-  const __m128i zeros = _mm_setzero_si128();
-  while (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_load_si128(reinterpret_cast<const __m128i*>(end)), zeros)) == 0) {
-    end += Block / sizeof(UniChar);
-  }
+namespace {
+
+// One bit for each byte of the block's units that are zero.
+unsigned int ZerosIn(const __m128i* block) noexcept {
+  return static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_load_si128(block), _mm_setzero_si128())));
+}
+
+// The number of the lowest bit that is set, of which there is one.
+std::size_t FirstOf(unsigned int bits) noexcept {
+#if defined(_MSC_VER)
+  unsigned long first = 0;
+  _BitScanForward(&first, bits);
+  return first;
+#else
+  return static_cast<std::size_t>(__builtin_ctz(bits));
 #endif
+}
+
+}  // namespace
+#endif
+
+std::size_t ucslen(const UniChar* text) noexcept {
+#if defined(RX_SCANS_BLOCKS)
+  // An aligned block never crosses a page, so what it has before and after the text can be read.
+  constexpr std::size_t Size = sizeof(__m128i);
+  const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(text);
+  const std::size_t before = address % Size;
+  const __m128i* block = reinterpret_cast<const __m128i*>(address - before);
+  unsigned int zeros = ZerosIn(block) >> before;
+  if (zeros != 0) return FirstOf(zeros) / sizeof(UniChar);
+  while ((zeros = ZerosIn(++block)) == 0) continue;
+  return (reinterpret_cast<std::uintptr_t>(block) - address + FirstOf(zeros)) / sizeof(UniChar);
+#else
+  const UniChar* end = text;
   while (*end != 0) ++end;
   return static_cast<std::size_t>(end - text);
+#endif
 }
 
 }  // namespace RX

@@ -9,6 +9,12 @@ namespace {
 
 constexpr TextPart Nothing = {nullptr, 0};
 
+RX::UniChar* CopyOf(const TextPart& text) {
+  RX::UniChar* const units = AllocateUnits(text.length, "mirel/base/UnicodeString", __LINE__);
+  *CopyUnits(units, text) = 0;
+  return units;
+}
+
 }  // namespace
 
 CUnicodeString::CUnicodeString(const TextPart& first, const TextPart& second, const TextPart& third)
@@ -18,11 +24,16 @@ CUnicodeString::CUnicodeString(const TextPart& first, const TextPart& second, co
 }
 
 CUnicodeString::CUnicodeString(const RX::UniChar* text) : CUnicodeString() {
-  if (text != nullptr) CUnicodeString(PartOf(text), Nothing, Nothing).Swap(*this);
+  if (text == nullptr) return;
+  const TextPart whole = PartOf(text);
+  m_text = CopyOf(whole);
+  m_length = static_cast<unsigned int>(whole.length);
 }
 
 CUnicodeString::CUnicodeString(const RX::UniChar* text, unsigned int length) : CUnicodeString() {
-  if (text != nullptr) CUnicodeString({text, length}, Nothing, Nothing).Swap(*this);
+  if (text == nullptr) return;
+  m_text = CopyOf({text, length});
+  m_length = length;
 }
 
 CUnicodeString::CUnicodeString(const CUnicodeString& other) : CUnicodeString(other.m_text, other.m_length) {}

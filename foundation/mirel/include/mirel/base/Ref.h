@@ -53,9 +53,18 @@ class CRef : public CBase {
   // Drops what it refers to and takes ownership of an object; null makes it empty.
   // When memory runs out the object passed is deleted and the reference stays as it was.
   CRef& operator=(T* object) {
-    // The new block is this reference's own until the old use is ended, which comes first.
-    CRef fresh(MakeBlock(object, At(279)), object);
-    return *this = fresh;
+    // Also here the old use is ended first. A block has one reference when it is made, and that is this one.
+    struct Adopt {
+      CRef& self;
+      CRefCountedPtr<T>* block;
+      T* object;
+      ~Adopt() {
+        self.m_block = block;
+        self.m_object = object;
+      }
+    } adopt{*this, MakeBlock(object, At(279)), object};
+    Release();
+    return *this;
   }
 
   T* operator->() const {
@@ -72,9 +81,6 @@ class CRef : public CBase {
   bool operator!=(const CNull&) const noexcept { return m_object != nullptr; }
 
  private:
-  // Takes over a counted use that another reference gave up.
-  CRef(CRefCountedPtr<T>* block, T* object) noexcept : m_block(block), m_object(object) {}
-
   static CRefCountedPtr<T>* MakeBlock(T* object, At line) {
     if (object == nullptr) return nullptr;
     void* place = RX_malloc(sizeof(CRefCountedPtr<T>));
