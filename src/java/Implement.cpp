@@ -115,12 +115,14 @@ KeptPlans& TheKeptPlans() {
   return kept;
 }
 
-std::shared_ptr<const Plan> PlanOfClass(JNIEnv* env, jclass type, PlanPlace& place,
+std::shared_ptr<const Plan> PlanOfClass(JNIEnv* env, jclass type, const char* tag, PlanPlace& place,
                                         const std::vector<GivenFunction>& functions) {
   {
     const std::lock_guard<std::mutex> guard(place.mutex);
     if (place.plan != nullptr) return place.plan;
   }
+  const std::string misfit = MisfitOf(env, type, tag);
+  if (!misfit.empty()) Fail(__LINE__, NameOf(env, type) + " cannot be implemented: " + misfit);
   const Local<Object> loader = LoaderOf(type);
   std::shared_ptr<const Plan> plan =
       MakePlan(env, type, IsOtherLoader(loader) ? loader.Get() : KeptLoader(), functions);
@@ -130,8 +132,8 @@ std::shared_ptr<const Plan> PlanOfClass(JNIEnv* env, jclass type, PlanPlace& pla
 }
 
 std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
-  if (type.type != nullptr) return PlanOfClass(env, type.type, *type.place, functions);
-  if (*type.name == '\0') Fail(__LINE__, "null is given as the interface to implement");
+  if (type.type != nullptr) return PlanOfClass(env, type.type, type.name, *type.place, functions);
+  if (type.place != nullptr || *type.name == '\0') Fail(__LINE__, "null is given as the interface to implement");
   std::string key = type.name;
   for (const GivenFunction& function : functions) {
     key.append("\n").append(function.name).append(function.own).append(function.descriptor);

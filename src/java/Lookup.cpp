@@ -220,6 +220,10 @@ BoundPlace::BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name) {
   m_type = Global<Class>(type);
   const auto raw = static_cast<jclass>(m_type.Get());
   m_id = FindId(env, raw, name);
+  if (name.kind == MemberKind::Constructor) {
+    const std::string misfit = MisfitOf(env, raw, name.type);
+    if (!misfit.empty()) Fail(__LINE__, SpellWithClass(name) + " cannot make objects of this class: " + misfit);
+  }
   const bool isOther = IsOtherLoader(LoaderOf(type));
   m_tests = FindTests(env, raw, name, isOther);
   if (isOther) otherLoaders.store(true, std::memory_order_relaxed);

@@ -192,12 +192,8 @@ std::optional<Test> RequireNative(JNIEnv* env, jclass type, const MemberName& na
 
 // The function takes each object as one of the tag's class, and nothing tests that again.
 void RequireTag(JNIEnv* env, jclass type, const char* tag, const MemberName& name) {
-  const std::string own = NameOf(env, type);
-  if (own == Dotted(tag)) return;
-  const Local<Object> loader = LoaderOf(type);
-  const LocalScope wanted(env, LoadClass(env, loader.Get(), tag, false));
-  if (env->IsAssignableFrom(type, static_cast<jclass>(wanted.Get())) != JNI_FALSE) return;
-  Fail(__LINE__, Spell(name) + " cannot be bound: the tag names " + Dotted(tag) + ", and a " + own + " is none");
+  const std::string misfit = MisfitOf(env, type, tag);
+  if (!misfit.empty()) Fail(__LINE__, Spell(name) + " cannot be bound: " + misfit);
 }
 
 TestedFunction::Arguments ArgumentsOf(JNIEnv* env, jclass type, const MemberName& name) {

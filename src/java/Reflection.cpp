@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "java/ClassNames.h"
 #include "java/Spelling.h"
 
 namespace torvan::java::detail {
@@ -37,6 +38,7 @@ constexpr GetArray GetDeclaredFields{"getDeclaredFields", "()[Ljava/lang/reflect
 constexpr GetArray GetFields{"getFields", "()[Ljava/lang/reflect/Field;"};
 constexpr Method<Class, std::string()> GetTypeName{"getTypeName"};
 constexpr Method<Class, Local<Class>()> GetSuperclass{"getSuperclass"};
+constexpr Method<Class, std::vector<Local<Class>>()> GetInterfaces{"getInterfaces"};
 constexpr Method<Class, Local<Loader>()> GetClassLoader{"getClassLoader"};
 constexpr Method<Loader, Local<Loader>()> GetParent{"getParent"};
 
@@ -139,6 +141,25 @@ std::string Instead(JNIEnv* env, jclass type, const MemberName& name) {
 }
 
 Local<Object> LoaderOf(const Ref<Class>& type) { return GetClassLoader(type); }
+
+namespace {
+
+// Whether a class, or what it extends or implements, has that name.
+bool Extends(JNIEnv* env, const Ref<Class>& type, const std::string& wanted) {
+  if (!type) return false;
+  if (NameOf(env, static_cast<jclass>(type.Get())) == wanted || Extends(env, GetSuperclass(type), wanted)) return true;
+  const std::vector<Local<Class>> interfaces = GetInterfaces(type);
+  return std::any_of(interfaces.begin(), interfaces.end(),
+                     [&](const Local<Class>& each) { return Extends(env, each, wanted); });
+}
+
+}  // namespace
+
+std::string MisfitOf(JNIEnv* env, jclass type, const char* tag) {
+  const std::string wanted = Dotted(tag);
+  if (wanted == "java.lang.Object" || Extends(env, Ref<Class>(type), wanted)) return {};
+  return "the tag names " + wanted + ", and a " + NameOf(env, type) + " is none";
+}
 
 bool IsOtherLoader(const Ref<Object>& loader) {
   if (!loader) return false;

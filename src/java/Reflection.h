@@ -38,6 +38,10 @@ std::string Instead(JNIEnv* env, jclass type, const MemberName& name);
 // The loader of a class; null for the VM's own.
 Local<Object> LoaderOf(const Ref<Class>& type);
 
+// Why objects of a class are none of the class that a tag names: "the tag names a.B, and a c.D is none". Empty if they
+// are. No class is loaded.
+std::string MisfitOf(JNIEnv* env, jclass type, const char* tag);
+
 // Whether the classes of a loader are out of the kept loader's reach.
 bool IsOtherLoader(const Ref<Object>& loader);
 

@@ -59,7 +59,8 @@ Local<Array<E>> NewArray(std::size_t size) {
 //
 // Of numbers, `At`, `data` and iterators are the memory itself. The VM may have copied it: Java is sure to see what was
 // written only after the scope has ended, and must not write meanwhile. Elements<const jint> only reads and writes
-// nothing back. The end of the VM waits for the end of such a scope as it does for a thread of Java's.
+// nothing back. The end of the VM waits for the end of such a scope as it does for a thread of Java's. A thread that is
+// detached within the scope loses what it has written, unless the memory was Java's own.
 // Throws Misuse when the array is null and when an index is outside of it, Error when Java's memory is full, and as
 // Thread() does.
 template <typename E, typename = void>

@@ -86,7 +86,8 @@ class Implementation {
   friend struct detail::Row<Implementation>;
 
   explicit Implementation(std::string name) : m_name(std::move(name)) {}
-  explicit Implementation(const Ref<Class>& type) : m_type(type), m_place(detail::NewPlanPlace()) {}
+  explicit Implementation(const Ref<Class>& type)
+      : m_name(T::JavaName), m_type(type), m_place(detail::NewPlanPlace()) {}
 
   jobject New(JNIEnv* env) const {
     return detail::NewImplementation(env, {m_name.c_str(), static_cast<jclass>(m_type.Get()), m_place.get()},
@@ -94,7 +95,7 @@ class Implementation {
   }
 
   std::string m_name;
-  Global<Class> m_type;  // null: it goes by its name
+  Global<Class> m_type;
   std::shared_ptr<detail::PlanPlace> m_place;
   std::vector<detail::GivenFunction> m_functions;
 };
@@ -106,9 +107,10 @@ Implementation<T> Implement() {
 }
 inline Implementation<Object> Implement(std::string name) { return Implementation<Object>(std::move(name)); }
 
-// Begins an implementation of an interface of another class loader. Its objects throw Misuse when the class is null. A
-// function that returns an array of references to such classes returns Local<Array<T>>, made with NewArray(vector,
-// class): a vector becomes an array of the class that the class path has.
+// Begins an implementation of an interface of another class loader. New() throws Misuse when the class is null, and
+// when the tag names neither it nor a type that it extends ("... cannot be implemented: the tag names ..."). A function
+// that returns an array of references to such classes returns Local<Array<T>>, made with NewArray(vector, class): a
+// vector becomes an array of the class that the class path has.
 template <typename T>
 Implementation<T> Implement(const Ref<Class>& type) {
   return Implementation<T>(type);

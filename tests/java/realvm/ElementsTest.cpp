@@ -1,5 +1,7 @@
 // Java arrays in place, and new ones.
 #include <numeric>
+#include <optional>
+#include <thread>
 
 #include "java/realvm/OneVm.h"
 
@@ -146,6 +148,21 @@ TEST_F(ElementsTest, TheArrayLivesAsLongAsTheyDo) {
   }
   for (int i = 0; i < 10 && weak.Lock(); ++i) java::CallStatic<void>("java/lang/System", "gc");
   EXPECT_FALSE(weak.Lock());
+}
+
+// The attachments may well have the same environment, and the same local references.
+TEST_F(ElementsTest, OfAnAttachmentThatHasEndedTouchNoOtherArray) {
+  std::thread([] {
+    std::optional<java::Thread> thread(std::in_place, "first");
+    std::optional<Elements<jint>> elements(std::in_place, NewArray<jint>(3));
+    elements->At(0) = 7;
+    thread.reset();
+    const java::Thread second("second");
+    std::vector<Local<Array<jint>>> arrays;
+    for (int i = 0; i < 20; ++i) arrays.push_back(NewArray<jint>(3));
+    elements.reset();
+    for (const auto& array : arrays) EXPECT_EQ(Seen(array), "[I: [0, 0, 0]");
+  }).join();
 }
 
 TEST_F(ElementsTest, ObjectsComeAndGoOneByOne) {

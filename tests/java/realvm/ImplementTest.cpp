@@ -340,6 +340,9 @@ TEST_F(ImplementTest, WhatDoesNotFitIsSaid) {
   EXPECT_EQ(WhatOfNew(Implement<Runnable>().On("run", [] {}).On("run", [] {})),
             "two functions are given for java.lang.Runnable.run()");
   EXPECT_EQ(WhatOfNew(Implement(java::Local<java::Class>())), "null is given as the interface to implement");
+  EXPECT_EQ(WhatOfNew(Implement<Every>(java::FindClass("java/lang/Runnable"))),
+            "java.lang.Runnable cannot be implemented: the tag names fixture.Callbacks$Every, and a java.lang.Runnable "
+            "is none");
   EXPECT_EQ(WhatOf<java::Error>([] { Implement("no.such.Interface").New(); }).substr(0, 53),
             "java.lang.ClassNotFoundException: no.such.Interface (");
 }

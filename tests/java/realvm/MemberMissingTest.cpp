@@ -161,6 +161,9 @@ TEST_F(MemberMissingTest, WrongUseOfLoaders) {
               StaticMethod<jint(jint)>{"a/B", "c"}.In(nullptr);
             }),
             "null is given as the class that a.B.c(int) is bound to");
+  EXPECT_EQ(WhatOf<Misuse>([] { Constructor<java::String()>().In(java::FindClass("java/lang/Object")); }),
+            "java.lang.String() cannot make objects of this class: the tag names java.lang.String, and a "
+            "java.lang.Object is none");
   EXPECT_EQ(java::Call<std::string>(ClassLoader::System().FindClass("fixture/Members"), "getName"), "fixture.Members");
 }
 

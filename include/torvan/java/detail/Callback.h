@@ -320,9 +320,9 @@ std::shared_ptr<PlanPlace> NewPlanPlace();
 
 // An interface by its name, found through the kept loader, or by its class.
 struct Interface {
-  const char* name;
-  jclass type;       // null: by name
-  PlanPlace* place;  // of a class
+  const char* name;  // of a class, what its tag names
+  jclass type;
+  PlanPlace* place;  // null: by name
 };
 
 // Makes a Java object of the interface whose methods are the functions: a new local reference.

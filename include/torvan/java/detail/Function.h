@@ -110,7 +110,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
   // The same member of a class of another loader, looked up here. The result keeps the class alive, may be copied and
   // shared by threads, and tests each object that it is called on. A vector of references becomes an array of the class
   // that the class path has: take a Ref<Array<T>> instead, and make it with NewArray(vector, class). Throws as a call
-  // does.
+  // does, and Misuse for a constructor of a class that is none of the tag's.
   Function<Kind, T, R(A...), BoundPlace> In(const Ref<Class>& type) const {
     return {*this, BoundPlace(Env(), type, Name())};
   }

@@ -72,7 +72,10 @@ class InPlace {
 
  protected:
   explicit InPlace(const Ref<Array<Number>>& array)
-      : m_env(CallEnv()), m_size(static_cast<std::size_t>(RequiredArraySize(m_env, array.Get()))), m_array(array) {
+      : m_env(CallEnv()),
+        m_attachment(m_env),
+        m_size(static_cast<std::size_t>(RequiredArraySize(m_env, array.Get()))),
+        m_array(array) {
     if constexpr (isNumber) {
       m_elements = reinterpret_cast<E*>(Way::Open(m_env, m_array.Get()));
       if (m_elements == nullptr) ThrowOutOfMemory(m_env);
@@ -83,7 +86,8 @@ class InPlace {
     if constexpr (isNumber) {
       using Raw = typename Jni<NumberLetter<Number>()>::Type;
       Way::Leave();
-      if (OpenMemory::Env() != m_env) return;  // of a thread that has left the VM
+      // A thread that has left the VM has no use of the array any more.
+      if (!m_attachment.IsStillHere() || OpenMemory::Env() != m_env) return;
       auto* const raw = reinterpret_cast<Raw*>(const_cast<Number*>(m_elements));
       Way::Close(m_env, m_array.Get(), raw, std::is_const_v<E> ? JNI_ABORT : 0);
     }
@@ -92,6 +96,7 @@ class InPlace {
  private:
   OpenMemory m_open;
   JNIEnv* m_env;
+  Attachment m_attachment;
   std::size_t m_size;
   Local<Array<Number>> m_array;
   E* m_elements = nullptr;
