@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the table and the page of what the benchmarks measured: report.py FOLDER [--write DOCS]
 
-FOLDER has what scripts/bench.sh left: host-JDK-N.json, launcher-JDK-N.json and texts-JDK-N.json of each process, and
+FOLDER has what scripts/bench.sh left: host-JDK-N.json, empty-JDK-N.json, launcher-JDK-N.json and texts-JDK-N.json of each process, and
 facts.json. Prints a table. With --write, performance.md and performance.svg are written into the folder DOCS.
 """
 import glob
@@ -20,6 +20,7 @@ GROUPS = {
     "texts": "Texts",
     "exceptions": "Exceptions",
     "containers": "Containers and option arrays",
+    "empty vm": "Calls, objects and texts with a VM that does nothing",
     "launcher": "The launcher",
     "java members": "`torvan::java`: members",
     "java texts": "`torvan::java`: texts",

@@ -45,10 +45,10 @@ for ((process = 1; process <= processes; ++process)); do
   for jdk in "${jdks[@]}"; do
     version=$(sed -nE 's/^JAVA_VERSION="(1\.)?([0-9]+).*/\2/p' "$jdk/release")
     echo "bench: Java $version, process $process of $processes"
-    for program in host texts_23 launcher; do
+    for program in host texts_23 empty launcher; do
       [ -x "$build/bin/bench_$program" ] || continue
-      # The launcher takes the newest runtime, whatever this one is.
-      [ "$program" != launcher ] || [ "$jdk" = "${jdks[-1]}" ] || continue
+      # The launcher takes the newest runtime, whatever this one is, and an empty VM needs none.
+      [[ ! $program =~ ^(empty|launcher)$ ]] || [ "$jdk" = "${jdks[-1]}" ] || continue
       "$build/bin/bench_$program" --java="$jdk" --json="build/bench/${program%_23}-$version-$process.json"
     done
   done
