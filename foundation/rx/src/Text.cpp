@@ -13,7 +13,7 @@
 #if (defined(__SSE2__) || defined(_M_X64)) && !defined(RX_IS_WATCHED)
 #define RX_SCANS_BLOCKS
 #include <emmintrin.h>
-#if defined(_MSC_VER)
+#if defined(_MSC_VER) && !defined(__clang__)
 #include <intrin.h>
 #endif
 #endif
@@ -30,7 +30,7 @@ unsigned int ZerosIn(const __m128i* block) noexcept {
 
 // The number of the lowest bit that is set, of which there is one.
 std::size_t FirstOf(unsigned int bits) noexcept {
-#if defined(_MSC_VER)
+#if defined(_MSC_VER) && !defined(__clang__)
   unsigned long first = 0;
   _BitScanForward(&first, bits);
   return first;
