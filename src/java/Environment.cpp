@@ -17,6 +17,7 @@ namespace torvan::java::detail {
 std::atomic<JavaVM*> runningVm{nullptr};
 std::atomic<JavaVM*> livingVm{nullptr};
 std::atomic<bool> threadEndsAreSeen{false};
+std::atomic<bool> vmDeathIsSeen{false};
 
 namespace {
 
@@ -30,24 +31,6 @@ constexpr std::uintptr_t ByLayer = 1;
 std::atomic<std::uintptr_t> s_lastAttachment{0};
 std::atomic<int> s_entering{0};
 
-// A thread that asks the VM about itself, is attached or detached. Counts first: either the end of the VM waits for it,
-// or it finds none.
-class Entering {
- public:
-  explicit Entering(const std::atomic<JavaVM*>& vm) noexcept {
-    s_entering.fetch_add(1);
-    m_vm = vm.load();
-  }
-  Entering(const Entering&) = delete;
-  Entering& operator=(const Entering&) = delete;
-  ~Entering() { s_entering.fetch_sub(1); }
-
-  JavaVM* Vm() const noexcept { return m_vm; }
-
- private:
-  JavaVM* m_vm;
-};
-
 [[noreturn]] void Fail(unsigned int line, const char* text) { throw Misuse("java/Environment", line, text); }
 
 std::atomic<int> s_openMemory{0};
@@ -59,6 +42,12 @@ void CountOpenMemory(int by) noexcept {
 }
 
 }  // namespace
+
+Entering::Entering(const std::atomic<JavaVM*>& vm) noexcept {
+  s_entering.fetch_add(1);
+  m_vm = vm.load();
+}
+Entering::~Entering() { s_entering.fetch_sub(1); }
 
 void UseVm(JavaVM* vm) noexcept {
   if (vm == nullptr) EndCalls();
@@ -171,8 +160,9 @@ void ForgetEnv() noexcept {
 }
 
 // With a limit: attaching or detaching a thread runs Java code, which may wait for the calling thread.
-void WaitForThreads() noexcept {
+void LeaveVm() noexcept {
   using namespace std::chrono_literals;
+  UseVm(nullptr);
   for (int i = 0; i < 1000 && s_entering.load() != 0; ++i) std::this_thread::sleep_for(1ms);
 }
 
@@ -180,7 +170,7 @@ void ThrowOtherThread() {
   Fail(__LINE__, "This Thread belongs to another thread, or to one that was detached meanwhile");
 }
 
-// Also works while the end of the VM waits for this thread; that wait is then shorter.
+// Also works while the VM is being ended; where that waits for this thread, the wait is then shorter.
 void DetachThread() noexcept {
   const Entering entering(livingVm);
   JavaVM* const vm = entering.Vm();

@@ -11,7 +11,7 @@ namespace {
 void JNICALL OnThreadEnd(jvmtiEnv*, JNIEnv*, jthread) { ForgetEnv(); }
 
 // Also called when Java itself ends the VM. References that the host drops later do nothing.
-void JNICALL OnVmDeath(jvmtiEnv*, JNIEnv*) { UseVm(nullptr); }
+void JNICALL OnVmDeath(jvmtiEnv*, JNIEnv*) { LeaveVm(); }
 
 }  // namespace
 
@@ -26,6 +26,7 @@ void WatchVm(JavaVM* vm) noexcept {
       tools->SetEventNotificationMode(JVMTI_ENABLE, JVMTI_EVENT_VM_DEATH, nullptr) == JVMTI_ERROR_NONE &&
       tools->SetEventNotificationMode(JVMTI_ENABLE, JVMTI_EVENT_THREAD_END, nullptr) == JVMTI_ERROR_NONE;
   threadEndsAreSeen.store(watches, std::memory_order_relaxed);
+  vmDeathIsSeen.store(watches);
 }
 
 }  // namespace torvan::java::detail

@@ -9,6 +9,26 @@ namespace torvan::java::detail {
 // code.
 extern std::atomic<bool> threadEndsAreSeen;
 
+// Whether the VM reports its death, which comes after its shutdown hooks, to OnVmDeath. Until then it may be called,
+// also while it is being destroyed.
+extern std::atomic<bool> vmDeathIsSeen;
+
+// A thread that asks the VM about itself, is attached or detached. Counts first: either the end of the VM waits for it,
+// or it finds none.
+class Entering {
+ public:
+  // `vm` is runningVm or livingVm.
+  explicit Entering(const std::atomic<JavaVM*>& vm) noexcept;
+  Entering(const Entering&) = delete;
+  Entering& operator=(const Entering&) = delete;
+  ~Entering();
+
+  JavaVM* Vm() const noexcept { return m_vm; }
+
+ private:
+  JavaVM* m_vm;
+};
+
 // Returns the environment of a thread that has none cached, attaches it under `name` (null: the VM's choice) if
 // necessary, and caches it if that is allowed. `attached` tells whether this call attached it.
 JNIEnv* AttachedEnv(const char* name, bool* attached = nullptr);
@@ -30,9 +50,8 @@ void ForgetEnv() noexcept;
 // Whether the layer itself has attached the calling thread. False where attachments have no numbers.
 bool IsAttachedByLayer() noexcept;
 
-// Waits, for a second at most, until no thread is being attached or detached, or asks the VM whether it is attached.
-// Begin the end of the VM before, so that no further thread does.
-void WaitForThreads() noexcept;
+// Ends the use of the VM, and waits, for a second at most, until no thread is Entering any more.
+void LeaveVm() noexcept;
 
 // The system's part.
 

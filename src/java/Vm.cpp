@@ -7,6 +7,8 @@
 #include <torvan/jni/DynamicJavaRuntime.h>
 
 #include <chrono>
+#include <functional>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -41,20 +43,33 @@ jni::CJavaVm HandleOf(const VmLibrary& library, jint jniVersion) {
   return vms[0];
 }
 
-// Whether the end of the VM may wait for the calling thread: one that has Elements open, or one that is attached, but
-// not by the layer, such as a shutdown hook.
+// Whether the end of the VM may wait for the calling thread: one that has Elements open, one that is attached, but not
+// by the layer, such as a shutdown hook, or one that Java has called, which may hold a lock that a hook waits for.
 bool IsWaitedFor() {
-  JavaVM* const vm = TheVm().ending.load();
-  if (vm == nullptr) return false;
   if (detail::OpenMemory::IsOpenInThisThread()) return true;
+  const detail::Entering entering(detail::livingVm);
+  JavaVM* const vm = entering.Vm();
+  // After a reported death no Java code runs any more; without a report it is unknown how far the end has come.
+  if (vm == nullptr) return !detail::vmDeathIsSeen.load();
   void* env = nullptr;
-  return !detail::IsAttachedByLayer() && vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
+  if (vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return false;
+  return !detail::IsAttachedByLayer() || detail::IsCalledByJava(static_cast<JNIEnv*>(env));
 }
 
-VmLock Lock(bool isRefused()) {
+VmLock Lock(const std::function<bool()>& isRefused) {
   VmLock lock = detail::LockVm(isRefused);
   if (!lock) detail::ThrowNoVm();
   return lock;
+}
+
+// Asks once, when the end of the VM has begun, because the answer stays the same while the thread waits.
+VmLock LockToEnd() {
+  std::optional<bool> isWaitedFor;
+  return Lock([&isWaitedFor] {
+    if (!detail::IsEnding()) return false;
+    if (!isWaitedFor) isWaitedFor = IsWaitedFor();
+    return *isWaitedFor;
+  });
 }
 
 JavaVM* VmOf(JNIEnv* env) {
@@ -78,10 +93,10 @@ detail::VmState& detail::TheVm() {
   return *state;
 }
 
-bool detail::IsEnding() { return TheVm().ending.load() != nullptr; }
+bool detail::IsEnding() { return TheVm().isEnding.load(); }
 
 // Asks again each time, because a thread may be here before the one that has the lock begins to end the VM.
-VmLock detail::LockVm(bool isRefused()) {
+VmLock detail::LockVm(const std::function<bool()>& isRefused) {
   constexpr std::chrono::milliseconds step{1};
   VmLock lock(TheVm().lock, std::defer_lock);
   while (!isRefused() && !lock.try_lock()) std::this_thread::sleep_for(step);
@@ -158,7 +173,7 @@ const jni::CJavaVm& Vm::Handle() const noexcept { return *TheVm().handle; }
 void Vm::Release() noexcept { m_owns = false; }
 
 VmEnd Vm::End(std::chrono::milliseconds grace) {
-  const VmLock lock = Lock(&IsWaitedFor);
+  const VmLock lock = LockToEnd();
   if (TheVm().end.has_value()) return *TheVm().end;
   if (!m_owns) throw Misuse("java/Vm", __LINE__, "This Vm does not own the Java VM: it was joined, released or moved");
   // Java has ended it itself, by System.exit.
@@ -168,11 +183,17 @@ VmEnd Vm::End(std::chrono::milliseconds grace) {
 }
 
 VmEnd EndVm(const jni::CJavaVm& vm, std::chrono::milliseconds grace) {
-  const VmLock lock = Lock(&IsWaitedFor);
+  const VmLock lock = LockToEnd();
   if (TheVm().end.has_value()) return *TheVm().end;
   JNIEnv* const env = vm.Attach();
-  detail::Bind(env);  // what Java throws meanwhile can be read even if the VM was never joined
-  return detail::EndNow(VmOf(env), env, grace);
+  JavaVM* const raw = VmOf(env);
+  if (detail::livingVm.load() != raw) {  // it was never joined
+    detail::KeepLoaded();
+    detail::Bind(env);  // for what Java throws meanwhile
+    detail::WatchVm(raw);
+    detail::livingVm.store(raw);
+  }
+  return detail::EndNow(raw, env, grace);
 }
 
 }  // namespace torvan::java

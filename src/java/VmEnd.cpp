@@ -154,13 +154,23 @@ class Frame {
 // A scope in which other threads see that the VM ends.
 class Ending {
  public:
-  explicit Ending(JavaVM* vm) noexcept { TheVm().ending = vm; }
+  Ending() noexcept { TheVm().isEnding = true; }
   Ending(const Ending&) = delete;
   Ending& operator=(const Ending&) = delete;
-  ~Ending() { TheVm().ending = nullptr; }
+  ~Ending() { TheVm().isEnding = false; }
 };
 
 }  // namespace
+
+bool IsCalledByJava(JNIEnv* env) noexcept {
+  const Frame frame(env);
+  const PendingAside pending(env);
+  try {
+    return JavaThreads(env).IsInJava();
+  } catch (...) {
+    return true;
+  }
+}
 
 VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
   if (OpenMemory::IsOpenInThisThread()) Fail(__LINE__, "while Elements are open in this thread");
@@ -170,7 +180,7 @@ VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
   if (threads.IsInJava()) Fail(__LINE__, "by a thread that Java has called");
   pending.Drop();
   EndCalls();
-  const Ending ending(vm);
+  const Ending ending;
   const bool isAlone = WaitForOthers(threads, grace);
   frame.reset();
   VmState& state = TheVm();
@@ -179,12 +189,13 @@ VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
     RunShutdownHooks(env);
     return VmEnd::LeftRunning;
   }
-  UseVm(nullptr);
   ForgetEnv();
-  WaitForThreads();
+  // Other threads may still leave the VM, and ask it, until it reports its death.
+  if (!vmDeathIsSeen.load()) LeaveVm();
   // As a thread that is not attached: the VM takes one that is for a daemon in native code, and waits for it.
   vm->DetachCurrentThread();
   vm->DestroyJavaVM();
+  UseVm(nullptr);
   return VmEnd::Destroyed;
 }
 

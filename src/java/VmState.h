@@ -4,6 +4,7 @@
 #include <torvan/java/Vm.h>
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -11,8 +12,8 @@ namespace torvan::java::detail {
 
 struct VmState {
   std::recursive_mutex lock;  // one start or end at a time; shutdown hooks may come back here on the same thread
-  // The VM while it ends, else null. A shutdown hook must not wait for the lock then, because the end waits for it.
-  std::atomic<JavaVM*> ending{nullptr};
+  // Whether the VM is being ended. A shutdown hook must not wait for the lock then, because the end waits for it.
+  std::atomic<bool> isEnding{false};
   std::optional<jni::CJavaVm> handle;
   std::optional<VmEnd> end;
 };
@@ -24,7 +25,7 @@ using VmLock = std::unique_lock<std::recursive_mutex>;
 
 // Locks the state for a start, a join or an end. Waits for another thread that has it, unless `isRefused` says that the
 // calling thread must not: then returns without the lock.
-VmLock LockVm(bool isRefused());
+VmLock LockVm(const std::function<bool()>& isRefused);
 
 // Whether the VM is being ended, so that it can be neither started nor joined.
 bool IsEnding();
@@ -33,6 +34,9 @@ struct VmLibrary;
 
 // Makes a running VM the layer's own. The calling thread is attached, with `env`. Throws StartFailure.
 void TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniVersion);
+
+// Whether Java has called the calling thread, whose environment it is. True where Java cannot tell.
+bool IsCalledByJava(JNIEnv* env) noexcept;
 
 // Ends the VM that `env` belongs to and returns how.
 VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace);

@@ -25,10 +25,10 @@ using torvan::java::detail::Env;
 using torvan::java::detail::EnvIfAttached;
 using torvan::java::detail::ForgetEnv;
 using torvan::java::detail::IsAttachedByLayer;
+using torvan::java::detail::LeaveVm;
 using torvan::java::detail::OpenMemory;
 using torvan::java::detail::threadEndsAreSeen;
 using torvan::java::detail::UseVm;
-using torvan::java::detail::WaitForThreads;
 
 class EnvironmentTest : public CountedVmTest {
  protected:
@@ -137,6 +137,11 @@ TEST_F(EnvironmentTest, AThreadThatTheVmRefusesIsAFailure) {
     EXPECT_EQ(WhatOf<Failure>([] { Env(); }),
               "The Java VM does not attach this thread: there is not enough memory (JNI_ENOMEM)");
   });
+  status = JNI_ERR;
+  Elsewhere([] {
+    EXPECT_EQ(WhatOf<Failure>([] { Env(); }),
+              "The Java VM does not attach this thread: it refuses the thread (JNI_ERR)");
+  });
   EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
 }
 
@@ -201,8 +206,7 @@ TEST_F(EnvironmentTest, TheEndWaitsForThreadsThatAreJustDetached) {
     Env();
   });
   while (!hasBegun) std::this_thread::yield();
-  UseVm(nullptr);
-  WaitForThreads();
+  LeaveVm();
   EXPECT_TRUE(isDone);
   leaving.join();
 }

@@ -74,11 +74,14 @@ TEST_F(VmJoinTest, AJoinThatFailsDetachesTheThreadThatItAttached) {
 
 TEST_F(VmJoinTest, AThreadThatIsRefusedSaysWhy) {
   torvan::java::detail::UseVm(nullptr);
-  jvm.Return<&Invocation::AttachCurrentThreadAsDaemon>(JNI_ENOMEM);
   std::thread([this] {
     isAttached = false;
+    jvm.Return<&Invocation::AttachCurrentThreadAsDaemon>(JNI_ENOMEM);
     EXPECT_EQ(WhatOf<StartFailure>([this] { torvan::java::JoinVm(jvm.Vm()); }),
               "The Java VM does not attach this thread: there is not enough memory (JNI_ENOMEM)");
+    jvm.Return<&Invocation::AttachCurrentThreadAsDaemon>(JNI_ERR);
+    EXPECT_EQ(WhatOf<StartFailure>([this] { torvan::java::JoinVm(jvm.Vm()); }),
+              "The Java VM does not attach this thread: it refuses the thread (JNI_ERR)");
   }).join();
 }
 

@@ -40,8 +40,9 @@ class Vm {
   // was refused for it could not be made up for in the destructor.
   // Throws Misuse when the calling thread was called by Java or has Elements open itself, and when the VM was joined or
   // released. While another thread is ending the VM, it throws Misuse "The Java VM has ended" in threads that this end
-  // waits for: in shutdown hooks, in threads that have Elements open, and in attached threads that it cannot tell the
-  // layer attached. Throws Error when Java cannot tell its threads or run its hooks.
+  // may wait for: in shutdown hooks, in threads that Java has called or that have Elements open, and in attached
+  // threads that it cannot tell the layer attached; where the VM does not report its end (JVMTI), in every thread once
+  // the hooks run. Throws Error when Java cannot tell its threads or run its hooks.
   VmEnd End(std::chrono::milliseconds grace = DefaultGrace);
 
   // Lets the VM run until the process ends. Its shutdown hooks do not run then unless Java itself ends the process.

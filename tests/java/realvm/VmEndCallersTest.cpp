@@ -3,8 +3,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <string>
 #include <thread>
 
+#include "java/realvm/CallbackTags.h"
 #include "java/realvm/OwnProcess.h"
 
 namespace tests {
@@ -119,6 +122,93 @@ TEST(VmEndCallersTest, AThreadThatEndsItMeanwhileWaitsUnlessItIsWaitedFor) {
     CallStaticInt("fixture/Vms", "runFor", "(I)I", 300);
     EXPECT_EQ(java::EndVm(fixed, 20s), VmEnd::Destroyed);
     for (std::thread* thread : {&unattached, &byTheLayer, &byTheFixedInterface}) thread->join();
+  });
+}
+
+// What a thread of the host is told that Java has called, and that ends the VM then. It may never end.
+std::atomic<bool> s_isCalled{false};
+std::atomic<bool> s_isTold{false};
+std::string s_told;
+
+void EndInsideACall(Vm& vm, bool isTime()) {
+  std::thread([&vm, isTime] {
+    const auto end = [&vm, isTime](jint number) {
+      s_isCalled = true;
+      while (!isTime()) std::this_thread::yield();
+      s_told = WhatOf<Misuse>([&vm] { vm.End(); });
+      s_isTold = true;
+      return number;
+    };
+    Nest(end, 1);
+  }).detach();
+  while (!s_isCalled) std::this_thread::yield();
+}
+
+void WaitUntilItIsTold() {
+  for (int i = 0; i < 10000 && !s_isTold; ++i) std::this_thread::sleep_for(1ms);
+}
+
+// It may hold a lock of Java's that a shutdown hook waits for.
+TEST(VmEndCallersTest, AThreadThatJavaHasCalledDoesNotWaitForAnEndThatIsInItsGrace) {
+  InOwnProcess([] {
+    Vm vm = StartVm(FixtureSettings());
+    EndInsideACall(vm, [] { return !java::detail::HasVm(); });
+    std::atomic<bool> isOpen{false};
+    std::thread kept([&isOpen] {
+      const java::Elements<jint> elements(java::NewArray<jint>(1));
+      isOpen = true;
+      WaitUntilItIsTold();
+    });
+    while (!isOpen) std::this_thread::yield();
+    EXPECT_EQ(vm.End(60s), VmEnd::Destroyed);
+    kept.join();
+    EXPECT_EQ(s_told, "The Java VM has ended");
+  });
+}
+
+std::atomic<bool> s_otherHookRuns{false};
+jint JNICALL WaitInHook(JNIEnv*, jclass, jint number) {
+  s_otherHookRuns = true;
+  WaitUntilItIsTold();
+  return number;
+}
+
+TEST(VmEndCallersTest, AThreadThatJavaHasCalledDoesNotWaitForShutdownHooks) {
+  InOwnProcess([] {
+    Vm vm = StartVm(FixtureSettings());
+    ASSERT_TRUE(AnswerCallBack(&WaitInHook));
+    java::CallStatic<void>("fixture/Work", "callBackAtEnd", 1);
+    EndInsideACall(vm, [] { return s_otherHookRuns.load(); });
+    EXPECT_EQ(vm.End(20s), VmEnd::Destroyed);
+    EXPECT_TRUE(s_isTold);
+    EXPECT_EQ(s_told, "The Java VM has ended");
+  });
+}
+
+TEST(VmEndCallersTest, AThreadOfTheHostWaitsForShutdownHooks) {
+  InOwnProcess([] {
+    Vm vm = StartVm(FixtureSettings());
+    ASSERT_TRUE(AnswerCallBack([](JNIEnv*, jclass, jint number) -> jint {
+      s_otherHookRuns = true;
+      std::this_thread::sleep_for(50ms);
+      return number;
+    }));
+    java::CallStatic<void>("fixture/Work", "callBackAtEnd", 1);
+    std::atomic<int> ready{0};
+    const auto endInTheHook = [&] {
+      ++ready;
+      while (!s_otherHookRuns) std::this_thread::yield();
+      return vm.End();
+    };
+    std::thread unattached([&] { EXPECT_EQ(endInTheHook(), VmEnd::Destroyed); });
+    std::thread attached([&] {
+      const java::Thread thread;
+      EXPECT_EQ(endInTheHook(), VmEnd::Destroyed);
+    });
+    while (ready != 2) std::this_thread::yield();
+    EXPECT_EQ(vm.End(20s), VmEnd::Destroyed);
+    unattached.join();
+    attached.join();
   });
 }
 
