@@ -109,14 +109,16 @@ struct NativeRow {
 
 }  // namespace
 
-void RegisterNative(JNIEnv* env, jclass type, std::string name, std::string descriptor, void* function) {
-  const JNINativeMethod native = {name.data(), descriptor.data(), function};
-  const jint status = env->RegisterNatives(type, &native, 1);
+jint RegisterNative(JNIEnv* env, jclass type, const char* name, const char* descriptor, void* function) noexcept {
+  const JNINativeMethod native = {const_cast<char*>(name), const_cast<char*>(descriptor), function};
+  return env->RegisterNatives(type, &native, 1);
+}
+
+void RequireRegistered(JNIEnv* env, jint status, const char* name, const char* descriptor) {
+  if (status == JNI_OK) return;
   CheckPending(env);
-  if (status != JNI_OK) {
-    const std::string what = "This Java VM takes no C++ function for " + name + descriptor + ": ";
-    throw Failure("java/HandlerNatives", __LINE__, what + WordsFor(status, "the function"));
-  }
+  const std::string what = std::string("This Java VM takes no C++ function for ") + name + descriptor + ": ";
+  throw Failure("java/HandlerNatives", __LINE__, what + WordsFor(status, "the function"));
 }
 
 void RegisterHandlerNatives(JNIEnv* env, jclass handler) {
@@ -131,7 +133,10 @@ void RegisterHandlerNatives(JNIEnv* env, jclass handler) {
       {"drop",        "(J)V",                                                                        reinterpret_cast<void*>(&Drop)},
   };
   // clang-format on
-  for (const NativeRow& row : rows) RegisterNative(env, handler, row.name, row.descriptor, row.function);
+  for (const NativeRow& row : rows) {
+    RequireRegistered(env, RegisterNative(env, handler, row.name, row.descriptor, row.function), row.name,
+                      row.descriptor);
+  }
 }
 
 }  // namespace torvan::java::detail

@@ -3,14 +3,15 @@
 
 #include <torvan/jni/JniTypes.h>
 
-#include <string>
-
 namespace torvan::java::detail {
 
-// Throws as RegisterNative does.
+// Throws as RequireRegistered does.
 void RegisterHandlerNatives(JNIEnv* env, jclass handler);
 
-// Makes a function the native method of a class. Throws Error, and Failure where the VM refuses and does not say why.
-void RegisterNative(JNIEnv* env, jclass type, std::string name, std::string descriptor, void* function);
+// Makes a function the native method of a class. Returns JNI's status, and may leave an exception pending.
+jint RegisterNative(JNIEnv* env, jclass type, const char* name, const char* descriptor, void* function) noexcept;
+
+// Throws Error, and Failure where the VM has refused and does not say why.
+void RequireRegistered(JNIEnv* env, jint status, const char* name, const char* descriptor);
 
 }  // namespace torvan::java::detail

@@ -120,29 +120,42 @@ struct NativeBinding final : OwnedByJava {
   HandledFunction handled{};
 };
 
-// Puts the binding into the slot that the method has already, or into a free one. Returns its index and what was there.
-std::pair<std::size_t, const void*> TakeSlot(JNIEnv* env, NativeBinding& binding, jclass type,
-                                             const NativeSlots& slots) {
-  const std::lock_guard<std::mutex> guard(SlotsLock());
-  std::size_t taken = slots.count;
+// The slot that the method has already, or else a free one.
+std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, const NativeSlots& slots) {
+  std::size_t found = slots.count;
   for (std::size_t i = 0; i < slots.count; ++i) {
     const auto* const other = static_cast<const NativeBinding*>(slots.slots[i].binding.load(std::memory_order_relaxed));
     if (other == nullptr) {
-      if (taken == slots.count) taken = i;
+      if (found == slots.count) found = i;
     } else if (other->member == binding.member) {
       const Local<Class> its = other->type.Lock();
       CheckPending(env);
-      if (env->IsSameObject(its.Get(), type) == JNI_FALSE) continue;
-      taken = i;
-      break;
+      if (env->IsSameObject(its.Get(), type) != JNI_FALSE) return i;
     }
   }
-  if (taken == slots.count) {
+  if (found == slots.count) {
     const std::string cannot = binding.name + " cannot be bound: " + std::to_string(slots.count);
     Fail(__LINE__, cannot + " native methods have functions of this C++ type; pass a separate lambda expression");
   }
-  binding.slot = &slots.slots[taken];
-  return {taken, binding.slot->binding.exchange(&binding, std::memory_order_acq_rel)};
+  return found;
+}
+
+// Has Java call the binding from now on. Where it throws, Java has never called it, and calls what it called before.
+void Register(JNIEnv* env, NativeBinding& binding, jclass type, const MemberName& name, const NativeSlots& slots) {
+  jint status = JNI_OK;
+  {
+    // Over JNI, which runs no Java here: another thread sees the method either bound or not.
+    const std::lock_guard<std::mutex> guard(SlotsLock());
+    const std::size_t found = FindSlot(env, binding, type, slots);
+    NativeSlot& slot = slots.slots[found];
+    const void* const before = slot.binding.load(std::memory_order_relaxed);
+    // A method that is bound for the first time may be called at once.
+    if (before == nullptr) slot.binding.store(&binding, std::memory_order_release);
+    status = RegisterNative(env, type, name.name, name.descriptor, slots.entries[found]);
+    slot.binding.store(status == JNI_OK ? &binding : before, std::memory_order_release);
+    if (status == JNI_OK) binding.slot = &slot;
+  }
+  RequireRegistered(env, status, name.name, name.descriptor);
 }
 
 Test TestFor(JNIEnv* env, jobject type, std::string name) {
@@ -253,21 +266,12 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
   // Java's before any thread can call it: from then on it lives as long as the class.
   GiveToJava(env, raw, binding.get());
   NativeBinding& bound = *binding.release();
-  std::optional<std::pair<std::size_t, const void*>> taken;
   try {
-    taken = TakeSlot(env, bound, raw, slots);
-    RegisterNative(env, raw, name.name, name.descriptor, slots.entries[taken->first]);
+    Register(env, bound, raw, name, slots);
   } catch (...) {
-    const void* const before = taken ? taken->second : nullptr;
-    const void* expected = &bound;
-    bool isOurs = false;
-    if (taken) {
-      const std::lock_guard<std::mutex> guard(SlotsLock());
-      // Another thread may have bound the method meanwhile; its function stays.
-      isOurs = bound.slot->binding.compare_exchange_strong(expected, before, std::memory_order_acq_rel);
-    }
-    // No Java code could call it. Outside of the lock: its destructor may bind functions.
-    if (!taken || (isOurs && before == nullptr)) bound.function.reset();
+    // Java has the binding as long as the class, but needs nothing in it.
+    bound.function.reset();
+    bound.type.Reset();
     Released(static_cast<OwnedByJava*>(&bound));
     throw;
   }
