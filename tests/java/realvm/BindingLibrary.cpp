@@ -2,6 +2,7 @@
 #include <torvan/Java.h>
 
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 // Not in the unnamed namespace: what the compiler makes for it has the same name in both libraries.
@@ -23,6 +24,19 @@ constexpr java::NativeMethod<jint(jint, jlong, double)> Native{"fixture/Natives"
 extern "C" jclass KeptClass(JavaVM* vm) {
   java::JoinVm(vm);
   return java::detail::ClassOf<Natives>(java::detail::Env());
+}
+
+// How many objects there are in a map from and to Natives of the class that this library knows.
+extern "C" jint CountNatives(JavaVM* vm, jobject map) try {
+  java::JoinVm(vm);
+  jint count = 0;
+  for (const auto& [key, value] : java::Each<std::pair<Natives, Natives>>(map)) count += key && value ? 2 : 0;
+  const auto values = java::Call<java::Local<>>(map, "values");
+  for (const java::Local<Natives>& value : java::Each<Natives>(values)) count += value ? 1 : 0;
+  return count;
+} catch (const std::exception& failure) {
+  std::fprintf(stderr, "%s\n", failure.what());
+  return -1;
 }
 
 // Binds as many native methods to functions of one type, and returns how many of them answer as they should.

@@ -41,13 +41,14 @@ struct ObjectValue {
   }
 };
 
+// The functions whose members are kept, with the classes of their results, are hidden as ClassOf is.
 template <typename T>
 struct Item {
   using Value = typename ObjectValue<T>::Value;
   static constexpr bool isGood = ObjectValue<T>::isGood;
   static constexpr bool isEntry = false;
 
-  static Value Next(const Ref<JavaIterator>& iterator) {
+  TORVAN_JAVA_HIDDEN static Value Next(const Ref<JavaIterator>& iterator) {
     static constexpr Method<JavaIterator, typename ObjectValue<T>::Taken()> next{"next", "()Ljava/lang/Object;"};
     return ObjectValue<T>::Of(next, iterator, "next");
   }
@@ -58,7 +59,7 @@ struct Item<std::pair<K, V>> {
   static constexpr bool isGood = ObjectValue<K>::isGood && ObjectValue<V>::isGood;
   static constexpr bool isEntry = true;
 
-  static Value Next(const Ref<JavaIterator>& iterator) {
+  TORVAN_JAVA_HIDDEN static Value Next(const Ref<JavaIterator>& iterator) {
     static constexpr Method<JavaEntry, typename ObjectValue<K>::Taken()> getKey{"getKey", "()Ljava/lang/Object;"};
     static constexpr Method<JavaEntry, typename ObjectValue<V>::Taken()> getValue{"getValue", "()Ljava/lang/Object;"};
     const Local<JavaEntry> entry = Item<JavaEntry>::Next(iterator);
