@@ -26,7 +26,7 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   std::string Path(const std::string& name = {}) const {
-    return (name.empty() ? m_path : m_path / std::filesystem::u8path(name)).u8string();
+    return Utf8(name.empty() ? m_path : m_path / std::filesystem::u8path(name));
   }
 
   // Makes a file, and the folders on its path.
@@ -34,10 +34,16 @@ class TemporaryFolder {
     const auto path = m_path / std::filesystem::u8path(name);
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << text;
-    return path.u8string();
+    return Utf8(path);
   }
 
  private:
+  // From C++20 on, a path's UTF-8 is text of another type.
+  static std::string Utf8(const std::filesystem::path& path) {
+    const auto text = path.u8string();
+    return {text.begin(), text.end()};
+  }
+
   std::filesystem::path m_path;
 };
 
