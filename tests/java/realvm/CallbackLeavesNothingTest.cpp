@@ -74,6 +74,28 @@ TEST_F(CallbackLeavesNothingTest, WhereverTheVmRefusesAndDoesNotSayWhy) {
   ExpectNothingWhereverItFailsSilently([&] { native.Bind([] { return Local<Object>(); }); }, 2);
 }
 
+TEST_F(CallbackLeavesNothingTest, AMethodKeepsItsFunctionWhereAnotherCannotBeBound) {
+  constexpr java::NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
+  constexpr StaticMethod<jint(jint, jlong, double)> add{"fixture/Natives", "add"};
+  const auto bind = [&](jint value) { native.Bind([value](jint, jlong, double) { return value; }); };
+  bind(1);
+  int failures = 0;
+  for (bool isBound = false; !isBound;) {
+    {
+      const CountedReferences counted(java::detail::Env());
+      CountedReferences::FailSilentlyAt(failures + 1);
+      try {
+        bind(2);
+        isBound = true;
+      } catch (const std::exception&) {
+        ++failures;
+      }
+    }
+    EXPECT_EQ(add(0, 0, 0.0), isBound ? 2 : 1) << failures;
+  }
+  EXPECT_GT(failures, 1);
+}
+
 // The thread's table of JNI functions, while it is replaced.
 JNINativeInterface_ s_table;
 const JNINativeInterface_* s_real = nullptr;
