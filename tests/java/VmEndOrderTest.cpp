@@ -198,6 +198,12 @@ TEST_F(VmEndOrderTest, AThreadThatEndsAVmThatHasDiedDoesNotAskItAndWaits) {
   other.join();
 }
 
+TEST_F(VmEndOrderTest, AVmThatWasToReportItsDeathAndDidNotIsNotAskedAfterItsEnd) {
+  vmDeathIsSeen = true;
+  EXPECT_EQ(End([] {}), VmEnd::Destroyed);
+  EXPECT_EQ(livingVm, nullptr);
+}
+
 // Until then it is asked once.
 TEST_F(VmEndOrderTest, AThreadThatEndsAVmBeforeItDiesAsksItOnce) {
   ReportDeath();

@@ -125,6 +125,19 @@ TEST(VmEndCallersTest, AThreadThatEndsItMeanwhileWaitsUnlessItIsWaitedFor) {
   });
 }
 
+TEST(VmEndCallersTest, TwoThreadsEndAVmThatWasNeverJoined) {
+  InOwnProcess([] {
+    const torvan::jni::CJavaVm fixed = FixedVm();
+    fixed.FindClass("fixture/Vms").CallStaticIntMethod("runFor", "(I)I", jint{300});
+    fixed.Detach();
+    const auto end = [&] { EXPECT_EQ(java::EndVm(fixed, 20s), VmEnd::Destroyed); };
+    std::thread first(end);
+    std::thread second(end);
+    first.join();
+    second.join();
+  });
+}
+
 // What a thread of the host is told that Java has called, and that ends the VM then. It may never end.
 std::atomic<bool> s_isCalled{false};
 std::atomic<bool> s_isTold{false};
