@@ -43,6 +43,25 @@ TEST_F(ThreadsTest, AThousandThreadsLeaveNoneBehind) {
   EXPECT_EQ(CallStaticInt("fixture/Vms", "threads", "()I"), before);
 }
 
+// A thread that ends waits for the VM, and what Java starts may wait for a thread that ends.
+TEST_F(ThreadsTest, JavaStartsThreadsWhileThreadsOfTheHostEnd) {
+  std::atomic<bool> goesOn{true};
+  std::thread host([&] {
+    while (goesOn) InThreads(8, [] { EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -3), 3); });
+  });
+  EXPECT_EQ(CallStaticInt("fixture/Vms", "startThreads", "(I)I", 800), 800);
+  goesOn = false;
+  host.join();
+}
+
+// Compiled code gets several times as deep as interpreted, which the first thread partly runs.
+TEST_F(ThreadsTest, AThreadOfJavasHasTheStackThatItAsksFor) {
+  const jint large = CallStaticInt("fixture/Vms", "depth", "(I)I", 64);
+  const jint small = CallStaticInt("fixture/Vms", "depth", "(I)I", 1);
+  EXPECT_GT(small, 1000);
+  EXPECT_GT(large, 4 * small);
+}
+
 TEST_F(ThreadsTest, AThreadThatIsUsedElsewhereIsFoundOutWithAssertions) {
 #ifdef NDEBUG
   GTEST_SKIP() << "this build has no assertions";

@@ -30,17 +30,23 @@ void StayLoaded() {
   GetModuleHandleExW(pinByAddress, &anchor, &module);
 }
 
-LibJvm Load() {
-  StayLoaded();
-  TakeOverEnvironment();
-  const char* home = std::getenv("HOTSPOT_HOME");
-  const std::string path = std::string(home != nullptr ? home : HOTSPOT_HOME) + "/lib/server/libjvm.so";
+void* Open(const std::string& path) {
   void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
   if (library == nullptr) {
     std::fprintf(stderr, "jvm.dll: %s\n", dlerror());
     std::exit(2);
   }
   SettleInWine(library);
+  return library;
+}
+
+LibJvm Load() {
+  StayLoaded();
+  TakeOverEnvironment();
+  const char* variable = std::getenv("HOTSPOT_HOME");
+  const std::string home = variable != nullptr ? variable : HOTSPOT_HOME;
+  void* const library = Open(home + "/lib/server/libjvm.so");
+  Open(home + "/lib/libjava.so");  // HotSpot loads it later, and gets this one
   return {reinterpret_cast<decltype(LibJvm::createJavaVm)>(dlsym(library, "JNI_CreateJavaVM")),
           reinterpret_cast<decltype(LibJvm::getCreatedJavaVms)>(dlsym(library, "JNI_GetCreatedJavaVMs")),
           reinterpret_cast<decltype(LibJvm::getDefaultInitArgs)>(dlsym(library, "JNI_GetDefaultJavaVMInitArgs"))};
@@ -81,7 +87,7 @@ OUT_OF_LINE jint CreateJavaVm(HostVm** vm, HostEnv** env, const JavaVMInitArgs& 
   }
   BridgeHooks(options);
   // A thread that ends under Wine leaves the VM with a lock that each new thread needs. The VM must not wait then for a
-  // new thread of the compiler or the collector, so it has all of them from the start.
+  // new thread of the compiler or the collector, so it has all of them from the start. See StartJavaThread for Java's.
   static char compilers[] = "-XX:-UseDynamicNumberOfCompilerThreads";
   static char collectors[] = "-XX:-UseDynamicNumberOfGCThreads";
   options.insert(options.begin(), {{compilers, nullptr}, {collectors, nullptr}});

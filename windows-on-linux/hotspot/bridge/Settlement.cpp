@@ -1,4 +1,4 @@
-// What HotSpot asks of the C library goes through here where Wine lives differently.
+// What HotSpot asks of the C library, and Java of HotSpot, goes through here where Wine lives differently.
 #include <dlfcn.h>
 #include <link.h>
 #include <pthread.h>
@@ -41,8 +41,10 @@ int GetThreadAttributes(pthread_t thread, pthread_attr_t* attributes) {
   const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
   if (here <= stack.low || here >= stack.high) return pthread_getattr_np(thread, attributes);
   if (pthread_getattr_np(thread, attributes) != 0) pthread_attr_init(attributes);
-  const std::uintptr_t low = (stack.low + GuardedByWine + PageSize - 1) & ~(PageSize - 1);
+  std::uintptr_t low = (stack.low + GuardedByWine + PageSize - 1) & ~(PageSize - 1);
   const std::uintptr_t high = stack.high & ~(PageSize - 1);
+  const std::size_t asked = AskedStackSize();  // the thread may have more than that
+  if (asked != 0 && asked < high - low) low = high - asked;
   pthread_attr_setstack(attributes, reinterpret_cast<void*>(low), high - low);
   pthread_attr_setguardsize(attributes, 0);
   return 0;
@@ -105,6 +107,7 @@ const Substitute Substitutes[] = {
     {"pthread_create", reinterpret_cast<void*>(&CreateHotSpotThread)},
     {"pthread_sigmask", reinterpret_cast<void*>(&SetSignalMask)},
     {"sigaction", reinterpret_cast<void*>(&SetSignalAction)},
+    {"JVM_StartThread", reinterpret_cast<void*>(&StartJavaThread)},
 };
 
 void Redirect(void** slot, void* function) {
@@ -153,19 +156,19 @@ Imports ImportsOf(const link_map& library) {
 
 }  // namespace
 
-void SettleInWine(void* libjvm) {
-  link_map* library = nullptr;
-  if (dlinfo(libjvm, RTLD_DI_LINKMAP, &library) != 0 || library == nullptr) return;
-  const Imports imports = ImportsOf(*library);
+void SettleInWine(void* library) {
+  link_map* map = nullptr;
+  if (dlinfo(library, RTLD_DI_LINKMAP, &map) != 0 || map == nullptr) return;
+  const Imports imports = ImportsOf(*map);
   for (int table = 0; table < 2; ++table) {
     const ElfW(Rela)* const first = imports.relocations[table];
     for (std::size_t i = 0; first != nullptr && i < imports.sizes[table] / sizeof(*first); ++i) {
       const auto type = ELF64_R_TYPE(first[i].r_info);
-      if (type != R_X86_64_JUMP_SLOT && type != R_X86_64_GLOB_DAT) continue;
+      if (type != R_X86_64_JUMP_SLOT && type != R_X86_64_GLOB_DAT && type != R_X86_64_64) continue;
       const char* name = imports.names + imports.symbols[ELF64_R_SYM(first[i].r_info)].st_name;
       for (const Substitute& substitute : Substitutes) {
         if (std::strcmp(name, substitute.name) != 0) continue;
-        Redirect(reinterpret_cast<void**>(library->l_addr + first[i].r_offset), substitute.function);
+        Redirect(reinterpret_cast<void**>(map->l_addr + first[i].r_offset), substitute.function);
       }
     }
   }
