@@ -13,10 +13,26 @@ function(windows_on_linux_all result property folder)
   set(${result} ${all} PARENT_SCOPE)
 endfunction()
 
+# Sets RESULT to those of all that the pattern matches. Stops where one of the alternatives of the whole pattern matches
+# none, unless tests or examples are not built.
+function(windows_on_linux_matching result property pattern)
+  windows_on_linux_all(all ${property} "${PROJECT_SOURCE_DIR}")
+  set(matching)
+  string(REGEX MATCHALL "([^|(]|[(][^)]*[)])+" alternatives "${pattern}")
+  foreach(alternative IN LISTS alternatives)
+    set(more ${all})
+    list(FILTER more INCLUDE REGEX "^(${alternative})$")
+    if(NOT more AND TORVAN_BUILD_TESTS AND TORVAN_BUILD_EXAMPLES)
+      message(FATAL_ERROR "\"${alternative}\" matches none of the ${property}.")
+    endif()
+    list(APPEND matching ${more})
+  endforeach()
+  set(${result} ${matching} PARENT_SCOPE)
+endfunction()
+
 # The tests whose names match the pattern.
 function(leave_out_tests pattern reason)
-  windows_on_linux_all(tests TESTS "${PROJECT_SOURCE_DIR}")
-  list(FILTER tests INCLUDE REGEX "^(${pattern})$")
+  windows_on_linux_matching(tests TESTS "${pattern}")
   if(NOT tests)
     return()
   endif()
@@ -27,8 +43,7 @@ endfunction()
 
 # The programs, libraries and Java classes whose names match the pattern.
 function(leave_out_targets pattern reason)
-  windows_on_linux_all(targets BUILDSYSTEM_TARGETS "${PROJECT_SOURCE_DIR}")
-  list(FILTER targets INCLUDE REGEX "^(${pattern})$")
+  windows_on_linux_matching(targets BUILDSYSTEM_TARGETS "${pattern}")
   if(NOT targets)
     return()
   endif()
