@@ -1,3 +1,4 @@
+#include <cstring>
 #include <future>
 #include <string>
 #include <system_error>
@@ -15,7 +16,7 @@ bool error_category::equivalent(const error_code& code, int condition) const noe
 
 namespace {
 
-class Category final : public error_category {
+class Category : public error_category {
  public:
   explicit Category(const char* name) : m_name(name) {}
   const char* name() const noexcept override { return m_name; }
@@ -25,10 +26,17 @@ class Category final : public error_category {
   const char* m_name;
 };
 
+// The C library's own errors.
+class GenericCategory final : public Category {
+ public:
+  GenericCategory() : Category("generic") {}
+  string message(int value) const override { return strerror(value); }
+};
+
 }  // namespace
 
 const error_category& generic_category() noexcept {
-  static const Category category("generic");
+  static const GenericCategory category;
   return category;
 }
 const error_category& future_category() noexcept {

@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -32,6 +33,9 @@ const char* bad_any_cast::what() const noexcept { return "std::bad_any_cast"; }
 bad_optional_access::~bad_optional_access() noexcept = default;
 const char* bad_optional_access::what() const noexcept { return "std::bad_optional_access"; }
 const char* bad_variant_access::what() const noexcept { return "std::bad_variant_access"; }
+
+bad_weak_ptr::~bad_weak_ptr() noexcept = default;
+const char* bad_weak_ptr::what() const noexcept { return "std::bad_weak_ptr"; }
 
 void __throw_bad_alloc() { throw bad_alloc(); }
 void terminate() noexcept { abort(); }
@@ -66,8 +70,10 @@ runtime_error::runtime_error(const runtime_error& other) noexcept : exception(ot
 runtime_error::~runtime_error() noexcept = default;
 const char* runtime_error::what() const noexcept { return __imp_.c_str(); }
 
+domain_error::~domain_error() noexcept = default;
 length_error::~length_error() noexcept = default;
 out_of_range::~out_of_range() noexcept = default;
 invalid_argument::~invalid_argument() noexcept = default;
+range_error::~range_error() noexcept = default;
 
 }  // namespace std

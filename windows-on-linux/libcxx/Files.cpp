@@ -31,7 +31,12 @@ string Narrow(const wstring& text) {
 
 path::path(const wchar_t* text) : m_text(Narrow(text)) {}
 
-wstring path::wstring() const { return __widen(m_text.c_str()); }
+wstring path::wstring() const {
+  const int size = static_cast<int>(m_text.size());
+  std::wstring text(m_text.size(), L'\0');
+  text.resize(static_cast<size_t>(MultiByteToWideChar(CP_UTF8, 0, m_text.data(), size, text.data(), size)));
+  return text;
+}
 
 path temp_directory_path() {
   wchar_t text[Room];
@@ -66,7 +71,12 @@ bool is_regular_file(const path& path, error_code& error) {
   error.clear();
   const DWORD attributes = GetFileAttributesW(path.wstring().c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES) return (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-  error.assign(static_cast<int>(GetLastError()), system_category());
+  const DWORD reason = GetLastError();
+  if (reason == ERROR_FILE_NOT_FOUND || reason == ERROR_PATH_NOT_FOUND) {
+    error = make_error_code(errc::no_such_file_or_directory);
+  } else {
+    error.assign(static_cast<int>(reason), system_category());
+  }
   return false;
 }
 
@@ -75,6 +85,15 @@ bool exists(const path& path) { return GetFileAttributesW(path.wstring().c_str()
 bool is_directory(const path& path) {
   const DWORD attributes = GetFileAttributesW(path.wstring().c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool is_empty(const path& folder) {
+  WIN32_FIND_DATAW entry;
+  const HANDLE search = FindFirstFileW((folder / "*").wstring().c_str(), &entry);
+  int count = 0;
+  for (BOOL more = search != INVALID_HANDLE_VALUE; more != FALSE; more = FindNextFileW(search, &entry)) ++count;
+  FindClose(search);
+  return count <= 2;  // "." and ".."
 }
 
 bool create_directories(const path& folder) {
@@ -115,6 +134,8 @@ void remove_all(const path& folder, error_code& error) {
   FindClose(search);
   if (!error) check(RemoveDirectoryW(folder.wstring().c_str()));
 }
+
+void permissions(const path&, perms) {}
 
 }  // namespace filesystem
 }  // namespace std

@@ -9,6 +9,16 @@ __shared_weak_count::~__shared_weak_count() = default;
 void __shared_weak_count::__release_weak() noexcept {
   if (__libcpp_atomic_refcount_decrement(__shared_weak_owners_) == -1) __on_zero_shared_weak();
 }
+__shared_weak_count* __shared_weak_count::lock() noexcept {
+  long owners = __atomic_load_n(&__shared_owners_, __ATOMIC_SEQ_CST);
+  while (owners != -1) {
+    if (__atomic_compare_exchange_n(&__shared_owners_, &owners, owners + 1, false, __ATOMIC_SEQ_CST,
+                                    __ATOMIC_SEQ_CST)) {
+      return this;
+    }
+  }
+  return nullptr;
+}
 const void* __shared_weak_count::__get_deleter(const type_info&) const noexcept { return nullptr; }
 
 size_t __next_prime(size_t number) {

@@ -1,4 +1,5 @@
 // Threads, mutexes and condition variables, each one of the system's own.
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -16,6 +17,8 @@ SRWLOCK* LockOf(__libcpp_mutex_t* mutex) { return reinterpret_cast<SRWLOCK*>(mut
 CONDITION_VARIABLE* ConditionOf(__libcpp_condvar_t* condition) {
   return reinterpret_cast<CONDITION_VARIABLE*>(condition);
 }
+
+constexpr long long MostMilliseconds = INFINITE - 1;
 
 struct Start {
   void* (*function)(void*);
@@ -40,6 +43,13 @@ void condition_variable::notify_all() noexcept { WakeAllConditionVariable(Condit
 void condition_variable::wait(unique_lock<mutex>& lock) noexcept {
   SleepConditionVariableSRW(ConditionOf(&__cv_), LockOf(lock.mutex()->native_handle()), INFINITE, 0);
 }
+void condition_variable::__do_timed_wait(unique_lock<mutex>& lock,
+                                         chrono::time_point<chrono::system_clock, chrono::nanoseconds> until) noexcept {
+  const chrono::nanoseconds left = until - chrono::system_clock::now();
+  const long long milliseconds = clamp(chrono::ceil<chrono::milliseconds>(left).count(), 0LL, MostMilliseconds);
+  SleepConditionVariableSRW(ConditionOf(&__cv_), LockOf(lock.mutex()->native_handle()),
+                            static_cast<DWORD>(milliseconds), 0);
+}
 
 int __libcpp_thread_create(__libcpp_thread_t* thread, void* (*function)(void*), void* argument) {
   auto start = new Start{function, argument};
@@ -53,6 +63,12 @@ int __libcpp_thread_join(__libcpp_thread_t* thread) {
   *thread = nullptr;
   return 0;
 }
+
+__libcpp_thread_id __libcpp_thread_get_current_id() { return GetCurrentThreadId(); }
+__libcpp_thread_id __libcpp_thread_get_id(const __libcpp_thread_t* thread) { return GetThreadId(*thread); }
+bool __libcpp_thread_id_equal(__libcpp_thread_id one, __libcpp_thread_id other) { return one == other; }
+bool __libcpp_thread_id_less(__libcpp_thread_id one, __libcpp_thread_id other) { return one < other; }
+void __libcpp_thread_yield() { SwitchToThread(); }
 
 int __libcpp_tls_create(__libcpp_tls_key* key, void(__stdcall* atThreadExit)(void*)) {
   const DWORD slot = FlsAlloc(atThreadExit);

@@ -4,6 +4,8 @@ set(sources
   LocalStatics.cpp
   Main.cpp
   OperatorNew.cpp
+  OperatorNewForms.cpp
+  OperatorNewNothrow.cpp
   SecurityCookie.cpp
   StackProbe.cpp
   StartUp.cpp
