@@ -1,6 +1,8 @@
 // Named pipes as files of a program: the start never waits for their other end.
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -8,6 +10,7 @@
 #include <thread>
 
 #include "java/processes/Probe.h"
+#include "java/processes/linux/StatFile.h"
 
 namespace tests {
 namespace {
@@ -36,6 +39,19 @@ class ProgramNamedPipeTest : public testing::Test {
   const fs::path m_pipe = ProbeHome() / "a pipe";
 };
 
+// Tells whether a process or a thread waits for something that may take any time.
+bool Waits(const fs::path& folder) {
+  const auto fields = StatOf(folder);
+  return !fields.empty() && fields[0] == "S";
+}
+
+// Tells whether a thread of this process waits in open(): for the other end of a pipe, for nothing else is so slow.
+bool WaitsInOpen(int thread) {
+  const fs::path folder = "/proc/self/task/" + std::to_string(thread);
+  long call = -1;
+  return std::ifstream(folder / "syscall") >> call && call == SYS_openat && Waits(folder);
+}
+
 TEST_F(ProgramNamedPipeTest, OneWithoutItsOtherEndIsRefused) {
   const std::string noWriter = TextOf("input", "no program writes to this named pipe yet");
   const std::string noReader = TextOf("output", "no program reads this named pipe yet");
@@ -48,20 +64,19 @@ TEST_F(ProgramNamedPipeTest, OneWithoutItsOtherEndIsRefused) {
 
 TEST_F(ProgramNamedPipeTest, TheInputComesFromOneThatAnotherProgramWrites) {
   const int writer = OpenPipe(O_RDWR);
-  ASSERT_EQ(write(writer, "first ", 6), 6);
-  std::atomic<bool> begun = false;
+  ASSERT_EQ(write(writer, "first\n", 6), 6);
+  std::atomic<bool> hasFirst = false;
   std::string output;
-  const Process process =
-      java::Start(Probe({"says", "begun\n", "echo"}).InputFile(m_pipe).OnOutputLine([&](std::string_view line) {
-        output += line;
-        begun = true;
-      }));
-  ASSERT_TRUE(Eventually([&begun] { return begun.load(); }));
-  std::this_thread::sleep_for(50ms);  // it has read the first part and waits for more
+  const Process process = java::Start(Probe({"echo"}).InputFile(m_pipe).OnOutputLine([&](std::string_view line) {
+    output += line;
+    hasFirst = true;
+  }));
+  const fs::path folder = "/proc/" + std::to_string(process.Id());
+  EXPECT_TRUE(Eventually([&] { return hasFirst && Waits(folder); }));  // for more
   ASSERT_EQ(write(writer, "second", 6), 6);
   close(writer);
   process.Wait();
-  EXPECT_EQ(output, "begunfirst second");
+  EXPECT_EQ(output, "firstsecond");
 }
 
 TEST_F(ProgramNamedPipeTest, TheInputComesFromOneWhoseWriterWaitsForIt) {
@@ -72,12 +87,7 @@ TEST_F(ProgramNamedPipeTest, TheInputComesFromOneWhoseWriterWaitsForIt) {
     EXPECT_EQ(write(number, "text", 4), 4);
     close(number);
   });
-  EXPECT_TRUE(Eventually([&id] {
-    std::string all;
-    std::getline(std::ifstream("/proc/self/task/" + std::to_string(id) + "/stat"), all);
-    return all.find(") S ") != std::string::npos;
-  }));
-  std::this_thread::sleep_for(50ms);  // it may have waited for something else
+  EXPECT_TRUE(Eventually([&id] { return WaitsInOpen(id); }));
   const Process process = java::Start(Probe({"echo"}).InputFile(m_pipe));
   writer.join();
   EXPECT_EQ(process.Wait().output, "text");
@@ -88,11 +98,13 @@ TEST_F(ProgramNamedPipeTest, TheOutputGoesIntoOneThatAnotherProgramReads) {
   fcntl(reader, F_SETFL, 0);
   // More than the pipe holds, so that the program has to wait.
   const Process process = java::Start(Probe({"flood", "1000000"}).OutputFile(m_pipe));
-  std::this_thread::sleep_for(50ms);
+  int size = 0;
+  EXPECT_TRUE(Eventually([&] { return ioctl(reader, FIONREAD, &size) == 0 && size == fcntl(reader, F_GETPIPE_SZ); }));
   std::string text;
   char piece[4096];
-  for (ssize_t size; (size = read(reader, piece, sizeof piece)) > 0;)
-    text.append(piece, static_cast<std::size_t>(size));
+  for (ssize_t count; (count = read(reader, piece, sizeof piece)) > 0;) {
+    text.append(piece, static_cast<std::size_t>(count));
+  }
   close(reader);
   EXPECT_EQ(process.Wait().exitCode, 0);
   EXPECT_EQ(text, std::string(1000000, 'o') + "\n0\n");

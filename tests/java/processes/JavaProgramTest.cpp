@@ -107,7 +107,7 @@ TEST(JavaProgramTest, StoppingRunsTheShutdownHooksAndDumpsNoThreads) {
     if (line == "hook") hook = line;
   }));
   ASSERT_TRUE(Eventually([&] { return ready.load(); }));
-  process.Stop(30s);
+  process.Stop(Patience);
   const Outcome outcome = process.Wait();
   EXPECT_EQ(outcome.ended, Ended::Stopped);
   EXPECT_EQ(outcome.exitCode, 143);
@@ -116,9 +116,12 @@ TEST(JavaProgramTest, StoppingRunsTheShutdownHooksAndDumpsNoThreads) {
 }
 
 TEST(JavaProgramTest, TheTimeLimitRunsTheShutdownHooks) {
-  const Outcome outcome = java::Run(JavaProbe({"stop"}).TimeLimit(5s));
-  EXPECT_EQ(outcome.ended, Ended::TimedOut);
-  EXPECT_EQ(outcome.output, "ready\nhook");
+  EXPECT_TRUE(WithEnoughTime([](std::chrono::milliseconds limit) {
+    const Outcome outcome = java::Run(JavaProbe({"stop"}).TimeLimit(limit));
+    EXPECT_EQ(outcome.ended, Ended::TimedOut);
+    // On a busy machine it may not be ready before the limit, or not end within the grace.
+    return outcome.output == "ready\nhook";
+  }));
 }
 
 TEST(JavaProgramTest, KillingEndsWhatJavaHasStarted) {

@@ -65,9 +65,12 @@ std::string ReadFile(const fs::path& path) {
 }
 
 void ExpectHeld(const Held& before, const std::string& moment) {
-  EXPECT_TRUE(Eventually([&before] { return HeldNow().threads <= before.threads; }))
-      << HeldNow().threads << " threads instead of " << before.threads << ' ' << moment;
-  const Held now = HeldNow();
+  Held now{};
+  Eventually([&] {
+    now = HeldNow();
+    return now.threads <= before.threads && now.descriptors == before.descriptors && now.children == before.children;
+  });
+  EXPECT_LE(now.threads, before.threads) << moment;
   EXPECT_EQ(now.descriptors, before.descriptors) << moment;
   EXPECT_EQ(now.children, before.children) << moment;
 }

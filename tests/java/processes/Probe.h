@@ -51,10 +51,16 @@ void ExpectThrow(const Function& function, const std::string& text) {
   }
 }
 
-// Waits until the condition is true, for ten seconds at most. Returns whether it is.
+// How long a test waits for what must happen: only one that fails takes so long, however busy the machine is.
+constexpr std::chrono::milliseconds Patience = 60s;
+
+// How many milliseconds a program sleeps that a test ends.
+constexpr const char* Forever = "600000";
+
+// Waits until the condition is true, but no longer than that. Returns whether it is.
 template <class Condition>
 bool Eventually(const Condition& condition) {
-  const auto end = std::chrono::steady_clock::now() + 10s;
+  const auto end = std::chrono::steady_clock::now() + Patience;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) return false;
     std::this_thread::sleep_for(5ms);
@@ -62,9 +68,19 @@ bool Eventually(const Condition& condition) {
   return true;
 }
 
-// Expects that the process holds no more than before. A program's thread ends a moment after the program's end was
-// reported, so threads are waited for; one of an earlier test may have ended since. A failure prints the moment.
-// (SCOPED_TRACE starts a thread on Windows.)
+// Calls the function with longer and longer times until it returns true: until this machine was fast enough. Returns
+// whether it was.
+template <class Function>
+bool WithEnoughTime(const Function& function) {
+  for (std::chrono::milliseconds time = 500ms; time <= Patience; time *= 2) {
+    if (function(time)) return true;
+  }
+  return false;
+}
+
+// Expects that the process holds no more than before. What a program's thread holds it frees a moment after the
+// program's end was reported, so that is waited for; a thread of an earlier test may have ended since. A failure prints
+// the moment. (SCOPED_TRACE starts a thread on Windows.)
 void ExpectHeld(const Held& before, const std::string& moment = "at the end");
 
 }  // namespace tests

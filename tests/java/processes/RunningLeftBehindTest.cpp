@@ -1,4 +1,5 @@
 // Nothing is left of programs that have ended: nothing in this process, and nothing of what they have started.
+#include <fstream>
 #include <mutex>
 
 #include "java/processes/Probe.h"
@@ -13,7 +14,7 @@ using java::Process;
 class Tree {
  public:
   Tree()
-      : m_process(java::Start(Probe({"tree", "60000"}).OnOutputLine([this](std::string_view line) {
+      : m_process(java::Start(Probe({"tree", Forever}).OnOutputLine([this](std::string_view line) {
           const std::lock_guard<std::mutex> lock(m_mutex);
           m_ids.push_back(std::stoul(std::string(line)));
         }))) {
@@ -54,10 +55,13 @@ TEST(RunningLeftBehindTest, DroppingEndsTheWholeTree) {
 }
 
 TEST(RunningLeftBehindTest, WhatAProgramLeavesRunningAtItsOwnEndRunsOn) {
-  const auto outcome = java::Run(Probe({"leaves", "1500"}));
+  const auto outcome = java::Run(Probe({"leaves", Forever}));
   const auto ids = Split(outcome.output, '\n');
   ASSERT_EQ(ids.size(), 1u);
-  EXPECT_TRUE(Runs(std::stoul(ids[0])));
+  const unsigned long left = std::stoul(ids[0]);
+  std::this_thread::sleep_for(100ms);  // whatever would end it
+  EXPECT_TRUE(Runs(left));
+  KillOther(left);
 }
 
 TEST(RunningLeftBehindTest, NothingIsHeldWhenAProgramHasEnded) {
@@ -87,7 +91,7 @@ TEST(RunningLeftBehindTest, ManyInARowLeaveNothing) {
         EXPECT_EQ(java::Start(Probe({"says", "x", "exit", "3"})).Wait().exitCode, 3);
         break;
       case 2:
-        java::Start(Probe({"sleep", "60000"}).KeepInputOpen());
+        java::Start(Probe({"sleep", Forever}).KeepInputOpen());
         break;  // dropped while it runs
       default:
         java::Start(Probe({"echo"}).KeepInputOpen()).Kill();
@@ -97,6 +101,7 @@ TEST(RunningLeftBehindTest, ManyInARowLeaveNothing) {
   for (int i = 0; i < Count / 4; ++i) round(i);
   const Held before = HeldNow();
   const std::size_t memory = MemoryNow();
+  EXPECT_GT(memory, 0u);
   for (int i = 0; i < Count; ++i) round(i);
   ExpectHeld(before);
   EXPECT_LT(MemoryNow(), memory + (1 << 20));
@@ -105,9 +110,12 @@ TEST(RunningLeftBehindTest, ManyInARowLeaveNothing) {
 TEST(RunningLeftBehindTest, ADetachedProgramOutlivesItsStartAndLeavesNothing) {
   const Held before = HeldNow();
   const auto file = ProbeHome() / "detached.txt";
-  const std::uint32_t id = Probe({"says", "begun", "sleep", "700", "says", " ended"}).OutputFile(file).Detached();
-  EXPECT_TRUE(Runs(id));
+  const auto goOn = ProbeHome() / "go on";
+  const std::uint32_t id =
+      Probe({"says", "begun", "awaits", goOn.u8string(), "says", " ended"}).OutputFile(file).Detached();
   ExpectHeld(before);
+  EXPECT_TRUE(Runs(id));
+  std::ofstream(goOn) << "";
   EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
   EXPECT_EQ(ReadFile(file), "begun ended");
 }

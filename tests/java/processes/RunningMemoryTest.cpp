@@ -10,12 +10,16 @@ namespace {
 constexpr long Never = -1;
 std::atomic<long> g_allocationsLeft = Never;
 
-void* Allocate(std::size_t size) {
-  // Threads may count past the end; what is below zero and not Never is at the end, too.
-  if (g_allocationsLeft != Never && g_allocationsLeft-- <= 0) {
-    g_allocationsLeft = 0;
-    throw std::bad_alloc();
+// Counts one. Returns false when none is left; then none is until the test says otherwise.
+bool TakeOne() {
+  long left = g_allocationsLeft;
+  while (left > 0 && !g_allocationsLeft.compare_exchange_weak(left, left - 1)) {
   }
+  return left != 0;
+}
+
+void* Allocate(std::size_t size) {
+  if (!TakeOne()) throw std::bad_alloc();
   void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
@@ -119,6 +123,7 @@ TEST(RunningMemoryTest, ADetachedProgramWithoutMemoryLeavesNothing) {
   const java::Program program = Probe({"exit", "0"});
   EXPECT_GT(StepsUntilThereIsEnough([&program] {
               const std::uint32_t id = program.Detached();
+              g_allocationsLeft = Never;
               if (!Eventually([id] { return !Runs(id); })) std::abort();
             }),
             FewestSteps);
@@ -126,7 +131,7 @@ TEST(RunningMemoryTest, ADetachedProgramWithoutMemoryLeavesNothing) {
 
 TEST(RunningMemoryTest, KillingNeedsNoMemory) {
   for (long steps = 0; steps < 3; ++steps) {
-    Process process = java::Start(Probe({"sleep", "60000"}));
+    Process process = java::Start(Probe({"sleep", Forever}));
     g_allocationsLeft = steps;
     process.Kill();
     g_allocationsLeft = Never;
@@ -136,7 +141,7 @@ TEST(RunningMemoryTest, KillingNeedsNoMemory) {
 
 TEST(RunningMemoryTest, DroppingNeedsNoMemory) {
   const Held before = HeldNow();
-  std::optional<Process> process = java::Start(Probe({"sleep", "60000"}));
+  std::optional<Process> process = java::Start(Probe({"sleep", Forever}));
   const std::uint32_t id = process->Id();
   g_allocationsLeft = 0;
   process.reset();

@@ -14,7 +14,7 @@ struct Held {
 };
 Held HeldNow();
 
-// Resident memory in bytes.
+// Memory that only this process has, in bytes, paged out or not.
 std::size_t MemoryNow();
 
 // The file of the test program.
@@ -26,5 +26,7 @@ void UseTemporaryFolder(const std::filesystem::path& folder);
 
 // Returns whether a process runs; false for one that has ended and waits to be reaped.
 bool Runs(unsigned long id);
+// Kills a process that is not ours to wait for.
+void KillOther(unsigned long id);
 
 }  // namespace tests

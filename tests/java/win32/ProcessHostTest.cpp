@@ -51,12 +51,12 @@ TEST(ProcessHostTest, ItsOwnControlHandlersSeeNothingOfAStop) {
   g_events = 0;
   std::atomic<bool> begun = false;
   Process process = java::Start(
-      Probe({"orderly", "42", "says", "begun\n", "sleep", "60000"}).OnOutputLine([&begun](std::string_view) {
+      Probe({"orderly", "42", "says", "begun\n", "sleep", Forever}).OnOutputLine([&begun](std::string_view) {
         begun = true;
       }));
   ASSERT_TRUE(Eventually([&] { return begun.load(); }));
   const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-  process.Stop(20s);
+  process.Stop(Patience);
   EXPECT_EQ(GetStdHandle(STD_OUTPUT_HANDLE), output);
   EXPECT_EQ(process.Wait().exitCode, 42);
   EXPECT_EQ(process.Wait().ended, Ended::Stopped);
@@ -67,14 +67,14 @@ TEST(ProcessHostTest, ItsOwnControlHandlersSeeNothingOfAStop) {
 TEST(ProcessHostTest, AHostWithAConsoleIsToldThatItCannotAsk) {
   FreeConsole();
   ASSERT_TRUE(AllocConsole());
-  Process process = java::Start(Probe({"sleep", "60000"}));
+  Process process = java::Start(Probe({"sleep", Forever}));
   ExpectThrow<java::Failure>([&] { process.Stop(1s); },
                              "The program cannot be asked to stop: that takes its console, and this process has a "
                              "console itself. Kill() ends it");
   EXPECT_FALSE(process.Wait(0ms));
   process.Kill();
   EXPECT_EQ(process.Wait().ended, Ended::Killed);
-  const Outcome late = java::Run(Probe({"sleep", "60000"}).TimeLimit(200ms));
+  const Outcome late = java::Run(Probe({"sleep", Forever}).TimeLimit(200ms));
   EXPECT_EQ(late.ended, Ended::TimedOut);
   EXPECT_EQ(late.exitCode, 137);
   FreeConsole();
@@ -84,7 +84,7 @@ TEST(ProcessHostTest, AHostInAJobRunsPrograms) {
   const HANDLE job = CreateJobObjectW(nullptr, nullptr);
   ASSERT_TRUE(AssignProcessToJobObject(job, GetCurrentProcess()));
   EXPECT_EQ(java::Run(Probe({"exit", "3"})).exitCode, 3);
-  Process process = java::Start(Probe({"sleep", "60000"}));
+  Process process = java::Start(Probe({"sleep", Forever}));
   process.Kill();
   EXPECT_EQ(process.Wait().ended, Ended::Killed);
   const std::uint32_t id = Probe({"sleep", "200"}).Detached();

@@ -1,5 +1,6 @@
 #include "java/processes/ThisProcess.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -9,6 +10,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "java/processes/linux/StatFile.h"
 
 namespace tests {
 
@@ -21,16 +24,6 @@ std::size_t Entries(const char* folder) {
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
-// The fields of a stat file that follow the name, of which the first is the state; none if there is no such file.
-std::vector<std::string> StatOf(const fs::path& folder) {
-  std::ostringstream text;
-  text << std::ifstream(folder / "stat").rdbuf();
-  const std::size_t name = text.str().rfind(')');
-  if (name == std::string::npos) return {};
-  std::istringstream fields(text.str().substr(name + 1));
-  return {std::istream_iterator<std::string>(fields), {}};
-}
-
 // The kernel lists a thread for a moment after it has been joined; its flags say that it ends.
 bool Ends(const fs::path& thread) {
   constexpr unsigned long Exiting = 4;
@@ -39,6 +32,15 @@ bool Ends(const fs::path& thread) {
 }
 
 }  // namespace
+
+std::vector<std::string> StatOf(const fs::path& folder) {
+  std::ostringstream text;
+  text << std::ifstream(folder / "stat").rdbuf();
+  const std::size_t name = text.str().rfind(')');
+  if (name == std::string::npos) return {};
+  std::istringstream fields(text.str().substr(name + 1));
+  return {std::istream_iterator<std::string>(fields), {}};
+}
 
 Held HeldNow() {
   Held held{Entries("/proc/self/fd"), 0, 0};
@@ -51,10 +53,14 @@ Held HeldNow() {
 }
 
 std::size_t MemoryNow() {
-  std::size_t total = 0;
-  std::size_t resident = 0;
-  std::ifstream("/proc/self/statm") >> total >> resident;
-  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  // What comes from files is left out: of that the kernel drops what it likes, and reads it again.
+  std::size_t kilobytes = 0;
+  std::ifstream lines("/proc/self/status");
+  for (std::string name; lines >> name;) {
+    std::size_t value = 0;
+    if ((name == "RssAnon:" || name == "VmSwap:") && lines >> value) kilobytes += value;
+  }
+  return kilobytes * 1024;
 }
 
 fs::path OwnProgram() { return fs::read_symlink("/proc/self/exe"); }
@@ -66,5 +72,7 @@ bool Runs(unsigned long id) {
   const auto fields = StatOf("/proc/" + std::to_string(id));
   return !fields.empty() && fields[0] != "Z" && fields[0] != "X";
 }
+
+void KillOther(unsigned long id) { kill(static_cast<pid_t>(id), SIGKILL); }
 
 }  // namespace tests

@@ -8,7 +8,7 @@
 // handle N          writes whether the handle with this value is there (Windows)
 // window            writes whether the console has one (Windows)
 // says TEXT         writes the text to the output; complains TEXT: to the error output
-// echo              copies the input to the output, until its end
+// echo              copies the input to the output as it comes, until its end
 // flood N           writes N bytes "o" to the output and N bytes "e" to the error output while it reads the input to
 //                   its end; then writes how many bytes that were, as a line
 // leaves MS         starts a process that writes "late" after so many milliseconds, writes its id as a line, and does
@@ -18,6 +18,7 @@
 // deaf              ignores requests to stop
 // orderly N         ends with exit code N when it is asked to stop
 // sleep MS
+// awaits FILE       waits until there is this file, for ten minutes at most
 // signal N          raises it; on Windows an access violation
 // exit N
 #include <algorithm>
@@ -58,9 +59,17 @@ void PutZeroEnded(const std::string& text) { std::fwrite(text.c_str(), 1, text.s
 
 void SleepNow() { std::this_thread::sleep_for(std::chrono::milliseconds(NextNumber())); }
 
+void Awaits() {
+  const std::filesystem::path file = std::filesystem::u8path(Next());
+  const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(10);
+  while (!std::filesystem::exists(file) && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
 std::string ReadPiece() {
   static char piece[65536];
-  return std::string(piece, std::fread(piece, 1, sizeof piece, stdin));
+  return std::string(piece, ReadInput(piece, sizeof piece));
 }
 
 void Flood() {
@@ -133,6 +142,7 @@ int main(int count, char** arguments) {
       {"deaf", IgnoreRequestsToStop},
       {"orderly", [] { ExitWhenAskedToStop(static_cast<int>(NextNumber())); }},
       {"sleep", SleepNow},
+      {"awaits", Awaits},
       {"signal", [] { Raise(static_cast<int>(NextNumber())); }},
       {"exit", [] { std::exit(static_cast<int>(NextNumber())); }},
   };

@@ -1,6 +1,7 @@
 // What the steps of the probe ask of the system.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
@@ -31,5 +32,7 @@ void ExitWhenAskedToStop(int code);
 void Raise(int signal);
 unsigned long OwnId();
 void UseBinaryStreams();
+// Waits until the input has something, and reads what it has. Returns how much that is; 0 at its end.
+std::size_t ReadInput(char* piece, std::size_t size);
 
 }  // namespace tests

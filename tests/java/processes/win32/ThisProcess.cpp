@@ -39,7 +39,7 @@ Held HeldNow() {
 std::size_t MemoryNow() {
   PROCESS_MEMORY_COUNTERS counters{};
   GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
-  return counters.WorkingSetSize;
+  return counters.PagefileUsage;
 }
 
 std::filesystem::path OwnProgram() {
@@ -60,6 +60,12 @@ bool Runs(unsigned long id) {
   const bool runs = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
   CloseHandle(process);
   return runs;
+}
+
+void KillOther(unsigned long id) {
+  const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, id);
+  TerminateProcess(process, 1);
+  CloseHandle(process);
 }
 
 }  // namespace tests

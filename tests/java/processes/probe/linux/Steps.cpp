@@ -68,4 +68,9 @@ unsigned long OwnId() { return static_cast<unsigned long>(getpid()); }
 
 void UseBinaryStreams() {}
 
+std::size_t ReadInput(char* piece, std::size_t size) {
+  const ssize_t count = read(STDIN_FILENO, piece, size);
+  return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
 }  // namespace tests

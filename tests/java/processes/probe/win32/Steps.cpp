@@ -93,4 +93,9 @@ void UseBinaryStreams() {
   for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
 }
 
+std::size_t ReadInput(char* piece, std::size_t size) {
+  const int count = _read(_fileno(stdin), piece, static_cast<unsigned int>(size));
+  return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
 }  // namespace tests
