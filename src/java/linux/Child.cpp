@@ -75,13 +75,19 @@ struct System {
   }
 
   // A program would take a pipe that has neither a writer nor anything in it for one that is at its end. A writer that
-  // waits in its own open() is one. What is in the pipe stays there.
+  // waits in its own open() is one. What is in the pipe stays there. Where the system cannot tell, for want of memory
+  // for example, the start fails: a program that silently read nothing would be worse.
   static bool HasWriter(const StartPlan& plan, const std::string& step, const Descriptor& namedPipe) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) Fail(__LINE__, plan, step);
     const Descriptor out(ends[0]);
     const Descriptor in(ends[1]);
-    return tee(namedPipe.Number(), in.Number(), 1, SPLICE_F_NONBLOCK) != 0;
+    ssize_t size;
+    do {
+      size = tee(namedPipe.Number(), in.Number(), 1, SPLICE_F_NONBLOCK);
+    } while (size < 0 && errno == EINTR);
+    if (size < 0 && errno != EAGAIN) Fail(__LINE__, plan, step);
+    return size != 0;
   }
 
   // A program whose standard output is closed would print into the first file that it opens.

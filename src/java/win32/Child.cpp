@@ -137,14 +137,18 @@ void Child::Wait(bool forInput, Clock::time_point until) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
     milliseconds = static_cast<DWORD>(std::clamp<decltype(left)>(left, 0, INFINITE - 1));
   }
-  if (forInput && m_parts->input.IsReady()) {
-    milliseconds = 0;
+  // The system says only at the end of a write that it has failed. So the end is waited for without more to write, too.
+  WritingEnd& input = m_parts->input;
+  if (!input.IsReady()) {
+    handles[count++] = input.Event();
   } else if (forInput) {
-    handles[count++] = m_parts->input.Event();
+    milliseconds = 0;
   }
   if (WaitForMultipleObjects(count, handles, FALSE, milliseconds) == WAIT_FAILED) {
     Fail(__LINE__, "wait for the end", m_parts->spawned.id, GetLastError());
   }
+  input.Settle();
+  if (input.Error() != ERROR_SUCCESS) Fail(__LINE__, "write the input", m_parts->spawned.id, input.Error());
 }
 
 void Child::Wake() noexcept { SetEvent(m_parts->wake.Get()); }

@@ -8,9 +8,8 @@ namespace torvan::java::detail {
 
 namespace {
 
-// In milliseconds.
-constexpr DWORD LongestWait = 1000;
-constexpr ULONGLONG LongestDelay = 30000;
+constexpr DWORD LongestWait = 1000;                     // in milliseconds
+constexpr ULONGLONG LongestDelay = 30ULL * 10'000'000;  // 30 s, in units of 100 ns
 
 std::mutex s_sending;
 
@@ -20,31 +19,40 @@ HANDLE Seen() {
   return s_seen;
 }
 
+// A process with a console can get Ctrl+C from somebody else.
+bool HasConsole() {
+  DWORD first = 0;
+  return GetConsoleProcessList(&first, 1) != 0;
+}
+
+// Time that the machine was awake: nothing is delivered while it sleeps.
+ULONGLONG AwakeTime() {
+  ULONGLONG time = 0;
+  QueryUnbiasedInterruptTime(&time);
+  return time;
+}
+
 // The events that this process has sent and that have not come back to it. The system may be slow to deliver one, and
-// delivers none while this process ignores Ctrl+C: one that is late is not expected any more, so that Ctrl+C by
-// somebody else is not taken for it.
+// this process may have been suspended meanwhile; while it ignores Ctrl+C none is delivered at all. An event that is
+// not taken ends the process, so each is expected for as long as no other can come. In a process that has a console by
+// now, one that is late is not expected any more, so that Ctrl+C by somebody else is not taken for it.
 class OwnEvents {
  public:
   void Expect() {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    ForgetLate();
     ++m_count;
-    m_sentAt = GetTickCount64();
+    m_sentAt = AwakeTime();
   }
   // Returns whether one was expected.
   bool Take() {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    ForgetLate();
+    if (HasConsole() && AwakeTime() - m_sentAt > LongestDelay) m_count = 0;
     if (m_count == 0) return false;
     --m_count;
     return true;
   }
 
  private:
-  void ForgetLate() {
-    if (GetTickCount64() - m_sentAt > LongestDelay) m_count = 0;
-  }
-
   std::mutex m_mutex;
   int m_count = 0;
   ULONGLONG m_sentAt = 0;  // the last one
@@ -79,8 +87,7 @@ class StandardHandlesKept {
 
 const char* SendControlC(DWORD processId) {
   const std::lock_guard<std::mutex> lock(s_sending);
-  DWORD first = 0;
-  if (GetConsoleProcessList(&first, 1) != 0) {
+  if (HasConsole()) {
     return "The program cannot be asked to stop: that takes its console, and this process has a console itself. Kill() "
            "ends it";
   }

@@ -62,8 +62,12 @@ std::string_view ReadingEnd::Take() noexcept {
   return {m_buffer.get(), Finish().value_or(0)};
 }
 
+void WritingEnd::Settle() noexcept {
+  if (IsUnderWay() && IsDone()) Finish();
+}
+
 std::optional<std::size_t> WritingEnd::Write(std::string_view text) noexcept {
-  if (!m_pipe || (IsUnderWay() && IsDone() && !Finish())) return std::nullopt;
+  if (!m_pipe) return std::nullopt;
   if (IsUnderWay()) return 0;
   const auto size = static_cast<DWORD>(std::min<std::size_t>(text.size(), BufferSize));
   std::memcpy(m_buffer.get(), text.data(), size);

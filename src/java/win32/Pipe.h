@@ -64,7 +64,9 @@ class WritingEnd : public PipeEnd {
  public:
   using PipeEnd::PipeEnd;
 
-  bool IsReady() const noexcept { return !IsUnderWay() || IsDone(); }
+  bool IsReady() const noexcept { return !IsUnderWay(); }
+  // Ends a transfer that is done; one that has failed closes the pipe.
+  void Settle() noexcept;
   // Returns how much of the text is on its way now; nullopt when it is closed.
   std::optional<std::size_t> Write(std::string_view text) noexcept;
 };

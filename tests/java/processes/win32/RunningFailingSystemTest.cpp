@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <fstream>
 #include <memory>
 #include <system_error>
 #include <thread>
@@ -19,8 +20,11 @@ std::atomic<const void*> g_failing = nullptr;
 // Whether control events are swallowed, and the handler that this process has set.
 std::atomic<bool> g_isDeaf = false;
 std::atomic<PHANDLER_ROUTINE> g_handler = nullptr;
-// How much later it is than the system says, in milliseconds.
-std::atomic<ULONGLONG> g_later = 0;
+// The time that the machine was awake, in units of 100 ns.
+std::atomic<ULONGLONG> g_awake = 1;
+// The transfer that WriteFile has begun last, and whether such ones fail at their end.
+std::atomic<const OVERLAPPED*> g_written = nullptr;
+std::atomic<bool> g_isLost = false;
 
 bool Fails(const void* function) {
   if (g_failing != function && !tests::IsToFail()) return false;
@@ -73,13 +77,21 @@ WRAPPED(SetHandleInformation, FALSE)
 WRAPPED(SetInformationJobObject, FALSE)
 WRAPPED(UpdateProcThreadAttribute, FALSE)
 WRAPPED(WaitForMultipleObjects, WAIT_FAILED)
-WRAPPED(WriteFile, FALSE)
+
+PLACES(WriteFile)
+decltype(&WriteFile) __wrap___imp_WriteFile = [](HANDLE file, const void* bytes, DWORD size, DWORD* written,
+                                                 OVERLAPPED* transfer) -> BOOL {
+  g_written = transfer;
+  return Fails(&__real___imp_WriteFile) ? FALSE : __real___imp_WriteFile(file, bytes, size, written, transfer);
+};
 
 // The system always waits for the end of a transfer that it is asked to wait for.
 PLACES(GetOverlappedResult)
 decltype(&GetOverlappedResult) __wrap___imp_GetOverlappedResult = [](HANDLE file, OVERLAPPED* transfer, DWORD* size,
                                                                      BOOL waits) -> BOOL {
-  const bool fails = waits == FALSE && Fails(&__real___imp_GetOverlappedResult);
+  const bool isLost = g_isLost && transfer == g_written;
+  if (isLost) SetLastError(static_cast<DWORD>(tests::g_error));
+  const bool fails = waits == FALSE && (isLost || Fails(&__real___imp_GetOverlappedResult));
   return fails ? FALSE : __real___imp_GetOverlappedResult(file, transfer, size, waits);
 };
 
@@ -97,9 +109,10 @@ decltype(&SetConsoleCtrlHandler) __wrap___imp_SetConsoleCtrlHandler = [](PHANDLE
   return __real___imp_SetConsoleCtrlHandler(handler, isAdded);
 };
 
-PLACES(GetTickCount64)
-decltype(&GetTickCount64) __wrap___imp_GetTickCount64 = []() -> ULONGLONG {
-  return __real___imp_GetTickCount64() + g_later;
+PLACES(QueryUnbiasedInterruptTime)
+decltype(&QueryUnbiasedInterruptTime) __wrap___imp_QueryUnbiasedInterruptTime = [](ULONGLONG* time) -> BOOL {
+  *time = g_awake;
+  return TRUE;
 };
 
 #undef PLACES
@@ -167,6 +180,37 @@ TEST(RunningFailingSystemTest, ARunThatCannotBeServedSaysWhy) {
   }
 }
 
+template <class Function>
+void ExpectLostInput(const Function& function) {
+  g_error = ERROR_NOT_READY;
+  try {
+    function();
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const java::Failure& failure) {
+    EXPECT_EQ(std::string(failure.what()).find("Could not write the input of process "), 0u) << failure.what();
+  }
+  g_isLost = false;
+}
+
+// The system takes a text at once, and says later that it could not write it.
+TEST(RunningFailingSystemTest, ALastTextThatIsLostIsReported) {
+  g_isLost = true;
+  ExpectLostInput([] { java::Run(Probe({"echo"}).Input("text")); });
+}
+
+TEST(RunningFailingSystemTest, ATextThatIsLostIsReportedWithoutAnother) {
+  const auto goOn = ProbeHome() / "go on";
+  Process process = java::Start(Probe({"awaits", goOn.u8string(), "flood", "0"}).KeepInputOpen());
+  EXPECT_TRUE(process.Write(std::string(100000, 'x')));  // its end is still on its way: the pipe holds less
+  EXPECT_TRUE(process.Write(""));                        // wakes the program's thread, which has nothing more to write
+  std::this_thread::sleep_for(100ms);
+  g_isLost = true;
+  ExpectLostInput([&] {
+    std::ofstream(goOn) << "";
+    process.Wait(Patience);  // the program reads all, and writes nothing
+  });
+}
+
 TEST(RunningFailingSystemTest, AProcessFailsWithTheStepThatFailed) {
   const auto texts = FailEach(ERROR_NOT_READY, [] {
     Process process = java::Start(Probe({"echo"}).KeepInputOpen());
@@ -218,7 +262,7 @@ TEST(RunningFailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
 Process StartAndWait() {
   const auto begun = std::make_shared<std::atomic<bool>>(false);
   Process process = java::Start(
-      Probe({"says", "begun\n", "sleep", "60000"}).OnOutputLine([begun](std::string_view) { *begun = true; }));
+      Probe({"says", "begun\n", "sleep", Forever}).OnOutputLine([begun](std::string_view) { *begun = true; }));
   EXPECT_TRUE(Eventually([&begun] { return begun->load(); }));
   return process;
 }
@@ -235,7 +279,7 @@ TEST(RunningFailingSystemTest, AProgramThatCannotBeAskedRunsOn) {
   for (const Row& row : rows) {
     Process process = StartAndWait();
     g_failing = row.function;
-    ExpectThrow<java::Failure>([&] { process.Stop(20s); },
+    ExpectThrow<java::Failure>([&] { process.Stop(Patience); },
                                std::string("The program cannot be asked to stop: ") + row.reason + ". Kill() ends it");
     g_failing = nullptr;
     EXPECT_FALSE(process.Wait(0ms)) << row.reason;
@@ -246,8 +290,9 @@ TEST(RunningFailingSystemTest, AProgramThatCannotBeAskedRunsOn) {
 }
 
 // As where this process ignores Ctrl+C: what it has sent never comes back.
-TEST(RunningFailingSystemTest, AnEventThatNeverComesIsExpectedForAWhileOnly) {
+TEST(RunningFailingSystemTest, AnEventThatNeverComesIsExpectedForAWhileWhereOthersMayCome) {
   const auto stop = [] { StartAndWait().Stop(0ms); };
+  constexpr ULONGLONG Seconds = 10'000'000;
   g_isDeaf = true;
   stop();
   const PHANDLER_ROUTINE handler = g_handler;
@@ -255,14 +300,24 @@ TEST(RunningFailingSystemTest, AnEventThatNeverComesIsExpectedForAWhileOnly) {
   EXPECT_FALSE(handler(CTRL_BREAK_EVENT));
   EXPECT_TRUE(handler(CTRL_C_EVENT));
   EXPECT_FALSE(handler(CTRL_C_EVENT));
+  // Without a console no other can come.
   stop();
-  g_later += 31000;
-  EXPECT_FALSE(handler(CTRL_C_EVENT));
   stop();
-  g_later += 31000;
-  stop();  // the first one is forgotten
+  g_awake += 1000 * Seconds;
+  EXPECT_TRUE(handler(CTRL_C_EVENT));
   EXPECT_TRUE(handler(CTRL_C_EVENT));
   EXPECT_FALSE(handler(CTRL_C_EVENT));
+  stop();
+  stop();
+  FreeConsole();
+  ASSERT_TRUE(AllocConsole());
+  g_awake += 30 * Seconds;
+  EXPECT_TRUE(handler(CTRL_C_EVENT));
+  ++g_awake;
+  EXPECT_FALSE(handler(CTRL_C_EVENT));
+  g_awake -= 1;
+  EXPECT_FALSE(handler(CTRL_C_EVENT));  // it is forgotten
+  FreeConsole();
   g_isDeaf = false;
 }
 
