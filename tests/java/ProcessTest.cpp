@@ -297,7 +297,7 @@ TEST_F(ProcessTest, WhatAFunctionThrowsComesOutOfEveryWait) {
 
 TEST_F(ProcessTest, TheTimeLimitIsKeptWhenNoOneWaits) {
   const Process process = java::Start(Probe({"sleep", Forever}).TimeLimit(100ms));
-  std::this_thread::sleep_for(100ms);
+  EXPECT_TRUE(Eventually([&process] { return !Runs(process.Id()); }));
   const auto outcome = process.Wait(Patience);
   ASSERT_TRUE(outcome);
   EXPECT_EQ(outcome->ended, Ended::TimedOut);
