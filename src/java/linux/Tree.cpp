@@ -111,8 +111,11 @@ void KillTree(pid_t leader, int process) noexcept {
   } catch (const std::exception&) {
     // No memory for a search: its group is used instead.
   }
-  // Where the host has taken the child away, its number may be another group's.
-  if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) == 0 || errno != ESRCH) kill(-leader, SIGKILL);
+  // While its descriptor still reaches it, which it does until somebody has waited for it, its number cannot be
+  // another's: then what was found is its own. Where other code of the host has waited for it, the number may be that
+  // of another process, and so may the session, even if its leader has ended again.
+  if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) != 0 && errno == ESRCH) return;
+  kill(-leader, SIGKILL);
   try {
     for (int round = 0; !tree.empty() && round < MostRounds; ++round) {
       for (const Entry& entry : tree) Kill(entry);

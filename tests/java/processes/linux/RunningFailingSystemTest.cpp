@@ -16,14 +16,17 @@
 #include <climits>
 #include <cstdarg>
 #include <fstream>
+#include <mutex>
 #include <thread>
+#include <vector>
 
 #include "java/processes/FailingCalls.h"
 
 namespace {
 
 std::atomic<bool> g_isTaken = false;
-// No program gets a signal through its descriptor; and how often a thread has asked the system for what is ready.
+// No program gets a signal through its descriptor, as if it had been waited for; what it has started does. And how
+// often a thread has asked the system for what is ready.
 std::atomic<bool> g_isDeaf = false;
 std::atomic<long> g_refusedSignals = 0;
 std::atomic<long> g_polls = 0;
@@ -113,12 +116,15 @@ int __wrap_fcntl(int descriptor, int command, long argument) {
 long __real_syscall(long number, long a, long b, long c, long d, long e, long f);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
-  if (g_isDeaf && number == SYS_pidfd_send_signal) {
+  thread_local long t_opened = -1;  // the descriptor of what a program has started; its own comes with its start
+  if (g_isDeaf && number == SYS_pidfd_send_signal && a != t_opened) {
     ++g_refusedSignals;
     errno = ESRCH;
     return -1;
   }
-  return Fails() ? -1 : __real_syscall(number, a, b, c, d, e, f);
+  const long result = Fails() ? -1 : __real_syscall(number, a, b, c, d, e, f);
+  if (number == SYS_pidfd_open) t_opened = result;
+  return result;
 }
 
 int __real___clone(int (*function)(void*), void* stack, int flags, void* argument, int* process);
@@ -214,6 +220,31 @@ TEST(RunningFailingSystemTest, AProgramThatIsDroppedAndDoesNotEndYetIsWaitedForQ
   g_isDeaf = false;
   kill(id, SIGKILL);
   dropper.join();
+}
+
+// The system says that the program was waited for, so its number is another process's here: that of a tree that runs.
+TEST(RunningFailingSystemTest, WhatHasTheNumberOfAProgramThatOtherCodeHasTakenRunsOn) {
+  std::mutex mutex;
+  std::vector<unsigned long> ids;
+  Process process = java::Start(Probe({"tree", Forever}).OnOutputLine([&](std::string_view line) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    ids.push_back(std::stoul(std::string(line)));
+  }));
+  const auto count = [&] {
+    const std::lock_guard<std::mutex> lock(mutex);
+    return std::count_if(ids.begin(), ids.end(), Runs);
+  };
+  ASSERT_TRUE(Eventually([&] { return count() == 4; }));
+  g_refusedSignals = 0;
+  g_isDeaf = true;
+  std::thread killer([&process] { process.Kill(); });
+  EXPECT_TRUE(Eventually([] { return g_refusedSignals > 0; }));
+  std::this_thread::sleep_for(100ms);  // whatever would end it
+  EXPECT_EQ(count(), 4);
+  g_isDeaf = false;
+  process.Kill();
+  killer.join();
+  EXPECT_TRUE(Eventually([&] { return count() == 0; }));
 }
 
 TEST(RunningFailingSystemTest, TheArgumentFileOfAHostWithoutInputIsNotItsInput) {
