@@ -8,6 +8,7 @@
 
 #include "java/PathText.h"
 #include "java/processes/Launch.h"
+#include "java/processes/Surroundings.h"
 
 namespace torvan::java {
 
@@ -44,7 +45,7 @@ std::filesystem::path Absolute(const char* what, const std::filesystem::path& pa
   std::filesystem::path absolute = std::filesystem::absolute(CheckedPath(what, path), error);
   if (error) {
     const std::string given = std::string(what) + ", " + Quoted(detail::ToText(path));
-    Fail(__LINE__, given + ", is relative and there is no current folder: " + error.message());
+    Fail(__LINE__, given + ", is relative and there is no current folder: " + detail::ReasonOf(error));
   }
   return absolute;
 }

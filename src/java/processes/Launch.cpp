@@ -88,7 +88,7 @@ StartPlan PlanOf(const ProgramSettings& settings) {
   plan.folder = settings.folder;
   std::error_code error;
   if (!settings.jar.empty() && !std::filesystem::is_regular_file(settings.jar, error)) {
-    const std::string reason = error ? error.message() : "it is no file";
+    const std::string reason = error ? ReasonOf(error) : "it is no file";
     Fail(__LINE__, CannotStart(plan, "find the jar \"" + ToText(settings.jar) + "\"", reason));
   }
   return plan;

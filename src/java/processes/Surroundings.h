@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -21,6 +22,11 @@ inline NativeText ToNative(std::string_view text) { return ToPath(std::string(te
 
 // A system's error number in words, as UTF-8.
 std::string ReasonOf(unsigned long error);
+// The same for an error of the standard library, whose own words may be in the system's code page.
+inline std::string ReasonOf(const std::error_code& error) {
+  const bool isOfSystem = error.category() == std::system_category();
+  return isOfSystem ? ReasonOf(static_cast<unsigned long>(error.value())) : error.message();
+}
 
 unsigned long OwnProcessId() noexcept;
 

@@ -121,7 +121,7 @@ std::thread StartQuietThread(std::function<void()> run) {
   try {
     return std::thread(std::move(run));
   } catch (const std::system_error& failure) {
-    Fail(__LINE__, "Could not start a thread for the program: " + failure.code().message());
+    Fail(__LINE__, "Could not start a thread for the program: " + ReasonOf(failure.code()));
   }
 }
 
