@@ -55,7 +55,7 @@ class RefusedRuntime {
  public:
   RefusedRuntime(std::filesystem::path home, std::string reason, std::string foundIn);
 
-  // The path that was checked, with all links followed if it exists.
+  // The path that was checked. A home that exists has all links followed; a launcher of the PATH is as it was found.
   const std::filesystem::path& Home() const noexcept { return m_home; }
   // The reason in UTF-8, to be printed after the path and a colon: "its VM library is for aarch64, and this program for
   // x86_64".
