@@ -42,7 +42,7 @@ std::string ToArgumentFileBytes(const NativeText& argument);
 // A thread that the host's signals never run on.
 std::thread StartQuietThread(std::function<void()> run);
 
-// A file that only this user can read. It removes itself.
+// A file that removes itself. On Linux only this user can read it; on Windows it has the rights of its folder.
 class TemporaryFile {
  public:
   // Throws a StartFailure that names the file and the system's reason.
