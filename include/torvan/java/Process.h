@@ -66,7 +66,8 @@ class Process {
   // Asks the program to stop in an orderly way, so that Java's shutdown hooks run, and waits until it has ended.
   // If it has not ended after the grace, it is killed with all that it has started. On Windows it is asked by Ctrl+C,
   // which this process can only send through the program's console, and only if it has no console itself. Otherwise
-  // this throws a Failure, and the program runs on. Called from a function of the program it asks and does not wait.
+  // this throws a Failure, and the program runs on. A program ignores Ctrl+C from its start if this process does then,
+  // and is killed after the grace. Called from a function of the program it asks and does not wait.
   void Stop(std::chrono::milliseconds grace = std::chrono::seconds(10));
   // Ends the program and all that it has started, at once, and waits until the program is gone and a function of it
   // that is being called has returned. Called from such a function it does not wait.

@@ -92,5 +92,20 @@ TEST(ProcessHostTest, AHostInAJobRunsPrograms) {
   CloseHandle(job);
 }
 
+TEST(ProcessHostTest, AProgramIgnoresControlCIfItsHostDoesAtItsStart) {
+  for (const bool isIgnored : {true, false}) {
+    std::atomic<bool> begun = false;
+    ASSERT_TRUE(SetConsoleCtrlHandler(nullptr, isIgnored));
+    Process process = java::Start(
+        Probe({"orderly", "42", "says", "begun\n", "sleep", Forever}).OnOutputLine([&begun](std::string_view) {
+          begun = true;
+        }));
+    ASSERT_TRUE(Eventually([&] { return begun.load(); }));
+    process.Stop(isIgnored ? 300ms : Patience);
+    EXPECT_EQ(process.Wait().ended, isIgnored ? Ended::Killed : Ended::Stopped);
+    EXPECT_EQ(process.Wait().exitCode, isIgnored ? 137 : 42);
+  }
+}
+
 }  // namespace
 }  // namespace tests
