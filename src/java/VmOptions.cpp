@@ -34,12 +34,15 @@ void AppendPart(const char* what, const fs::path& part, std::vector<fs::path>& p
     parts.push_back(part);
     return;
   }
-  RequireThere(what, part.parent_path());
+  const fs::path folder = part.parent_path();
+  RequireThere(what, folder);
   const std::size_t first = parts.size();
-  for (const auto& entry : fs::directory_iterator(part.parent_path())) {
-    const fs::path extension = entry.path().extension();
-    if (extension == ".jar" || extension == ".JAR") parts.push_back(entry.path());
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    const fs::path extension = entry->path().extension();
+    if (extension == ".jar" || extension == ".JAR") parts.push_back(entry->path());
   }
+  if (error) Fail(__LINE__, std::string(what) + " " + ToText(folder) + " cannot be read: " + error.message());
   std::sort(parts.begin() + static_cast<std::ptrdiff_t>(first), parts.end());
 }
 

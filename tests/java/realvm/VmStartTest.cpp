@@ -99,6 +99,8 @@ TEST(VmStartTest, WhatIsRefusedIsNamedAndAVmCanStillBeStarted) {
        "The class path part no/such.jar is not there"},
       {"a folder of archives", [](VmSettings& s) { s.ClassPath({"no/such/*"}); },
        "The class path part no/such is not there"},
+      {"a file of archives", [&](VmSettings& s) { s.ClassPath({noLibrary.Path() + "/*"}); },
+       "The class path part " + noLibrary.Path() + " cannot be read: "},
       {"a module path part", [](VmSettings& s) { s.ModulePath({"no/such"}); },
        "The module path part no/such is not there"},
       {"several parts in one", [](VmSettings& s) { s.ClassPath({OnThisSystem("a.jar;b.jar", "a.jar:b.jar")}); },
