@@ -27,14 +27,15 @@ void RequireThere(const char* what, const fs::path& part) {
   Fail(__LINE__, std::string(what) + " " + text + " is not there" + (isList ? ": give each part by itself" : ""));
 }
 
-// "folder/*" means the archives of the folder, which is something that Java's own launcher does and the VM does not.
+// "folder/*" means the archives of the folder, which is something that Java's own launcher does and the VM does not;
+// "*" means those of the current one.
 void AppendPart(const char* what, const fs::path& part, std::vector<fs::path>& parts) {
   if (part.filename() != "*") {
     RequireThere(what, part);
     parts.push_back(part);
     return;
   }
-  const fs::path folder = part.parent_path();
+  const fs::path folder = part.has_parent_path() ? part.parent_path() : fs::path(".");
   RequireThere(what, folder);
   const std::size_t first = parts.size();
   std::error_code error;

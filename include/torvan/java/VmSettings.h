@@ -20,7 +20,8 @@ class VmSettings {
  public:
   using Path = std::filesystem::path;
 
-  // Adds folders and archives that classes are loaded from. Each must exist; "folder/*" means the archives in a folder.
+  // Adds folders and archives that classes are loaded from. Each must exist; "folder/*" means the archives in a folder,
+  // and "*" those in the current one.
   VmSettings& ClassPath(const std::vector<Path>& parts);
 
   // Adds folders and archives that modules are loaded from. Each must exist.

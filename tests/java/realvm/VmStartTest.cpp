@@ -70,6 +70,28 @@ TEST(VmStartTest, TheCreatingThreadIsADaemonWithAContextClassLoader) {
   });
 }
 
+// As Java's own launcher takes it.
+TEST(VmStartTest, AStarMeansTheArchivesOfTheFolder) {
+  const std::filesystem::path folder = std::filesystem::absolute("archives");
+  std::filesystem::create_directory(folder);
+  for (const char* name : {"b.JAR", "a.jar", "c.txt"}) std::ofstream(folder / name) << "none";
+  const std::string folders[] = {folder.string(), "."};
+  for (const std::string& expected : folders) {
+    SCOPED_TRACE(expected);
+    InOwnProcess([&] {
+      VmSettings settings;
+      if (const char* const library = std::getenv("TORVAN_TEST_LIBJVM")) settings.Runtime(library);
+      std::filesystem::current_path(folder);
+      settings.ClassPath({expected == "." ? std::filesystem::path("*") : folder / "*"});
+      const java::Vm vm = StartVm(settings);
+      const std::filesystem::path found(expected);
+      EXPECT_EQ(Property("java.class.path"),
+                (found / "a.jar").string() + OnThisSystem(";", ":") + (found / "b.JAR").string());
+    });
+  }
+  std::filesystem::remove_all(folder);
+}
+
 // The settings must be refused with a text that begins so, and the process must be able to start a VM afterwards.
 void ExpectRefused(const std::function<void(VmSettings&)>& set, const std::string& text) {
   InOwnProcess([&] {
