@@ -75,18 +75,15 @@ TEST(VmStartTest, AStarMeansTheArchivesOfTheFolder) {
   const std::filesystem::path folder = std::filesystem::absolute("archives");
   std::filesystem::create_directory(folder);
   for (const char* name : {"b.JAR", "a.jar", "c.txt"}) std::ofstream(folder / name) << "none";
-  const std::string folders[] = {folder.string(), "."};
-  for (const std::string& expected : folders) {
-    SCOPED_TRACE(expected);
+  for (const std::filesystem::path& part : {folder / "*", std::filesystem::path("*")}) {
+    SCOPED_TRACE(part);
     InOwnProcess([&] {
       VmSettings settings;
       if (const char* const library = std::getenv("TORVAN_TEST_LIBJVM")) settings.Runtime(library);
       std::filesystem::current_path(folder);
-      settings.ClassPath({expected == "." ? std::filesystem::path("*") : folder / "*"});
+      settings.ClassPath({part});
       const java::Vm vm = StartVm(settings);
-      const std::filesystem::path found(expected);
-      EXPECT_EQ(Property("java.class.path"),
-                (found / "a.jar").string() + OnThisSystem(";", ":") + (found / "b.JAR").string());
+      EXPECT_THAT(Property("java.class.path"), testing::MatchesRegex(".*a\\.jar.*b\\.JAR"));
     });
   }
   std::filesystem::remove_all(folder);
