@@ -53,7 +53,7 @@ constexpr Method<Closeable, void()> CloseIt{"close"};
 }  // namespace
 
 Local<Class> FindClass(const char* name) {
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   return detail::Own<Class>(env, detail::LoadClass(env, name));
 }
 
@@ -66,6 +66,7 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, 
   const Thread thread;
   std::vector<Local<Url>> urls;
   for (const std::filesystem::path& jar : jars) {
+  detail::CheckPending(thread.Env());
     std::error_code error;
     const std::string path = detail::ToText(std::filesystem::absolute(jar, error));
     if (error || !std::filesystem::exists(jar, error)) {
@@ -102,7 +103,7 @@ ClassLoader ClassLoader::Of(const Ref<Object>& object) {
 }
 
 Local<Class> ClassLoader::FindClass(const char* name) const {
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   Local<Class> found = detail::Own<Class>(env, detail::LoadClass(env, m_loader.Get(), name));
   if (detail::IsOtherLoader(detail::LoaderOf(found))) detail::otherLoaders.store(true, std::memory_order_relaxed);
   return found;
@@ -110,7 +111,7 @@ Local<Class> ClassLoader::FindClass(const char* name) const {
 
 void ClassLoader::Close() const {
   if (IsInstance<Closeable>(m_loader)) return CloseIt(m_loader.Get());
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   const detail::LocalScope type(env, env->GetObjectClass(m_loader.Get()));
   const std::string name = detail::NameOf(env, static_cast<jclass>(type.Get()));
   Fail(__LINE__, "a " + name + " is no class loader that can be closed");

@@ -106,7 +106,7 @@ jstring NotNull(const Ref<String>& string) {
 
 }  // namespace
 
-std::string ToText(const Ref<String>& string) { return detail::ReadUtf8(detail::Env(), NotNull(string)); }
-std::u16string ToUnits(const Ref<String>& string) { return detail::ReadUtf16(detail::Env(), NotNull(string)); }
+std::string ToText(const Ref<String>& string) { return detail::ReadUtf8(detail::CallEnv(), NotNull(string)); }
+std::u16string ToUnits(const Ref<String>& string) { return detail::ReadUtf16(detail::CallEnv(), NotNull(string)); }
 
 }  // namespace torvan::java

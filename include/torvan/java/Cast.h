@@ -7,11 +7,11 @@
 namespace torvan::java {
 
 // Returns whether the object is an instance of T's class; false for a null reference.
-// Throws Error when the class cannot be found, and as Thread() does. Nothing may be pending when T is first asked for.
+// Throws Error when the class cannot be found, and as a call does: what is pending first.
 template <typename T>
 bool IsInstance(const Ref<Object>& ref) {
   if (!ref) return false;
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   return env->IsInstanceOf(ref.Get(), detail::ClassOf<T>(env)) != JNI_FALSE;
 }
 
@@ -25,7 +25,7 @@ Local<T> Cast(const Ref<Object>& ref) {
 template <typename T, typename From>
 Local<T> Cast(Local<From>&& ref) {
   if (!ref) return nullptr;
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   detail::RequireInstance(env, ref.Get(), detail::ClassOf<T>(env));
   return detail::Own<T>(env, ref.Release());
 }

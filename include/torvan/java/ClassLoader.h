@@ -13,7 +13,7 @@ namespace torvan::java {
 
 // Finds and initialises a class by its name: "java/lang/String", "java.lang.String", "[I", "[Ljava/lang/String;".
 // It uses the loader that the layer keeps from the start of the VM, in callbacks, too. Throws Error, whose text has the
-// class path when there is no such class, and as Thread() does.
+// class path when there is no such class, and as a call does: what is pending first.
 Local<Class> FindClass(const char* name);
 
 // A Java class loader. Copies share it, may be used and dropped on any thread, and keep it and its classes alive.
@@ -29,14 +29,14 @@ class ClassLoader {
   static ClassLoader OfJars(const std::vector<std::filesystem::path>& jars);
   static ClassLoader OfJars(const std::vector<std::filesystem::path>& jars, const ClassLoader& parent);
 
-  // The loader of the class path. Throws as Thread() does.
+  // The loader of the class path. Throws as a call does.
   static ClassLoader System();
 
-  // The one that finds what comes with Java and nothing else; most often the parent of that. Throws as Thread() does.
+  // The one that finds what comes with Java and nothing else; most often the parent of that. Throws as a call does.
   static ClassLoader Platform();
 
   // The loader of the object's class, or of the class itself when the object is one. Throws Misuse when the object is
-  // null or its class is the VM's own, which has no loader.
+  // null or its class is the VM's own, which has no loader, and as a call does.
   static ClassLoader Of(const Ref<Object>& object);
 
   // As java::FindClass, through this loader. Members are bound to the class that it finds:
@@ -44,7 +44,7 @@ class ClassLoader {
   Local<Class> FindClass(const char* name) const;
 
   // Closes the archives: what was loaded stays, and nothing else is found any more. Closing it again does nothing.
-  // Throws Misuse when the loader cannot be closed, like System(), Error, and as Thread() does.
+  // Throws Misuse when the loader cannot be closed, like System(), Error, and as a call does.
   void Close() const;
 
   // A reference that sees when Java has collected the loader, and so its classes. Throws as Weak does.
@@ -65,7 +65,7 @@ class ClassLoader {
 
 // Sets the calling thread's context class loader, and restores the one before at the end of its scope. Java's service
 // look-ups and many libraries find classes by it. The scopes of a thread must end in the reverse order. Throws Error,
-// and as Thread() does.
+// and as a call does.
 class [[nodiscard]] ContextClassLoader {
  public:
   explicit ContextClassLoader(const ClassLoader& loader);

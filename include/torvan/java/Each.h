@@ -20,7 +20,7 @@ namespace torvan::java {
 // of these is for a Map, or anything else with map entries. Each object's class is tested. References to earlier
 // elements are deleted. Use it in one thread and within its scope. Throws Misuse for a null, for an object of another
 // kind or class than T, and for a null element where T has none; Error for what Java throws, such as a
-// ConcurrentModificationException; and as Thread() does.
+// ConcurrentModificationException; and as a call does.
 template <typename T>
 class Each {
   static_assert(detail::Item<T>::isGood,

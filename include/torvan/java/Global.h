@@ -24,9 +24,9 @@ class Global {
   Global(std::nullptr_t) noexcept {}
 
   // Makes a global reference from a Local, a handle or whatever a Ref<T> is made from.
-  // Throws as Ref<T> and Thread() do, Error when Java's memory is full, and std::bad_alloc.
+  // Throws as Ref<T> and a call do, what is pending first; Error when Java's memory is full, and std::bad_alloc.
   explicit Global(const Ref<T>& other) {
-    if (other) m_share = detail::Share(detail::MakeShared(detail::Env(), other.Get(), false));
+    if (other) m_share = detail::Share(detail::MakeShared(detail::CallEnv(), other.Get(), false));
   }
 
   template <typename U>

@@ -27,10 +27,11 @@ class Local {
   Local(std::nullptr_t) noexcept {}
 
   // Makes a new reference to the same object, from a Global, a handle or whatever a Ref<T> is made from.
-  // The class of a handle's object is tested here, and not again at each call. Throws as Ref<T> and Thread() do.
+  // The class of a handle's object is tested here, and not again at each call. Throws as Ref<T> and a call do: what is
+  // pending first.
   explicit Local(const Ref<T>& other) {
     if (!other) return;
-    JNIEnv* const env = detail::Env();
+    JNIEnv* const env = detail::CallEnv();
     m_attachment = detail::Attachment(env);
     m_ref = detail::NewLocal(env, other.Get());
   }

@@ -3,6 +3,7 @@
 
 #include <torvan/java/Tags.h>
 #include <torvan/java/detail/Classes.h>
+#include <torvan/java/detail/Pending.h>
 #include <torvan/jni/JavaClass.h>
 #include <torvan/jni/JavaString.h>
 
@@ -49,7 +50,7 @@ struct TagOf<U, std::enable_if_t<std::is_base_of_v<jni::CJavaObject, U>>> {
 template <typename T>
 jobject Checked(jobject object) {
   if (object != nullptr) {
-    JNIEnv* const env = Env();
+    JNIEnv* const env = CallEnv();
     RequireInstance(env, object, ClassOf<T>(env));
   }
   return object;
@@ -60,8 +61,8 @@ jobject Checked(jobject object) {
 // A reference as a parameter: made from any other, owns nothing, and is valid during the call.
 // Local, Global and Ref of a tag that is (known as) T's come without a test, as do jstring, jclass, jthrowable and
 // CJavaClass where T is their class or Object. For other handles of the fixed interface and for raw references the
-// object's class is tested, which throws Misuse "A java.lang.Integer is given where a java.sql.Connection is needed";
-// make a Local<T> of a handle that is used often.
+// object's class is tested, which throws Misuse "A java.lang.Integer is given where a java.sql.Connection is needed",
+// and an exception that is pending, as a call does; make a Local<T> of a handle that is used often.
 template <typename T>
 class Ref {
  public:

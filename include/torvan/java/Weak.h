@@ -16,13 +16,14 @@ class Weak {
 
   // Makes a weak reference of whatever a Ref<T> is made from. Throws as Global<T> does.
   explicit Weak(const Ref<T>& other) {
-    if (other) m_share = detail::Share(detail::MakeShared(detail::Env(), other.Get(), true));
+    if (other) m_share = detail::Share(detail::MakeShared(detail::CallEnv(), other.Get(), true));
   }
 
-  // Returns a reference to the object, or null when it was collected. Throws as Thread() does.
+  // Returns a reference to the object, or null when it was collected. Throws as a call does, what is pending
+  // first.
   Local<T> Lock() const {
     if (m_share.Get() == nullptr) return nullptr;
-    JNIEnv* const env = detail::Env();
+    JNIEnv* const env = detail::CallEnv();
     return detail::Own<T>(env, env->NewLocalRef(m_share.Get()));  // null for a collected object
   }
 

@@ -234,6 +234,18 @@ TEST_F(ClassLoaderTest, AScopeThatAFailureLeavesSetsWhatWasBefore) {
   SetContext(CurrentThread(), before);
 }
 
+TEST_F(ClassLoaderTest, WhatIsPendingIsThrownFirst) {
+  const ClassLoader others = Others();
+  const Local<java::String> text = java::NewString("text");
+  ExpectWhatIsPendingFirst([] { java::FindClass("java/lang/Integer"); });
+  ExpectWhatIsPendingFirst([&] { others.FindClass("fixture/Task"); });
+  ExpectWhatIsPendingFirst([] { ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES}); });
+  ExpectWhatIsPendingFirst([&] { ClassLoader::OfJars({}, others); });
+  ExpectWhatIsPendingFirst([&] { ClassLoader::Of(text); });
+  ExpectWhatIsPendingFirst([&] { others.Close(); });
+  ExpectWhatIsPendingFirst([&] { ContextClassLoader{others}; });
+}
+
 TEST_F(ClassLoaderTest, AScopeKeepsWhatIsPending) {
   const Local<Loader> before = Context();
   {

@@ -166,6 +166,11 @@ TEST_F(EachTest, ANullOrAnObjectOfAnotherClassIsRefused) {
             "a java.lang.String comes from java.util.Iterator.next(), whose C++ type needs a java.util.Map$Entry");
 }
 
+TEST_F(EachTest, WhatIsPendingIsThrownFirst) {
+  ExpectWhatIsPendingFirst([&] { Each<std::string>{texts}; });
+  ExpectWhatIsPendingFirst([&] { Copy<std::vector<std::string>>(texts); });
+}
+
 TEST_F(EachTest, WhatJavaThrowsOnTheWayComesOut) {
   EXPECT_EQ(WhatOf<Error>([&] {
               for (const std::string& text : Each<std::string>(texts)) Add(texts, text);

@@ -42,21 +42,14 @@ TEST_F(ElementsTest, NewArrays) {
 }
 
 TEST_F(ElementsTest, WhatIsPendingIsThrownAndNothingStarts) {
-  JNIEnv* const env = java::detail::Env();
-  const Local<java::Class> state = java::FindClass("java/lang/IllegalStateException");
   const Local<Array<jint>> array = NewArray<jint>(3);
   jbyte memory[4]{};
-  const auto expect = [&](const auto& operation) {
-    env->ThrowNew(static_cast<jclass>(state.Get()), "left by the host");
-    EXPECT_EQ(WhatOf<Error>(operation), "java.lang.IllegalStateException: left by the host");
-    EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
-  };
-  expect([] { NewArray<jint>(3); });
-  expect([] { NewArray(std::vector<std::string>{"a"}); });
-  expect([&] { Elements<jint>{array}; });
-  expect([&] { CriticalElements<jint>{array}; });
-  expect([&] { java::Copy<std::vector<jint>>(array); });
-  expect([&] { java::ByteBuffer(memory, sizeof memory); });
+  ExpectWhatIsPendingFirst([] { NewArray<jint>(3); });
+  ExpectWhatIsPendingFirst([] { NewArray(std::vector<std::string>{"a"}); });
+  ExpectWhatIsPendingFirst([&] { Elements<jint>{array}; });
+  ExpectWhatIsPendingFirst([&] { CriticalElements<jint>{array}; });
+  ExpectWhatIsPendingFirst([&] { java::Copy<std::vector<jint>>(array); });
+  ExpectWhatIsPendingFirst([&] { java::ByteBuffer(memory, sizeof memory); });
 }
 
 TEST_F(ElementsTest, ANewArrayOfAClassThatIsGiven) {

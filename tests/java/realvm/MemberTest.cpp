@@ -206,6 +206,14 @@ TEST_F(MemberTest, ACallWithAnExceptionPendingThrowsItAndDoesNotStart) {
   EXPECT_EQ(Calls.Get(), 0);
 }
 
+TEST_F(MemberTest, AMemberIsNotBoundWithAnExceptionPending) {
+  const Local<java::Class> members = java::FindClass("fixture/Members");
+  ExpectWhatIsPendingFirst([&] { Called.In(members); });
+  ExpectWhatIsPendingFirst([&] { Calls.In(members); });
+  static constexpr StaticMethod<void()> Missing{"fixture/Members", "missing"};
+  ExpectWhatIsPendingFirst([&] { Missing.In(members); });
+}
+
 TEST_F(MemberTest, EightThreadsUseAMemberFirst) {
   static constexpr StaticMethod<jint(jint, jint)> Add{"java/lang/Math", "addExact"};
   static constexpr Method<Derived, jint()> Own{"shared"};

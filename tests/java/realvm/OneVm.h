@@ -16,6 +16,15 @@ const java::Vm& TheVm();
 class RealVmTest : public testing::Test {
  protected:
   ~RealVmTest() override;
+
+  // The operation throws what raw JNI has left pending, and nothing is pending then.
+  template <typename Operation>
+  static void ExpectWhatIsPendingFirst(Operation operation) {
+    JNIEnv* const env = java::detail::Env();
+    env->ThrowNew(java::detail::ClassOf<java::Throwable>(env), "left by raw JNI");
+    EXPECT_EQ(WhatOf<java::Error>(operation), "java.lang.Throwable: left by raw JNI");
+    EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+  }
 };
 
 }  // namespace tests

@@ -139,6 +139,45 @@ TEST_F(RefTest, AWeakReferenceLetsItsObjectGo) {
   EXPECT_FALSE(weak.Lock());
 }
 
+TEST_F(RefTest, WhatIsPendingIsThrownFirst) {
+  Local<Child> child = New<Child>();
+  const Global<Child> global(child);
+  const Weak<Child> weak(child);
+  const Local<java::String> text = java::NewString("text");
+  const torvan::jni::CJavaObject handle = java::Handle(child);
+  ExpectWhatIsPendingFirst([&] { Local<Child>{global}; });
+  ExpectWhatIsPendingFirst([&] { Local<Child>{handle}; });
+  ExpectWhatIsPendingFirst([&] { Global<Child>{child}; });
+  ExpectWhatIsPendingFirst([&] { Weak<Child>{child}; });
+  ExpectWhatIsPendingFirst([&] { weak.Lock(); });
+  ExpectWhatIsPendingFirst([&] { IsInstance<Parent>(child); });
+  ExpectWhatIsPendingFirst([&] { Cast<Parent>(Ref<Child>(child)); });
+  ExpectWhatIsPendingFirst([&] { Cast<Parent>(global); });
+  ExpectWhatIsPendingFirst([&] { Cast<Parent>(std::move(child)); });
+  EXPECT_TRUE(child);
+  ExpectWhatIsPendingFirst([] { java::NewString("text"); });
+  ExpectWhatIsPendingFirst([] { java::NewString(u"text"); });
+  ExpectWhatIsPendingFirst([&] { java::ToText(text); });
+  ExpectWhatIsPendingFirst([&] { java::ToUnits(text); });
+}
+
+TEST_F(RefTest, WhatIsPendingStaysSoWhereReferencesAreComparedAndDropped) {
+  Local<Child> child = New<Child>();
+  Global<Child> global(child);
+  Weak<Child> weak(child);
+  JNIEnv* const env = java::detail::Env();
+  env->ThrowNew(java::detail::ClassOf<java::Throwable>(env), "left by raw JNI");
+  EXPECT_TRUE(Same(child, global));
+  const Global<Child> copy = global;
+  const java::Thread thread;
+  child.Reset();
+  global.Reset();
+  weak.Reset();
+  EXPECT_EQ(env->ExceptionCheck(), JNI_TRUE);
+  env->ExceptionClear();
+  EXPECT_EQ(NameOf(copy), "child");
+}
+
 TEST_F(RefTest, LocalsThatStrayAreDroppedQuietly) {
   auto stray = std::make_unique<Local<Child>>();
   std::thread([&] {

@@ -44,7 +44,7 @@ class FieldAccess : private Declaration<Kind, T, Place> {
 
   // As a method's In.
   FieldAccess<Kind, T, V, BoundPlace> In(const Ref<Class>& type) const {
-    return {*this, BoundPlace(Env(), type, Name())};
+    return {*this, BoundPlace(CallEnv(), type, Name())};
   }
 
  private:

@@ -112,7 +112,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
   // that the class path has: take a Ref<Array<T>> instead, and make it with NewArray(vector, class). Throws as a call
   // does, and Misuse for a constructor of a class that is none of the tag's.
   Function<Kind, T, R(A...), BoundPlace> In(const Ref<Class>& type) const {
-    return {*this, BoundPlace(Env(), type, Name())};
+    return {*this, BoundPlace(CallEnv(), type, Name())};
   }
 
  private:
