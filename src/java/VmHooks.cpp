@@ -39,7 +39,7 @@ void Print(FILE* stream, std::string_view text) {
   }
 }
 
-jint JNICALL OnPrint(FILE* stream, const char* format, va_list arguments) {
+jint PrintOrKeep(FILE* stream, const char* format, va_list arguments) {
   va_list copy;
   va_copy(copy, arguments);
   const int length = std::vsnprintf(nullptr, 0, format, copy);
@@ -57,6 +57,19 @@ jint JNICALL OnPrint(FILE* stream, const char* format, va_list arguments) {
     }
   }
   Print(stream, text);
+  return length;
+}
+
+jint JNICALL OnPrint(FILE* stream, const char* format, va_list arguments) {
+  va_list copy;
+  va_copy(copy, arguments);
+  jint length = 0;
+  try {
+    length = PrintOrKeep(stream, format, arguments);
+  } catch (...) {  // no memory: nothing may be thrown through the VM, and what it says then is needed most
+    length = std::vfprintf(stream, format, copy);
+  }
+  va_end(copy);
   return length;
 }
 
