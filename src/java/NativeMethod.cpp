@@ -169,14 +169,26 @@ struct DeclaredNative {
   std::optional<Test> result;   // of a reference that cannot be any object
 };
 
-// Read by reflection, so that the class is not initialised.
+// By reflection, so that the class is not initialised, unless that lists nothing because a class is missing that
+// another method names.
+std::vector<Candidate> MethodsOf(JNIEnv* env, jclass type, const MemberName& name) {
+  try {
+    return CandidatesOf(env, type, MemberKind::Method, name.name);
+  } catch (const Error& error) {
+    if (error.ClassName() != "java.lang.NoClassDefFoundError") throw;
+  }
+  std::vector<Candidate> methods;
+  methods.push_back(CandidateOf(env, type, name));
+  return methods;
+}
+
 DeclaredNative FindNative(JNIEnv* env, jclass type, const MemberName& name) {
   const LocalFrame frame(512);
   DeclaredNative found;
   const DescriptorParts parts = Split(name.descriptor);
   std::vector<std::string> arguments;
   for (const std::string& argument : parts.arguments) arguments.push_back(SpellType(argument));
-  for (const Candidate& candidate : CandidatesOf(env, type, MemberKind::Method, name.name)) {
+  for (const Candidate& candidate : MethodsOf(env, type, name)) {
     if (candidate.arguments != arguments || candidate.result != SpellType(parts.result)) continue;
     found.isThere = true;
     if ((candidate.modifiers & NativeModifier) == 0) {

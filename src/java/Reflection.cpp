@@ -114,6 +114,14 @@ std::vector<Candidate> CandidatesOf(JNIEnv* env, jclass type, MemberKind kind, c
   return candidates;
 }
 
+Candidate CandidateOf(JNIEnv* env, jclass type, const MemberName& name) {
+  const auto id = static_cast<jmethodID>(FindId(env, type, name));
+  const jboolean isStatic = IsStatic(name.kind) ? JNI_TRUE : JNI_FALSE;
+  auto method = Own<ReflectedMember>(env, env->ToReflectedMethod(type, id, isStatic));
+  CheckPending(env);
+  return Describe(env, type, name.kind, name.name, std::move(method));
+}
+
 std::string Instead(JNIEnv* env, jclass type, const MemberName& name) {
   const LocalFrame frame(512);
   const DescriptorParts parts = Split(name.descriptor);

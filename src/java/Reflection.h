@@ -32,6 +32,10 @@ constexpr jint AbstractModifier = 0x400;
 // means any name. Throws Error when they cannot be listed, as when a class in a signature is missing.
 std::vector<Candidate> CandidatesOf(JNIEnv* env, jclass type, MemberKind kind, const char* name);
 
+// A method by its ID, which is found even where a class in another one's signature is missing. Initialises the class.
+// Throws Error where it has no such method.
+Candidate CandidateOf(JNIEnv* env, jclass type, const MemberName& name);
+
 // Says what a class has instead of a member that was not found: " (java.lang.Math has no ...)". Throws as above.
 std::string Instead(JNIEnv* env, jclass type, const MemberName& name);
 

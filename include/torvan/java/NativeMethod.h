@@ -21,6 +21,9 @@ namespace torvan::java {
 // once. What it throws goes to Java as from a function of Implement. Up to 64 methods can be bound to functions of one
 // and the same C++ type, such as function pointers of one signature; each lambda expression has its own type.
 //
+// A class that another method of the class names may be missing; Java lists no methods then, and Bind initialises the
+// class to find this one.
+//
 // Bind throws Error when there is no such class or method ("... (plugin.Host has no ...; it has ...)"), Misuse when the
 // method is not native, static where an instance method was declared or the other way round, or belongs to a class
 // whose objects are not of the tag's; and as Thread() does.

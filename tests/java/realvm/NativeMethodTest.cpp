@@ -253,6 +253,39 @@ TEST_F(NativeMethodTest, AClassIsNotInitialisedByIt) {
   EXPECT_EQ(java::CallStatic<jint>("fixture/Natives$EarlyTo", "value"), 8);
 }
 
+struct Incomplete {
+  static constexpr char JavaName[] = "fixture/Natives$Incomplete";
+};
+
+TEST_F(NativeMethodTest, AClassThatAnotherMethodNamesMayBeMissing) {
+  constexpr StaticMethod<Local<java::Class>(std::string_view)> copyOf{"fixture/Strict", "copyOf"};
+  const Local<java::Class> copy = copyOf("fixture.Natives$Incomplete");
+  const std::string missing = "java.lang.NoClassDefFoundError: fixture/Natives$Absent";
+  EXPECT_EQ(WhatOf<Error>([&] { java::Call<Local<Object>>(copy, "getDeclaredMethods"); }), missing);
+  const auto plus = [](jint a) { return a + 1; };
+  NativeMethod<jint(jint)>(Incomplete::JavaName, "plus").In(copy).Bind(plus);
+  constexpr StaticMethod<jint(jint)> callPlus{Incomplete::JavaName, "plus"};
+  EXPECT_EQ(callPlus.In(copy)(3), 4);
+  // What it returns is tested as ever.
+  constexpr const char* descriptor = "()Lfixture/Natives$Incomplete;";
+  NativeMethod<Local<Object>(), Incomplete>(Incomplete::JavaName, "self", descriptor)
+      .In(copy)
+      .Bind([](Ref<Incomplete>) -> Local<Object> { return java::NewString("text"); });
+  const Local<Object> made = java::Constructor<Object()>{}.In(copy)();
+  const auto self = java::Method<Object, Local<Object>()>{"self", descriptor}.In(copy);
+  EXPECT_EQ(WhatOf<Error>([&] { self(made); }),
+            "java.lang.ClassCastException: the C++ function of fixture.Natives$Incomplete.self() returned a "
+            "java.lang.String, and the method returns a fixture.Natives$Incomplete");
+  // And what is wrong is said.
+  EXPECT_EQ(WhatOf<Misuse>([&] { NativeMethod<jint(jint)>(Incomplete::JavaName, "notNative").In(copy).Bind(plus); }),
+            "fixture.Natives$Incomplete.notNative(int) is not native");
+  EXPECT_THAT(WhatOf<Error>([&] {
+                NativeMethod<jint(jint), Incomplete>("plus").In(copy).Bind([](Ref<Incomplete>, jint a) { return a; });
+              }),
+              testing::AllOf(testing::StartsWith("java.lang.NoSuchMethodError: "),
+                             testing::EndsWith(" (fixture.Natives$Incomplete.plus(int))")));
+}
+
 TEST_F(NativeMethodTest, WhatIsNotThereIsSaid) {
   const auto bind = [](auto method) { method.Bind([](jint a) { return a; }); };
   EXPECT_EQ(WhatOf<Error>([&] { bind(NativeMethod<jint(jint)>(Type, "missing")); }),
