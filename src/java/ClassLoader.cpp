@@ -40,6 +40,8 @@ struct UrlLoader {
 };
 
 constexpr Constructor<File(std::string_view)> NewFile;
+constexpr Method<File, bool()> Exists{"exists"};
+constexpr StaticMethod<std::optional<std::string>(std::string_view)> GetProperty{"java/lang/System", "getProperty"};
 constexpr Method<File, Local<Uri>()> ToUri{"toURI"};
 constexpr Method<Uri, Local<Url>()> ToUrl{"toURL"};
 constexpr Constructor<UrlLoader(std::vector<Local<Url>>, Ref<Loader>)> NewUrlLoader;
@@ -64,15 +66,21 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars) 
 
 ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, const ClassLoader& parent) {
   const Thread thread;
+  detail::CheckPending(thread.Env());
   std::vector<Local<Url>> urls;
   for (const std::filesystem::path& jar : jars) {
-  detail::CheckPending(thread.Env());
     std::error_code error;
     const std::string path = detail::ToText(std::filesystem::absolute(jar, error));
     if (error || !std::filesystem::exists(jar, error)) {
       Fail(__LINE__, "there is no " + detail::ToText(jar) + " to load classes from");
     }
-    urls.push_back(ToUrl(thread, ToUri(thread, NewFile(thread, path))));
+    const Local<File> file = NewFile(thread, path);
+    if (!Exists(thread, file)) {  // no class would be found in it, and nothing would say why
+      const std::string encoding = GetProperty(thread, "sun.jnu.encoding").value_or("another encoding");
+      Fail(__LINE__, "Java does not find " + path + ", which is there: it takes the names of files in " + encoding +
+                         ", the encoding of this process's locale");
+    }
+    urls.push_back(ToUrl(thread, ToUri(thread, file)));
   }
   return ClassLoader(NewUrlLoader(thread, urls, parent.m_loader.Get()));
 }
@@ -93,7 +101,7 @@ ClassLoader ClassLoader::Platform() {
 
 ClassLoader ClassLoader::Of(const Ref<Object>& object) {
   if (!object) Fail(__LINE__, "null has no class loader");
-  JNIEnv* const env = detail::Env();
+  JNIEnv* const env = detail::CallEnv();
   const bool isClass = env->IsInstanceOf(object.Get(), detail::ClassOf<Class>(env)) != JNI_FALSE;
   const detail::LocalScope type(env, isClass ? nullptr : env->GetObjectClass(object.Get()));
   const auto own = static_cast<jclass>(isClass ? object.Get() : type.Get());
@@ -111,7 +119,7 @@ Local<Class> ClassLoader::FindClass(const char* name) const {
 
 void ClassLoader::Close() const {
   if (IsInstance<Closeable>(m_loader)) return CloseIt(m_loader.Get());
-  JNIEnv* const env = detail::CallEnv();
+  JNIEnv* const env = detail::Env();
   const detail::LocalScope type(env, env->GetObjectClass(m_loader.Get()));
   const std::string name = detail::NameOf(env, static_cast<jclass>(type.Get()));
   Fail(__LINE__, "a " + name + " is no class loader that can be closed");

@@ -25,7 +25,8 @@ class ClassLoader {
  public:
   // Makes a loader of archives and folders, which asks its parent first: the loader that the layer keeps, or the one
   // that is given. Platform() as the parent hides the host's class path from the classes. Relative paths are relative
-  // to the host's current folder. Throws Misuse that names one that does not exist, Error, and as Thread() does.
+  // to the host's current folder. Throws Misuse that names one that does not exist, or that Java does not find because
+  // the locale's encoding (see VmSettings) lacks a character of its name; Error, and as a call does.
   static ClassLoader OfJars(const std::vector<std::filesystem::path>& jars);
   static ClassLoader OfJars(const std::vector<std::filesystem::path>& jars, const ClassLoader& parent);
 

@@ -16,6 +16,9 @@ namespace torvan::java {
 // The settings of a Java VM; each member changes them and returns them.
 // Paths, options, agents and properties are added to the earlier ones; any other setting replaces the earlier one.
 // Nothing is checked before StartVm. Texts are UTF-8. Copies are independent.
+// Java takes paths, properties and options in the system's encoding: on Linux that of the locale that LC_ALL, LC_CTYPE
+// or LANG names in the environment, on Windows the code page. StartVm throws StartFailure where that has not all of
+// their characters: in the locale "C", of paths and properties with more than ASCII. Set one in UTF-8 before.
 class VmSettings {
  public:
   using Path = std::filesystem::path;

@@ -1,6 +1,13 @@
 #include "java/VmLibrary.h"
 
+#include <torvan/java/Failure.h>
+
 #include <dlfcn.h>
+#include <langinfo.h>
+#include <locale.h>
+
+#include <algorithm>
+#include <string_view>
 
 namespace torvan::java::detail {
 
@@ -27,6 +34,32 @@ void* FindLoadedVm(std::filesystem::path& path) {
 
 std::string LibraryFileName(const std::string& name) { return "lib" + name + ".so"; }
 
-std::string OptionText(const std::string& utf8) { return utf8; }
+namespace {
+
+// Java gets these as texts, which the VM decodes; it uses the bytes of others, such as an agent's path, as they are.
+bool IsForJava(const std::string& option) { return option.compare(0, 2, "-D") == 0 || option.compare(0, 2, "--") == 0; }
+
+// As the VM finds it out: the C library takes none of the environment's locales where one of them is not installed.
+bool IsAsciiAllThatJavaTakes() {
+  constexpr std::string_view Ascii = "ANSI_X3.4-1968";
+  locale_t const locale = newlocale(LC_ALL_MASK, "", nullptr);
+  if (locale == nullptr) return nl_langinfo(CODESET) == Ascii;
+  const bool isAscii = nl_langinfo_l(CODESET, locale) == Ascii;
+  freelocale(locale);
+  return isAscii;
+}
+
+}  // namespace
+
+std::string OptionText(const std::string& utf8) {
+  const bool isAscii = std::all_of(utf8.begin(), utf8.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+  if (!isAscii && IsForJava(utf8) && IsAsciiAllThatJavaTakes()) {
+    throw StartFailure("java/linux/VmLibrary", __LINE__,
+                       "The option " + utf8 +
+                           " has a character that ASCII, the encoding of this process's locale, in which Java takes "
+                           "its options, has not: set LC_ALL to a locale in UTF-8, such as C.UTF-8");
+  }
+  return utf8;
+}
 
 }  // namespace torvan::java::detail

@@ -89,6 +89,29 @@ TEST(VmStartTest, AStarMeansTheArchivesOfTheFolder) {
   std::filesystem::remove_all(folder);
 }
 
+TEST(VmStartTest, APathThatJavaCannotReadInTheLocaleIsRefused) {
+  if (OnWindows) GTEST_SKIP() << "paths do not depend on a locale here";
+  const std::filesystem::path folder = std::filesystem::absolute("Z\xC3\xBCrich");
+  std::filesystem::create_directory(folder);
+  InOwnProcess([&] {
+    SetVariable("LC_ALL", "C");
+    EXPECT_THAT(WhatOf<StartFailure>([&] { const java::Vm vm = StartVm(FixtureSettings().ClassPath({folder})); }),
+                AllOf(StartsWith("The option -Djava.class.path="), HasSubstr("Z\xC3\xBCrich has a character that ")));
+    const java::Vm vm = StartVm(FixtureSettings());
+    EXPECT_EQ(WhatOf<java::Misuse>([&] { java::ClassLoader::OfJars({folder}); }),
+              "Java does not find " + folder.string() +
+                  ", which is there: it takes the names of files in ANSI_X3.4-1968, the encoding of this process's "
+                  "locale");
+  });
+  InOwnProcess([&] {
+    SetVariable("LC_ALL", "C.UTF-8");
+    const java::Vm vm = StartVm(FixtureSettings().ClassPath({folder}));
+    EXPECT_THAT(Property("java.class.path"), HasSubstr(folder.string()));
+    java::ClassLoader::OfJars({folder});
+  });
+  std::filesystem::remove(folder);
+}
+
 // The settings must be refused with a text that begins so, and the process must be able to start a VM afterwards.
 void ExpectRefused(const std::function<void(VmSettings&)>& set, const std::string& text) {
   InOwnProcess([&] {

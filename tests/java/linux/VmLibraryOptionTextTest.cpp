@@ -1,0 +1,61 @@
+// Options in the encoding of the environment's locale.
+#include <ThisSystem.h>
+#include <gtest/gtest.h>
+#include <torvan/java/Failure.h>
+
+#include <cstdlib>
+#include <optional>
+
+#include "java/VmLibrary.h"
+#include "java/What.h"
+
+namespace tests {
+namespace {
+
+using torvan::java::detail::OptionText;
+
+// Sets the locale of the environment while it lives.
+class Locale {
+ public:
+  explicit Locale(const char* name) {
+    if (const char* const before = std::getenv("LC_ALL")) m_before = before;
+    SetVariable("LC_ALL", name);
+  }
+  Locale(const Locale&) = delete;
+  Locale& operator=(const Locale&) = delete;
+  ~Locale() {
+    if (m_before) {
+      SetVariable("LC_ALL", m_before->c_str());
+    } else {
+      unsetenv("LC_ALL");
+    }
+  }
+
+ private:
+  std::optional<std::string> m_before;
+};
+
+TEST(VmLibraryOptionTextTest, IsUnchangedWhereTheLocaleHasIt) {
+  const Locale locale("C.UTF-8");
+  EXPECT_EQ(OptionText("-Da=Z\xC3\xBCrich"), "-Da=Z\xC3\xBCrich");
+  EXPECT_EQ(OptionText(""), "");
+}
+
+TEST(VmLibraryOptionTextTest, WhatJavaWouldNotGetIsRefused) {
+  for (const char* const name : {"C", "POSIX", "no_SUCH.UTF-8"}) {
+    SCOPED_TRACE(name);
+    const Locale locale(name);
+    EXPECT_EQ(OptionText("-Da=b"), "-Da=b");
+    for (const std::string option : {"-Djava.class.path=Z\xC3\xBCrich.jar", "--module-path=\xE6\x95\xB0"}) {
+      EXPECT_EQ(WhatOf<torvan::java::StartFailure>([&] { OptionText(option); }),
+                "The option " + option +
+                    " has a character that ASCII, the encoding of this process's locale, in which Java takes its "
+                    "options, has not: set LC_ALL to a locale in UTF-8, such as C.UTF-8");
+    }
+    // The VM itself takes the bytes.
+    EXPECT_EQ(OptionText("-agentpath:/Z\xC3\xBCrich.so"), "-agentpath:/Z\xC3\xBCrich.so");
+  }
+}
+
+}  // namespace
+}  // namespace tests
