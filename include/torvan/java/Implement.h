@@ -33,8 +33,10 @@ namespace torvan::java {
 // destroyed: end the VM before, or keep what the functions use out of static objects that are destroyed.
 //
 // What it throws is thrown into Java: an Error as its Java object, any other std::exception as a RuntimeException with
-// what() as its message, anything else as a RuntimeException that names its type. A checked exception that the method
-// does not declare arrives as UndeclaredThrowableException. Running out of stack is a StackOverflowError.
+// what() as its message, any other mirel::base::CException as what the fixed interface left pending, else as a
+// RuntimeException with its message; anything else as a RuntimeException that names its type, or says that it is of an
+// unknown type where the compiler does not tell (the Microsoft ABI). A checked exception that the method does not
+// declare arrives as UndeclaredThrowableException. Running out of stack is a StackOverflowError.
 //
 // A method without a function runs its default, or else throws an UnsupportedOperationException that names it. If none
 // is added for them, equals and hashCode go by identity, and toString names the interface.
