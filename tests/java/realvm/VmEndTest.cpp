@@ -154,8 +154,8 @@ TEST(VmEndTest, AThreadOfJavasOwnIsWaitedForAsLongAsTheGrace) {
   InOwnProcess([&] {
     Vm vm = StartVm(FixtureSettings());
     AddHook(note);
-    CallStaticInt("fixture/Vms", "runFor", "(I)I", 300);
     const auto start = Clock::now();
+    CallStaticInt("fixture/Vms", "runFor", "(I)I", 300);
     EXPECT_EQ(vm.End(20s), VmEnd::Destroyed);
     EXPECT_GE(Clock::now() - start, 200ms);
     EXPECT_LT(Clock::now() - start, 15s);
@@ -200,14 +200,14 @@ TEST(VmEndTest, AThreadInsideACallAtThatMomentFailsOrStops) {
   });
 }
 
-// Opens the elements of a new array of three on another thread, writes the first and closes them.
+// Opens the elements of a new array of three on another thread; when it is told to, writes the first and closes them.
 template <typename Elements>
 struct Writer {
-  explicit Writer(std::chrono::milliseconds time)
-      : array(java::NewArray<jint>(3)), thread([this, time] {
+  Writer()
+      : array(java::NewArray<jint>(3)), thread([this] {
           Elements elements{array};
           open = true;
-          std::this_thread::sleep_for(time);
+          for (int i = 0; i < 20000 && !closes; ++i) std::this_thread::sleep_for(1ms);
           elements.At(0) = 7;
         }) {
     while (!open) std::this_thread::yield();
@@ -222,17 +222,23 @@ struct Writer {
 
   java::Global<java::Array<jint>> array;
   std::atomic<bool> open{false};
+  std::atomic<bool> closes{false};
   std::thread thread;
 };
 
 template <typename Elements>
 void EndWaitsFor() {
   Vm vm = StartVm(FixtureSettings());
-  Writer<Elements> writer(300ms);
+  Writer<Elements> writer;
   const auto start = Clock::now();
+  std::thread closing([&writer] {
+    std::this_thread::sleep_for(300ms);
+    writer.closes = true;
+  });
   EXPECT_EQ(vm.End(20s), VmEnd::Destroyed);
   EXPECT_GE(Clock::now() - start, 200ms);
   EXPECT_LT(Clock::now() - start, 15s);
+  closing.join();
   writer.thread.join();
   EXPECT_EQ(WhatOf<Misuse>([&] { Elements{writer.array}; }), "The Java VM has ended");
 }
@@ -241,9 +247,11 @@ template <typename Elements>
 void ClosesAfterTheGrace() {
   Vm vm = StartVm(FixtureSettings());
   JNIEnv* const env = java::detail::Env();
-  Writer<Elements> writer(600ms);
-  EXPECT_EQ(vm.End(100ms), VmEnd::LeftRunning);
+  Writer<Elements> writer;
+  const VmEnd end = vm.End(100ms);
+  writer.closes = true;
   writer.thread.join();
+  ASSERT_EQ(end, VmEnd::LeftRunning);  // else there is no VM to read it
   EXPECT_EQ(writer.First(env), 7);
   // The garbage collector does not wait for them any more.
   jclass const system = env->FindClass("java/lang/System");
