@@ -9,6 +9,7 @@
 #include "java/OptionChecks.h"
 #include "java/PathText.h"
 #include "java/VmLibrary.h"
+#include "java/processes/Surroundings.h"
 
 namespace torvan::java {
 
@@ -43,7 +44,7 @@ void AppendPart(const char* what, const fs::path& part, std::vector<fs::path>& p
     const fs::path extension = entry->path().extension();
     if (extension == ".jar" || extension == ".JAR") parts.push_back(entry->path());
   }
-  if (error) Fail(__LINE__, std::string(what) + " " + ToText(folder) + " cannot be read: " + error.message());
+  if (error) Fail(__LINE__, std::string(what) + " " + ToText(folder) + " cannot be read: " + detail::ReasonOf(error));
   std::sort(parts.begin() + static_cast<std::ptrdiff_t>(first), parts.end());
 }
 
