@@ -77,8 +77,9 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, 
     const Local<File> file = NewFile(thread, path);
     if (!Exists(thread, file)) {  // no class would be found in it, and nothing would say why
       const std::string encoding = GetProperty(thread, "sun.jnu.encoding").value_or("another encoding");
-      Fail(__LINE__, "Java does not find " + path + ", which is there: it takes the names of files in " + encoding +
-                         ", the encoding of this process's locale");
+      std::string text = "Java does not find " + path + ", which is there: it takes the names of files in ";
+      text.append(encoding).append(", the encoding of this process's locale");
+      Fail(__LINE__, text);
     }
     urls.push_back(ToUrl(thread, ToUri(thread, file)));
   }
@@ -88,6 +89,7 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, 
 ClassLoader ClassLoader::System() { return ClassLoader(GetSystem()); }
 
 ClassLoader ClassLoader::Platform() {
+  detail::CallEnv();  // throws what is pending, which may be such an error, too
   try {
     return ClassLoader(GetPlatform());
   } catch (const Error& error) {

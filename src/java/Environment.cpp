@@ -163,7 +163,8 @@ void ForgetEnv() noexcept {
 void LeaveVm() noexcept {
   using namespace std::chrono_literals;
   UseVm(nullptr);
-  for (int i = 0; i < 1000 && s_entering.load() != 0; ++i) std::this_thread::sleep_for(1ms);
+  const auto end = std::chrono::steady_clock::now() + 1s;  // a sleep may take much longer than it is asked to
+  while (s_entering.load() != 0 && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(1ms);
 }
 
 void ThrowOtherThread() {

@@ -1,5 +1,7 @@
 #include <torvan/java/Handle.h>
 
+#include <torvan/java/detail/Pending.h>
+
 #include "java/VmState.h"
 
 namespace torvan::java {
@@ -16,6 +18,7 @@ class MadeHandle : public jni::CJavaObject {
 
 jni::CJavaObject Handle(const Ref<Object>& ref) {
   detail::RequireVm();
+  detail::CallEnv();
   return MadeHandle(*detail::TheVm().handle, ref.Get());
 }
 

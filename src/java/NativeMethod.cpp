@@ -141,6 +141,7 @@ std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, con
 }
 
 // Has Java call the binding from now on. Where it throws, Java has never called it, and calls what it called before.
+// Between functions of two types, a method that has had the binding's slot before may be called there once more.
 void Register(JNIEnv* env, NativeBinding& binding, jclass type, const MemberName& name, const NativeSlots& slots) {
   jint status = JNI_OK;
   {

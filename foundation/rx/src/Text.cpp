@@ -44,20 +44,21 @@ std::size_t FirstOf(unsigned int bits) noexcept {
 
 std::size_t ucslen(const UniChar* text) noexcept {
 #if defined(RX_SCANS_BLOCKS)
-  // An aligned block never crosses a page, so what it has before and after the text can be read.
-  constexpr std::size_t Size = sizeof(__m128i);
+  // An aligned block never crosses a page, so what it has before and after the text can be read. The units of a text in
+  // a packed record may be at odd addresses, and are then none of a block's.
   const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(text);
-  const std::size_t before = address % Size;
-  const __m128i* block = reinterpret_cast<const __m128i*>(address - before);
-  unsigned int zeros = ZerosIn(block) >> before;
-  if (zeros != 0) return FirstOf(zeros) / sizeof(UniChar);
-  while ((zeros = ZerosIn(++block)) == 0) continue;
-  return (reinterpret_cast<std::uintptr_t>(block) - address + FirstOf(zeros)) / sizeof(UniChar);
-#else
+  if (address % sizeof(UniChar) == 0) {
+    const std::size_t before = address % sizeof(__m128i);
+    const __m128i* block = reinterpret_cast<const __m128i*>(address - before);
+    unsigned int zeros = ZerosIn(block) >> before;
+    if (zeros != 0) return FirstOf(zeros) / sizeof(UniChar);
+    while ((zeros = ZerosIn(++block)) == 0) continue;
+    return (reinterpret_cast<std::uintptr_t>(block) - address + FirstOf(zeros)) / sizeof(UniChar);
+  }
+#endif
   const UniChar* end = text;
   while (*end != 0) ++end;
   return static_cast<std::size_t>(end - text);
-#endif
 }
 
 }  // namespace RX

@@ -8,7 +8,8 @@ namespace torvan::java {
 
 // Returns a handle of the fixed interface for the same object; null for a null reference.
 // That interface's rules hold for it: handles share their counts, so make, copy and drop them from one thread at a
-// time. Throws Misuse when no VM was started or joined, or it has ended, and mirel::base::CMemoryException.
+// time. Throws Misuse when no VM was started or joined, or it has ended, mirel::base::CMemoryException, and as a call
+// does: what is pending first.
 jni::CJavaObject Handle(const Ref<Object>& ref);
 
 // Takes ownership of a raw local reference of the calling thread, even when this throws. Its class is tested unless T

@@ -70,7 +70,8 @@ class Vm {
 // For a host's library that Java has loaded, and for hosts that created the VM otherwise. Classes are found through the
 // calling thread's context class loader, or the system's where it has none. It may be joined again.
 // An exception that is pending stays so. Throws StartFailure when no VM runs here, and Misuse "The Java VM has ended"
-// once its end has begun, so also in a shutdown hook.
+// once its end has begun, so also in a shutdown hook. A handle's VM that refuses the calling thread is
+// CJavaVmException.
 Vm JoinVm();
 Vm JoinVm(const jni::CJavaVm& vm);
 Vm JoinVm(JavaVM* vm);

@@ -17,8 +17,9 @@ namespace torvan::java {
 // Paths, options, agents and properties are added to the earlier ones; any other setting replaces the earlier one.
 // Nothing is checked before StartVm. Texts are UTF-8. Copies are independent.
 // Java takes paths, properties and options in the system's encoding: on Linux that of the locale that LC_ALL, LC_CTYPE
-// or LANG names in the environment, on Windows the code page. StartVm throws StartFailure where that has not all of
-// their characters: in the locale "C", of paths and properties with more than ASCII. Set one in UTF-8 before.
+// or LANG names in the environment, on Windows the code page. StartVm throws StartFailure for those with characters
+// that the code page has not, or with more than ASCII in the locale "C". On Linux Java reads UTF-8 as if it were the
+// locale's encoding: set a locale in UTF-8 before.
 class VmSettings {
  public:
   using Path = std::filesystem::path;

@@ -7,6 +7,7 @@
 #include <locale.h>
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace torvan::java::detail {
@@ -36,8 +37,13 @@ std::string LibraryFileName(const std::string& name) { return "lib" + name + ".s
 
 namespace {
 
-// Java gets these as texts, which the VM decodes; it uses the bytes of others, such as an agent's path, as they are.
-bool IsForJava(const std::string& option) { return option.compare(0, 2, "-D") == 0 || option.compare(0, 2, "--") == 0; }
+// Java gets these as texts, which the VM decodes; it uses the bytes of others, such as a native agent's path, as they
+// are.
+bool IsForJava(const std::string& option) {
+  constexpr const char* Beginnings[] = {"-D", "--", "-javaagent:"};
+  return std::any_of(std::begin(Beginnings), std::end(Beginnings),
+                     [&option](const char* beginning) { return option.rfind(beginning, 0) == 0; });
+}
 
 // As the VM finds it out: the C library takes none of the environment's locales where one of them is not installed.
 bool IsAsciiAllThatJavaTakes() {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <rx/Text.h>
 
+#include <cstring>
 #include <string>
 
 namespace tests {
@@ -27,6 +28,19 @@ TEST(TextTest, LengthIsTheSameWhereverATextBeginsInMemory) {
       if (begin != 0) text[begin - 1] = 0;  // ends another text
       ASSERT_EQ(RX::ucslen(text.c_str() + begin), length) << "from " << begin;
     }
+  }
+}
+
+TEST(TextTest, ATextMayBeginAtAnOddAddress) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the undefined-behaviour sanitizer ends a program that reads such a text";
+#endif
+  WideText text(40, 0x0100);  // half of each unit is zero
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    char buffer[128];
+    std::memset(buffer, 1, sizeof buffer);
+    std::memcpy(buffer + 1, text.c_str() + text.size() - length, (length + 1) * sizeof(RX::UniChar));
+    EXPECT_EQ(RX::ucslen(reinterpret_cast<const RX::UniChar*>(buffer + 1)), length);
   }
 }
 

@@ -46,7 +46,8 @@ TEST(VmLibraryOptionTextTest, WhatJavaWouldNotGetIsRefused) {
     SCOPED_TRACE(name);
     const Locale locale(name);
     EXPECT_EQ(OptionText("-Da=b"), "-Da=b");
-    for (const std::string option : {"-Djava.class.path=Z\xC3\xBCrich.jar", "--module-path=\xE6\x95\xB0"}) {
+    for (const std::string option :
+         {"-Djava.class.path=Z\xC3\xBCrich.jar", "--module-path=\xE6\x95\xB0", "-javaagent:/Z\xC3\xBCrich.jar"}) {
       EXPECT_EQ(WhatOf<torvan::java::StartFailure>([&] { OptionText(option); }),
                 "The option " + option +
                     " has a character that ASCII, the encoding of this process's locale, in which Java takes its "

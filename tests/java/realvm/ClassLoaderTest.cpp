@@ -243,7 +243,15 @@ TEST_F(ClassLoaderTest, WhatIsPendingIsThrownFirst) {
   ExpectWhatIsPendingFirst([&] { ClassLoader::OfJars({}, others); });
   ExpectWhatIsPendingFirst([&] { ClassLoader::Of(text); });
   ExpectWhatIsPendingFirst([&] { others.Close(); });
+  ExpectWhatIsPendingFirst([] { ClassLoader::System(); });
+  ExpectWhatIsPendingFirst([] { ClassLoader::Platform(); });
   ExpectWhatIsPendingFirst([&] { ContextClassLoader{others}; });
+}
+
+TEST_F(ClassLoaderTest, AMissingMethodThatIsPendingIsNotTakenForOneOfPlatforms) {
+  JNIEnv* const env = java::detail::Env();
+  env->ThrowNew(static_cast<jclass>(java::FindClass("java/lang/NoSuchMethodError").Get()), "left by raw JNI");
+  EXPECT_EQ(ErrorOf([] { ClassLoader::Platform(); }), "java.lang.NoSuchMethodError: left by raw JNI");
 }
 
 TEST_F(ClassLoaderTest, AScopeKeepsWhatIsPending) {
