@@ -245,7 +245,7 @@ TEST_F(ClassLoaderTest, WhatIsPendingIsThrownFirst) {
   ExpectWhatIsPendingFirst([&] { others.Close(); });
   ExpectWhatIsPendingFirst([] { ClassLoader::System(); });
   ExpectWhatIsPendingFirst([] { ClassLoader::Platform(); });
-  ExpectWhatIsPendingFirst([&] { ContextClassLoader{others}; });
+  ExpectWhatIsPendingFirst([&] { const ContextClassLoader scope(others); });
 }
 
 TEST_F(ClassLoaderTest, AMissingMethodThatIsPendingIsNotTakenForOneOfPlatforms) {
