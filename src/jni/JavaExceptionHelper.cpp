@@ -7,6 +7,12 @@
 
 #include "jni/JniText.h"
 
+#if defined(_MSC_VER)
+#define TORVAN_NOINLINE __declspec(noinline)
+#else
+#define TORVAN_NOINLINE __attribute__((noinline))
+#endif
+
 namespace torvan::jni {
 
 using mirel::base::At;
@@ -15,9 +21,11 @@ using mirel::base::CUnicodeStringBuffer;
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const char* text) {
-  throw CJavaVmException("jni/JavaExceptionHelper", line, text, nullptr);
+CJavaVmException Failure(unsigned int line, const char* text) {
+  return CJavaVmException("jni/JavaExceptionHelper", line, text, nullptr);
 }
+
+[[noreturn]] void Fail(unsigned int line, const char* text) { throw Failure(line, text); }
 
 CUnicodeString ToUnicodeString(JNIEnv* env, jstring string) {
   const jchar* characters = env->GetStringChars(string, nullptr);
@@ -25,20 +33,27 @@ CUnicodeString ToUnicodeString(JNIEnv* env, jstring string) {
   return TakeCharacters(env, string, characters);
 }
 
-CUnicodeString GetExceptionClassName(JNIEnv* env, jthrowable throwable) {
+// What the name of an exception's class is read by.
+struct NameMethods {
+  jclass classClass;
+  jmethodID getClass;  // null where the VM refuses the look-up
+};
+
+NameMethods FindNameMethods(JNIEnv* env, jthrowable throwable) {
   jclass throwableClass = env->GetObjectClass(throwable);
   if (throwableClass == nullptr) Fail(At(53), "Failed to get the class of the exception occured.");  // sic
   jclass classClass = env->FindClass("java/lang/Class");
   if (classClass == nullptr) Fail(At(55), "Failed to get the java.lang.Class class.");
   // Intentional: getClass is looked up as if it returned a string. A VM that refuses that reports this failure for
   // every Java exception.
-  jmethodID getClass = env->GetMethodID(throwableClass, "getClass", "()Ljava/lang/String;");
-  if (getClass == nullptr)
-    Fail(At(57), "Failed to get the method id of the getClass () method of the exception occured.");  // sic
-  jmethodID getName = env->GetMethodID(classClass, "getName", "()Ljava/lang/String;");
+  return {classClass, env->GetMethodID(throwableClass, "getClass", "()Ljava/lang/String;")};
+}
+
+CUnicodeString GetExceptionClassName(JNIEnv* env, jthrowable throwable, const NameMethods& methods) {
+  jmethodID getName = env->GetMethodID(methods.classClass, "getName", "()Ljava/lang/String;");
   if (getName == nullptr)
     Fail(At(59), "Failed to get the method id of the getName () method of java.lang.Class class.");
-  jobject classObject = env->CallObjectMethod(throwable, getClass);
+  jobject classObject = env->CallObjectMethod(throwable, methods.getClass);
   if (classObject == nullptr) Fail(At(65), "Failed to get the class of the exception occured.");  // sic
   const auto name = static_cast<jstring>(env->CallObjectMethod(classObject, getName));
   if (name == nullptr) Fail(At(67), "Failed to get the name of class of the exception occured.");  // sic
@@ -96,14 +111,24 @@ CUnicodeString GetExceptionStackTrace(JNIEnv* env, jthrowable throwable) {
   return trace.ToString();
 }
 
-}  // namespace
-
-void ThrowJavaException(JNIEnv* env, jthrowable throwable) {
+// Returns only when the VM has refused to look up getClass. In a function of its own, and not part of the next: what is
+// thrown there then passes none of the many places that have something to free.
+TORVAN_NOINLINE void ThrowWhatIsRead(JNIEnv* env, jthrowable throwable) {
   // The first of these to fail is the failure that is reported.
   const CUnicodeString stackTrace = GetExceptionStackTrace(env, throwable);
   const CUnicodeString message = GetExceptionMessage(env, throwable);
-  const CUnicodeString className = GetExceptionClassName(env, throwable);
+  const NameMethods methods = FindNameMethods(env, throwable);
+  if (methods.getClass == nullptr) return;
+  const CUnicodeString className = GetExceptionClassName(env, throwable, methods);
   throw CJavaException(className, message, stackTrace);
+}
+
+}  // namespace
+
+void ThrowJavaException(JNIEnv* env, jthrowable throwable) {
+  ThrowWhatIsRead(env, throwable);
+  // Every Java exception of HotSpot ends here, so that it is thrown at once, with the texts already freed.
+  throw Failure(At(57), "Failed to get the method id of the getClass () method of the exception occured.");  // sic
 }
 
 }  // namespace torvan::jni
