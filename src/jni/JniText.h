@@ -5,8 +5,7 @@
 #include <rx/Text.h>
 #include <torvan/jni/JavaVm.h>
 
-#include <cstdint>
-#include <cstring>
+#include "jni/Ascii.h"
 
 namespace torvan::jni {
 
@@ -31,7 +30,7 @@ class CJniText<RX::UniChar> {
  public:
   // Throws CMemoryException.
   explicit CJniText(const RX::UniChar* text)
-      : m_text(CopyAscii(text)),
+      : m_text(AsAscii(text)),
         m_converted(m_text == nullptr ? mirel::base::CUnicodeString(text).ToUTF8() : mirel::base::CString()) {
     if (m_text == nullptr) m_text = m_converted;
   }
@@ -42,25 +41,11 @@ class CJniText<RX::UniChar> {
 
  private:
   // Nearly all names are short and ASCII, which both encodings share: they need no heap. Null for others.
-  const char* CopyAscii(const RX::UniChar* text) noexcept {
+  const char* AsAscii(const RX::UniChar* text) noexcept {
     if (text == nullptr) return nullptr;
     const std::size_t size = RX::ucslen(text) + 1;
     if (size > sizeof m_ascii) return nullptr;
-    // Four units at a time, and the rest one by one.
-    std::uint64_t seen = 0;
-    std::size_t done = 0;
-    for (std::uint64_t units; done + 4 <= size; done += 4) {
-      std::memcpy(&units, text + done, sizeof units);
-      seen |= units;
-      units |= units >> 8;
-      const auto bytes = static_cast<std::uint32_t>((units & 0xFFFF) | (units >> 16 & 0xFFFF0000));
-      std::memcpy(m_ascii + done, &bytes, sizeof bytes);
-    }
-    for (; done < size; ++done) {
-      seen |= text[done];
-      m_ascii[done] = static_cast<char>(text[done]);
-    }
-    return (seen & 0xFF80FF80FF80FF80) == 0 ? m_ascii : nullptr;
+    return CopyAscii(text, size, m_ascii) ? m_ascii : nullptr;
   }
 
   char m_ascii[128];

@@ -65,11 +65,17 @@ TEST(JniTextTest, EveryUnitOfAShortTextCounts) {
     const WideText wide = letters.substr(0, length);
     EXPECT_EQ(static_cast<const char*>(CJniText(wide.c_str())), std::string("abcdefghijklmnopqrs", length));
     for (std::size_t place = 0; place < length; ++place) {
-      WideText other = wide;
-      other[place] = 0x100;
-      std::string expected("abcdefghijklmnopqrs", length);
-      expected.replace(place, 1, "\xC4\x80");
-      EXPECT_EQ(static_cast<const char*>(CJniText(other.c_str())), expected);
+      struct Unit {
+        RX::UniChar wide;
+        const char* utf8;
+      };
+      for (const auto& [unit, utf8] : {Unit{0x7F, "\x7F"}, Unit{0x80, "\xC2\x80"}, Unit{0x100, "\xC4\x80"}}) {
+        WideText other = wide;
+        other[place] = unit;
+        std::string expected("abcdefghijklmnopqrs", length);
+        expected.replace(place, 1, utf8);
+        EXPECT_EQ(static_cast<const char*>(CJniText(other.c_str())), expected);
+      }
     }
   }
 }
