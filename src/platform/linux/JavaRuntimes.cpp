@@ -1,10 +1,13 @@
 #include "platform/linux/JavaRuntimes.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <mirel/base/System.h>
 #include <mirel/io/PrintStream.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -60,20 +63,58 @@ char* ValueOf(const char* key, char* line) {
   return value;
 }
 
+// Much more than any release file has.
+constexpr std::size_t MostOfRelease = 256 * 1024;
+
+// The lines at the front of a regular file. Anything else has none: a pipe would wait for its other end, and a device
+// might never end.
+class LinesOfFile {
+ public:
+  explicit LinesOfFile(const char* path) {
+    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (file < 0) return;
+    struct stat status {};
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) Read(file);
+    close(file);
+  }
+  ~LinesOfFile() { std::free(m_text); }
+  LinesOfFile(const LinesOfFile&) = delete;
+  LinesOfFile& operator=(const LinesOfFile&) = delete;
+
+  // Returns the next line, which may be written into, or null after the last.
+  char* Next() {
+    if (m_next == m_end) return nullptr;
+    char* const line = m_next;
+    auto* const end = static_cast<char*>(std::memchr(line, '\n', static_cast<std::size_t>(m_end - line)));
+    m_next = end != nullptr ? end + 1 : m_end;
+    if (end != nullptr) *end = 0;
+    return line;
+  }
+
+ private:
+  void Read(int file) {
+    m_text = static_cast<char*>(std::malloc(MostOfRelease + 1));
+    if (m_text == nullptr) return;
+    m_next = m_end = m_text;
+    for (std::size_t room = MostOfRelease; room != 0; room = MostOfRelease - static_cast<std::size_t>(m_end - m_text)) {
+      const ssize_t count = read(file, m_end, room);
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) break;
+      m_end += count;
+    }
+    *m_end = 0;
+  }
+
+  char* m_text = nullptr;
+  char* m_next = nullptr;
+  char* m_end = nullptr;
+};
+
 // Null when the folder has no release file or that file has no version.
 CUnicodeString ReadVersion(const char* home) {
-  struct Release {
-    std::FILE* file;
-    char* line;
-    ~Release() {
-      std::free(line);
-      if (file != nullptr) std::fclose(file);
-    }
-  } release{std::fopen(FilePath(home, "release"), "re"), nullptr};
-  if (release.file == nullptr) return {};
-  std::size_t room = 0;
-  while (getline(&release.line, &room, release.file) >= 0) {
-    if (const char* version = ValueOf("JAVA_VERSION", release.line)) return FromUtf8(version);
+  LinesOfFile release(FilePath(home, "release"));
+  while (char* line = release.Next()) {
+    if (const char* version = ValueOf("JAVA_VERSION", line)) return FromUtf8(version);
   }
   return {};
 }

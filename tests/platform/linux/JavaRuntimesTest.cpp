@@ -1,7 +1,11 @@
 #include "platform/linux/JavaRuntimes.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <utility>
 
@@ -14,6 +18,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using namespace std::string_literals;
 using namespace torvan::platform;
 
 constexpr const char* Runtimes = "Software\\JavaSoft\\Java Runtime Environment\\";
@@ -94,6 +99,71 @@ TEST_F(JavaRuntimesTest, ReleaseFilesAreReadLineByLine) {
   }
   Look();
   EXPECT_THAT(Versions(Runtimes), ElementsAre("1.1", "1.2", "1.3", "1.4"));
+}
+
+class JavaRuntimesDeviceTest : public JavaRuntimesTest {
+ protected:
+  JavaRuntimesDeviceTest() {
+    AddRuntime(folder, "usual", "17.0.15", false);
+    AddRuntime(folder, "odd", "", false);
+    std::filesystem::remove(release);
+  }
+
+  void ExpectPassedOver() {
+    const DebugOut debugOut;
+    const int descriptors = CountDescriptors();
+    registry = Registry();
+    Look(folder.Path("odd"));
+    EXPECT_THAT(Versions(Runtimes), ElementsAre("17.0.15"));
+    EXPECT_EQ("torvan: JAVA_HOME is passed over: " + folder.Path("odd") +
+                  ": its release file is missing or has no JAVA_VERSION\n",
+              debugOut.Text());
+    EXPECT_EQ(descriptors, CountDescriptors());
+  }
+
+  const std::string release = folder.Path("odd/release");
+};
+
+TEST_F(JavaRuntimesDeviceTest, APipeIsNoReleaseFileAndIsNotWaitedFor) {
+  ASSERT_EQ(0, mkfifo(release.c_str(), 0600));
+  ExpectPassedOver();
+
+  const std::string line = "JAVA_VERSION=\"1\"\n";
+  const int pipe = open(release.c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(static_cast<ssize_t>(line.size()), write(pipe, line.data(), line.size()));
+  ExpectPassedOver();
+  close(pipe);
+}
+
+// The first line of /dev/zero would take all memory.
+TEST_F(JavaRuntimesDeviceTest, ADeviceIsNoReleaseFile) {
+  for (const char* device : {"/dev/zero", "/dev/full", "/dev/null", "/dev/tty", "/proc/self"}) {
+    SCOPED_TRACE(device);
+    std::filesystem::create_symlink(device, release);
+    ExpectPassedOver();
+    std::filesystem::remove(release);
+  }
+}
+
+TEST_F(JavaRuntimesTest, OfAReleaseFileTheFirst256KiBAreRead) {
+  const std::string first = "\nJAVA_VERSION=\"1\"\n";
+  const std::string second = "\nJAVA_VERSION=\"2\"\n";
+  const std::string most(256 * 1024, 'x');
+  AddRuntime(folder, "a", "", false);
+  AddRuntime(folder, "b", "", false);
+  folder.AddFile("a/release", most.substr(first.size()) + first);
+  folder.AddFile("b/release", most + second);
+  std::filesystem::resize_file(folder.Path("b/release"), std::uintmax_t{1} << 32);
+  Look();
+  EXPECT_THAT(Versions(Runtimes), ElementsAre("1"));
+  EXPECT_EQ(folder.Path("a"), Value(std::string(Runtimes) + "1\\", "JavaHome"));
+}
+
+TEST_F(JavaRuntimesTest, AZeroEndsNoLineOfAReleaseFile) {
+  AddRuntime(folder, "a", "", false);
+  folder.AddFile("a/release", "x\0JAVA_VERSION=\"1\"\nJAVA_VERSION=\"2\"\n"s);
+  Look();
+  EXPECT_THAT(Versions(Runtimes), ElementsAre("2"));
 }
 
 TEST_F(JavaRuntimesTest, LayoutsOfVersion8AreKnown) {
