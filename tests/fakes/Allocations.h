@@ -55,6 +55,7 @@ class Allocations {
     s_size = size;
     if (++s_made == s_failing) return nullptr;
     void* const block = s_inner.allocate(size);
+    if (block == nullptr) return nullptr;
     std::memset(block, Fresh, size);
     s_live[block] = size;
     s_taken.push_back({block, size});

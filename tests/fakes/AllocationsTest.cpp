@@ -46,5 +46,13 @@ TEST_F(AllocationsTest, ABlockFromBeforeGoesAsItIs) {
   EXPECT_EQ(s_returned, Bytes(5, 7));
 }
 
+TEST_F(AllocationsTest, WithoutMemoryThereIsNoBlock) {
+  RX::ReplaceAllocator({[](std::size_t) -> void* { return nullptr; }, std::free});
+  const Allocations allocations;
+  EXPECT_EQ(RX_malloc(5), nullptr);
+  EXPECT_EQ(allocations.Live(), 0u);
+  EXPECT_EQ(allocations.Taken().size(), 0u);
+}
+
 }  // namespace
 }  // namespace tests

@@ -12,6 +12,7 @@
 #include "fakes/Failure.h"
 #include "fakes/JvmTest.h"
 #include "fakes/Text.h"
+#include "fakes/TextRoom.h"
 
 namespace tests {
 
@@ -164,6 +165,11 @@ TEST_F(JavaExceptionHelperTest, AJavaExceptionWithoutAMessageIsNotTranslated) {
 TEST_F(JavaExceptionHelperTest, AnEmptyTraceIsAnEmptyText) {
   jvm.Throw({"a.E", "", {}});
   ExpectJavaException("a.E", "", "");
+}
+
+TEST_F(JavaExceptionHelperTest, TheTraceStartsWithRoomFor32Units) {
+  jvm.Throw({"a.E", "", {}});
+  EXPECT_EQ(FirstRoomOf([&] { EXPECT_THROW(Check(), CJavaException); }), RoomForUnits(32));
 }
 
 TEST_F(JavaExceptionHelperTest, NullElementsOfTheTraceAreSkipped) {

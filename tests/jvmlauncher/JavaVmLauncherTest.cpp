@@ -7,6 +7,8 @@
 #include <torvan/JavaVmLauncherException.h>
 #include <torvan/jvmlauncher/JavaVmLauncher.h>
 
+#include <algorithm>
+
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
 #include "fakes/Text.h"
@@ -359,6 +361,16 @@ TEST_F(JavaVmLauncherTest, TheCommandLineStartsWithRoomFor32Units) {
   const CJavaVmOptions options;
   const CArgumentList arguments;
   EXPECT_EQ(FirstRoomOf([&] { launcher.Launch(options, RX_TEXT("Main"), arguments); }), RoomForUnits(32));
+}
+
+// The only text of this size: the names of the keys are longer, the paths of the runtime shorter.
+TEST_F(JavaVmLauncherTest, TheProgramStartsWithRoomFor32Units) {
+  InstallOne();
+  const std::size_t room = RoomForUnits(32);
+  const Allocations allocations;
+  const CJavaVmLauncher launcher(RX_TEXT("1.6"));
+  const auto isOfThatSize = [room](const Allocations::Block& block) { return block.size == room; };
+  EXPECT_EQ(std::count_if(allocations.Taken().begin(), allocations.Taken().end(), isOfThatSize), 1);
 }
 
 TEST_F(JavaVmLauncherTest, AConstructionThatRunsOutOfMemoryLeavesNothingOpen) {

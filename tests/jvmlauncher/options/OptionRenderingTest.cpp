@@ -82,6 +82,13 @@ TEST(OptionRenderingTest, SetsAndListsStartWithRoomFor32Units) {
   EXPECT_EQ(FirstRoomOf([&] { LineOf(arguments); }), RoomForUnits(32));
 }
 
+TEST(OptionRenderingTest, ArgumentsThatAreComposedStartWithRoomFor32Units) {
+  for (const Option& option : {ClassPath({"a"}), Property("a", "x")}) {
+    CArgumentList list;
+    EXPECT_EQ(FirstRoomOf([&] { AppendTo(list, *option); }), RoomForUnits(32)) << LineOf(*option);
+  }
+}
+
 TEST(OptionRenderingTest, AnOptionWithoutTextRendersAsEmptyAndNotAsNull) {
   struct Unset : CDirectOption {
     Unset() = default;
