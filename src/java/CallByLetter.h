@@ -11,8 +11,8 @@ struct CallTarget {
   jclass type;
 };
 
-// Calls a method, or makes an object with a constructor, whose result has the letter. Something may be pending after
-// it.
+// Calls a method, or makes an object with a constructor, whose result has the letter. May leave a Java exception
+// pending.
 jvalue CallByLetter(JNIEnv* env, MemberKind kind, char letter, const CallTarget& target, jobject object,
                     const jvalue* values);
 

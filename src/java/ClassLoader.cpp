@@ -95,7 +95,8 @@ ClassLoader ClassLoader::Platform() {
   } catch (const Error& error) {
     if (error.ClassName() != "java.lang.NoSuchMethodError") throw;
   }
-  // Before Java 9 it is the last parent of the system's loader, which may be one of the host's, with others in between.
+  // Java 8 names no platform loader: the last parent of the system's loader is it. The system's loader may be one of
+  // the host's, with others in between.
   auto last = GetSystem();
   while (auto parent = GetParent(last)) last = std::move(parent);
   return ClassLoader(last);

@@ -58,11 +58,12 @@ void UseVm(JavaVM* vm) noexcept {
 
 void EndCalls() noexcept {
   threadEndsAreSeen.store(false, std::memory_order_relaxed);
-  s_hadVm.store(true, std::memory_order_relaxed);  // also one that was never ours
+  s_hadVm.store(true, std::memory_order_relaxed);  // true for a VM that was never joined, too
   runningVm.store(nullptr);                        // in one order with OpenMemory and Entering
 }
 
-// Counts first: either the end of the VM sees what is opened, or it is not opened any more.
+// The memory is counted before the VM is asked for. So the end of the VM either sees that something is open, or has
+// begun before, and then nothing is opened.
 OpenMemory::OpenMemory() {
   CountOpenMemory(1);
   if (runningVm.load() != nullptr) return;
@@ -74,7 +75,7 @@ OpenMemory::~OpenMemory() { CountOpenMemory(-1); }
 
 JNIEnv* OpenMemory::Env() noexcept {
   if (JNIEnv* const env = EnvIfAttached()) return env;
-  // The end of the VM may have begun, even since this call did: the memory can be released as long as that waits.
+  // The end of the VM may have begun, even during this call. While it waits, the memory can still be released.
   JavaVM* const vm = livingVm.load(std::memory_order_acquire);
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
@@ -106,8 +107,8 @@ JNIEnv* AskForEnv() noexcept {
   JavaVM* const vm = entering.Vm();
   void* env = nullptr;
   if (vm == nullptr || vm->GetEnv(&env, JNI_VERSION_1_6) != JNI_OK) return nullptr;
-  // Also where other code attached it: one that ends attached is waited for when the VM ends. A thread of Java's own
-  // has left the VM by then.
+  // A thread that other code has attached is detached at its end, too: the end of the VM would wait for one that has
+  // ended attached. A thread of Java's own has left the VM by then.
   DetachAtThreadEnd(true);
   if (!t_isCritical && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env), false);
   return static_cast<JNIEnv*>(env);
@@ -124,10 +125,11 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   std::string text(name != nullptr ? name : "");
   JavaVMAttachArgs arguments{JNI_VERSION_1_6, name != nullptr ? text.data() : nullptr, nullptr};
   void* made = nullptr;
-  // Asked before, because it is no longer so once the end of the VM has begun; the VM reports the end of this
+  // Read before the thread is attached: the end of the VM may clear it meanwhile, but the VM reports the end of this
   // attachment even then.
   const bool isSeen = threadEndsAreSeen.load(std::memory_order_relaxed);
-  // As a daemon: the VM's end waits for every other thread, also for one that has ended without detaching.
+  // Attached as a daemon: the end of the VM waits for every other thread, even for one that has ended without
+  // detaching.
   const jint status = vm->AttachCurrentThreadAsDaemon(&made, &arguments);
   if (status != JNI_OK) {
     RequireVm();
@@ -159,7 +161,7 @@ void ForgetEnv() noexcept {
   SetAttachmentNumber(0);
 }
 
-// With a limit: attaching or detaching a thread runs Java code, which may wait for the calling thread.
+// Waits for a second at most: attaching or detaching a thread runs Java code, which may wait for the calling thread.
 void LeaveVm() noexcept {
   using namespace std::chrono_literals;
   UseVm(nullptr);
@@ -171,7 +173,7 @@ void ThrowOtherThread() {
   Fail(__LINE__, "This Thread belongs to another thread, or to one that was detached meanwhile");
 }
 
-// Also works while the VM is being ended; where that waits for this thread, the wait is then shorter.
+// Also works while the VM is being ended. Where that waits for this thread, it then waits no longer.
 void DetachThread() noexcept {
   const Entering entering(livingVm);
   JavaVM* const vm = entering.Vm();

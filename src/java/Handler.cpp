@@ -56,7 +56,7 @@ jmethodID MethodOf(JNIEnv* env, jclass type, const char* name, const std::string
   return id;
 }
 
-// One of the VM's own classes; null where it has none of that name. FindClass would ask the loader of whatever called.
+// Returns one of the VM's own classes; null when it has none of that name. FindClass would ask the caller's loader.
 jclass LoadIfThere(JNIEnv* env, const char* name) {
   try {
     return LoadClass(env, nullptr, name);
@@ -66,7 +66,8 @@ jclass LoadIfThere(JNIEnv* env, const char* name) {
   }
 }
 
-// The class, after it could not be defined: it is there since the last time, when no reference to it could be made.
+// Finds the class when it cannot be defined because it already is: an earlier attempt defined it, but could not make a
+// reference to it. Throws what defining it threw when the class is not there.
 jclass FindDefined(JNIEnv* env, const std::string& name) {
   const LocalScope refused(env, env->ExceptionOccurred());
   env->ExceptionClear();
@@ -102,7 +103,7 @@ void BindCleaner(JNIEnv* env, HandlerClass& made) {
   made.cleaner = Kept<jobject>(env, env->CallStaticObjectMethodA(cleaners, create, nullptr));
 }
 
-// A plan of no functions.
+// Makes a plan without functions.
 jobject NewNoPlan(JNIEnv* env, const HandlerClass& made) {
   const auto arrayOf = [env](const char* element) {
     const LocalScope type(env, LoadClass(env, nullptr, element));
@@ -190,7 +191,8 @@ void GiveToJava(JNIEnv* env, jobject object, OwnedByJava* owned) {
   arguments[1].l = action.Get();
   const LocalScope made(env, env->CallObjectMethodA(handlers.cleaner, handlers.registerWith, arguments));
   CheckPending(env);
-  // Only now: a Cleaner that fails, for want of stack say, may keep the action nevertheless.
+  // Set last: a Cleaner that fails, for example for want of stack, may have kept the action, which must then do
+  // nothing.
   env->SetBooleanField(action.Get(), handlers.owns, JNI_TRUE);
 }
 

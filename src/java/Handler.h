@@ -48,13 +48,13 @@ class OwnedByJava {
   virtual ~OwnedByJava();
 
  private:
-  // All of them, so that a leak checker finds them when the process ends.
+  // A list of all such objects, so that a leak checker finds them when the process ends.
   OwnedByJava* m_previous = nullptr;
   OwnedByJava* m_next = nullptr;
 };
 
-// Has `owned` destroyed after `object` is collected: it is Java's from then on. Where Java has no Cleaner it is never
-// destroyed. When it throws Error, nothing has changed.
+// Makes Java the owner of `owned`, which is destroyed after `object` is collected. Where Java has no Cleaner it is
+// never destroyed. When this throws Error, nothing has changed.
 void GiveToJava(JNIEnv* env, jobject object, OwnedByJava* owned);
 
 // Calls a function for Java: what it throws is thrown into Java, and the result is zero then.

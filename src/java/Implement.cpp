@@ -51,7 +51,7 @@ struct PlanPlace {
 
 namespace {
 
-// The functions of one Java object, as long as that lives. Nothing of Java is kept alive.
+// The C++ functions of one Java object. Lives as long as that object, and keeps nothing of Java alive.
 struct Functions final : OwnedByJava {
   Functions(std::shared_ptr<const Texts> itsTexts, const std::vector<GivenFunction>& given)
       : texts(std::move(itsTexts)) {

@@ -60,7 +60,7 @@ bool IsOfObject(const Candidate& candidate) {
   return (candidate.name == "hashCode" || candidate.name == "toString") && candidate.arguments.empty();
 }
 
-// What a function may be for: by name, or the abstract ones of a functional interface.
+// Returns the methods that a function may be for: those of its name, or without a name the abstract ones.
 std::vector<Candidate> CandidatesFor(JNIEnv* env, jclass type, const GivenFunction& function) {
   const bool isNamed = !function.name.empty();
   const char* const name = isNamed ? function.name.c_str() : nullptr;
@@ -73,7 +73,7 @@ std::vector<Candidate> CandidatesFor(JNIEnv* env, jclass type, const GivenFuncti
     return candidate.kind != MemberKind::Method || (candidate.modifiers & PrivateModifier) != 0 ||
            (!isNamed && (!isAbstract || IsOfObject(candidate)));
   });
-  // Every object has them, also where its interface declares others of their names.
+  // Every object has these three, even when its interface declares other methods of their names.
   const bool isOfObject = function.name == "equals" || function.name == "hashCode" || function.name == "toString";
   if (isOfObject && std::none_of(candidates.begin(), candidates.end(), &IsOfObject)) {
     for (Candidate& candidate : CandidatesOf(env, ClassOf<Object>(env), MemberKind::Method, name)) {
@@ -95,7 +95,7 @@ DescriptorParts SplitGiven(const std::string& descriptor) {
   try {
     DescriptorParts parts = Split(descriptor.c_str());
     if (descriptor[0] == '(' && *SkipType(parts.result.c_str()) == '\0') return parts;
-  } catch (const std::logic_error&) {  // said below
+  } catch (const std::logic_error&) {  // reported below
   }
   Fail(__LINE__, "\"" + descriptor + "\" is not the descriptor of a method");
 }
@@ -115,8 +115,9 @@ bool HasTypes(const Candidate& candidate, const DescriptorParts& given) {
   return true;
 }
 
-// Of the abstract methods of a functional interface the one that overrides the others: to Java a generic interface's
-// method and one of more special types are one. Null when it is no functional interface.
+// Returns the method that a lambda expression implements: the abstract one that overrides all the other candidates. To
+// Java, the method of a generic interface and one of more special types are the same method. Null when no candidate
+// overrides all others, so that the interface is not a functional one.
 const Candidate* OnlyAbstract(JNIEnv* env, const std::vector<const Candidate*>& candidates) {
   const auto overrides = [env](const Candidate& one, const Candidate& other) {
     if (one.name != other.name || one.arguments.size() != other.arguments.size()) return false;

@@ -38,13 +38,14 @@ std::mutex& SlotsLock() {
   return lock;
 }
 
-// A class that values are tested for. It is not kept alive by it.
+// The class that a value must have. Does not keep the class alive.
 struct Test {
   Share type;  // a weak reference
   std::string name;
 };
 
-// Throws Java's ClassCastException, with a text of what is done and what is wanted, unless the value may be there.
+// Throws Java's ClassCastException unless the value is null or of the wanted class. `textOf` makes the message from the
+// name of the value's own class.
 template <typename TextOf>
 void RequireClass(JNIEnv* env, jobject value, const Test& wanted, TextOf textOf) {
   if (value == nullptr) return;
@@ -64,8 +65,8 @@ std::string ArgumentText(std::size_t number, const std::string& name, const std:
          wanted;
 }
 
-// The VM tests neither what a native method returns nor whether its arguments are of more special C++ classes than
-// Java's: a wrong object would only be found out where it crashes.
+// Checks the objects that a native method takes and returns. The VM does not check what it returns, nor its arguments
+// where C++ has a more special class than Java declares: a wrong object would show only where it crashes.
 class TestedFunction final : public Callback {
  public:
   using Arguments = std::vector<std::pair<std::size_t, Test>>;  // by their numbers, from 0
@@ -98,16 +99,16 @@ class TestedFunction final : public Callback {
 
  private:
   std::shared_ptr<Callback> m_function;
-  std::size_t m_first;  // argument: 1 where the object is before it
+  std::size_t m_first;  // where the arguments begin: 1 when the object comes before them
   std::size_t m_count;
   Arguments m_arguments;
   std::optional<Test> m_result;
 };
 
-// A function that is bound, as long as the class that it is bound in.
+// A C++ function that is bound to a native method. Lives as long as the class of that method.
 struct NativeBinding final : OwnedByJava {
   ~NativeBinding() override {
-    if (slot == nullptr) return;  // there was none for it
+    if (slot == nullptr) return;  // it was never registered
     const std::lock_guard<std::mutex> guard(SlotsLock());
     if (slot->binding.load(std::memory_order_relaxed) == this) slot->binding.store(nullptr, std::memory_order_relaxed);
   }
@@ -120,7 +121,7 @@ struct NativeBinding final : OwnedByJava {
   HandledFunction handled{};
 };
 
-// The slot that the method has already, or else a free one.
+// Returns the slot that the method already has, or else a free one.
 std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, const NativeSlots& slots) {
   std::size_t found = slots.count;
   for (std::size_t i = 0; i < slots.count; ++i) {
@@ -140,17 +141,18 @@ std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, con
   return found;
 }
 
-// Has Java call the binding from now on. Where it throws, Java has never called it, and calls what it called before.
-// Between functions of two types, a method that has had the binding's slot before may be called there once more.
+// Makes Java call the binding from now on. When this throws, Java has never called the binding and goes on calling what
+// it called before. When a method changes back to a function of a type that it had before, Java may meanwhile call its
+// earlier function of that type once more.
 void Register(JNIEnv* env, NativeBinding& binding, jclass type, const MemberName& name, const NativeSlots& slots) {
   jint status = JNI_OK;
   {
-    // Over JNI, which runs no Java here: another thread sees the method either bound or not.
+    // Held during the call of JNI, which runs no Java here: another thread sees the method either bound or not.
     const std::lock_guard<std::mutex> guard(SlotsLock());
     const std::size_t found = FindSlot(env, binding, type, slots);
     NativeSlot& slot = slots.slots[found];
     const void* const before = slot.binding.load(std::memory_order_relaxed);
-    // A method that is bound for the first time may be called at once.
+    // A method that is bound for the first time may be called before RegisterNative() returns.
     if (before == nullptr) slot.binding.store(&binding, std::memory_order_release);
     status = RegisterNative(env, type, name.name, name.descriptor, slots.entries[found]);
     slot.binding.store(status == JNI_OK ? &binding : before, std::memory_order_release);
@@ -167,11 +169,11 @@ Test TestFor(JNIEnv* env, jobject type, std::string name) {
 struct DeclaredNative {
   bool isThere = false;
   const char* wrong = nullptr;  // what is wrong with it
-  std::optional<Test> result;   // of a reference that cannot be any object
+  std::optional<Test> result;   // absent where the method may return any object, or none
 };
 
-// By reflection, so that the class is not initialised, unless that lists nothing because a class is missing that
-// another method names.
+// Lists methods by reflection, which does not initialise the class. Where that fails because another method names a
+// missing class, finds the one method by its ID instead.
 std::vector<Candidate> MethodsOf(JNIEnv* env, jclass type, const MemberName& name) {
   try {
     return CandidatesOf(env, type, MemberKind::Method, name.name);
@@ -276,13 +278,13 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
   binding->type = Weak<Class>(found);
   binding->handled = {binding->function->ItsEntry(), binding->function.get(), binding->name.c_str(), nullptr,
                       binding.get()};
-  // Java's before any thread can call it: from then on it lives as long as the class.
+  // Java owns it before any thread can call it: from then on it lives as long as the class.
   GiveToJava(env, raw, binding.get());
   NativeBinding& bound = *binding.release();
   try {
     Register(env, bound, raw, name, slots);
   } catch (...) {
-    // Java has the binding as long as the class, but needs nothing in it.
+    // Java keeps the binding as long as the class, but never calls it: what it holds is dropped.
     bound.function.reset();
     bound.type.Reset();
     Released(static_cast<OwnedByJava*>(&bound));

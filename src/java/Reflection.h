@@ -42,11 +42,11 @@ std::string Instead(JNIEnv* env, jclass type, const MemberName& name);
 // The loader of a class; null for the VM's own.
 Local<Object> LoaderOf(const Ref<Class>& type);
 
-// Why objects of a class are none of the class that a tag names: "the tag names a.B, and a c.D is none". Empty if they
-// are. No class is loaded.
+// Says why objects of a class do not have the class that a tag names: "the tag names a.B, and a c.D is none". Empty
+// when they have it. Loads no class.
 std::string MisfitOf(JNIEnv* env, jclass type, const char* tag);
 
-// Whether the classes of a loader are out of the kept loader's reach.
+// Whether the kept loader cannot find the classes of this loader.
 bool IsOtherLoader(const Ref<Object>& loader);
 
 }  // namespace torvan::java::detail

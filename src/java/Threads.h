@@ -13,8 +13,8 @@ extern std::atomic<bool> threadEndsAreSeen;
 // also while it is being destroyed.
 extern std::atomic<bool> vmDeathIsSeen;
 
-// A thread that asks the VM about itself, is attached or detached. Counts first: either the end of the VM waits for it,
-// or it finds none.
+// Marks a thread that asks the VM about itself, or is being attached or detached. Counts it before it reads the VM: so
+// the end of the VM either waits for the thread, or has begun before, and then the thread finds no VM.
 class Entering {
  public:
   // `vm` is runningVm or livingVm.
@@ -58,7 +58,7 @@ void LeaveVm() noexcept;
 // Keeps the environment and the number of the calling thread's attachment.
 void CacheEnv(JNIEnv* env) noexcept;
 void SetAttachmentNumber(std::uintptr_t number) noexcept;
-// Has DetachThread() called when the calling thread ends, or not.
+// Sets whether DetachThread() is called when the calling thread ends.
 void DetachAtThreadEnd(bool detaches) noexcept;
 // Keeps the code of the layer loaded until the process ends: the VM and ending threads call it.
 void KeepLoaded() noexcept;

@@ -30,7 +30,7 @@ std::string TypeOfThrown() {
 #endif
 }
 
-// A C++ text may be anything.
+// Makes a Java string of a C++ text in any encoding: in one that is not UTF-8, "?" replaces what is not ASCII.
 jstring NewAnyText(JNIEnv* env, const std::string& text) {
   try {
     return NewText(env, std::string_view(text));

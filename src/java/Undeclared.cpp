@@ -173,7 +173,7 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
   }
   std::vector<jvalue> values(call.count + 1);
   std::vector<Passed> boxes;
-  boxes.reserve(call.count);  // so that none is lost on its way into it
+  boxes.reserve(call.count);  // no box can be lost for want of memory here
   for (std::size_t i = 0; i < call.count; ++i) {
     const GivenArgument& argument = call.arguments[i];
     if (argument.letter != 'L' && plan.letters[i] == 'L') {
@@ -190,8 +190,8 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
   return jvalue{};
 }
 
-// Whether the names of the arguments' types choose the method as their classes do: not where an object may be of a
-// class that another loader has by the same name.
+// Whether the names of the arguments' types are enough to choose the method. They are not where an object may have a
+// class of the same name from another loader.
 bool NamesTell(const UndeclaredCall& call) {
   if (!otherLoaders.load(std::memory_order_relaxed)) {
     if (!IsOtherLoader(LoaderOf(call.type))) return true;

@@ -143,7 +143,7 @@ Vm JoinVm(JavaVM* vm) {
     throw;
   }
   if (!wasAttached) {
-    // Once more, as every thread that calls is attached.
+    // Attached again as a daemon, like every thread that calls.
     vm->DetachCurrentThread();
     detail::Env();
   }
@@ -164,7 +164,7 @@ Vm::~Vm() {
   try {
     End();
   } catch (...) {
-    // Called by Java: this VM goes on, as one that is released.
+    // Java has called this thread, so the VM runs on as after Release().
   }
 }
 

@@ -44,13 +44,13 @@ class JavaThreads {
     for (jobject group = Call(m_current, getGroup); group != nullptr; group = Call(group, getParent)) m_root = group;
   }
 
-  // Whether Java has called the current thread. It finds itself asking for the trace.
+  // Whether Java has called the current thread. One line of its stack trace is the request for the trace itself.
   bool IsInJava() {
     const LocalScope trace(m_env, Call(m_current, m_getStackTrace));
     return m_env->GetArrayLength(static_cast<jarray>(trace.Get())) > 1;
   }
 
-  // Whether any other thread keeps the VM from being destroyed. As long as Java cannot tell, one does.
+  // Whether any other thread keeps the VM from being destroyed. True as long as Java cannot tell.
   bool OthersRun() {
     try {
       return AskForOthers();
@@ -134,7 +134,7 @@ void RunShutdownHooks(JNIEnv* env) {
   CheckPending(env);
 }
 
-// A frame for the local references that the end makes. Java may have no memory for one: then they just stay.
+// A frame for the local references that ending the VM makes. Without memory for a frame they are not deleted.
 class Frame {
  public:
   explicit Frame(JNIEnv* env) noexcept : m_env(env), m_isThere(env->PushLocalFrame(32) == JNI_OK) {
@@ -192,7 +192,7 @@ VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
   ForgetEnv();
   // Other threads may still leave the VM, and ask it, until it reports its death.
   if (!vmDeathIsSeen.load()) LeaveVm();
-  // As a thread that is not attached: the VM takes one that is for a daemon in native code, and waits for it.
+  // Detached first: the VM would take an attached thread for a daemon in native code, and wait for it.
   vm->DetachCurrentThread();
   vm->DestroyJavaVM();
   UseVm(nullptr);

@@ -66,7 +66,7 @@ jint JNICALL OnPrint(FILE* stream, const char* format, va_list arguments) {
   jint length = 0;
   try {
     length = PrintOrKeep(stream, format, arguments);
-  } catch (...) {  // no memory: nothing may be thrown through the VM, and what it says then is needed most
+  } catch (...) {  // no memory: must not throw through the VM, whose words are needed most then
     length = std::vfprintf(stream, format, copy);
   }
   va_end(copy);

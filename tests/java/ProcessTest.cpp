@@ -274,7 +274,7 @@ TEST_F(ProcessTest, AProgramThatEndsByItselfMeanwhileHasExited) {
 }
 
 TEST_F(ProcessTest, AProgramThatIsKilledAfterItWasAskedCountsByItsEnd) {
-  // It ends by itself at once, while the grace is none.
+  // The program ends as soon as it is asked to, and the grace is at most 4 ms: either the stop or the kill may end it.
   for (int i = 0; i < 20; ++i) {
     std::atomic<bool> begun = false;
     Process process = java::Start(

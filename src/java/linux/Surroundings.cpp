@@ -57,7 +57,7 @@ std::string ValueOf(std::vector<NativeText>& environment, const char* name) {
   return variable != nullptr ? variable->substr(prefix.size()) : std::string();
 }
 
-// That of texts: the name as the environment has it.
+// Returns the name of the locale that decides how texts are encoded, as the environment has it; empty without one.
 std::string LocaleOfTexts(std::vector<NativeText>& environment) {
   std::string locale;
   for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
@@ -66,7 +66,8 @@ std::string LocaleOfTexts(std::vector<NativeText>& environment) {
   return locale;
 }
 
-// The same language in UTF-8, if that is installed: "de_DE.UTF-8" for "de_DE@euro". Else one without a language.
+// Returns the locale of the same language in UTF-8 if that is installed: "de_DE.UTF-8" for "de_DE@euro". Otherwise
+// returns one without a language.
 std::string Utf8LocaleLike(const std::string& locale) {
   for (const std::string& name :
        {locale.substr(0, locale.find_first_of(".@")) + ".UTF-8", std::string("C.UTF-8"), std::string("en_US.UTF-8")}) {
@@ -96,8 +97,8 @@ bool IsSameVariable(const NativeText& one, const NativeText& other) {
 
 // Java takes the encoding of arguments, paths and variables from LC_CTYPE, and from it the formats of numbers and
 // dates, too, so that these lose their language where it is not installed in UTF-8. The language of messages stays as
-// it is. A locale that is not installed makes the C library reject all others with it, the encoding's included: it
-// goes.
+// it is. A variable whose locale is not installed is removed, because it makes the C library reject all the others,
+// the encoding's included.
 void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector<EnvironmentChange>& changes) {
   for (const EnvironmentChange& change : changes) {
     if (change.name == "LC_ALL" || change.name == "LC_CTYPE" || change.name == "LANG") return;
@@ -110,7 +111,7 @@ void CompleteEnvironment(std::vector<NativeText>& environment, const std::vector
   const std::string now = LocaleOfTexts(environment);
   if (!now.empty() && Locale(now).IsUtf8()) return;
   if (const std::string all = ValueOf(environment, "LC_ALL"); !all.empty()) {
-    // It would override LC_CTYPE. The others say the same.
+    // LC_ALL would override LC_CTYPE, so each of the other variables is set to its value instead.
     for (const char* name : LocaleVariables) Change(environment, {name, all});
     Change(environment, {"LC_ALL", std::nullopt});
   }

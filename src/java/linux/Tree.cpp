@@ -28,7 +28,7 @@ struct Entry {
   unsigned long long start;  // an id alone may be another process by now
 };
 
-// False for a process that is no more, or has ended and only waits for its parent.
+// Returns false when the process is gone, or has ended and only waits for its parent.
 bool Read(pid_t id, Entry& entry) {
   char path[32];
   std::snprintf(path, sizeof path, "/proc/%d/stat", static_cast<int>(id));
@@ -71,7 +71,8 @@ std::vector<Entry> All() {
   return entries;
 }
 
-// Of the processes that run: the leader's session, and whose parent is among `ids`, which grows by what is found.
+// Returns the running processes that belong to a program: those in its session, and those whose parent is in `ids`, to
+// which the id of each that is found is added. The program itself, `leader`, is not among them.
 std::vector<Entry> Tree(pid_t leader, std::vector<pid_t>& ids) {
   std::vector<Entry> all = All();
   std::vector<Entry> tree;

@@ -37,8 +37,8 @@ class Child {
   std::uint32_t Id() const noexcept;
 
   // Waits until the program has ended, or a pipe has something to read, or (where `forInput`) the input may take more,
-  // or Wake() was called, or it is `until`. Throws a Failure when the system cannot wait, or could not write what the
-  // input has taken.
+  // or Wake() was called, or the time `until` has come. Throws a Failure when the system cannot wait, or could not
+  // write what the input has taken.
   void Wait(bool forInput, Clock::time_point until);
   // Ends a Wait() that is under way, or the next one.
   void Wake() noexcept;

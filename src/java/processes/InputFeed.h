@@ -20,23 +20,23 @@ class InputFeed {
   void Append(std::string_view written);
   // Tells whether Next() has something, or will ask for it.
   bool HasMore() const noexcept { return m_asks || !m_piece.empty() || !m_written.empty(); }
-  // What comes next; empty when the function of the settings has returned an empty text, and then at the end of all.
+  // Returns what comes next; empty when the settings' function has returned an empty text, and at the end of the input.
   std::string_view Next();
   void Take(std::size_t size);
   void Drop() noexcept;
 
-  // How much of what was appended was taken.
+  // How many of the appended bytes were taken.
   std::size_t Taken() const noexcept { return m_taken; }
 
  private:
   void DropWritten() noexcept;
 
   const InputSettings& m_settings;
-  std::string m_returned;    // by the function
-  std::string_view m_piece;  // the rest of that, or of the settings' text
+  std::string m_returned;    // the last text that the function returned
+  std::string_view m_piece;  // what is left of that text, or of the settings' text
   bool m_asks;
   std::string m_written;
-  std::size_t m_start = 0;  // of what is left of it
+  std::size_t m_start = 0;  // where the part of m_written that was not taken begins
   std::size_t m_taken = 0;
 };
 

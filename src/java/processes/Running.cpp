@@ -195,14 +195,14 @@ Clock::time_point Running::KeepTime() {
   }
   if (now >= m_killAt) {
     m_stopAt = m_killAt = Clock::time_point::max();
-    // Also for a time limit whose program cannot be asked.
+    // The time limit ends a program that cannot be asked to stop, too.
     if (!m_cause && !m_isKilled && IsRunning()) m_cause = Ended::TimedOut;
     KillTree();
   }
   return std::min(m_stopAt, m_killAt);
 }
 
-// Returns whether the child is to be waited for until it takes more.
+// Writes input that the child can take now. Returns whether to wait until it can take more.
 bool Running::FeedInput() {
   if (!m_inputIsOpen) return false;
   if (m_isAbandoned) {
@@ -259,7 +259,7 @@ void Running::Finish() {
   m_outcome.ended = EndedBy(*exit);
 }
 
-// What was done to the program counts when it has ended by that, and not by itself in the same moment.
+// Returns how the program ended. A kill counts only when the program ended by it, and not by itself at the same moment.
 Ended Running::EndedBy(const Exit& exit) const noexcept {
   const bool byKill = m_isKilled && exit.code == CodeOfKilled;
   if (m_cause == Ended::TimedOut) return Ended::TimedOut;
@@ -267,7 +267,8 @@ Ended Running::EndedBy(const Exit& exit) const noexcept {
   return m_cause.value_or(exit.bySignal ? Ended::Signalled : Ended::Exited);
 }
 
-// Passes on what there is now, and subtracts it from the budget. Returns whether there may be more within the budget.
+// Passes on the output that has come so far, and subtracts its size from the budget. Returns whether there may be more
+// within the budget.
 bool Running::Forward(Output& output, std::size_t& budget) {
   const std::string_view piece = TheChild().Read(output.stream);
   if (output.settings.kind == OutputSettings::Kind::Lines) {

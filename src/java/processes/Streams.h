@@ -13,7 +13,7 @@ struct Pipe {
   Handle childs;
 };
 
-// A stream that is no pipe has no end of ours.
+// Both ends of the three streams. This process has an end only of those that are pipes.
 template <class Handle>
 struct Streams {
   Handle ours[StreamCount];

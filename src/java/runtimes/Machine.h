@@ -21,23 +21,24 @@ class Machine {
  public:
   virtual ~Machine() = default;
 
-  // What the usual folders that are absolute begin with: nothing, except on a test's made-up machine.
+  // What is put before the usual folders that are absolute. Empty, except on a test's made-up machine.
   virtual std::string Root() const = 0;
-  // A variable of the environment; an empty one counts as not set.
+  // Returns the value of an environment variable; an empty one counts as not set.
   virtual std::optional<std::string> Variable(const std::string& name) const = 0;
 
   virtual Location Locate(const std::filesystem::path& path) const = 0;
-  // Links are followed by all four.
+  // These three and FoldersIn() follow links.
   virtual bool IsFolder(const std::filesystem::path& path) const = 0;
   virtual bool IsFile(const std::filesystem::path& path) const = 0;
   // A file that this user may run.
   virtual bool IsProgram(const std::filesystem::path& path) const = 0;
-  // The names of the folders in a folder, sorted.
+  // Returns the names of the folders in a folder, sorted.
   virtual std::vector<std::string> FoldersIn(const std::filesystem::path& folder) const = 0;
-  // The front of a file: so many bytes of it, or all where it has less. Never waits, whatever the path leads to.
+  // Reads the first bytes of a file, or all of it when it has fewer. Never waits, whatever the path leads to.
   virtual std::optional<std::string> ReadFront(const std::filesystem::path& file, std::size_t bytes) const = 0;
 
-  // Of the registry, for keys such as "HKLM\SOFTWARE\JavaSoft"; where there is none, nothing. Names are sorted.
+  // Read the registry: the sorted names of the keys in a key such as "HKLM\SOFTWARE\JavaSoft", and a text in a key.
+  // Return nothing on a system without a registry.
   virtual std::vector<std::string> KeysIn(const std::string& key) const = 0;
   virtual std::optional<std::string> RegisteredText(const std::string& key, const std::string& value) const = 0;
 };

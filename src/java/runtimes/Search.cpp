@@ -28,7 +28,7 @@ std::vector<fs::path> FoldersOfPath(const std::string& variable) {
   for (std::size_t i = 0; i <= variable.size(); ++i) {
     const char unit = i < variable.size() ? variable[i] : PathListSeparator;
     if (unit == '"' && UsualPlaces().hasQuotes) {
-      // One that is never closed does not count, or no part after it would be seen.
+      // A quote that is never closed does not count: it would hide all parts after it.
       isQuoted = !isQuoted && variable.find('"', i + 1) != std::string::npos;
     } else if (unit != PathListSeparator || isQuoted) {
       part += unit;

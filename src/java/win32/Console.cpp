@@ -25,17 +25,18 @@ bool HasConsole() {
   return GetConsoleProcessList(&first, 1) != 0;
 }
 
-// Time that the machine was awake: nothing is delivered while it sleeps.
+// Returns for how long the machine has been awake. Sleep does not count: no event is delivered then.
 ULONGLONG AwakeTime() {
   ULONGLONG time = 0;
   QueryUnbiasedInterruptTime(&time);
   return time;
 }
 
-// The events that this process has sent and that have not come back to it. The system may be slow to deliver one, and
-// this process may have been suspended meanwhile; while it ignores Ctrl+C none is delivered at all. An event that is
-// not taken ends the process, so each is expected for as long as no other can come. In a process that has a console by
-// now, one that is late is not expected any more, so that Ctrl+C by somebody else is not taken for it.
+// Counts the events that this process has sent and that have not come back to it. An event that is not taken ends the
+// process, so while it has no console, and no other Ctrl+C can come, each is expected for ever: the system may be slow
+// to deliver it, this process may have been suspended meanwhile, and while it ignores Ctrl+C none is delivered at all.
+// Once the process has a console, an event that is late is no longer expected, so that somebody else's Ctrl+C is not
+// taken for it.
 class OwnEvents {
  public:
   void Expect() {

@@ -23,7 +23,7 @@ PipeEnd::PipeEnd(WindowsHandle pipe) : m_pipe(std::move(pipe)) {
 void PipeEnd::Close() noexcept {
   if (!m_pipe) return;
   if (m_isUnderWay) {
-    // The system writes into our memory until it has confirmed that it does not.
+    // Until the system confirms that the transfer has ended, it may write into our memory.
     DWORD size = 0;
     CancelIoEx(m_pipe.Get(), &m_transfer);
     GetOverlappedResult(m_pipe.Get(), &m_transfer, &size, TRUE);

@@ -23,9 +23,9 @@ class PipeEnd {
   bool IsOpen() const noexcept { return static_cast<bool>(m_pipe); }
   // The error that closed it; none when the other end was closed, as is usual.
   DWORD Error() const noexcept { return m_error; }
-  // Of the transfer that is under way.
+  // Signalled when the transfer that is under way has ended.
   HANDLE Event() const noexcept { return m_event.Get(); }
-  // Ends what is under way, too.
+  // Closes this end; cancels a transfer that is under way.
   void Close() noexcept;
 
  protected:

@@ -11,7 +11,7 @@ namespace torvan::java::detail {
 
 namespace {
 
-// Of Windows 10; MinGW's headers have it for that only.
+// PROC_THREAD_ATTRIBUTE_JOB_LIST, which MinGW's headers define only for programs that need Windows 10.
 constexpr DWORD_PTR AttributeJobs = 0x0002000D;
 
 constexpr std::size_t LongestLine = 32766;  // units, without the zero

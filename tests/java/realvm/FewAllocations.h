@@ -42,7 +42,8 @@ class FewAllocationsTest : public NothingLeftTest {
         atLeast);
   }
 
-  // The same of one that was never run before: what it keeps for the next time is kept step by step.
+  // Does the same with an operation that has never run before, and runs it once more with enough memory. References are
+  // not counted, because a run that fails may keep what it has finished for the next one.
   template <typename Operation>
   static void ExpectToSucceedAtLast(Operation operation, long atLeast) {
     ExpectNothingPendingWithoutMemory([&operation](long count) { return ThrownWith(count, operation); }, atLeast);

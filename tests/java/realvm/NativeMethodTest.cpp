@@ -266,7 +266,7 @@ TEST_F(NativeMethodTest, AClassThatAnotherMethodNamesMayBeMissing) {
   NativeMethod<jint(jint)>(Incomplete::JavaName, "plus").In(copy).Bind(plus);
   constexpr StaticMethod<jint(jint)> callPlus{Incomplete::JavaName, "plus"};
   EXPECT_EQ(callPlus.In(copy)(3), 4);
-  // What it returns is tested as ever.
+  // The class of what the function returns is checked here, too.
   constexpr const char* descriptor = "()Lfixture/Natives$Incomplete;";
   NativeMethod<Local<Object>(), Incomplete>(Incomplete::JavaName, "self", descriptor)
       .In(copy)
@@ -276,7 +276,7 @@ TEST_F(NativeMethodTest, AClassThatAnotherMethodNamesMayBeMissing) {
   EXPECT_EQ(WhatOf<Error>([&] { self(made); }),
             "java.lang.ClassCastException: the C++ function of fixture.Natives$Incomplete.self() returned a "
             "java.lang.String, and the method returns a fixture.Natives$Incomplete");
-  // And what is wrong is said.
+  // A method that is not native or not there is refused with its usual message.
   EXPECT_EQ(WhatOf<Misuse>([&] { NativeMethod<jint(jint)>(Incomplete::JavaName, "notNative").In(copy).Bind(plus); }),
             "fixture.Natives$Incomplete.notNative(int) is not native");
   EXPECT_THAT(WhatOf<Error>([&] {

@@ -138,7 +138,7 @@ TEST(VmEndCallersTest, TwoThreadsEndAVmThatWasNeverJoined) {
   });
 }
 
-// What a thread of the host is told that Java has called, and that ends the VM then. It may never end.
+// What End() throws in a thread that ends the VM from inside a call by Java. That thread may never end.
 std::atomic<bool> s_isCalled{false};
 std::atomic<bool> s_isTold{false};
 std::string s_told;
