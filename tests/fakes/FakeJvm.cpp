@@ -45,6 +45,7 @@ FakeJvm::FakeJvm() {
 
 bool FakeJvm::Enter(const std::string& call) {
   m_calls.push_back(call);
+  if (m_watch) m_watch();
   const auto answer = m_nullAnswers.find(call);
   return answer != m_nullAnswers.end() && --answer->second == 0;
 }

@@ -87,6 +87,9 @@ class FakeJvm {
   jthrowable Pending() const { return m_pending; }
   void ClearPending() { m_pending = nullptr; }
 
+  // Is run at the start of every call.
+  void OnEachCall(std::function<void()> watch) { m_watch = std::move(watch); }
+
   const std::vector<std::string>& Calls() const { return m_calls; }
   std::vector<std::string> TakeCalls() { return std::exchange(m_calls, {}); }
 
@@ -136,6 +139,7 @@ class FakeJvm {
   Environment m_environment;
   std::map<std::string, std::any> m_scripts;
   std::vector<std::string> m_calls;
+  std::function<void()> m_watch;
   std::map<std::string, unsigned int> m_nullAnswers;
   std::vector<FakeObject> m_objects;
   std::map<std::pair<std::string, std::string>, FakeMember> m_members;
