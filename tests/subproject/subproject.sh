@@ -49,3 +49,12 @@ for wanted in bin/host include/torvan/Torvan.h lib/cmake/torvan/torvanConfig.cma
   [ -e "$folder/fetched-installed/$wanted" ] || fail "fetched: $wanted is not installed"
 done
 [ ! -e "$folder/fetched-installed/share/doc/host" ] || fail "fetched: documents are the host's"
+
+# A system that there is no code for: the first thing that is wrong is said, with what to write.
+if cmake -S "$here/host" -B "$folder/unknown" "-DTORVAN_SOURCE=$source" "${options[@]}" -DCMAKE_SYSTEM_NAME=FreeBSD \
+  >"$folder/log" 2>&1; then
+  fail "unknown: a system without code is configured"
+fi
+for words in 'There is no code for FreeBSD.' 'torvan_system_folder, in cmake/TorvanJava.cmake' 'src/platform/System.h'; do
+  tr -s ' \n' ' ' <"$folder/log" | grep -qF "$words" || { cat "$folder/log"; fail "unknown: no word of \"$words\""; }
+done
