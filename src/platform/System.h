@@ -107,7 +107,8 @@ class System {
   // Ends a process at once, with this exit code; it need not have ended on return. False when that is refused.
   virtual bool EndProcess(ProcessHandle process, unsigned int exitCode) = 0;
   // Sends ControlC or ControlBreak to a process group, named by the id of the process that leads it. False when that is
-  // refused; true does not say that the processes act on it.
+  // refused; true does not say that the processes act on it. On Linux, only the process of that id gets it, as a
+  // signal.
   virtual bool SendConsoleEvent(unsigned int event, unsigned int processGroup) = 0;
   // Releases a handle, once; the process goes on. Null is allowed.
   virtual void ReleaseHandle(ProcessHandle handle) = 0;

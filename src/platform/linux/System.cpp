@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <type_traits>
 
+#include "EmptyText.h"
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/JavaRuntimes.h"
 #include "platform/linux/Processes.h"
@@ -91,7 +92,7 @@ class NativeSystem final : public System {
 
   // An empty path, which dlopen takes for the program itself, names no library.
   Module LoadModule(const RX::UniChar* path) override {
-    if (path == nullptr || *path == 0) return nullptr;
+    if (IsEmpty(path)) return nullptr;
     return AnswerOr<Module>(nullptr, [=] { return dlopen(ToUtf8(path), RTLD_NOW | RTLD_LOCAL); });
   }
 
