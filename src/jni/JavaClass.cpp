@@ -28,15 +28,21 @@ namespace {
 [[noreturn]] void Fail(unsigned int line, const char* text) {
   throw CJavaVmException("jni/JavaClass", line, text, nullptr);
 }
+[[noreturn]] void FailWithoutMemory(unsigned int line) {
+  throw CMemoryException("jni/JavaClass", line, nullptr, nullptr);
+}
+[[noreturn]] void FailOfNull(unsigned int line) {
+  throw CNullReferenceException("jni/JavaClass", line, nullptr, nullptr);
+}
 
 void RequireClass(jclass javaClass) {
-  if (javaClass == nullptr) throw CNullReferenceException("jni/JavaClass", __LINE__, nullptr, nullptr);
+  if (javaClass == nullptr) FailOfNull(__LINE__);
 }
 
 // Intentional: memory is reported before the pending exception is read, so a constructor that throws looks like a lack
 // of memory.
 void RequireInstance(jobject object) {
-  if (object == nullptr) throw CMemoryException("jni/JavaClass", __LINE__, nullptr, nullptr);
+  if (object == nullptr) FailWithoutMemory(__LINE__);
 }
 
 template <typename Text>

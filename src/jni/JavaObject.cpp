@@ -51,6 +51,9 @@ namespace {
 [[noreturn]] void Fail(unsigned int line, const char* text) {
   throw CJavaVmException("jni/JavaObject", line, text, nullptr);
 }
+[[noreturn]] void FailOfNull(unsigned int line) {
+  throw CNullReferenceException("jni/JavaObject", line, nullptr, nullptr);
+}
 
 template <typename Text>
 bool IsInstanceOfNamed(const CJavaVm& vm, jobject object, const Text* className) {
@@ -68,7 +71,7 @@ bool CJavaObject::IsInstanceOf(const RX::UniChar* className) const { return IsIn
 
 bool CJavaObject::IsInstanceOf(const CJavaClass& javaClass) const {
   if (m_ref == nullptr) return false;
-  if (javaClass == mirel::base::CNull()) throw CNullReferenceException("jni/JavaObject", __LINE__, nullptr, nullptr);
+  if (javaClass == mirel::base::CNull()) FailOfNull(__LINE__);
   return m_vm.Attach()->IsInstanceOf(m_ref, javaClass) == JNI_TRUE;
 }
 
@@ -82,7 +85,7 @@ template <>
 constexpr const char* methodNotFound<RX::UniChar> = "The specified field was not found.";
 
 void RequireObject(jobject object) {
-  if (object == nullptr) throw CNullReferenceException("jni/JavaObject", __LINE__, nullptr, nullptr);
+  if (object == nullptr) FailOfNull(__LINE__);
 }
 
 jclass ClassOf(JNIEnv* env, jobject object) {

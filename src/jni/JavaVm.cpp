@@ -19,6 +19,7 @@ namespace {
 [[noreturn]] void Fail(unsigned int line, const char* text) {
   throw CJavaVmException("jni/JavaVm", line, text, nullptr);
 }
+[[noreturn]] void FailWithoutMemory(unsigned int line) { throw CMemoryException("jni/JavaVm", line, nullptr, nullptr); }
 
 }  // namespace
 
@@ -70,7 +71,7 @@ template <typename Unit>
 jobject AllocObjectIn(const CJavaVm& vm, const Unit* className) {
   JNIEnv* env = vm.Attach();
   jobject object = env->AllocObject(ClassNamed(env, CJniText(className)));
-  if (object == nullptr) throw CMemoryException("jni/JavaVm", __LINE__, nullptr, nullptr);
+  if (object == nullptr) FailWithoutMemory(__LINE__);
   CheckJavaException(env);
   return object;
 }
@@ -83,7 +84,7 @@ jobject NewObjectIn(const CJavaVm& vm, const Unit* className, const Unit* signat
   jmethodID constructor = env->GetMethodID(javaClass, "<init>", CJniText(signature));
   if (constructor == nullptr) Fail(__LINE__, "The specified constructor was not found.");
   jobject object = env->NewObjectV(javaClass, constructor, arguments);
-  if (object == nullptr) throw CMemoryException("jni/JavaVm", __LINE__, nullptr, nullptr);
+  if (object == nullptr) FailWithoutMemory(__LINE__);
   CheckJavaException(env);
   return object;
 }

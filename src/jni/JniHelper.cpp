@@ -4,10 +4,20 @@
 
 namespace torvan::jni {
 
+using mirel::base::CMemoryException;
+
+namespace {
+
+[[noreturn]] void FailWithoutMemory(unsigned int line) {
+  throw CMemoryException("jni/JniHelper", line, nullptr, nullptr);
+}
+
+}  // namespace
+
 CJniGlobalRef::CJniGlobalRef(const CJavaVm& vm, jobject object, bool makeGlobal) : m_vm(vm), m_ref(object) {
   if (object == nullptr || !makeGlobal) return;
   m_ref = m_vm.Attach()->NewGlobalRef(object);
-  if (m_ref == nullptr) throw mirel::base::CMemoryException("jni/JniHelper", __LINE__, nullptr, nullptr);
+  if (m_ref == nullptr) FailWithoutMemory(__LINE__);
 }
 
 CJniGlobalRef::~CJniGlobalRef() noexcept(false) {

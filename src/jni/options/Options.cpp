@@ -12,6 +12,14 @@ using mirel::base::At;
 using mirel::base::CException;
 using mirel::base::CMemoryException;
 
+namespace {
+
+[[noreturn]] void FailWithoutMemory(unsigned int line) {
+  throw CMemoryException("jni/options/Options", line, nullptr, nullptr);
+}
+
+}  // namespace
+
 COptions::COptions() : CObjectVector(5, 5) {}
 COptions::COptions(const COptions& other) = default;
 COptions::~COptions() = default;
@@ -36,7 +44,7 @@ JavaVMOption* COptions::CreateJniOptions() const {
   // An empty set still needs a record, for the fill below.
   const std::size_t size = (count == 0 ? 1 : count) * sizeof(JavaVMOption);
   auto* options = static_cast<JavaVMOption*>(RX_malloc(size));
-  if (options == nullptr) throw CMemoryException("jni/options/Options", At(65), nullptr, nullptr);
+  if (options == nullptr) FailWithoutMemory(At(65));
   std::memset(options, 0, size);
   // Intentional: until the first option is rendered its record contains the low byte of the count, repeated. An
   // exception that passes leaves it so.
@@ -50,7 +58,7 @@ JavaVMOption* COptions::CreateJniOptions() const {
       const COption& option = GetOptionAt(index);
       const int textSize = option.GetOptionString().ToUTF8(nullptr, -1);
       text = static_cast<char*>(RX_malloc(static_cast<std::size_t>(textSize)));
-      if (text == nullptr) throw CMemoryException("jni/options/Options", At(79), nullptr, nullptr);
+      if (text == nullptr) FailWithoutMemory(At(79));
       // The option may answer with more the second time: the conversion truncates at the size.
       option.GetOptionString().ToUTF8(text, textSize);
       options[index].optionString = text;

@@ -3,11 +3,16 @@
 namespace mirel::util {
 namespace {
 
+[[noreturn]] void Refuse(unsigned int line, const char* text) {
+  throw base::CIllegalArgumentException("mirel/util/ObjectVector", line, text, nullptr);
+}
+[[noreturn]] void FailToFind(unsigned int line) {
+  throw CNoSuchElementException("mirel/util/ObjectVector", line, nullptr, nullptr);
+}
+
 base::CObject* CloneOf(const base::CObject& object) {
   base::CObject* const clone = object.Clone();
-  if (clone == nullptr) {
-    throw base::CIllegalArgumentException("mirel/util/ObjectVector", __LINE__, "Object without a clone.", nullptr);
-  }
+  if (clone == nullptr) Refuse(__LINE__, "Object without a clone.");
   return clone;
 }
 
@@ -41,9 +46,7 @@ CObjectVector& CObjectVector::operator=(const CObjectVector& other) {
 }
 
 void CObjectVector::Add(base::CObject* object) {
-  if (object == nullptr) {
-    throw base::CIllegalArgumentException("mirel/util/ObjectVector", __LINE__, "Invalid object.", nullptr);
-  }
+  if (object == nullptr) Refuse(__LINE__, "Invalid object.");
   try {
     m_objects.Add(object);
   } catch (...) {
@@ -56,7 +59,7 @@ bool CObjectVector::Contains(const base::CObject* object) const { return IndexOf
 
 void CObjectVector::RemoveElement(const base::CObject* object) {
   const int index = IndexOf(object);
-  if (index < 0) throw CNoSuchElementException("mirel/util/ObjectVector", __LINE__, nullptr, nullptr);
+  if (index < 0) FailToFind(__LINE__);
   base::CObject* const removed = m_objects[static_cast<unsigned int>(index)];
   m_objects.RemoveElementAt(static_cast<unsigned int>(index));
   delete removed;
