@@ -62,6 +62,7 @@ path canonical(const path& existing) {
 path absolute(const path& path, error_code& error) {
   wchar_t text[Room];
   error.clear();
+  if (path.is_absolute()) return path;
   if (GetFullPathNameW(path.wstring().c_str(), Room, text, nullptr) != 0) return text;
   error.assign(static_cast<int>(GetLastError()), system_category());
   return {};

@@ -54,7 +54,9 @@ void condition_variable::__do_timed_wait(unique_lock<mutex>& lock,
 int __libcpp_thread_create(__libcpp_thread_t* thread, void* (*function)(void*), void* argument) {
   auto start = new Start{function, argument};
   *thread = reinterpret_cast<void*>(_beginthreadex(nullptr, 0, &Run, start, 0, nullptr));
-  return *thread == nullptr ? 1 : 0;
+  if (*thread != nullptr) return 0;
+  delete start;
+  return ERROR_NOT_ENOUGH_MEMORY;
 }
 bool __libcpp_thread_isnull(const __libcpp_thread_t* thread) { return *thread == nullptr; }
 int __libcpp_thread_join(__libcpp_thread_t* thread) {

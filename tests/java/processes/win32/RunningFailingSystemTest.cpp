@@ -1,4 +1,5 @@
 // A system that fails, at each of its calls.
+#include <process.h>
 #include <windows.h>
 
 #include <cerrno>
@@ -77,6 +78,9 @@ WRAPPED(SetHandleInformation, FALSE)
 WRAPPED(SetInformationJobObject, FALSE)
 WRAPPED(UpdateProcThreadAttribute, FALSE)
 WRAPPED(WaitForMultipleObjects, WAIT_FAILED)
+#if defined(_MSC_VER)
+WRAPPED(_beginthreadex, 0)  // what the C++ library makes threads with
+#endif
 
 PLACES(WriteFile)
 decltype(&WriteFile) __wrap___imp_WriteFile = [](HANDLE file, const void* bytes, DWORD size, DWORD* written,
@@ -119,7 +123,8 @@ decltype(&QueryUnbiasedInterruptTime) __wrap___imp_QueryUnbiasedInterruptTime = 
 #undef WRAPPED
 }
 
-// std::thread's own function that makes the thread; the object comes first.
+#if !defined(_MSC_VER)
+// GNU's C++ library makes the thread in this function; the object comes first.
 #define START_THREAD "_ZNSt6thread15_M_start_threadESt10unique_ptrINS_6_StateESt14default_deleteIS1_EEPFvvE"
 void RealStart(std::thread* thread, std::unique_ptr<std::thread::_State> state,
                void (*function)()) __asm__("__real_" START_THREAD);
@@ -130,6 +135,7 @@ void OurStart(std::thread* thread, std::unique_ptr<std::thread::_State> state, v
   RealStart(thread, std::move(state), function);
 }
 #undef START_THREAD
+#endif
 
 namespace tests {
 namespace {
