@@ -1,8 +1,9 @@
 # shellcheck shell=bash
 # What the scripts that run an example share, to be sourced:
 #   expect.sh PROGRAM [-- RUNNER... -- RUNNER-WITHOUT-JAVA...]
-# RUNNER runs a program of another system than this one, where it finds Java; the second, where it finds none. Leaves
-# `folder`, which goes with the script, and `windows`, whether the program is one of Windows.
+# RUNNER runs a program of another system than this one, where it finds Java; the second, where it finds none.
+# TORVAN_DRIVE is the machine's drive there. Leaves `folder`, which goes with the script, and `windows`, whether the
+# program is one of Windows.
 set -uo pipefail
 
 program=$1
@@ -44,6 +45,18 @@ expect() {
 fail() {
   failed=$((failed + 1))
   printf 'FAILED: %s\n%s\n' "$@"
+}
+
+# named PATH: a path of this machine, as the program knows it.
+named() {
+  local path=${TORVAN_DRIVE:-}$1
+  $windows && path=${path//\//\\}
+  printf '%s' "$path"
+}
+
+# shown PATH: what is printed for a path of this machine, as a regular expression.
+shown() {
+  printf '\\Q%s\\E' "$(named "$1")"
 }
 
 # Lets the program find no Java from now on; false where the machine does not let a user hide a folder.

@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
 # Runs the example that lists runtimes, on folders made up here: list_runtimes.sh PROGRAM [RUNNERS]
-# TORVAN_DRIVE is the machine's drive.
 # shellcheck source=tests/examples/expect.sh
 source "$(dirname "${BASH_SOURCE[0]}")/expect.sh" "$@"
 
@@ -20,13 +19,6 @@ home() {
   printf 'IMPLEMENTOR="%s"\nJAVA_VERSION="%s"\n' "$3" "$2" >"$folder/java/$1/release"
   printf '%b' "$4" >"$folder/java/$1/$library"
   touch "$folder/java/$1/$java"
-}
-
-# shown PATH: what is printed for a path of this machine, as a regular expression.
-shown() {
-  local path=$TORVAN_DRIVE$1
-  $windows && path=${path//\//\\}
-  printf '\\Q%s\\E' "$path"
 }
 
 mkdir "$folder/java"
