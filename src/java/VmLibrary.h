@@ -4,6 +4,7 @@
 #include <torvan/jni/JniTypes.h>
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace torvan::java::detail {
@@ -36,8 +37,10 @@ void* FindLoadedVm(std::filesystem::path& path);
 // Where the library is below the home folder of a runtime, the likeliest place first.
 extern const char* const VmLibraryPlaces[4];
 
-// The text as the VM takes its options: in the system's own encoding. Throws StartFailure when that lacks a character.
-std::string OptionText(const std::string& utf8);
+// The text as the VM takes its options: in the system's own encoding. When that lacks a character, returns nothing and
+// the reason, which goes on after "The option -Da=b ". Throws Misuse where the text has to be converted and is no
+// UTF-8.
+std::optional<std::string> OptionText(const std::string& utf8, std::string& reason);
 
 // The file name of a library, "libjdwp.so" or "jdwp.dll".
 std::string LibraryFileName(const std::string& name);

@@ -2,9 +2,13 @@
 
 #include <torvan/java/Failure.h>
 #include <torvan/java/Runtimes.h>
+#include <torvan/java/detail/Utf.h>
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 #include "java/OptionChecks.h"
 #include "java/PathText.h"
@@ -74,6 +78,19 @@ fs::path HomeOf(const fs::path& library) {
   return {};
 }
 
+// Name and value of the system property that an option sets. Nothing for those of Java's own, because it reads some of
+// them only while it starts, and many are paths, which it could not open.
+std::optional<std::pair<std::string, std::string>> HostProperty(std::string_view option) {
+  constexpr std::string_view OfJava[] = {"awt.", "com.sun.", "file.", "java.", "javax.", "jdk.", "sun.", "user."};
+  if (option.substr(0, 2) != "-D") return std::nullopt;
+  const std::size_t end = std::min(option.find('='), option.size());
+  const std::string_view name = option.substr(2, end - 2);
+  for (const std::string_view beginning : OfJava) {
+    if (name.substr(0, beginning.size()) == beginning) return std::nullopt;
+  }
+  return std::pair(std::string(name), std::string(option.substr(std::min(end + 1, option.size()))));
+}
+
 }  // namespace
 
 fs::path VmOptions::LibraryOf(const VmSettings& settings) {
@@ -98,6 +115,7 @@ VmOptions::VmOptions(const VmSettings& settings, const fs::path& library)
   for (const std::string& what : settings.m_verbose) m_texts.push_back("-verbose:" + what);
   m_texts.insert(m_texts.end(), settings.m_options.begin(), settings.m_options.end());
   Check();
+  Encode();
 }
 
 void VmOptions::AddPaths(const VmSettings& settings) {
@@ -128,6 +146,28 @@ void VmOptions::Check() const {
   detail::CheckHeap(m_texts);
   detail::CheckCollectors(m_texts);
   if (!m_hasModulePath) detail::CheckModules(m_texts, m_home);
+}
+
+void VmOptions::Encode() try {
+  for (const std::string& text : m_texts) {
+    const auto property = HostProperty(text);
+    if (property) {  // the last of a name counts
+      const auto isSame = [&property](const auto& earlier) { return earlier.first == property->first; };
+      m_lateProperties.erase(std::remove_if(m_lateProperties.begin(), m_lateProperties.end(), isSame),
+                             m_lateProperties.end());
+    }
+    std::string reason;
+    if (std::optional<std::string> encoded = detail::OptionText(text, reason)) {
+      m_encoded.push_back(std::move(*encoded));
+    } else if (property) {
+      detail::ToUtf16(text);  // what is no UTF-8 is refused here: a process can have only one VM
+      m_lateProperties.push_back(*property);
+    } else {
+      Fail(__LINE__, "The option " + text + " " + reason);
+    }
+  }
+} catch (const Misuse& invalid) {
+  throw Misuse("java/VmOptions", __LINE__, std::string("an option of the Java VM: ") + invalid.what());
 }
 
 }  // namespace torvan::java

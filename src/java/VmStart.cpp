@@ -1,8 +1,11 @@
 #include <torvan/java/Failure.h>
+#include <torvan/java/StaticMethod.h>
 #include <torvan/java/Vm.h>
 #include <torvan/java/detail/Environment.h>
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "java/JniStatus.h"
 #include "java/PathText.h"
@@ -67,11 +70,10 @@ class VmStart {
  public:
   VmStart(const VmSettings& settings, const VmLibrary& library)
       : m_library(library), m_jniVersion(settings.m_jniVersion), m_options(settings, library.path) {
-    for (const std::string& text : m_options.Texts()) m_encoded.push_back(detail::OptionText(text));
     // Last, because nothing may fail between this and the creation.
-    m_records.reserve(m_encoded.size() + detail::HookCount);
+    m_records.reserve(m_options.Encoded().size() + detail::HookCount);
     detail::BeginStart({settings.m_onExit, settings.m_onAbort, settings.m_onOutput}, m_records);
-    for (std::string& text : m_encoded) m_records.push_back({text.data(), nullptr});
+    for (std::string& text : m_options.Encoded()) m_records.push_back({text.data(), nullptr});
   }
 
   void Create() {
@@ -85,6 +87,13 @@ class VmStart {
     // The end of the VM waits for the thread that created it, unless that is a daemon as the host's other threads are.
     vm->DetachCurrentThread();
     detail::AttachedEnv("main");
+  }
+
+  // The end of the start, when calls are possible. Throws Error where Java refuses it.
+  void SetLateProperties() const {
+    static constexpr StaticMethod<std::optional<std::string>(std::string_view, std::string_view)> SetProperty{
+        "java/lang/System", "setProperty"};
+    for (const auto& [name, value] : m_options.LateProperties()) SetProperty(name, value);
   }
 
  private:
@@ -101,7 +110,6 @@ class VmStart {
   jint m_jniVersion;
   VmOptions m_options;
   std::vector<JavaVMOption> m_records;
-  std::vector<std::string> m_encoded;
 };
 
 Vm StartVm(const VmSettings& settings) {
@@ -109,8 +117,11 @@ Vm StartVm(const VmSettings& settings) {
   if (!lock) ThrowEnded();
   RequireNoVm();
   const VmLibrary library = detail::LoadVmLibrary(VmOptions::LibraryOf(settings));
-  VmStart(settings, library).Create();
-  return Vm(true);
+  VmStart start(settings, library);
+  start.Create();
+  Vm vm(true);  // ended where the following fails
+  start.SetLateProperties();
+  return vm;
 }
 
 }  // namespace torvan::java

@@ -18,8 +18,8 @@ namespace torvan::java {
 // Nothing is checked before StartVm. Texts are UTF-8. Copies are independent.
 // Java takes paths, properties and options in the system's encoding: on Linux that of the locale that LC_ALL, LC_CTYPE
 // or LANG names in the environment, on Windows the code page. StartVm throws StartFailure for those with characters
-// that the code page has not, or with more than ASCII in the locale "C". On Linux Java reads UTF-8 as if it were the
-// locale's encoding: set a locale in UTF-8 before.
+// that the code page has not, or with more than ASCII in the locale "C"; only properties of the host's own arrive there
+// as well (Property). On Linux Java reads UTF-8 as if it were the locale's encoding: set a locale in UTF-8 before.
 class VmSettings {
  public:
   using Path = std::filesystem::path;
@@ -37,7 +37,9 @@ class VmSettings {
   // Adds an option as it is written for `java`, in one word: "--add-modules=x".
   VmSettings& Option(std::string_view option);
 
-  // Adds a system property. The value may be empty.
+  // Adds a system property. The value may be empty. One that the system's encoding has not, in name or value, is set
+  // when the VM runs, so that agents begin without it; StartVm refuses it where it is Java's own, which Java may read
+  // before: where its name begins with "java.", "javax.", "jdk.", "sun.", "com.sun.", "user.", "file." or "awt.".
   VmSettings& Property(std::string_view name, std::string_view value);
 
   // Adds an agent, a library or an archive "agent.jar", with its own options.

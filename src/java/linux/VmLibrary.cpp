@@ -1,7 +1,5 @@
 #include "java/VmLibrary.h"
 
-#include <torvan/java/Failure.h>
-
 #include <dlfcn.h>
 #include <langinfo.h>
 #include <locale.h>
@@ -57,13 +55,13 @@ bool IsAsciiAllThatJavaTakes() {
 
 }  // namespace
 
-std::string OptionText(const std::string& utf8) {
+std::optional<std::string> OptionText(const std::string& utf8, std::string& reason) {
   const bool isAscii = std::all_of(utf8.begin(), utf8.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
   if (!isAscii && IsForJava(utf8) && IsAsciiAllThatJavaTakes()) {
-    throw StartFailure("java/linux/VmLibrary", __LINE__,
-                       "The option " + utf8 +
-                           " has a character that ASCII, the encoding of this process's locale, in which Java takes "
-                           "its options, has not: set LC_ALL to a locale in UTF-8, such as C.UTF-8");
+    reason =
+        "has a character that ASCII, the encoding of this process's locale, in which Java takes its options, has not: "
+        "set LC_ALL to a locale in UTF-8, such as C.UTF-8";
+    return std::nullopt;
   }
   return utf8;
 }

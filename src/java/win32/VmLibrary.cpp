@@ -1,6 +1,5 @@
 #include "java/VmLibrary.h"
 
-#include <torvan/java/Failure.h>
 #include <torvan/java/detail/Text.h>
 
 #include <windows.h>
@@ -39,7 +38,7 @@ void* FindLoadedVm(std::filesystem::path& path) {
 
 std::string LibraryFileName(const std::string& name) { return name + ".dll"; }
 
-std::string OptionText(const std::string& utf8) {
+std::optional<std::string> OptionText(const std::string& utf8, std::string& reason) {
   const std::u16string units = ToUtf16(utf8);
   if (units.empty() || GetACP() == CP_UTF8) return utf8;
   const auto wide = reinterpret_cast<const wchar_t*>(units.data());
@@ -49,9 +48,9 @@ std::string OptionText(const std::string& utf8) {
   const int size = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide, length, text.data(),
                                        static_cast<int>(text.size()), nullptr, &lacks);
   if (size <= 0 || lacks != FALSE) {
-    throw StartFailure("java/win32/VmLibrary", __LINE__,
-                       "The option " + utf8 + " has a character that the system's code page " +
-                           std::to_string(GetACP()) + ", in which Java takes its options, has not");
+    reason = "has a character that the system's code page " + std::to_string(GetACP()) +
+             ", in which Java takes its options, has not";
+    return std::nullopt;
   }
   text.resize(static_cast<std::size_t>(size));
   return text;
