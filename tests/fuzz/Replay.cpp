@@ -1,11 +1,15 @@
-// A fuzzer's checks without libFuzzer: inputs made of the words of its dictionary, the same in every run. By another
-// compiler than clang they find little that is new, but show at once when what held holds no more.
-//   replay DICTIONARY COUNT
+// A fuzzer's checks without libFuzzer: the inputs in a folder, and others made of the words of its dictionary, the same
+// in every run. By another compiler than clang they find little that is new, but show at once when what held holds no
+// more.
+//   replay DICTIONARY SEEDS COUNT
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "fuzz/Fuzz.h"
@@ -32,6 +36,25 @@ std::vector<std::string> ReadWords(const char* path) {
     words.push_back(word);
   }
   return words;
+}
+
+void Check(const std::string& input) {
+  LLVMFuzzerTestOneInput(reinterpret_cast<const unsigned char*>(input.data()), input.size());
+}
+
+// Returns how many there are.
+int CheckSeeds(const char* folder) {
+  int count = 0;
+  std::error_code error;
+  for (std::filesystem::directory_iterator seed(folder, error), end; !error && seed != end; seed.increment(error)) {
+    std::ifstream file(seed->path(), std::ios::binary);
+    const std::string input{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::printf("%s\n", seed->path().c_str());  // the last one is at fault where this ends
+    std::fflush(stdout);
+    Check(input);
+    ++count;
+  }
+  return count;
 }
 
 class Inputs {
@@ -62,16 +85,18 @@ class Inputs {
 }  // namespace
 
 int main(int count, char** arguments) {
-  const std::vector<std::string> words = count == 3 ? ReadWords(arguments[1]) : std::vector<std::string>();
+  const std::vector<std::string> words = count == 4 ? ReadWords(arguments[1]) : std::vector<std::string>();
   if (words.empty()) {
-    std::fprintf(stderr, "usage: replay DICTIONARY COUNT; a dictionary has words\n");
+    std::fprintf(stderr, "usage: replay DICTIONARY SEEDS COUNT; a dictionary has words\n");
+    return 2;
+  }
+  const int seeds = CheckSeeds(arguments[2]);
+  if (seeds == 0) {
+    std::fprintf(stderr, "there is no seed in %s\n", arguments[2]);
     return 2;
   }
   Inputs inputs(words);
-  for (long left = std::atol(arguments[2]); left > 0; --left) {
-    const std::string input = inputs.Next();
-    LLVMFuzzerTestOneInput(reinterpret_cast<const unsigned char*>(input.data()), input.size());
-  }
-  std::printf("%s inputs\n", arguments[2]);
+  for (long left = std::atol(arguments[3]); left > 0; --left) Check(inputs.Next());
+  std::printf("%d seeds and %s other inputs\n", seeds, arguments[3]);
   return 0;
 }
