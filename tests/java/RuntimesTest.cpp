@@ -37,6 +37,17 @@ TEST(RuntimesTest, AHostFindsWhatItBringsAlong) {
   EXPECT_EQ(runtime.FoundIn(), home);
 }
 
+// Whatever files the application has beside it.
+TEST(RuntimesTest, TheJreOfAnApplicationIsItsOwnHome) {
+  MadeUpMachine machine;
+  const std::string home = machine.AddRuntime("application/jre", "17", false);
+  machine.AddFile("application/release", "1.0\n");
+  machine.AddProgram(std::string("application/") + CompilerFile);
+  EXPECT_EQ(ToText(RuntimeIn(ToPath(home)).Home()), home);
+  EXPECT_EQ(Lines(FindRuntimes(ToPath(machine.Path("application")))).front(),
+            home + " 17 " + machine.Path("application"));
+}
+
 TEST(RuntimesTest, AHomeThatIsNoneIsAFailure) {
   MadeUpMachine machine;
   machine.AddRuntime("jdk", "17");

@@ -30,7 +30,8 @@ class Runtime {
   // FindRuntimes, ChooseRuntime and RuntimeIn make them.
   explicit Runtime(detail::RuntimeFacts facts);
 
-  // The folder of the runtime, with all links followed. The runtime inside a kit of version 8 is that kit.
+  // The folder of the runtime, with all links followed. The runtime inside a kit of version 8 is that kit; a folder
+  // "jre" with its own release file is not inside a kit.
   const std::filesystem::path& Home() const noexcept { return m_facts.home; }
   const java::Version& Version() const noexcept { return m_facts.version; }
   // The vendor as the runtime states it, "Eclipse Adoptium"; empty when it states none, like most of version 8.

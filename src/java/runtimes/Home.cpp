@@ -61,7 +61,8 @@ std::string ReadReleaseOf(const Machine& machine, const fs::path& home, Release&
 }  // namespace
 
 fs::path HomeOf(const Machine& machine, const fs::path& folder) {
-  if (ToText(folder.filename()) != "jre") return folder;
+  // That of a kit has no release file; what an application brings along in such a folder has one.
+  if (ToText(folder.filename()) != "jre" || machine.IsFile(folder / ReleaseName)) return folder;
   const fs::path outer = folder.parent_path();
   const bool isKit = machine.IsFile(outer / ReleaseName) || machine.IsFile(outer / UsualLayout().compiler);
   return isKit ? outer : folder;

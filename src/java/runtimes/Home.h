@@ -19,7 +19,7 @@ struct HomeReading {
   bool hasLibraryOrRelease;  // what every runtime has
 };
 
-// The home that a folder belongs to: the kit, for the runtime inside a kit of version 8.
+// The home that a folder belongs to: the kit, for the runtime inside a kit of version 8, which has no release file.
 std::filesystem::path HomeOf(const Machine& machine, const std::filesystem::path& folder);
 
 // Reads a home, and tells of the runtime that it was found in `foundIn`.

@@ -17,6 +17,9 @@ class HomeTest : public testing::Test {
     const HomeReading reading = Read(home);
     return reading.runtime ? "none" : reading.reason;
   }
+  std::string HomeOfJreIn(const std::string& folder) {
+    return ToText(HomeOf(machine, ToPath(machine.Path(folder + "/jre"))));
+  }
   std::string Below(const std::string& home, const std::string& file) { return machine.Path(home + "/" + file); }
 
   MadeUpMachine machine;
@@ -65,13 +68,22 @@ TEST_F(HomeTest, AKitOfVersion8IsOneRuntime) {
   EXPECT_EQ(ToText(HomeOf(machine, ToPath(machine.Path("jdk8/jre")))), machine.Path("jdk8"));
 }
 
-TEST_F(HomeTest, AFolderNamedJreBelowSomethingElseIsItsOwnHome) {
+TEST_F(HomeTest, AFolderNamedJreWithItsOwnReleaseFileIsItsOwnHome) {
   machine.AddRuntime("application/jre", "17", false);
-  EXPECT_EQ(ToText(HomeOf(machine, ToPath(machine.Path("application/jre")))), machine.Path("application/jre"));
+  EXPECT_EQ(HomeOfJreIn("application"), machine.Path("application/jre"));
+  machine.AddFile("application/release", "1.0\n");  // the application's
+  EXPECT_EQ(HomeOfJreIn("application"), machine.Path("application/jre"));
+  machine.AddProgram(std::string("tools/") + CompilerFile);
+  machine.AddFile("tools/jre/release", "JAVA_VERSION=\"17\"\n");  // and no library, which is to be said of this folder
+  EXPECT_EQ(HomeOfJreIn("tools"), machine.Path("tools/jre"));
+}
+
+TEST_F(HomeTest, AFolderNamedJreWithoutAReleaseFileBelongsToTheKit) {
+  EXPECT_EQ(HomeOfJreIn("application"), machine.Path("application/jre"));  // no kit
   machine.AddProgram(std::string("kit/") + CompilerFile);
-  EXPECT_EQ(ToText(HomeOf(machine, ToPath(machine.Path("kit/jre")))), machine.Path("kit"));
-  machine.AddFile("application/release", "");
-  EXPECT_EQ(ToText(HomeOf(machine, ToPath(machine.Path("application/jre")))), machine.Path("application"));
+  EXPECT_EQ(HomeOfJreIn("kit"), machine.Path("kit"));
+  machine.AddFile("image/release", "JAVA_VERSION=\"1.8.0_391\"\n");
+  EXPECT_EQ(HomeOfJreIn("image"), machine.Path("image"));
 }
 
 TEST_F(HomeTest, TheLibraryMayBeInOtherPlaces) {
