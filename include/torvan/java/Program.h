@@ -30,8 +30,8 @@ class Program {
   // The name of a class, such as com.example.Main. One that Java would take for an option is a Misuse.
   static Program MainClass(std::string_view name);
 
-  // The Java that runs it, by its home folder or as it was found. By default the one that ChooseRuntime() returns. One
-  // that has no Java() is a StartFailure when the program is run. The last one counts.
+  // The Java that runs it, by its home folder or as it was found. By default the first one of FindRuntimes() that has a
+  // Java(). One without it that is set here is a StartFailure when the program is run. The last one counts.
   Program& Runtime(const std::filesystem::path& home);
   Program& Runtime(const java::Runtime& runtime);
   // Adds folders and jars, also "folder/*". Running a Jar() with a class path is a Misuse, because a jar has its own.

@@ -33,6 +33,15 @@ JavaProgram InRuntime(const Runtime& runtime) {
   return {runtime.Java(), runtime.Version().Feature() >= FirstWithArgumentFiles};
 }
 
+// The first in the order of the choice that has the program. Where none has, ChooseRuntime() or what is made of its
+// runtime says why.
+Runtime BestWithProgram() {
+  for (const Runtime& runtime : FindRuntimes().found) {
+    if (!runtime.Java().empty()) return runtime;
+  }
+  return ChooseRuntime();
+}
+
 JavaProgram InHome(const fs::path& home) {
   // A version 8 kit has a runtime in it. Java 8 and earlier have their own classes in rt.jar.
   for (const fs::path& runtime : {home, home / "jre"}) {
@@ -47,7 +56,7 @@ JavaProgram InHome(const fs::path& home) {
 
 JavaProgram FindJava(const ProgramSettings& settings) {
   if (settings.runtime) return InRuntime(*settings.runtime);
-  return settings.home.empty() ? InRuntime(ChooseRuntime()) : InHome(settings.home);
+  return settings.home.empty() ? InRuntime(BestWithProgram()) : InHome(settings.home);
 }
 
 }  // namespace torvan::java::detail

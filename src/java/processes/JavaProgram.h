@@ -12,8 +12,8 @@ struct JavaProgram {
   bool readsArgumentFiles;  // version 9 and later do
 };
 
-// The java of the settings' runtime or home, or of the runtime that ChooseRuntime() returns. Throws a StartFailure as
-// that does, and where there is none.
+// The java of the settings' runtime or home; by default of the best runtime that has one, in the order of
+// FindRuntimes(). Throws a StartFailure as ChooseRuntime() does, and where there is no java.
 JavaProgram FindJava(const ProgramSettings& settings);
 
 }  // namespace torvan::java::detail
