@@ -91,11 +91,19 @@ std::optional<std::pair<std::string, std::string>> HostProperty(std::string_view
   return std::pair(std::string(name), std::string(option.substr(std::min(end + 1, option.size()))));
 }
 
+// The versions of Java that may offer this version of JNI, which is named after the first that does. Of a number that
+// is no such version, the VM is the judge.
+VersionRange VersionsWith(jint jniVersion) {
+  const int high = jniVersion >> 16;
+  const int feature = high == 1 ? jniVersion & 0xFFFF : high;  // 0x00010008 and, since then, 0x00090000
+  return feature > 0 ? AtLeast(feature) : VersionRange();
+}
+
 }  // namespace
 
 fs::path VmOptions::LibraryOf(const VmSettings& settings) {
   const fs::path& runtime = settings.m_runtime;
-  if (runtime.empty()) return ChooseRuntime().Library();
+  if (runtime.empty()) return ChooseRuntime(VersionsWith(settings.m_jniVersion)).Library();
   RequireThere("The Java runtime", runtime);
   std::error_code error;
   return fs::is_directory(runtime, error) ? RuntimeIn(runtime).Library() : runtime;

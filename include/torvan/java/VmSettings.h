@@ -48,11 +48,12 @@ class VmSettings {
   // Has the VM report what it does: "class", "gc", "jni" or "module".
   VmSettings& Verbose(std::string_view what);
 
-  // The runtime to load, by its home folder or by its VM library. By default the one that ChooseRuntime() returns.
+  // The runtime to load, by its home folder or by its VM library. By default the one that ChooseRuntime() returns for
+  // versions of Java that offer the JniVersion().
   VmSettings& Runtime(const Path& homeOrLibrary);
   VmSettings& Runtime(const java::Runtime& runtime);
 
-  // The version of JNI that the runtime has to support, JNI_VERSION_1_6 by default.
+  // The version of JNI that the runtime has to support, JNI_VERSION_1_6 by default. JNI_VERSION_21 needs Java 21.
   VmSettings& JniVersion(jint version);
 
   // The three functions must not throw, which ends the process: the VM calls them.
