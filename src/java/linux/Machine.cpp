@@ -25,6 +25,8 @@ bool HasType(const fs::path& path, mode_t type) {
   return stat(path.c_str(), &status) == 0 && HasType(status, type);
 }
 
+std::string Reason(int error) { return std::generic_category().message(error); }
+
 class LinuxMachine final : public Machine {
  public:
   std::string Root() const override { return {}; }
@@ -37,24 +39,33 @@ class LinuxMachine final : public Machine {
 
   Location Locate(const fs::path& path) const override {
     const std::unique_ptr<char, void (*)(void*)> real(realpath(path.c_str(), nullptr), std::free);
-    if (real == nullptr) return {{}, std::generic_category().message(errno)};
+    if (real == nullptr) return {{}, Reason(errno)};
     return {real.get(), {}};
   }
 
   bool IsFolder(const fs::path& path) const override { return HasType(path, S_IFDIR); }
   bool IsFile(const fs::path& path) const override { return HasType(path, S_IFREG); }
+  std::string Hindrance(const fs::path& path) const override {
+    struct stat status;
+    const bool isTold = stat(path.c_str(), &status) == 0 || errno == ENOENT || errno == ENOTDIR;
+    return isTold ? std::string() : Reason(errno);
+  }
   bool IsProgram(const fs::path& path) const override { return IsFile(path) && access(path.c_str(), X_OK) == 0; }
 
-  std::vector<std::string> FoldersIn(const fs::path& folder) const override {
-    std::vector<std::string> names;
+  Listing FoldersIn(const fs::path& folder) const override {
     const std::unique_ptr<DIR, int (*)(DIR*)> opened(opendir(folder.c_str()), closedir);
-    if (opened == nullptr) return names;
-    while (const dirent* entry = readdir(opened.get())) {
+    if (opened == nullptr) return {{}, Reason(errno)};
+    Listing listing;
+    for (;;) {
+      errno = 0;
+      const dirent* const entry = readdir(opened.get());
+      if (entry == nullptr) break;
       const std::string name = entry->d_name;
-      if (name != "." && name != ".." && IsFolder(folder / name)) names.push_back(name);
+      if (name != "." && name != ".." && IsFolder(folder / name)) listing.names.push_back(name);
     }
-    std::sort(names.begin(), names.end());
-    return names;
+    if (errno != 0) listing.reason = Reason(errno);
+    std::sort(listing.names.begin(), listing.names.end());
+    return listing;
   }
 
   std::optional<std::string> ReadFront(const fs::path& file, std::size_t bytes) const override {

@@ -1,6 +1,7 @@
 #include "java/runtimes/Home.h"
 
 #include <utility>
+#include <vector>
 
 #include "java/PathText.h"
 #include "java/runtimes/BinaryHeader.h"
@@ -16,25 +17,38 @@ constexpr const char* ReleaseName = "release";
 constexpr std::size_t MostOfRelease = std::size_t{256} * 1024;  // real ones have up to 15 KB
 constexpr const char* VmKinds[] = {"server", "client", "j9vm", "zero", "minimal"};
 
+// Where a home may have its VM library; the first that is there counts.
+std::vector<fs::path> PlacesOfLibrary(const fs::path& home) {
+  const Layout& layout = UsualLayout();
+  std::vector<fs::path> places;
+  for (const char* folder : layout.libraryFolders) {
+    for (const char* kind : VmKinds) places.push_back(home / folder / kind / layout.libraryName);
+  }
+  return places;
+}
+
 // Empty when there is none.
 fs::path FindLibrary(const Machine& machine, const fs::path& home) {
-  const Layout& layout = UsualLayout();
-  for (const char* folder : layout.libraryFolders) {
-    for (const char* kind : VmKinds) {
-      fs::path library = home / folder / kind / layout.libraryName;
-      if (machine.IsFile(library)) return library;
-    }
+  for (fs::path& place : PlacesOfLibrary(home)) {
+    if (machine.IsFile(place)) return std::move(place);
   }
   return {};
 }
 
+// Why none was found.
+std::string ReasonOfNoLibrary(const Machine& machine, const fs::path& home) {
+  for (const fs::path& place : PlacesOfLibrary(home)) {
+    const std::string hindrance = machine.Hindrance(place);
+    if (!hindrance.empty()) return "its VM library cannot be reached: " + ToText(place) + ": " + hindrance;
+  }
+  return "has no VM library such as " + ToText(PlacesOfLibrary({}).front());
+}
+
 // The two below fill in what they read, and return why there is no runtime; an empty text when there can be one.
 
-std::string ReadLibrary(const Machine& machine, const fs::path& library, std::string& cpuName) {
+std::string ReadLibrary(const Machine& machine, const fs::path& home, const fs::path& library, std::string& cpuName) {
+  if (library.empty()) return ReasonOfNoLibrary(machine, home);
   const Layout& layout = UsualLayout();
-  if (library.empty()) {
-    return "has no VM library such as " + ToText(fs::path(layout.libraryFolders[0]) / VmKinds[0] / layout.libraryName);
-  }
   const std::optional<std::string> head = machine.ReadFront(library, HeaderBytes);
   if (!head) return "its VM library cannot be read: " + ToText(library);
   const std::optional<std::string> cpu = layout.cpuOf(*head);
@@ -45,7 +59,11 @@ std::string ReadLibrary(const Machine& machine, const fs::path& library, std::st
 }
 
 std::string ReadReleaseOf(const Machine& machine, const fs::path& home, Release& release) {
-  if (!machine.IsFile(home / ReleaseName)) return "has no release file, which would tell the version";
+  if (!machine.IsFile(home / ReleaseName)) {
+    const std::string hindrance = machine.Hindrance(home / ReleaseName);
+    return hindrance.empty() ? "has no release file, which would tell the version"
+                             : "its release file cannot be reached: " + hindrance;
+  }
   const std::optional<std::string> text = machine.ReadFront(home / ReleaseName, MostOfRelease);
   if (!text) return "its release file cannot be read";
   release = ReadRelease(*text);
@@ -76,7 +94,7 @@ HomeReading ReadHome(const Machine& machine, const fs::path& home, const std::st
 
   std::string cpu;
   Release release;
-  reading.reason = ReadLibrary(machine, library, cpu);
+  reading.reason = ReadLibrary(machine, home, library, cpu);
   if (reading.reason.empty()) reading.reason = ReadReleaseOf(machine, home, release);
   if (!reading.reason.empty()) return reading;
 

@@ -15,6 +15,12 @@ struct Location {
   std::string reason;          // the system's own, in that case
 };
 
+// What is in a place.
+struct Listing {
+  std::vector<std::string> names;  // sorted; those that the system told
+  std::string reason;              // the system's own, where it did not tell all
+};
+
 // One member, one question, no decision; texts in UTF-8. Nothing is executed and nothing is changed. What the system
 // refuses to tell counts as absent. Any thread may ask; the environment must not be changed meanwhile.
 class Machine {
@@ -27,13 +33,15 @@ class Machine {
   virtual std::optional<std::string> Variable(const std::string& name) const = 0;
 
   virtual Location Locate(const std::filesystem::path& path) const = 0;
-  // These three and FoldersIn() follow links.
+  // All that follow take links to where they lead.
   virtual bool IsFolder(const std::filesystem::path& path) const = 0;
   virtual bool IsFile(const std::filesystem::path& path) const = 0;
+  // Why the system does not tell whether there is such a file or folder: "Permission denied". Empty where it tells.
+  virtual std::string Hindrance(const std::filesystem::path& path) const = 0;
   // A file that this user may run.
   virtual bool IsProgram(const std::filesystem::path& path) const = 0;
   // Returns the names of the folders in a folder, sorted.
-  virtual std::vector<std::string> FoldersIn(const std::filesystem::path& folder) const = 0;
+  virtual Listing FoldersIn(const std::filesystem::path& folder) const = 0;
   // Reads the first bytes of a file, or all of it when it has fewer. Never waits, whatever the path leads to.
   virtual std::optional<std::string> ReadFront(const std::filesystem::path& file, std::size_t bytes) const = 0;
 

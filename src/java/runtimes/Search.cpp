@@ -111,7 +111,7 @@ void Search::LookIntoRegistry() {
 
 void Search::LookIntoUsualFolders() {
   const Places& places = UsualPlaces();
-  const auto foldersIn = [this](const std::string& folder) { return m_machine.FoldersIn(ToPath(folder)); };
+  const auto foldersIn = [this](const std::string& folder) { return m_machine.FoldersIn(ToPath(folder)).names; };
   for (const FolderPlaces& row : places.folders) {
     const std::optional<std::string> base = BaseOf(m_machine, row.base);
     if (!base) continue;
@@ -132,7 +132,9 @@ void Search::LookInto(const fs::path& folder) {
   if (real.path.empty()) return Refuse(folder, real.reason, ToText(folder));
   const std::string foundIn = ToText(real.path);
   Glance(real.path, foundIn);
-  for (const std::string& name : m_machine.FoldersIn(real.path)) Glance(real.path / ToPath(name), foundIn);
+  const Listing inner = m_machine.FoldersIn(real.path);
+  for (const std::string& name : inner.names) Glance(real.path / ToPath(name), foundIn);
+  if (!inner.reason.empty()) Refuse(real.path, inner.reason, foundIn);
 }
 
 void Search::LookAtSetting(const std::string& home, const std::string& foundIn) {

@@ -20,7 +20,7 @@ class Search {
 
   // All places where runtimes usually are.
   void LookEverywhere();
-  // A folder, and those in it. Refused when it is not there.
+  // A folder, and those in it. Refused when it is not there, and when it is no home and cannot be listed.
   void LookInto(const std::filesystem::path& folder);
   // A folder that should be a home. Refused when it is none.
   void LookAt(const std::filesystem::path& home, const std::string& foundIn);

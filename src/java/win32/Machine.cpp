@@ -106,20 +106,34 @@ class WindowsMachine final : public Machine {
 
   bool IsFolder(const fs::path& path) const override { return HasType(path, true); }
   bool IsFile(const fs::path& path) const override { return HasType(path, false); }
+  std::string Hindrance(const fs::path& path) const override {
+    const DWORD found = GetFileAttributesW(ForSystem(path).c_str());
+    // Of a link these are its own, also when it leads nowhere.
+    const bool isLink = found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    if (isLink ? static_cast<bool>(Open(path, 0)) : found != INVALID_FILE_ATTRIBUTES) return {};
+    const DWORD error = GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? std::string() : ReasonOf(error);
+  }
   bool IsProgram(const fs::path& path) const override { return IsFile(path); }
 
-  std::vector<std::string> FoldersIn(const fs::path& folder) const override {
-    std::vector<std::string> names;
+  Listing FoldersIn(const fs::path& folder) const override {
+    Listing listing;
     WIN32_FIND_DATAW entry;
     const HANDLE first = FindFirstFileW((ForSystem(folder) + L"\\*").c_str(), &entry);
-    if (first == INVALID_HANDLE_VALUE) return names;
+    if (first == INVALID_HANDLE_VALUE) {
+      const DWORD error = GetLastError();
+      if (error != ERROR_FILE_NOT_FOUND) listing.reason = ReasonOf(error);  // else a drive with nothing in it
+      return listing;
+    }
     const FileSearch search(first);
     do {
       const std::string name = Narrow(entry.cFileName);
-      if (name != "." && name != ".." && IsFolder(folder / fs::path(entry.cFileName))) names.push_back(name);
+      if (name != "." && name != ".." && IsFolder(folder / fs::path(entry.cFileName))) listing.names.push_back(name);
     } while (FindNextFileW(search.get(), &entry));
-    std::sort(names.begin(), names.end());
-    return names;
+    const DWORD error = GetLastError();
+    if (error != ERROR_NO_MORE_FILES) listing.reason = ReasonOf(error);
+    std::sort(listing.names.begin(), listing.names.end());
+    return listing;
   }
 
   std::optional<std::string> ReadFront(const fs::path& file, std::size_t bytes) const override {

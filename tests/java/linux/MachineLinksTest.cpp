@@ -91,10 +91,31 @@ TEST_F(MachineLinksTest, LoopsAreSurvived) {
   const std::string home = machine.AddRuntime("user/.jdks/jdk", "17");
   machine.AddFile("user/.jdks/broken/release", "JAVA_VERSION=\"17\"\n");
   Link("user/.jdks/broken/lib/server/libjvm.so", "libjvm.so");
-  EXPECT_THAT(Found(),
-              ElementsAre(home + " 17 JDK_HOME", machine.Path("a") + ": Too many levels of symbolic links (JAVA_HOME)",
-                          machine.Path("user/.jdks/broken") + ": has no VM library such as lib/server/libjvm.so (" +
-                              machine.Path("user/.jdks") + ")"));
+  const std::string broken = machine.Path("user/.jdks/broken");
+  EXPECT_THAT(
+      Found(),
+      ElementsAre(home + " 17 JDK_HOME", machine.Path("a") + ": Too many levels of symbolic links (JAVA_HOME)",
+                  broken + ": its VM library cannot be reached: " + broken +
+                      "/lib/server/libjvm.so: Too many levels of symbolic links (" + machine.Path("user/.jdks") + ")"));
+}
+
+TEST_F(MachineLinksTest, AReleaseFileThatIsALoopIsRefusedForThat) {
+  const std::string home = machine.AddRuntime("jdk", "17");
+  std::filesystem::remove(home + "/release");
+  Link("jdk/release", "release");
+  machine.Set("JAVA_HOME", home);
+  EXPECT_THAT(Found(), ElementsAre(home + ": its release file cannot be reached: Too many levels of symbolic links "
+                                          "(JAVA_HOME)"));
+}
+
+TEST_F(MachineLinksTest, WhyAPathIsNotToldIsTheSystemsReason) {
+  Link("loop", "loop");
+  EXPECT_EQ(machine.Hindrance(machine.Path("loop")), "Too many levels of symbolic links");
+  EXPECT_EQ(machine.Hindrance(machine.Path("loop/below")), "Too many levels of symbolic links");
+  EXPECT_EQ(machine.Hindrance(machine.Path(std::string(5000, 'x'))), "File name too long");
+  Link("dangling", "nowhere");
+  EXPECT_EQ(machine.Hindrance(machine.Path("dangling")), "");
+  EXPECT_EQ(machine.FoldersIn(machine.Path("loop")).reason, "Too many levels of symbolic links");
 }
 
 TEST_F(MachineLinksTest, DevicesAndPipesAreNoFiles) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "java/runtimes/MadeUpMachine.h"
 
 namespace tests {
@@ -9,6 +11,9 @@ namespace {
 
 using namespace torvan::java;
 using namespace torvan::java::detail;
+
+constexpr const char* NoLibrary =
+    OnThisSystem("has no VM library such as bin\\server\\jvm.dll", "has no VM library such as lib/server/libjvm.so");
 
 class HomeTest : public testing::Test {
  protected:
@@ -106,12 +111,38 @@ TEST_F(HomeTest, TheLibraryMayBeInOtherPlaces) {
 TEST_F(HomeTest, WithoutALibraryItIsRefused) {
   machine.AddFile("jdk/release", "JAVA_VERSION=\"17\"\n");
   machine.AddProgram(std::string("jdk/") + JavaFile);
-  EXPECT_EQ(ReasonOf("jdk"), OnThisSystem("has no VM library such as bin\\server\\jvm.dll",
-                                          "has no VM library such as lib/server/libjvm.so"));
+  EXPECT_EQ(ReasonOf("jdk"), NoLibrary);
   EXPECT_TRUE(Read("jdk").hasProgram);
   EXPECT_TRUE(Read("jdk").hasLibraryOrRelease);
   EXPECT_FALSE(Read("nowhere").hasProgram);
   EXPECT_FALSE(Read("nowhere").hasLibraryOrRelease);
+}
+
+// A machine that does not tell what is in a folder "locked".
+class LockedMachine : public MadeUpMachine {
+ public:
+  bool IsFile(const std::filesystem::path& path) const override {
+    return !IsLocked(path) && MadeUpMachine::IsFile(path);
+  }
+  std::string Hindrance(const std::filesystem::path& path) const override {
+    return IsLocked(path) ? "Permission denied" : MadeUpMachine::Hindrance(path);
+  }
+
+ private:
+  static bool IsLocked(const std::filesystem::path& path) {
+    return std::find(path.begin(), path.end(), "locked") != path.end();
+  }
+};
+
+TEST(HomeLockedTest, WhatCannotBeReachedIsRefusedWithTheSystemsReason) {
+  LockedMachine machine;
+  const auto reasonOf = [&machine](const std::string& home) {
+    return ReadHome(machine, ToPath(machine.Path(home)), "place").reason;
+  };
+  machine.AddRuntime("locked", "17");
+  EXPECT_EQ(reasonOf("locked"), "its VM library cannot be reached: " +
+                                    machine.Path(std::string("locked/") + LibraryFile) + ": Permission denied");
+  EXPECT_EQ(reasonOf("none"), NoLibrary);
 }
 
 TEST_F(HomeTest, ALibraryForAnotherCpuIsRefused) {

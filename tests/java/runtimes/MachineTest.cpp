@@ -45,6 +45,13 @@ TEST_F(MachineTest, FilesAndFoldersAreToldApart) {
   EXPECT_FALSE(machine.IsFolder(ToPath("")));
 }
 
+TEST_F(MachineTest, WhetherAPathIsThereIsTold) {
+  folder.AddFile("a/file");
+  for (const char* name : {"", "a", "a/file", "a/none", "none/none", "a/file/below"}) {
+    EXPECT_EQ(machine.Hindrance(Path(name)), "") << name;
+  }
+}
+
 TEST_F(MachineTest, APathIsLocatedWithoutDetours) {
   folder.AddFile("a/file");
   folder.AddFile("b/file");
@@ -61,10 +68,13 @@ TEST_F(MachineTest, APathIsLocatedWithoutDetours) {
 
 TEST_F(MachineTest, TheFoldersInAFolderAreSorted) {
   for (const char* name : {"c/x", "a/x", "b \u00E4/x", "file"}) folder.AddFile(name);
-  EXPECT_THAT(machine.FoldersIn(Path()), ElementsAre("a", "b \u00E4", "c"));
-  EXPECT_THAT(machine.FoldersIn(Path("a")), IsEmpty());
-  EXPECT_THAT(machine.FoldersIn(Path("file")), IsEmpty());
-  EXPECT_THAT(machine.FoldersIn(Path("none")), IsEmpty());
+  EXPECT_THAT(machine.FoldersIn(Path()).names, ElementsAre("a", "b \u00E4", "c"));
+  EXPECT_THAT(machine.FoldersIn(Path("a")).names, IsEmpty());
+  for (const char* name : {"", "a"}) EXPECT_EQ(machine.FoldersIn(Path(name)).reason, "") << name;
+  for (const char* name : {"file", "none"}) {
+    EXPECT_THAT(machine.FoldersIn(Path(name)).names, IsEmpty());
+    EXPECT_NE(machine.FoldersIn(Path(name)).reason, "") << name;
+  }
 }
 
 TEST_F(MachineTest, TheFrontOfAFileIsRead) {

@@ -1,6 +1,7 @@
 #include "java/runtimes/MadeUpMachine.h"
 
 #include <filesystem>
+#include <set>
 
 namespace tests {
 
@@ -22,6 +23,22 @@ std::optional<std::string> MadeUpMachine::Variable(const std::string& name) cons
   const auto found = m_variables.find(name);
   if (found == m_variables.end()) return std::nullopt;
   return found->second;
+}
+
+std::vector<std::string> MadeUpMachine::KeysIn(const std::string& key) const {
+  std::set<std::string> names;
+  const std::string front = key + '\\';
+  for (const auto& entry : m_registry) {
+    if (entry.first.compare(0, front.size(), front) != 0) continue;
+    names.insert(entry.first.substr(front.size(), entry.first.find('\\', front.size()) - front.size()));
+  }
+  return {names.begin(), names.end()};
+}
+
+std::optional<std::string> MadeUpMachine::RegisteredText(const std::string& key, const std::string& value) const {
+  const auto found = m_registry.find(key);
+  if (found == m_registry.end() || found->second.count(value) == 0) return std::nullopt;
+  return found->second.at(value);
 }
 
 std::vector<std::string> Lines(const Runtimes& runtimes) {

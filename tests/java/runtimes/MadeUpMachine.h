@@ -19,6 +19,7 @@
 namespace tests {
 
 using torvan::java::Runtimes;
+using torvan::java::detail::Listing;
 using torvan::java::detail::Location;
 using torvan::java::detail::Machine;
 using torvan::java::detail::Search;
@@ -56,6 +57,9 @@ class MadeUpMachine : public Machine {
   void AddProgram(const std::string& name);
   // A valid runtime. Returns its home.
   std::string AddRuntime(const std::string& home, const std::string& version, bool isJdk = true);
+  void Register(const std::string& key, const std::string& value, const std::string& text) {
+    m_registry[key][value] = text;
+  }
   void Set(const std::string& name, const std::string& value) { m_variables[name] = value; }
 
   std::string Root() const override { return Path(); }
@@ -63,22 +67,20 @@ class MadeUpMachine : public Machine {
   Location Locate(const std::filesystem::path& path) const override { return m_real.Locate(path); }
   bool IsFolder(const std::filesystem::path& path) const override { return m_real.IsFolder(path); }
   bool IsFile(const std::filesystem::path& path) const override { return m_real.IsFile(path); }
+  std::string Hindrance(const std::filesystem::path& path) const override { return m_real.Hindrance(path); }
   bool IsProgram(const std::filesystem::path& path) const override { return m_real.IsProgram(path); }
-  std::vector<std::string> FoldersIn(const std::filesystem::path& folder) const override {
-    return m_real.FoldersIn(folder);
-  }
+  Listing FoldersIn(const std::filesystem::path& folder) const override { return m_real.FoldersIn(folder); }
   std::optional<std::string> ReadFront(const std::filesystem::path& file, std::size_t bytes) const override {
     return m_real.ReadFront(file, bytes);
   }
-  std::vector<std::string> KeysIn(const std::string&) const override { return {}; }
-  std::optional<std::string> RegisteredText(const std::string&, const std::string&) const override {
-    return std::nullopt;
-  }
+  std::vector<std::string> KeysIn(const std::string& key) const override;
+  std::optional<std::string> RegisteredText(const std::string& key, const std::string& value) const override;
 
  private:
   const Machine& m_real = ThisMachine();
   TemporaryFolder m_folder;
   std::map<std::string, std::string> m_variables;
+  std::map<std::string, std::map<std::string, std::string>> m_registry;
 };
 
 // All that a search tells: "home version foundIn" and "home: reason (foundIn)", a line each.

@@ -28,14 +28,29 @@ class FailingMachine : public MadeUpMachine {
   bool IsProgram(const std::filesystem::path& path) const override {
     return !Fails() && MadeUpMachine::IsProgram(path);
   }
-  std::vector<std::string> FoldersIn(const std::filesystem::path& folder) const override {
-    return Fails() ? std::vector<std::string>() : MadeUpMachine::FoldersIn(folder);
+  std::string Hindrance(const std::filesystem::path& path) const override {
+    return Fails() ? "Input/output error" : MadeUpMachine::Hindrance(path);
+  }
+  Listing FoldersIn(const std::filesystem::path& folder) const override {
+    return Fails() ? Listing{{}, "Input/output error"} : MadeUpMachine::FoldersIn(folder);
   }
   std::optional<std::string> ReadFront(const std::filesystem::path& file, std::size_t bytes) const override {
     return Fails() ? std::nullopt : MadeUpMachine::ReadFront(file, bytes);
   }
 
+  std::vector<std::string> KeysIn(const std::string& key) const override {
+    if (!Fails()) return MadeUpMachine::KeysIn(key);
+    hasFailedInRegistry = true;
+    return {};
+  }
+  std::optional<std::string> RegisteredText(const std::string& key, const std::string& value) const override {
+    if (!Fails()) return MadeUpMachine::RegisteredText(key, value);
+    hasFailedInRegistry = true;
+    return std::nullopt;
+  }
+
   mutable int questionsLeft = Never;
+  mutable bool hasFailedInRegistry = false;
   mutable bool hasFailed = false;
 
  private:
@@ -55,6 +70,12 @@ class SearchFailingMachineTest : public testing::Test {
     machine.Set("HOME", machine.Path("user"));
     machine.Set("USERPROFILE", machine.Path("user"));
     machine.Set("PATH", machine.Path("path/bin"));
+    if (!OnWindows) return;
+    m_homes.push_back(machine.AddRuntime("registered", "19"));
+    for (const char* root : {"HKLM\\SOFTWARE", "HKCU\\SOFTWARE"}) {
+      machine.Register(root + std::string("\\JavaSoft\\JDK\\19"), "JavaHome", m_homes.back());
+      machine.Register(root + std::string("\\Microsoft\\JDK\\19\\hotspot\\MSI"), "Path", m_homes.back());
+    }
   }
 
   // What is found is complete, what is refused has a reason, and nothing else is listed.
@@ -77,21 +98,28 @@ class SearchFailingMachineTest : public testing::Test {
   }
 
   FailingMachine machine;
-
- private:
   std::vector<std::string> m_homes;
 };
 
 TEST_F(SearchFailingMachineTest, EachQuestionMayGoUnanswered) {
   int steps = 0;
+  int registryFailures = 0;
   for (;; ++steps) {
     machine.questionsLeft = steps;
     machine.hasFailed = false;
-    ExpectSense(SearchOf(machine));
+    machine.hasFailedInRegistry = false;
+    const Runtimes runtimes = SearchOf(machine);
+    ExpectSense(runtimes);
+    // Each home is in several places of it.
+    if (machine.hasFailedInRegistry) {
+      ++registryFailures;
+      EXPECT_EQ(runtimes.found.size(), m_homes.size());
+    }
     if (HasFailure()) FAIL() << "at question " << steps;
     if (!machine.hasFailed) break;
   }
   EXPECT_GT(steps, 50);
+  EXPECT_EQ(registryFailures > 50, OnWindows) << registryFailures;
 }
 
 TEST_F(SearchFailingMachineTest, FilesThatCannotBeReadAreTheReason) {

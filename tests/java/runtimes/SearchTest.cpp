@@ -180,6 +180,41 @@ TEST_F(SearchTest, AFolderOfTheHostIsSearchedToo) {
               ElementsAre(nowhere + ": " + machine.Locate(ToPath(nowhere)).reason + " (" + nowhere + ")"));
 }
 
+TEST_F(SearchTest, AFolderOfTheHostThatCannotBeListedIsRefused) {
+  machine.AddFile("file");
+  const std::string file = machine.Path("file");
+  const std::string reason = machine.FoldersIn(ToPath(file)).reason;
+  EXPECT_THAT(FoundInFolder(file), ElementsAre(file + ": " + reason + " (" + file + ")"));
+}
+
+// A machine that lists one folder of each only, and then fails.
+class HalfListedMachine : public MadeUpMachine {
+ public:
+  Listing FoldersIn(const std::filesystem::path& folder) const override {
+    Listing listing = MadeUpMachine::FoldersIn(folder);
+    if (listing.names.size() > 1) listing.names.resize(1);
+    return {listing.names, "Input/output error"};
+  }
+};
+
+TEST(SearchHalfListedTest, WhatWasListedCounts) {
+  HalfListedMachine machine;
+  const std::string first = machine.AddRuntime("here/a", "17");
+  machine.AddRuntime("here/b", "21");
+  const std::string here = machine.Path("here");
+  const auto found = [&machine](const std::string& folder) {
+    Search search(machine);
+    search.LookInto(ToPath(folder));
+    return Lines(search.Result());
+  };
+  EXPECT_THAT(found(here), ElementsAre(first + " 17 " + here, here + ": Input/output error (" + here + ")"));
+  // A home need not be listed, and a usual folder that cannot be is passed over.
+  EXPECT_THAT(found(first), ElementsAre(first + " 17 " + first));
+  machine.Set(UserVariable, machine.Path("user"));
+  const std::string usual = machine.AddRuntime("user/.jdks/a", "17");
+  EXPECT_THAT(Lines(SearchOf(machine)), ElementsAre(usual + " 17 " + machine.Path("user/.jdks")));
+}
+
 TEST_F(SearchTest, NamesOfAnyScriptAreFound) {
   const std::string home = machine.AddRuntime("J\u00E4va \u4E2D\u6587 \U0001F600/jdk 17", "17");
   machine.Set("JAVA_HOME", home);

@@ -27,7 +27,7 @@ TEST(MachineLongPathTest, ARuntimeIsFoundThere) {
   const std::string found = ToText(std::filesystem::path(moved));
   machine.Set("JAVA_HOME", found);
   EXPECT_THAT(Lines(SearchOf(machine)), ElementsAre(found + " 17 JAVA_HOME"));
-  EXPECT_THAT(machine.FoldersIn(std::filesystem::path(folders[1])), ElementsAre("jdk"));
+  EXPECT_THAT(machine.FoldersIn(std::filesystem::path(folders[1])).names, ElementsAre("jdk"));
 
   EXPECT_TRUE(MoveFileW((prefix + moved).c_str(), home.c_str()));
   EXPECT_TRUE(RemoveDirectoryW((prefix + folders[1]).c_str()));
