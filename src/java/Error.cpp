@@ -22,19 +22,18 @@ const std::optional<std::string>& Error::Message() const noexcept { return m_fac
 const Global<Throwable>& Error::Throwable() const noexcept { return m_facts->throwable; }
 
 std::string Error::StackTrace() const {
-  const std::lock_guard<std::mutex> guard(m_facts->lock);
-  if (m_facts->trace.has_value()) return *m_facts->trace;
+  if (const auto known = m_facts->Known(m_facts->trace)) return *known;
   const std::string unread = std::string(what()) + "\n\t(the stack trace was not read: ";
   if (!detail::HasVm()) return unread + "the Java VM has ended)\n";
   JNIEnv* const env = detail::Env();
   const detail::PendingAside pending(env);
-  m_facts->trace = ErrorReader(env).Trace(m_facts->throwable.Get());
-  return m_facts->trace.value_or(unread + "Java failed to print it)\n");
+  auto read = ErrorReader(env).Trace(m_facts->throwable.Get());
+  if (!read.has_value()) return unread + "Java failed to print it)\n";
+  return m_facts->Keep(m_facts->trace, *std::move(read));
 }
 
 std::optional<Error> Error::Cause() const {
-  const std::lock_guard<std::mutex> guard(m_facts->lock);
-  if (m_facts->cause.has_value()) return *m_facts->cause;
+  if (const auto known = m_facts->Known(m_facts->cause)) return *known;
   JNIEnv* const env = detail::Env();
   const detail::PendingAside pending(env);
   jobject const own = m_facts->throwable.Get();
@@ -44,8 +43,7 @@ std::optional<Error> Error::Cause() const {
   if (cause.Get() != nullptr && env->IsSameObject(cause.Get(), own) == JNI_FALSE) {
     read = ErrorReader(env).Read(static_cast<jthrowable>(cause.Get()), {});
   }
-  m_facts->cause = read;
-  return read;
+  return m_facts->Keep(m_facts->cause, std::move(read));
 }
 
 std::optional<Error> TakePending() { return detail::TakePending(detail::Env()); }

@@ -4,7 +4,9 @@
 #include <torvan/java/Error.h>
 
 #include <mutex>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace torvan::java {
 
@@ -17,6 +19,21 @@ struct Error::Facts {
   std::mutex lock;
   std::optional<std::string> trace;
   std::optional<std::optional<Error>> cause;
+
+  // What was kept of one of the two. The lock is never held while Java runs, which may wait for another thread that
+  // asks the same error, or not return from the end of the VM.
+  template <typename T>
+  std::optional<T> Known(const std::optional<T>& kept) {
+    const std::lock_guard<std::mutex> guard(lock);
+    return kept;
+  }
+  // Keeps what was read, unless another thread was first, and returns what is kept.
+  template <typename T>
+  T Keep(std::optional<T>& kept, T read) {
+    const std::lock_guard<std::mutex> guard(lock);
+    if (!kept.has_value()) kept.emplace(std::move(read));
+    return *kept;
+  }
 };
 
 // Reads a Java exception that is no longer pending. What Java throws while it is read is cleared, so that one error

@@ -220,6 +220,23 @@ TEST_F(ErrorTest, ManyThreadsAskOneErrorAtOnce) {
   EXPECT_EQ(traces, std::vector<std::string>(8, error.StackTrace() + error.Cause()->what()));
 }
 
+// Java waits there for a lock that the other thread has.
+TEST_F(ErrorTest, IsAskedWhileItsTraceIsPrintedByAThreadThatWaits) {
+  const Error error = Caught("locked");
+  const java::Local<java::Throwable> own(error.Throwable());
+  JNIEnv* const env = java::detail::Env();
+  ASSERT_EQ(env->MonitorEnter(own.Get()), JNI_OK);
+  std::string other;
+  std::thread printing([&other, error] { other = error.StackTrace(); });
+  Raise("awaitPrinting");
+  const std::string trace = error.StackTrace();
+  EXPECT_FALSE(error.Cause().has_value());
+  EXPECT_EQ(env->MonitorExit(own.Get()), JNI_OK);
+  printing.join();
+  EXPECT_THAT(trace, StartsWith("fixture.Errors$Locked: locked\n\tat fixture.Errors.locked(Errors.java:"));
+  EXPECT_EQ(other, trace);
+}
+
 TEST_F(ErrorTest, TakePendingReturnsWhatRawJniLeftAndClearsIt) {
   EXPECT_FALSE(java::TakePending().has_value());
   JNIEnv* const env = java::detail::Env();

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -94,6 +95,31 @@ TEST(VmEndCallersTest, AHookOfAnExitByJavaThatHasCalledFailsWhileAnotherThreadEn
         vm.End();
       },
       {7, HasSubstr("told: The Java VM has ended")});
+}
+
+// The thread that reads the trace waits in Java for a lock, and never returns.
+TEST(VmEndCallersTest, AnErrorWhoseTraceWasBeingReadSaysThatTheVmHasEnded) {
+  InOwnProcess([] {
+    Vm vm = StartVm(FixtureSettings());
+    std::optional<java::Error> error;
+    try {
+      java::CallStatic<void>("fixture/Errors", "locked");
+    } catch (const java::Error& thrown) {
+      error = thrown;
+    }
+    std::atomic<bool> isLocked{false};
+    std::thread([error, &isLocked] {
+      isLocked = java::detail::Env()->MonitorEnter(error->Throwable().Get()) == JNI_OK;
+      std::this_thread::sleep_for(1h);  // the process ends before
+    }).detach();
+    while (!isLocked) std::this_thread::yield();
+    std::thread([error] { error->StackTrace(); }).detach();
+    java::CallStatic<void>("fixture/Errors", "awaitPrinting");
+    EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+    EXPECT_EQ(error->StackTrace(),
+              "fixture.Errors$Locked: locked\n\t(the stack trace was not read: the Java VM has ended)\n");
+    EXPECT_EQ(WhatOf<Misuse>([&] { error->Cause(); }), "The Java VM has ended");
+  });
 }
 
 TEST(VmEndCallersTest, AThreadThatEndsItMeanwhileWaitsUnlessItIsWaitedFor) {
