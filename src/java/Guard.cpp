@@ -61,6 +61,10 @@ void EndGuard() {
   if (JNIEnv* env = EnvIfAttached()) CheckPending(env);
 }
 
+void ClearPending() noexcept {
+  if (JNIEnv* const env = EnvIfAttached()) env->ExceptionClear();
+}
+
 void ThrowJavasOwn(const mirel::base::CException& caught) {
   JNIEnv* const env = EnvIfAttached();
   if (env == nullptr) return;

@@ -168,6 +168,24 @@ TEST_F(GuardTest, FailuresWithoutJavasPartPassAsTheyAre) {
   EXPECT_EQ(WhatOf<java::Misuse>([] { Guard([] { throw java::Misuse("host", 1, "mine"); }); }), "mine");
 }
 
+TEST_F(GuardTest, WhatIsPendingWhenAnotherExceptionPassesIsCleared) {
+  JNIEnv* const env = java::detail::Env();
+  const auto failing = [&](const auto& exception) {
+    return [&] {
+      Guard([&] {
+        env->FindClass("no/Such");
+        throw exception;
+      });
+    };
+  };
+  EXPECT_EQ(WhatOf<std::runtime_error>(failing(std::runtime_error("the host's"))), "the host's");
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+  EXPECT_EQ(WhatOf<java::Misuse>(failing(java::Misuse("host", 1, "mine"))), "mine");
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+  EXPECT_THROW(failing(7)(), int);
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+}
+
 TEST_F(GuardTest, WhatRawJniLeavesIsThrown) {
   JNIEnv* const env = java::detail::Env();
   EXPECT_EQ(WhatOf<Error>([&] { Guard([&] { env->FindClass("no/Such"); }); }),
