@@ -11,8 +11,9 @@ namespace torvan::java {
 //   X.Set(point, X.Get(point) + 1);
 //
 // Declared and looked up like a Method, with a descriptor where that needs one. A Thread may be the first argument of
-// Get and Set. Both throw as a Method does, with one difference: an exception that is already pending stays pending,
-// and the field is read or written nevertheless. Java itself throws nothing when that is done.
+// Get and Set. Both throw as a Method does: what is pending first, and then nothing is read or written. With a Thread,
+// where the host vouches that nothing is, the field is read or written nevertheless, and what is pending is thrown only
+// by what needs a call, such as the first use and numbers that may be null.
 template <typename T, typename V>
 class Field : public detail::FieldAccess<detail::MemberKind::Field, T, V> {
  public:

@@ -1,5 +1,7 @@
 // Declared members of all kinds.
 #include <atomic>
+#include <cstdlib>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -204,6 +206,34 @@ TEST_F(MemberTest, ACallWithAnExceptionPendingThrowsItAndDoesNotStart) {
   env->ThrowNew(static_cast<jclass>(type.Get()), "left over");
   EXPECT_EQ(ErrorOf([] { Called(); }), "java.lang.IllegalStateException: left over");
   EXPECT_EQ(Calls.Get(), 0);
+}
+
+// With a Thread, the host vouches that there is none.
+TEST_F(MemberTest, WithAThreadTheMemberIsUsedAndWhatWasPendingIsThrownByACall) {
+  const char* const option = std::getenv("TORVAN_TEST_VM_OPTION");
+  if (option != nullptr && *option != '\0') GTEST_SKIP() << "the VM's own checks report such a call";
+  Called();
+  Calls.Set(0);
+  const java::Thread thread;
+  thread.Env()->ThrowNew(java::detail::ClassOf<java::Throwable>(thread.Env()), "left over");
+  EXPECT_EQ(Calls.Get(thread), 0);
+  EXPECT_EQ(ErrorOf([&] { Called(thread); }), "java.lang.Throwable: left over");
+  EXPECT_EQ(Calls.Get(), 1);
+}
+
+TEST_F(MemberTest, AFieldIsNeitherReadNorWrittenWithAnExceptionPending) {
+  static constexpr Field<Derived, jint> Made{"made"};
+  static constexpr StaticField<std::optional<jint>> Boxed{"fixture/Members", "boxedField"};
+  const Local<Derived> derived = NewDerived();
+  Calls.Set(5);
+  ExpectWhatIsPendingFirst([] { Calls.Set(6); });
+  EXPECT_EQ(Calls.Get(), 5);
+  ExpectWhatIsPendingFirst([&] { How.Set(derived, "changed"); });
+  EXPECT_EQ(How.Get(derived), "nothing");
+  ExpectWhatIsPendingFirst([] { Calls.Get(); });
+  ExpectWhatIsPendingFirst([&] { Made.Get(derived); });  // its first use
+  ExpectWhatIsPendingFirst([] { Boxed.Get(); });
+  EXPECT_EQ(Boxed.Get(), 7);
 }
 
 TEST_F(MemberTest, AMemberIsNotBoundWithAnExceptionPending) {

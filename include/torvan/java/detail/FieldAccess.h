@@ -25,7 +25,7 @@ class FieldAccess : private Declaration<Kind, T, Place> {
                   "torvan::java: Get takes the object that has the field, if it is not static");
     if constexpr (CountOf<U...>() == HasObject(Kind)) {
       return Enter(
-          Env, [this](JNIEnv* env, const auto&... rest) { return this->Read(env, rest...); }, given...);
+          CallEnv, [this](JNIEnv* env, const auto&... rest) { return this->Read(env, rest...); }, given...);
     } else {
       std::abort();
     }
@@ -38,7 +38,7 @@ class FieldAccess : private Declaration<Kind, T, Place> {
                   "torvan::java: Set takes the object that has the field, if it is not static, and the value");
     if constexpr (CountOf<U...>() == HasObject(Kind) + 1) {
       Enter(
-          Env, [this](JNIEnv* env, const auto&... rest) { this->Write(env, rest...); }, given...);
+          CallEnv, [this](JNIEnv* env, const auto&... rest) { this->Write(env, rest...); }, given...);
     }
   }
 
