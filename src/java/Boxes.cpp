@@ -58,7 +58,7 @@ jobject Box(JNIEnv* env, char letter, jvalue number) {
   const std::size_t i = IndexOf(letter);
   const CallTarget target = TargetOf(env, valueOfs[i], Classes[i].valueOf);
   const jvalue made = CallByLetter(env, MemberKind::StaticMethod, 'L', target, nullptr, &number);
-  CheckPending(env);
+  CheckPending(env, made.l);
   return made.l;
 }
 

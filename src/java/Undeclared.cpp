@@ -184,7 +184,7 @@ jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
     }
   }
   const jvalue result = CallByLetter(env, call.kind, letter, {plan.id, call.type}, call.object, values.data());
-  CheckPending(env);
+  CheckPending(env, letter == 'L' ? result.l : nullptr);
   if (wanted != 'V') return wanted == 'L' ? result : Widen(result, letter, wanted);
   if (letter == 'L' && result.l != nullptr) env->DeleteLocalRef(result.l);
   return jvalue{};
@@ -227,7 +227,7 @@ jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
     for (std::size_t i = 0; i < call.count; ++i) values[i] = call.arguments[i].value;
     const char letter = call.kind == MemberKind::Constructor || call.result[0] == '[' ? 'L' : call.result[0];
     result = CallByLetter(env, call.kind, letter, {static_cast<jmethodID>(id), call.type}, call.object, values.data());
-    CheckPending(env);
+    CheckPending(env, letter == 'L' ? result.l : nullptr);
   } else {
     const Plan plan = MakePlan(env, call);
     result = CallPlanned(env, call, plan);

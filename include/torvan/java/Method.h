@@ -20,7 +20,7 @@ namespace torvan::java {
 // is instead), Misuse for a null object, for a null result where the C++ type has none ("... returned null ...") and
 // for text that is not UTF-8, and as Thread() does. The local references that it makes on the way are deleted before it
 // returns. When raw JNI or the fixed interface has left an exception pending, a call does not start but clears and
-// throws it; with a Thread, which saves this check, too, it is thrown after the call.
+// throws it. With a Thread it does not ask: the host vouches that none is pending (see Thread).
 template <typename T, typename F>
 class Method : public detail::Function<detail::MemberKind::Method, T, F> {
  public:

@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace tests {
@@ -16,6 +17,7 @@ class CountedReferences {
     s_real = env->functions;
     s_locals = s_globals = s_weaks = 0;
     s_untilFailure = s_untilSilence = 0;
+    s_throwsAfter = false;
     m_table = *s_real;
     // clang-format off
     Wrap<true, &Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectArray, &Jni::NewLocalRef,
@@ -84,6 +86,8 @@ class CountedReferences {
   static void FailAt(int call) { s_untilFailure = call; }
   // Lets the n-th call from now that makes a global reference or a native method fail, and no exception say why.
   static void FailSilentlyAt(int call) { s_untilSilence = call; }
+  // Lets the next call that makes something leave an exception pending, too, as when there was one before it.
+  static void ThrowAfterNext() { s_throwsAfter = true; }
   // Whether that call has come.
   static bool HasFailed() { return s_untilFailure == 0 && s_untilSilence == 0; }
 
@@ -105,6 +109,7 @@ class CountedReferences {
       if constexpr (std::is_pointer_v<R>) {
         if (MayFail && s_depth == 1 && FailsNow(env)) return nullptr;
         const R made = (s_real->*Slot)(env, arguments...);
+        if (MayFail && made != nullptr && s_depth == 1 && std::exchange(s_throwsAfter, false)) Throw(env);
         if (std::is_convertible_v<R, jobject> && made != nullptr && s_depth == 1) ++s_locals;
         return made;
       } else {
@@ -114,10 +119,14 @@ class CountedReferences {
   };
   static bool FailsNow(JNIEnv* env) {
     if (s_untilFailure == 0 || --s_untilFailure != 0) return false;
+    Throw(env);
+    return true;
+  }
+  static void Throw(JNIEnv* env) {
+    s_real->ExceptionCheck(env);  // a VM that checks wants it after each call
     jclass const type = s_real->FindClass(env, "java/lang/OutOfMemoryError");
     s_real->ThrowNew(env, type, "as the test wants");
     s_real->DeleteLocalRef(env, type);
-    return true;
   }
   static bool IsSilentNow() { return s_untilSilence != 0 && --s_untilSilence == 0; }
 
@@ -137,6 +146,7 @@ class CountedReferences {
   static inline int s_weaks = 0;
   static inline int s_untilFailure = 0;
   static inline int s_untilSilence = 0;
+  static inline bool s_throwsAfter = false;
   static inline std::vector<int> s_frames;
 
   JNIEnv* m_env;

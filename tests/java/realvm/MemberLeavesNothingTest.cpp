@@ -151,6 +151,30 @@ TEST_F(MemberLeavesNothingTest, WhereverJavaHasNoMemory) {
   ExpectNothingWhereverItFails([&] { Add(list, std::string(5000, 'x')), java::Call<void>(list, "clear"); }, 2);
 }
 
+// With a Thread the host vouches that nothing is pending; if something is, a VM may run the call nevertheless.
+TEST_F(MemberLeavesNothingTest, WhereAnExceptionIsPendingAfterACallThatReturned) {
+  static constexpr Method<ArrayList, Local<Object>()> Clone{"clone"};
+  static constexpr java::SuperMethod<Object, std::string()> ToString{"toString"};
+  const Local<ArrayList> list = java::New<ArrayList>();
+  const java::Thread thread;
+  const auto expectNothing = [&](const auto& operation) {
+    int thrown = 0;
+    ExpectNothing([&] {
+      CountedReferences::ThrowAfterNext();
+      try {
+        operation();
+      } catch (const java::Error&) {
+        ++thrown;
+      }
+    });
+    EXPECT_EQ(thrown, 3);  // all but the first, which is not counted
+  };
+  expectNothing([&] { Make(thread); });
+  expectNothing([&] { SameObject(thread, list); });
+  expectNothing([&] { Clone(thread, list); });
+  expectNothing([&] { ToString(thread, list); });
+}
+
 // As at their first use, but that the classes are known.
 TEST_F(MemberLeavesNothingTest, WhereverJavaHasNoMemoryForALookUp) {
   const Local<Values> values = Make();

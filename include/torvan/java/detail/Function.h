@@ -172,7 +172,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
     if (tests != nullptr) TestArguments(env, *tests, values, Name());
     if constexpr (Kind == MemberKind::Constructor) {
       jobject const made = env->NewObjectA(this->ItsPlace().Type(), id, values);
-      CheckPending(env);
+      CheckPending(env, made);
       return Row<R>::Take(env, made);
     } else {
       using Result = Jni<ResultLetter>;
@@ -190,10 +190,11 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
         CheckPending(env);
       } else {
         const auto result = call();
-        CheckPending(env);
         if constexpr (ResultLetter == 'L') {
+          CheckPending(env, result);
           return TakeResult<R>(env, result, tests, Name());
         } else {
+          CheckPending(env);
           return Row<R>::Take(result);
         }
       }

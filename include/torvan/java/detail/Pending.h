@@ -17,6 +17,14 @@ inline void CheckPending(JNIEnv* env) {
   if (env->ExceptionCheck() != JNI_FALSE) ThrowPending(env);
 }
 
+// The same after a call that made a local reference, which is deleted before the exception is thrown. A VM that was
+// called with an exception pending may well return an object.
+inline void CheckPending(JNIEnv* env, jobject made) {
+  if (env->ExceptionCheck() == JNI_FALSE) return;
+  if (made != nullptr) env->DeleteLocalRef(made);
+  ThrowPending(env);
+}
+
 // The calling thread's environment for a call: one that finds an exception pending does not start, but throws that.
 inline JNIEnv* CallEnv() {
   JNIEnv* const env = Env();
