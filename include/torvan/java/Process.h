@@ -37,9 +37,10 @@ struct Outcome {
 // A thread in this process reads its output, writes its input, keeps its time limit and cleans up after it: once it has
 // ended, no descriptor or handle is held, and no zombie is left. That thread takes no signals. Dropping a Process whose
 // program runs kills the program with all that it has started, at once, and waits until a function of the program that
-// is being called has returned; none is called after that. Any thread may call any member at any time, but nothing else
-// may run while it is moved or dropped. A process that the host forks must not use it (a Misuse) and may drop it, which
-// leaves the program alone.
+// is being called has returned; none is called after that. What the program leaves running at its own end runs on; a
+// host that is process 1 or a subreaper gets that as a child and has to reap it. Any thread may call any member at any
+// time, but nothing else may run while it is moved or dropped. A process that the host forks must not use it (a Misuse)
+// and may drop it, which leaves the program alone.
 class Process {
  public:
   Process(Process&& other) noexcept;
@@ -67,10 +68,12 @@ class Process {
   // If it has not ended after the grace, it is killed with all that it has started. On Windows it is asked by Ctrl+C,
   // which this process can only send through the program's console, and only if it has no console itself. Otherwise
   // this throws a Failure, and the program runs on. A program ignores Ctrl+C from its start if this process does then,
-  // and is killed after the grace. Called from a function of the program it asks and does not wait.
+  // and is killed after the grace. Once a time limit is over, at most two seconds of the grace are left; the program is
+  // Stopped or Killed then, not TimedOut. Called from a function of the program it asks and does not wait.
   void Stop(std::chrono::milliseconds grace = std::chrono::seconds(10));
   // Ends the program and all that it has started, at once, and waits until the program is gone and a function of it
-  // that is being called has returned. Called from such a function it does not wait.
+  // that is being called has returned. Called from such a function it does not wait. In a host that is process 1 or a
+  // subreaper, all that was killed is reaped, here and wherever else a program is ended.
   void Kill();
 
  private:

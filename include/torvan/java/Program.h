@@ -85,9 +85,10 @@ class Program {
 
   // Starts it so that it outlives this process, and returns its process id.
   // It is not a child of this process, so there is nothing to wait for; only a host that is process 1 or a subreaper
-  // gets it as a child and has to reap it. Output is dropped unless it is inherited or goes to a file, and the input is
-  // empty or a file; other input, functions and a time limit are a Misuse. Throws a StartFailure as Start() does, also
-  // when its arguments are too long for the system.
+  // gets it as a child and has to reap it. On Windows it leaves this process's job; where that job lets no process
+  // leave, it stays in it, and ends when the job's processes are killed. Output is dropped unless it is inherited or
+  // goes to a file, and the input is empty or a file; other input, functions and a time limit are a Misuse. Throws a
+  // StartFailure as Start() does, also when its arguments are too long for the system.
   std::uint32_t Detached() const;
 
   const detail::ProgramSettings& Settings() const noexcept { return m_settings; }

@@ -24,7 +24,6 @@ namespace torvan::java::detail {
 
 namespace {
 
-constexpr int WaitForPidfd = 3;  // P_PIDFD, which older C libraries lack
 constexpr std::size_t PieceSize = std::size_t{64} * 1024;
 
 [[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step, const std::string& reason) {
@@ -193,8 +192,7 @@ std::optional<Exit> Child::Reap() noexcept {
   siginfo_t end{};
   int result;
   do {
-    result = waitid(static_cast<idtype_t>(WaitForPidfd), static_cast<id_t>(m_parts->spawned.process.Number()), &end,
-                    WEXITED);
+    result = waitid(WaitForPidfd, static_cast<id_t>(m_parts->spawned.process.Number()), &end, WEXITED);
   } while (result < 0 && errno == EINTR);
   m_parts->isReaped = true;
   if (result < 0) return std::nullopt;

@@ -2,12 +2,16 @@
 #pragma once
 
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <utility>
 
 namespace torvan::java::detail {
+
+// For waitid() with a process descriptor: P_PIDFD, which older C libraries lack.
+constexpr auto WaitForPidfd = static_cast<idtype_t>(3);
 
 class Descriptor {
  public:

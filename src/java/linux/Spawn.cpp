@@ -21,9 +21,7 @@ namespace torvan::java::detail {
 
 namespace {
 
-// From the kernel's headers of 5.2 and 5.4; older C libraries lack them.
-constexpr int ClonePidfd = 0x1000;
-constexpr int WaitForPidfd = 3;
+constexpr int ClonePidfd = 0x1000;  // from the kernel's headers of 5.2; older C libraries lack it
 
 constexpr std::size_t StackSize = std::size_t{64} * 1024;
 
@@ -156,8 +154,7 @@ std::vector<char*> Pointers(const std::vector<NativeText>& texts, const char* fi
 // A process that never became another program sends no SIGCHLD, and no waitpid() of the host sees it.
 void LetGoOf(const Descriptor& process) {
   siginfo_t end{};
-  while (waitid(static_cast<idtype_t>(WaitForPidfd), static_cast<id_t>(process.Number()), &end, WEXITED | __WALL) < 0 &&
-         errno == EINTR) {
+  while (waitid(WaitForPidfd, static_cast<id_t>(process.Number()), &end, WEXITED | __WALL) < 0 && errno == EINTR) {
   }
 }
 

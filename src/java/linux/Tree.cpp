@@ -2,8 +2,11 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -20,15 +23,18 @@ namespace torvan::java::detail {
 namespace {
 
 constexpr int MostRounds = 16;
+// With a pause that grows by a millisecond, for what was killed and has not ended yet: 2 s in all.
+constexpr int MostRoundsWithPauses = 64;
 
 struct Entry {
   pid_t id;
   pid_t parent;
   pid_t session;
   unsigned long long start;  // an id alone may be another process by now
+  bool hasEnded;             // and only waits for its parent
 };
 
-// Returns false when the process is gone, or has ended and only waits for its parent.
+// Returns false for a process that is no more.
 bool Read(pid_t id, Entry& entry) {
   char path[32];
   std::snprintf(path, sizeof path, "/proc/%d/stat", static_cast<int>(id));
@@ -49,8 +55,8 @@ bool Read(pid_t id, Entry& entry) {
                   &parent, &session, &start) != 4) {
     return false;
   }
-  entry = {id, parent, session, start};
-  return state != 'Z' && state != 'X';
+  entry = {id, parent, session, start, state == 'Z' || state == 'X'};
+  return true;
 }
 
 std::vector<Entry> All() {
@@ -71,44 +77,65 @@ std::vector<Entry> All() {
   return entries;
 }
 
-// Returns the running processes that belong to a program: those in its session, and those whose parent is in `ids`, to
-// which the id of each that is found is added. The program itself, `leader`, is not among them.
-std::vector<Entry> Tree(pid_t leader, std::vector<pid_t>& ids) {
+bool IsSame(const Entry& one, const Entry& other) { return one.id == other.id && one.start == other.start; }
+
+// Returns the running processes that belong to a program: those in its session, and those that are in `known` or whose
+// parent is, to which each that is found is added. The program itself, `leader`, is not among them.
+std::vector<Entry> Tree(pid_t leader, std::vector<Entry>& known) {
   std::vector<Entry> all = All();
   std::vector<Entry> tree;
   const auto isOfTree = [&](const Entry& entry) {
     return entry.id != leader &&
-           (entry.session == leader || std::find(ids.begin(), ids.end(), entry.parent) != ids.end());
+           (entry.session == leader || std::any_of(known.begin(), known.end(), [&](const Entry& one) {
+              return one.id == entry.parent || IsSame(one, entry);
+            }));
   };
   for (bool found = true; found;) {
     const auto rest = std::partition(all.begin(), all.end(), isOfTree);
     found = rest != all.begin();
-    for (auto entry = all.begin(); entry != rest; ++entry) ids.push_back(entry->id);
+    known.insert(known.end(), all.begin(), rest);
     tree.insert(tree.end(), all.begin(), rest);
     all.erase(all.begin(), rest);
   }
   return tree;
 }
 
-void Kill(const Entry& entry) {
+bool IsZombieOfOurs(const Entry& entry) { return entry.hasEnded && entry.parent == getpid(); }
+
+// Its descriptor reaches no other process: what was checked after it was opened still holds when it is used.
+void KillOrReap(const Entry& entry) {
   const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, entry.id, 0)));
   Entry now;
-  if (!Read(entry.id, now) || now.start != entry.start) return;
-  if (process) {
+  if (!Read(entry.id, now) || !IsSame(now, entry)) return;
+  if (IsZombieOfOurs(now)) {
+    siginfo_t end{};
+    if (process) waitid(WaitForPidfd, static_cast<id_t>(process.Number()), &end, WEXITED | WNOHANG | __WALL);
+  } else if (process) {
     syscall(SYS_pidfd_send_signal, process.Number(), SIGKILL, nullptr, 0);
   } else {
     kill(entry.id, SIGKILL);
   }
 }
 
+// Tells whether processes that lose their parent become children of this one.
+bool GetsOrphans() {
+  int isSubreaper = 0;
+  return getpid() == 1 || (prctl(PR_GET_CHILD_SUBREAPER, &isSubreaper) == 0 && isSubreaper != 0);
+}
+
+bool HasEnded(int process) {
+  pollfd entry{process, POLLIN, 0};
+  return poll(&entry, 1, 0) > 0;
+}
+
 }  // namespace
 
 void KillTree(pid_t leader, int process) noexcept {
-  std::vector<pid_t> ids;
+  std::vector<Entry> known;
   std::vector<Entry> tree;
   try {
-    ids.push_back(leader);
-    tree = Tree(leader, ids);  // before its parents end
+    known.push_back({leader, 0, 0, 0, false});
+    tree = Tree(leader, known);  // before its parents end
   } catch (const std::exception&) {
     // No memory for a search: its group is used instead.
   }
@@ -117,10 +144,15 @@ void KillTree(pid_t leader, int process) noexcept {
   // of another process, and so may the session, even if its leader has ended again.
   if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) != 0 && errno == ESRCH) return;
   kill(-leader, SIGKILL);
+  // What loses its parent becomes a child of a host that is process 1 or a subreaper, which knows nothing of it.
+  const bool getsOrphans = GetsOrphans();
+  const auto isLeft = [](const Entry& entry) { return !entry.hasEnded || IsZombieOfOurs(entry); };
   try {
-    for (int round = 0; !tree.empty() && round < MostRounds; ++round) {
-      for (const Entry& entry : tree) Kill(entry);
-      tree = Tree(leader, ids);
+    for (int round = 0; round < (getsOrphans ? MostRoundsWithPauses : MostRounds); ++round) {
+      if (std::none_of(tree.begin(), tree.end(), isLeft) && (!getsOrphans || HasEnded(process))) break;
+      for (const Entry& entry : tree) KillOrReap(entry);
+      if (getsOrphans) poll(nullptr, 0, round);
+      tree = Tree(leader, known);
     }
   } catch (const std::exception&) {
   }
