@@ -29,7 +29,25 @@ TEST(ProcessHostTest, NoOtherHandleReachesTheProgram) {
   for (const HANDLE handle : handles) CloseHandle(handle);
 }
 
-TEST(ProcessHostTest, NoWindowAppears) { EXPECT_EQ(java::Run(Probe({"window"})).output, "none"); }
+TEST(ProcessHostTest, AWindowedHostWithoutStandardHandlesRunsPrograms) {
+  constexpr DWORD Numbers[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
+  for (const HANDLE none : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
+    HANDLE before[3];
+    for (int i = 0; i < 3; ++i) {
+      before[i] = GetStdHandle(Numbers[i]);
+      SetStdHandle(Numbers[i], none);
+    }
+    const java::Program program = Probe({"echo", "complains", "e"}).Input("o");
+    const Outcome captured = java::Run(program);
+    // It can write, to nowhere.
+    const Outcome inherited = java::Run(java::Program(program).InheritOutput().InheritError());
+    for (int i = 0; i < 3; ++i) SetStdHandle(Numbers[i], before[i]);
+    EXPECT_EQ(captured.output, "o");
+    EXPECT_EQ(captured.error, "e");
+    EXPECT_EQ(inherited.output + inherited.error, "");
+    EXPECT_EQ(inherited.exitCode, 0);
+  }
+}
 
 TEST(ProcessHostTest, TheCodesOfExceptionsTellThatOneEndedTheProgram) {
   struct Row {
@@ -90,6 +108,20 @@ TEST(ProcessHostTest, AHostInAJobRunsPrograms) {
   const std::uint32_t id = Probe({"sleep", "200"}).Detached();
   EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
   CloseHandle(job);
+}
+
+TEST(ProcessHostTest, AProgramMayMakeAJobInsideItsOwn) {
+  std::atomic<unsigned long> inside = 0;
+  std::atomic<bool> isRefused = false;
+  Process process = java::Start(Probe({"job", Forever, "sleep", Forever}).OnOutputLine([&](std::string_view line) {
+    isRefused = line == "refused";
+    if (!isRefused) inside = std::stoul(std::string(line));
+  }));
+  ASSERT_TRUE(Eventually([&] { return inside != 0 || isRefused; }));
+  ASSERT_FALSE(isRefused);
+  EXPECT_TRUE(Runs(inside));
+  process.Kill();
+  EXPECT_TRUE(Eventually([&inside] { return !Runs(inside); }));
 }
 
 TEST(ProcessHostTest, AProgramIgnoresControlCIfItsHostDoesAtItsStart) {

@@ -252,10 +252,10 @@ TEST(RunningFailingSystemTest, TheArgumentFileOfAHostWithoutInputIsNotItsInput) 
   const int input = dup(STDIN_FILENO);
   close(STDIN_FILENO);
   g_leastWritten = INT_MAX;
-  const int code = java::Run(Probe({std::string(200000, 'x')})).exitCode;
+  const Outcome outcome = java::Run(Probe({"says", "x", "exit", "0", std::string(200000, 'x')}));
   dup2(input, STDIN_FILENO);
   close(input);
-  EXPECT_EQ(code, 0);
+  EXPECT_EQ(outcome.output, "x");
   EXPECT_GT(g_leastWritten, STDERR_FILENO);
   EXPECT_LT(g_leastWritten, INT_MAX);
 }
@@ -267,7 +267,7 @@ TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
   const auto texts = FailEach(ENOSPC, [&folder] {
     const auto clean = [&folder] { return std::filesystem::is_empty(folder); };
     try {
-      java::Run(Probe({std::string(200000, 'x')}));
+      EXPECT_EQ(java::Run(Probe({"says", "x", "exit", "0", std::string(200000, 'x')})).output, "x");
     } catch (const java::Failure&) {
       EXPECT_TRUE(clean());
       throw;

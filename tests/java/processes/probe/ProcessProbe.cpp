@@ -1,12 +1,15 @@
 // A program that is run in place of Java: what follows after the class "Probe" on its command line are steps, done in
-// order.
+// order. Like Java it reads its command line from an argument file, if that is all it gets. It ends with exit code 125
+// when it cannot write.
 //
 // arguments ...     writes each argument that follows, ended by a zero, and is the last step
+// line              writes all of its command line, this step included, each part ended by a zero
 // environment       writes each variable, ended by a zero
 // folder            writes the current folder
 // descriptors       writes the numbers of the open descriptors (Linux)
 // handle N          writes whether the handle with this value is there (Windows)
-// window            writes whether the console has one (Windows)
+// job MS            starts a process that waits so long in a job of its own, and writes its id as a line, or "refused";
+//                   goes on at once (Windows)
 // says TEXT         writes the text to the output; complains TEXT: to the error output
 // echo              copies the input to the output as it comes, until its end
 // flood N           writes N bytes "o" to the output and N bytes "e" to the error output while it reads the input to
@@ -26,25 +29,27 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "java/processes/ArgumentFileReader.h"
 #include "java/processes/probe/Steps.h"
 
 namespace tests {
 
 namespace {
 
+std::vector<std::string> g_line;
 std::vector<std::string> g_steps;
 std::size_t g_at = 0;
-std::string g_program;
 
 void PutTo(std::FILE* to, const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), to);
-  std::fflush(to);
+  if (std::fwrite(text.data(), 1, text.size(), to) != text.size() || std::fflush(to) != 0) std::_Exit(125);
 }
 
 }  // namespace
@@ -52,6 +57,7 @@ void PutTo(std::FILE* to, const std::string& text) {
 std::string Next() { return g_at < g_steps.size() ? g_steps[g_at++] : ""; }
 long NextNumber() { return std::strtol(Next().c_str(), nullptr, 10); }
 void Put(const std::string& text) { PutTo(stdout, text); }
+std::string OwnPath() { return g_line[0]; }
 
 namespace {
 
@@ -90,9 +96,7 @@ void Flood() {
   Put("\n" + std::to_string(count) + "\n");
 }
 
-void Leaves() {
-  Put(std::to_string(Again(g_program, "sleep " + std::to_string(NextNumber()) + " says late", false)) + "\n");
-}
+void Leaves() { Put(std::to_string(Again("sleep " + std::to_string(NextNumber()) + " says late", false)) + "\n"); }
 
 // Each level writes its own id and starts the next; the second one is apart.
 void Tree() {
@@ -100,8 +104,17 @@ void Tree() {
   const std::string level = Next();
   const int depth = level.empty() ? 0 : std::atoi(level.c_str());
   Put(std::to_string(OwnId()) + "\n");
-  if (depth < 3) Again(g_program, "tree " + time + " " + std::to_string(depth + 1), depth == 1);
+  if (depth < 3) Again("tree " + time + " " + std::to_string(depth + 1), depth == 1);
   std::this_thread::sleep_for(std::chrono::milliseconds(std::atol(time.c_str())));
+}
+
+std::vector<std::string> WithArgumentFile(std::vector<std::string> line) {
+  if (line.size() != 2 || line[1].empty() || line[1][0] != '@') return line;
+  std::ifstream file(std::filesystem::u8path(line[1].substr(1)), std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  line.pop_back();
+  for (const std::string& argument : ReadArgumentFile(bytes)) line.push_back(FromSystem(argument));
+  return line;
 }
 
 void Arguments() {
@@ -118,16 +131,13 @@ void Echo() {
 int main(int count, char** arguments) {
   using namespace tests;
   UseBinaryStreams();
-  const std::vector<std::string> all = AllArguments(count, arguments);
-  g_program = all[0];
-  for (std::size_t i = 1; i < all.size(); ++i) {
-    if (all[i] == "Probe") {
-      g_steps.assign(all.begin() + static_cast<std::ptrdiff_t>(i) + 1, all.end());
-      break;
-    }
-  }
+  g_line = WithArgumentFile(AllArguments(count, arguments));
+  const auto isClass = std::find(g_line.begin() + 1, g_line.end(), "Probe");
+  if (isClass == g_line.end()) return 126;
+  g_steps.assign(isClass + 1, g_line.end());
   Steps steps = {
       {"arguments", Arguments},
+      {"line", [] { std::for_each(g_line.begin(), g_line.end(), PutZeroEnded); }},
       {"environment",
        [] {
          for (const std::string& variable : AllVariables()) PutZeroEnded(variable);

@@ -14,6 +14,8 @@ std::string Next();
 long NextNumber();
 // Writes to the output.
 void Put(const std::string& text);
+// The program as it was called.
+std::string OwnPath();
 
 using Steps = std::map<std::string, std::function<void()>>;
 
@@ -24,9 +26,11 @@ Steps SystemSteps();
 
 std::vector<std::string> AllArguments(int count, char** arguments);
 std::vector<std::string> AllVariables();
+// What is in a file in the system's own encoding.
+std::string FromSystem(const std::string& bytes);
 // Starts the program again with other steps, and returns the new process's id. `apart` is in its own process
 // group, on Windows without the console.
-unsigned long Again(const std::string& program, const std::string& steps, bool apart);
+unsigned long Again(const std::string& steps, bool apart);
 void IgnoreRequestsToStop();
 void ExitWhenAskedToStop(int code);
 void Raise(int signal);

@@ -19,16 +19,17 @@ TEST(LaunchArgumentsTest, WhatTheCodePageLacksIsRefused) {
 }
 
 TEST(LaunchArgumentsTest, TheArgumentFileMayBeInAnyFolder) {
-  const java::Program program = Probe({"arguments", std::string(40000, 'x')});
+  const std::string tooLong(40000, 'x');
+  const java::Program program = Probe({"says", tooLong});
   const auto before = std::filesystem::current_path();
   const auto temporary = std::filesystem::temp_directory_path();
   const auto folder = ProbeHome() / "temporary \u65E5";
   std::filesystem::create_directories(folder);
   UseTemporaryFolder(folder);
-  EXPECT_EQ(java::Run(program).exitCode, 0);
+  EXPECT_EQ(java::Run(program).output, tooLong);
   std::filesystem::current_path(ProbeHome());
   UseTemporaryFolder("empty");  // relative; the program has another current folder
-  EXPECT_EQ(java::Run(java::Program(program).Folder(before)).exitCode, 0);
+  EXPECT_EQ(java::Run(java::Program(program).Folder(before)).output, tooLong);
   std::filesystem::current_path(before);
   EXPECT_TRUE(std::filesystem::is_empty(folder));
   EXPECT_TRUE(std::filesystem::is_empty(ProbeHome() / "empty"));

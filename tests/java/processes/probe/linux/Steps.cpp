@@ -36,8 +36,10 @@ std::vector<std::string> AllVariables() {
   return all;
 }
 
-unsigned long Again(const std::string& program, const std::string& steps, bool apart) {
-  std::vector<std::string> arguments = {program, "Probe"};
+std::string FromSystem(const std::string& bytes) { return bytes; }
+
+unsigned long Again(const std::string& steps, bool apart) {
+  std::vector<std::string> arguments = {OwnPath(), "Probe"};
   for (std::size_t begin = 0; begin < steps.size();) {
     const std::size_t end = std::min(steps.find(' ', begin), steps.size());
     arguments.push_back(steps.substr(begin, end - begin));

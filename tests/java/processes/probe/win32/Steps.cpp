@@ -15,6 +15,13 @@ namespace tests {
 
 namespace {
 
+std::wstring FromCodePage(const std::string& text) {
+  std::wstring wide(text.size(), L'\0');
+  const auto size = static_cast<int>(text.size());
+  wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), size)));
+  return wide;
+}
+
 std::string Utf8(const wchar_t* text) {
   std::string utf8(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr)),
                    '\0');
@@ -29,7 +36,14 @@ void Handle() {
   Put(GetHandleInformation(handle, &flags) != 0 ? "there" : "not there");
 }
 
-void Window() { Put(GetConsoleWindow() != nullptr ? "window" : "none"); }
+// The job has no limits: whatever ends the process in it comes from outside.
+void Job() {
+  const unsigned long id = Again("sleep " + std::to_string(NextNumber()), false);
+  const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+  const HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, id);
+  Put(AssignProcessToJobObject(job, process) != FALSE ? std::to_string(id) + "\n" : "refused\n");
+  CloseHandle(process);
+}
 
 int g_code = -1;
 BOOL WINAPI OnControl(DWORD event) {
@@ -40,7 +54,7 @@ BOOL WINAPI OnControl(DWORD event) {
 
 }  // namespace
 
-Steps SystemSteps() { return {{"handle", Handle}, {"window", Window}}; }
+Steps SystemSteps() { return {{"handle", Handle}, {"job", Job}}; }
 
 std::vector<std::string> AllArguments(int, char**) {
   int count = 0;
@@ -61,9 +75,11 @@ std::vector<std::string> AllVariables() {
   return all;
 }
 
-unsigned long Again(const std::string& program, const std::string& steps, bool apart) {
+std::string FromSystem(const std::string& bytes) { return Utf8(FromCodePage(bytes).c_str()); }
+
+unsigned long Again(const std::string& steps, bool apart) {
   std::wstring line =
-      L"\"" + std::filesystem::u8path(program).wstring() + L"\" Probe " + std::filesystem::u8path(steps).wstring();
+      L"\"" + std::filesystem::u8path(OwnPath()).wstring() + L"\" Probe " + std::filesystem::u8path(steps).wstring();
   STARTUPINFOW start{};
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESTDHANDLES;
