@@ -16,14 +16,32 @@ constexpr DWORD_PTR AttributeJobs = 0x0002000D;
 
 constexpr std::size_t LongestLine = 32766;  // units, without the zero
 
+// Units of a path, without the zero. A folder gets a backslash at its end.
+constexpr std::size_t LongestProgram = MAX_PATH - 1;
+constexpr std::size_t LongestFolder = MAX_PATH - 2;
+
+// Windows has several errors for a path that is too long, and most say that it is not there.
+std::string ReasonFor(const std::filesystem::path& path, std::size_t longest, DWORD error) {
+  const std::size_t size = path.native().size();
+  if (size <= longest) return ReasonOf(error);
+  return ReasonOf(error) + " (Windows takes " + std::to_string(longest) + " characters, and the path has " +
+         std::to_string(size) + ")";
+}
+
 [[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step, DWORD error) {
   throw StartFailure("java/win32/Spawn", line, CannotStart(plan, step, ReasonOf(error)));
 }
 
+[[noreturn]] void FailInFolder(unsigned int line, const StartPlan& plan) {
+  const std::string reason = ReasonFor(plan.folder, LongestFolder, ERROR_DIRECTORY);
+  const std::string step = "change to the folder \"" + ToText(plan.folder) + "\"";
+  throw StartFailure("java/win32/Spawn", line, CannotStart(plan, step, reason));
+}
+
+template <class Failure = StartFailure>
 [[noreturn]] void FailToRun(unsigned int line, const StartPlan& plan, DWORD error) {
-  const std::string text = "Could not run \"" + ToText(plan.program) + "\": " + ReasonOf(error);
-  if (error == ERROR_FILENAME_EXCED_RANGE) throw TooLong("java/win32/Spawn", line, text);
-  throw StartFailure("java/win32/Spawn", line, text);
+  const std::string reason = ReasonFor(plan.program, LongestProgram, error);
+  throw Failure("java/win32/Spawn", line, "Could not run \"" + ToText(plan.program) + "\": " + reason);
 }
 
 std::wstring LineOf(const StartPlan& plan) {
@@ -33,7 +51,7 @@ std::wstring LineOf(const StartPlan& plan) {
     ToArgumentFileBytes(argument);  // java.exe reads its line in the same code page
     AppendQuoted(line, argument);
   }
-  if (line.size() > LongestLine) FailToRun(__LINE__, plan, ERROR_FILENAME_EXCED_RANGE);
+  if (line.size() > LongestLine) FailToRun<TooLong>(__LINE__, plan, ERROR_FILENAME_EXCED_RANGE);
   return line;
 }
 
@@ -95,7 +113,7 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
   if (!folder.empty()) {
     const DWORD attributes = GetFileAttributesW(folder.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-      Fail(__LINE__, plan, "change to the folder \"" + ToText(plan.folder) + "\"", ERROR_DIRECTORY);
+      FailInFolder(__LINE__, plan);
     }
   }
 
@@ -136,6 +154,8 @@ Spawned Spawn(const StartPlan& plan, const WindowsHandle (&standard)[StreamCount
     error = GetLastError();
   }
   for (HANDLE handle : handles) SetHandleInformation(handle, HANDLE_FLAG_INHERIT, 0);
+  if (!isCreated && error == ERROR_DIRECTORY && !folder.empty()) FailInFolder(__LINE__, plan);
+  // The line is short enough: a name that is too long is that of the program.
   if (!isCreated) FailToRun(__LINE__, plan, error);
   CloseHandle(process.hThread);
   spawned.process = WindowsHandle(process.hProcess);

@@ -10,6 +10,7 @@
 #include <thread>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "java/processes/FailingCalls.h"
 #include "java/processes/Surroundings.h"
@@ -26,6 +27,8 @@ std::atomic<ULONGLONG> g_awake = 1;
 // The transfer that WriteFile has begun last, and whether such ones fail at their end.
 std::atomic<const OVERLAPPED*> g_written = nullptr;
 std::atomic<bool> g_isLost = false;
+// How the programs were created, in order.
+std::vector<DWORD> g_creations;
 
 bool Fails(const void* function) {
   if (g_failing != function && !tests::IsToFail()) return false;
@@ -67,7 +70,6 @@ WRAPPED(CreateEventW, 0)
 WRAPPED(CreateFileW, -1)
 WRAPPED(CreateJobObjectW, 0)
 WRAPPED(CreateNamedPipeW, -1)
-WRAPPED(CreateProcessW, FALSE)
 WRAPPED(DuplicateHandle, FALSE)
 WRAPPED(GetExitCodeProcess, FALSE)
 WRAPPED(GetFullPathNameW, 0)
@@ -81,6 +83,17 @@ WRAPPED(WaitForMultipleObjects, WAIT_FAILED)
 #if defined(_MSC_VER)
 WRAPPED(_beginthreadex, 0)  // what the C++ library makes threads with
 #endif
+
+PLACES(CreateProcessW)
+decltype(&CreateProcessW) __wrap___imp_CreateProcessW =
+    [](const wchar_t* program, wchar_t* line, SECURITY_ATTRIBUTES* ofProcess, SECURITY_ATTRIBUTES* ofThread,
+       BOOL inherits, DWORD flags, void* environment, const wchar_t* folder, STARTUPINFOW* start,
+       PROCESS_INFORMATION* process) -> BOOL {
+  g_creations.push_back(flags);
+  return Fails(&__real___imp_CreateProcessW) ? FALSE
+                                             : __real___imp_CreateProcessW(program, line, ofProcess, ofThread, inherits,
+                                                                           flags, environment, folder, start, process);
+};
 
 PLACES(WriteFile)
 decltype(&WriteFile) __wrap___imp_WriteFile = [](HANDLE file, const void* bytes, DWORD size, DWORD* written,
@@ -231,7 +244,7 @@ TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
   std::filesystem::create_directories(folder);
   const auto before = std::filesystem::temp_directory_path();
   UseTemporaryFolder(folder);
-  const auto run = [] { java::Run(Probe({std::string(40000, 'x')})); };
+  const auto run = [] { EXPECT_EQ(java::Run(Probe({"says", "x", "exit", "0", std::string(40000, 'x')})).output, "x"); };
   const auto texts = FailEach(ERROR_NOT_READY, [&] {
     const auto clean = [&folder] { return std::filesystem::is_empty(folder); };
     try {
@@ -262,6 +275,48 @@ TEST(RunningFailingSystemTest, ADetachedProgramFailsWithTheStepThatFailed) {
   EXPECT_EQ(texts.count("Could not open the input file \"NUL\"" + ForTheJava()), 1u);
   EXPECT_EQ(texts.count("Could not open the output file \"NUL\"" + ForTheJava()), 1u);
   EXPECT_EQ(texts.count("Could not pass on an output" + ForTheJava()), 1u);
+}
+
+// Nothing else can be asked: the console that a program gets without a window looks the same to it as none.
+TEST(RunningFailingSystemTest, AProgramGetsAConsoleWithoutAWindow) {
+  constexpr DWORD Always = EXTENDED_STARTUPINFO_PRESENT | CREATE_UNICODE_ENVIRONMENT;
+  g_creations.clear();
+  java::Run(Probe({"exit", "0"}));
+  java::Start(Probe({"exit", "0"})).Wait();
+  Probe({"exit", "0"}).Detached();
+  EXPECT_EQ(g_creations, (std::vector<DWORD>{Always | CREATE_NO_WINDOW, Always | CREATE_NO_WINDOW,
+                                             Always | CREATE_NO_WINDOW | CREATE_BREAKAWAY_FROM_JOB}));
+}
+
+TEST(RunningFailingSystemTest, AJobThatNoProgramMayLeaveKeepsADetachedOne) {
+  constexpr DWORD Flags = EXTENDED_STARTUPINFO_PRESENT | CREATE_UNICODE_ENVIRONMENT | CREATE_NO_WINDOW;
+  g_creations.clear();
+  g_error = ERROR_ACCESS_DENIED;
+  g_failing = &__real___imp_CreateProcessW;
+  ExpectThrow<java::StartFailure>([] { Probe({}).Detached(); },
+                                  "Could not run \"" + JavaOf(ProbeHome()).u8string() +
+                                      "\": " + torvan::java::detail::ReasonOf(ERROR_ACCESS_DENIED));
+  g_failing = nullptr;
+  EXPECT_EQ(g_creations, (std::vector<DWORD>{Flags | CREATE_BREAKAWAY_FROM_JOB, Flags}));
+}
+
+// Arguments that are too long never come to the system: these errors are about paths.
+TEST(RunningFailingSystemTest, APathThatIsTooLongIsNotTakenForArguments) {
+  const std::string folder = (ProbeHome() / "empty").u8string();
+  const std::string program = JavaOf(ProbeHome()).u8string();
+  const auto reason = [](DWORD error) { return torvan::java::detail::ReasonOf(error); };
+  const std::pair<DWORD, std::string> rows[] = {
+      {ERROR_FILENAME_EXCED_RANGE, "Could not run \"" + program + "\": " + reason(ERROR_FILENAME_EXCED_RANGE)},
+      {ERROR_DIRECTORY,
+       "Could not change to the folder \"" + folder + "\" for \"" + program + "\": " + reason(ERROR_DIRECTORY)}};
+  for (const auto& [error, text] : rows) {
+    g_error = static_cast<int>(error);
+    g_failing = &__real___imp_CreateProcessW;
+    g_creations.clear();
+    ExpectThrow<java::StartFailure>([&folder] { java::Run(Probe({}).Folder(folder)); }, text);
+    EXPECT_EQ(g_creations.size(), 1u);
+  }
+  g_failing = nullptr;
 }
 
 // Starts a program and waits until it has begun: before that, its console cannot be reached.
