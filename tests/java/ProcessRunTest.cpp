@@ -134,6 +134,41 @@ TEST(ProcessRunTest, BothOutputsMayGoToOneFile) {
   }
 }
 
+TEST(ProcessRunTest, WhatIsInheritedArrivesInTheHostsOwnStream) {
+  const fs::path out = ProbeHome() / "own out.txt";
+  const fs::path error = ProbeHome() / "own error.txt";
+  const java::Program program = Probe({"says", "o", "complains", "e"});
+  for (const bool isOutput : {true, false}) {
+    java::Program inheriting = program;
+    isOutput ? inheriting.InheritOutput() : inheriting.InheritError();
+    Outcome outcome;
+    {
+      const OwnStreamToFile ownOutput(1, out);
+      const OwnStreamToFile ownError(2, error);
+      outcome = java::Run(inheriting);
+    }
+    EXPECT_EQ(ReadFile(out), isOutput ? "o" : "");
+    EXPECT_EQ(ReadFile(error), isOutput ? "" : "e");
+    EXPECT_EQ(outcome.output, isOutput ? "" : "o");
+    EXPECT_EQ(outcome.error, isOutput ? "e" : "");
+    EXPECT_EQ(outcome.exitCode, 0);
+  }
+}
+
+TEST(ProcessRunTest, ADetachedProgramInheritsBothOutputs) {
+  const fs::path out = ProbeHome() / "own out.txt";
+  const fs::path error = ProbeHome() / "own error.txt";
+  std::uint32_t id = 0;
+  {
+    const OwnStreamToFile ownOutput(1, out);
+    const OwnStreamToFile ownError(2, error);
+    id = Probe({"says", "o", "complains", "e"}).InheritOutput().InheritError().Detached();
+  }
+  EXPECT_TRUE(Eventually([id] { return !Runs(id); }));
+  EXPECT_EQ(ReadFile(out), "o");
+  EXPECT_EQ(ReadFile(error), "e");
+}
+
 TEST(ProcessRunTest, WhatThrowsInAFunctionEndsTheProgramAndComesOut) {
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_THROW(java::Run(Probe({"says", "line\n", "sleep", Forever}).OnOutputLine([](std::string_view) {

@@ -157,6 +157,26 @@ TEST_F(ProcessTest, AProgramThatDoesNotStopIsKilledAfterTheGrace) {
   EXPECT_EQ(outcome.exitCode, 137);
 }
 
+TEST_F(ProcessTest, ATimeLimitThatIsOverDuringAStopLeavesTwoSecondsOfItsGrace) {
+  EXPECT_TRUE(WithEnoughTime([](std::chrono::milliseconds limit) {
+    std::atomic<bool> begun = false;
+    const auto begin = std::chrono::steady_clock::now();
+    Process process = java::Start(
+        Probe({"deaf", "says", "begun\n", "sleep", Forever}).TimeLimit(limit).OnOutputLine([&begun](std::string_view) {
+          begun = true;
+        }));
+    EXPECT_TRUE(Eventually([&] { return begun.load(); }));
+    if (std::chrono::steady_clock::now() > begin + limit / 2) return false;  // the limit might come first
+    process.Stop(2 * Patience);
+    const auto time = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(time, limit + 2s);
+    EXPECT_LT(time, Patience);
+    EXPECT_EQ(process.Wait().ended, Ended::Killed);
+    EXPECT_EQ(process.Wait().exitCode, 137);
+    return true;
+  }));
+}
+
 TEST_F(ProcessTest, AFunctionOfTheProgramMayEndIt) {
   for (const bool kills : {false, true}) {
     std::atomic<Process*> self = nullptr;
@@ -333,7 +353,9 @@ TEST_F(ProcessTest, AProcessIsMoved) {
   EXPECT_EQ(first.Wait().exitCode, 1);
 }
 
-TEST_F(ProcessTest, SixtyFourRunAtATime) {
+TEST_F(ProcessTest, SixtyFourRunAtATimeAndLeaveNothing) {
+  ProbeHome();
+  const Held before = HeldNow();
   std::vector<Process> processes;
   for (int i = 0; i < 64; ++i) {
     processes.push_back(
@@ -346,6 +368,9 @@ TEST_F(ProcessTest, SixtyFourRunAtATime) {
     EXPECT_EQ(outcome.output, "number " + std::to_string(i));
     EXPECT_EQ(outcome.exitCode, i);
   }
+  ExpectHeld(before, "all have ended");
+  processes.clear();
+  ExpectHeld(before);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 
 namespace tests {
@@ -20,6 +21,19 @@ std::size_t MemoryNow();
 // The file of the test program.
 std::filesystem::path OwnProgram();
 unsigned long OwnId();
+
+// Leads the own output (1) or error output (2) of this process to a new file while it lives.
+class OwnStreamToFile {
+ public:
+  OwnStreamToFile(int stream, const std::filesystem::path& file);
+  ~OwnStreamToFile();
+  OwnStreamToFile(const OwnStreamToFile&) = delete;
+  OwnStreamToFile& operator=(const OwnStreamToFile&) = delete;
+
+ private:
+  const int m_stream;
+  std::intptr_t m_before;  // a copy of the descriptor, or the handle
+};
 
 // Where temporary files go from now on.
 void UseTemporaryFolder(const std::filesystem::path& folder);

@@ -1,5 +1,6 @@
 #include "java/processes/ThisProcess.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -65,6 +66,18 @@ std::size_t MemoryNow() {
 
 fs::path OwnProgram() { return fs::read_symlink("/proc/self/exe"); }
 unsigned long OwnId() { return static_cast<unsigned long>(getpid()); }
+
+OwnStreamToFile::OwnStreamToFile(int stream, const fs::path& file)
+    : m_stream(stream), m_before(fcntl(stream, F_DUPFD_CLOEXEC, 3)) {
+  const int opened = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  dup2(opened, stream);
+  close(opened);
+}
+
+OwnStreamToFile::~OwnStreamToFile() {
+  dup2(static_cast<int>(m_before), m_stream);
+  close(static_cast<int>(m_before));
+}
 
 void UseTemporaryFolder(const fs::path& folder) { setenv("TMPDIR", folder.c_str(), 1); }
 

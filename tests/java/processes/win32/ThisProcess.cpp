@@ -50,6 +50,23 @@ std::filesystem::path OwnProgram() {
 
 unsigned long OwnId() { return GetCurrentProcessId(); }
 
+namespace {
+
+DWORD NumberOf(int stream) { return stream == 1 ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE; }
+
+}  // namespace
+
+OwnStreamToFile::OwnStreamToFile(int stream, const std::filesystem::path& file)
+    : m_stream(stream), m_before(reinterpret_cast<std::intptr_t>(GetStdHandle(NumberOf(stream)))) {
+  SetStdHandle(NumberOf(stream), CreateFileW(file.native().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                             nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+OwnStreamToFile::~OwnStreamToFile() {
+  CloseHandle(GetStdHandle(NumberOf(m_stream)));
+  SetStdHandle(NumberOf(m_stream), reinterpret_cast<HANDLE>(m_before));
+}
+
 void UseTemporaryFolder(const std::filesystem::path& folder) {
   for (const wchar_t* name : {L"TMP", L"TEMP"}) SetEnvironmentVariableW(name, folder.native().c_str());
 }
