@@ -1,4 +1,4 @@
-// The C++ of the pages on runtimes and processes. It is compiled, not run.
+// The C++ of the pages on runtimes and processes.
 #include <torvan/Java.h>
 
 #include <cstdio>
