@@ -66,11 +66,6 @@ void SetElement(JNIEnv* env, jobject array, jsize index, jobject element) {
   if (env->ExceptionCheck() != JNI_FALSE) ThrowNotStored(env, array, element);
 }
 
-CriticalRead::CriticalRead(JNIEnv* env, jobject array)
-    : m_env(env), m_array(static_cast<jarray>(array)), m_memory(env->GetPrimitiveArrayCritical(m_array, nullptr)) {
-  if (m_memory == nullptr) ThrowOutOfMemory(env);
-}
-
 jobject GetElement(JNIEnv* env, jobject array, jsize index, bool hasNull) {
   jobject const local = env->GetObjectArrayElement(static_cast<jobjectArray>(array), index);
   CheckPending(env);

@@ -81,23 +81,6 @@ constexpr bool IsJniMemory() {
 constexpr jsize PieceSize = 1024;
 constexpr jsize PieceOf(jsize left) { return left < PieceSize ? left : PieceSize; }
 
-// An array's own memory, to be read at once.
-class CriticalRead {
- public:
-  // Throws Error and std::bad_alloc where the VM makes a copy and has no memory for it.
-  CriticalRead(JNIEnv* env, jobject array);
-  CriticalRead(const CriticalRead&) = delete;
-  CriticalRead& operator=(const CriticalRead&) = delete;
-  ~CriticalRead() { m_env->ReleasePrimitiveArrayCritical(m_array, m_memory, JNI_ABORT); }
-
-  const void* Memory() const noexcept { return m_memory; }
-
- private:
-  JNIEnv* m_env;
-  jarray m_array;
-  void* m_memory;
-};
-
 template <typename V>
 Passed WriteNumbers(JNIEnv* env, const V& values) {
   using E = typename V::value_type;
@@ -120,40 +103,30 @@ Passed WriteNumbers(JNIEnv* env, const V& values) {
   return array;
 }
 
-// What may be read from an array's own memory. Some VMs do not collect meanwhile: where several threads read for long,
-// or again and again, others found no memory although there was enough.
-constexpr std::size_t CriticalBytes = 8192;
-
+// Not from the array's own memory: some VMs do not collect garbage meanwhile, and where several threads read again and
+// again, others find no memory in a heap that is nearly empty.
 template <typename V>
 V ReadNumbers(JNIEnv* env, jobject array) {
   using E = typename V::value_type;
   using Access = JniArray<Row<E>::Letter>;
+  using Type = typename Jni<Row<E>::Letter>::Type;
   const jsize size = env->GetArrayLength(static_cast<jarray>(array));
-  V values;
-  values.reserve(static_cast<std::size_t>(size));
-  // A vector that a region is copied to would first be filled with zeros: so from the memory itself, where nothing is
-  // allocated meanwhile, or by way of the stack.
   if constexpr (IsJniMemory<E>()) {
-    if (size != 0 && static_cast<std::size_t>(size) <= CriticalBytes / sizeof(E)) {
-      const CriticalRead read(env, array);
-      const auto* const elements = static_cast<const E*>(read.Memory());
-      values.assign(elements, elements + size);
-      return values;
-    }
-  }
-  typename Jni<Row<E>::Letter>::Type piece[PieceSize];
-  for (jsize from = 0; from < size;) {
-    const jsize count = PieceOf(size - from);
-    Access::Read(env, array, from, count, piece);
-    if constexpr (IsJniMemory<E>()) {
-      const auto* const elements = reinterpret_cast<const E*>(piece);
-      values.insert(values.end(), elements, elements + count);
-    } else {
+    V values(static_cast<std::size_t>(size));
+    if (size != 0) Access::Read(env, array, 0, size, reinterpret_cast<Type*>(values.data()));
+    return values;
+  } else {
+    V values;
+    values.reserve(static_cast<std::size_t>(size));
+    Type piece[PieceSize];
+    for (jsize from = 0; from < size;) {
+      const jsize count = PieceOf(size - from);
+      Access::Read(env, array, from, count, piece);
       for (jsize i = 0; i < count; ++i) values.push_back(Row<E>::Take(piece[i]));
+      from += count;
     }
-    from += count;
+    return values;
   }
-  return values;
 }
 
 template <typename V>
