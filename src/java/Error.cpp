@@ -13,6 +13,7 @@ namespace torvan::java {
 
 Error::Error(std::string what, std::shared_ptr<Facts> facts)
     : Failure("java/Error", __LINE__, std::move(what)), m_facts(std::move(facts)) {}
+Error::Error(const Ref<java::Throwable>& throwable) : Error(ErrorReader::Given(throwable)) {}
 Error::Error(const Error& other) noexcept = default;
 Error& Error::operator=(const Error& other) noexcept = default;
 Error::~Error() = default;

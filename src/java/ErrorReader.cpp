@@ -1,6 +1,7 @@
 #include "java/ErrorReader.h"
 
 #include <torvan/java/detail/LocalScope.h>
+#include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/Text.h>
 
 #include <utility>
@@ -41,6 +42,11 @@ std::string ErrorReader::What(jthrowable throwable, const Error::Facts& facts) {
   const LocalScope cause(m_env, Call(throwable, Bound()->getCause));
   if (cause.Get() == nullptr) return facts.className;
   return facts.className + ": " + Read(static_cast<jthrowable>(cause.Get()), {}).what();
+}
+
+Error ErrorReader::Given(const Ref<Throwable>& throwable) {
+  if (!throwable) throw Misuse("java/ErrorReader", __LINE__, "null is given as the throwable of an Error");
+  return ErrorReader(detail::CallEnv()).Read(static_cast<jthrowable>(throwable.Get()), {});
 }
 
 Error ErrorReader::Read(jthrowable throwable, std::string_view addition) {

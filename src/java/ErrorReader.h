@@ -42,6 +42,9 @@ class ErrorReader {
  public:
   explicit ErrorReader(JNIEnv* env) noexcept : m_env(env) {}
 
+  // Of a throwable that the host has. Throws as Error's constructor.
+  static Error Given(const Ref<java::Throwable>& throwable);
+
   Error Read(jthrowable throwable, std::string_view addition);
   // Nothing where it cannot be read.
   std::optional<std::string> Trace(jobject throwable);

@@ -10,14 +10,20 @@
 
 namespace torvan::java {
 
-// A Java exception that was caught; it is no longer pending.
+// A Java exception that was caught and is no longer pending, or one to be thrown into Java.
 // what() is its class and message ("java.sql.SQLException: Table \"X\" not found"), or the class alone where it has no
 // message or its message cannot be read; for a failed static initialiser the cause follows the class; for a failed
-// look-up, what there is instead. Class and message are read when it is caught, the rest at the first request. Copies
-// share what was read, may be made and dropped on any thread, and keep the Java object alive; what was read remains
-// after the end of the VM. All texts are UTF-8.
+// look-up, what there is instead. Class and message are read when it is caught or made, the rest at the first request.
+// Copies share what was read, may be made and dropped on any thread, and keep the Java object alive; what was read
+// remains after the end of the VM. All texts are UTF-8.
 class TORVAN_JAVA_VISIBLE Error : public Failure {
  public:
+  // Makes an error of any throwable, to be thrown from a function that Java calls: Java gets that very object.
+  //   throw java::Error(java::New<TransformerException>("no such page"));
+  // Its tag has java::Throwable as Super, or a tag that has. Class and message are read here. Throws Misuse for a null,
+  // std::bad_alloc, and as a call does: what is pending first.
+  explicit Error(const Ref<java::Throwable>& throwable);
+
   Error(const Error& other) noexcept;
   Error& operator=(const Error& other) noexcept;
   ~Error() override;

@@ -77,12 +77,20 @@ TEST_F(CallbackErrorsTest, CheckedExceptionsAreWrappedUnlessTheyAreDeclared) {
   EXPECT_EQ(Thrown(check),
             "java.lang.reflect.UndeclaredThrowableException by java.lang.ClassNotFoundException: no/Such");
   EXPECT_EQ(ThrownByCheck(Implement<Shape>().On("check", check)), "java.lang.reflect.UndeclaredThrowableException");
-  const auto declared = [] {
-    const Local<IoException> made = java::New<IoException>("declared");
-    java::detail::Env()->Throw(static_cast<jthrowable>(made.Get()));
-    throw java::TakePending().value();
-  };
+  const auto declared = [] { throw Error(java::New<IoException>("declared")); };
   EXPECT_EQ(ThrownByCheck(Implement<Shape>().On("check", declared)), "java.io.IOException: declared");
+}
+
+TEST_F(CallbackErrorsTest, AnExceptionThatAFunctionMakesArrivesAsTheSameThrowable) {
+  const java::Global<IoException> made(java::New<IoException>("made"));
+  const Local<Shape> shape = Implement<Shape>().On("check", [&made] { throw Error(made); }).New();
+  try {
+    java::Call<void>(shape, "check");
+    FAIL() << "nothing was thrown";
+  } catch (const Error& error) {
+    EXPECT_TRUE(java::Same(error.Throwable(), made));
+    EXPECT_STREQ(error.what(), "java.io.IOException: made");
+  }
 }
 
 TEST_F(CallbackErrorsTest, WhatTheFixedInterfaceLeftPendingIsThrown) {

@@ -105,6 +105,38 @@ TEST_F(ErrorTest, TellsClassMessageTraceAndCauseOfEachKind) {
   }
 }
 
+struct IllegalState {
+  static constexpr char JavaName[] = "java/lang/IllegalStateException";
+  using Super = java::Throwable;
+};
+
+TEST_F(ErrorTest, OneThatTheHostMakesTellsTheSame) {
+  const java::Local<java::Throwable> cause = java::New<java::Throwable>("the reason");
+  const java::Local<IllegalState> made = java::New<IllegalState>("made", cause);
+  const Error error(made);
+  EXPECT_STREQ(error.what(), "java.lang.IllegalStateException: made");
+  EXPECT_STREQ(error.GetMessageText(), error.what());
+  EXPECT_EQ(error.ClassName(), "java.lang.IllegalStateException");
+  EXPECT_EQ(error.Message(), "made");
+  EXPECT_TRUE(java::Same(error.Throwable(), made));
+  EXPECT_TRUE(error.IsA<IllegalState>());
+  EXPECT_EQ(error.StackTrace(), TraceOf(error));
+  EXPECT_THAT(error.StackTrace(), HasSubstr("Caused by: java.lang.Throwable: the reason"));
+  ASSERT_TRUE(error.Cause().has_value());
+  EXPECT_TRUE(java::Same(error.Cause()->Throwable(), cause));
+  EXPECT_EQ(Error(java::New<IllegalState>()).Message(), std::nullopt);
+  EXPECT_STREQ(Error(error.Throwable()).what(), error.what());
+}
+
+TEST_F(ErrorTest, NoneIsMadeOfANullOrWhileAnotherIsPending) {
+  EXPECT_EQ(WhatOf<java::Misuse>([] { Error(nullptr); }), "null is given as the throwable of an Error");
+  const java::Local<IllegalState> made = java::New<IllegalState>("made");
+  JNIEnv* const env = java::detail::Env();
+  env->ThrowNew(java::detail::ClassOf<RuntimeException>(env), "pending");
+  EXPECT_EQ(WhatOf<Error>([&] { Error{made}; }), "java.lang.RuntimeException: pending");
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+}
+
 TEST_F(ErrorTest, TheTraceHasCausesAndSuppressedOnes) {
   EXPECT_THAT(Caught("chain").StackTrace(), testing::AllOf(StartsWith("java.lang.IllegalStateException: outer"),
                                                            HasSubstr("\tat fixture.Errors.chain(Errors.java:"),
