@@ -166,6 +166,8 @@ class Owners {
 };
 
 Global<ByteBuffer> MakeBuffer(void* memory, std::size_t size, Owner owner, bool isReadOnly) {
+  static std::byte none;  // a VM may take null for a failure
+  if (memory == nullptr && size == 0) memory = &none;
   if (memory == nullptr) Fail(__LINE__, "null is given as the memory of a buffer");
   if (size > static_cast<std::size_t>(std::numeric_limits<jint>::max())) {
     Fail(__LINE__, "a buffer of " + std::to_string(size) + " bytes is longer than a Java buffer can be");

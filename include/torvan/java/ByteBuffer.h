@@ -24,9 +24,9 @@ ByteOrder NativeByteOrder() noexcept;
 // The owner is kept as long as Java has the buffer or another one that it made of it. After Java has collected them,
 // the next thread that makes a ByteBuffer or calls DropCollected() drops the owner; after the end of the VM it is never
 // dropped. Without an owner the host must keep the memory until Java has collected the buffer, which a Weak<ByteBuffer>
-// tells. Making one throws Misuse for null memory and for more than a Java buffer can hold (2,147,483,647 bytes),
-// Failure where the VM has no direct buffers, Error when Java's memory is full, std::bad_alloc, and as Thread() does.
-// The owner is dropped then.
+// tells. Memory of size 0 may be null, as that of an empty vector. Making one throws Misuse for other null memory and
+// for more than a Java buffer can hold (2,147,483,647 bytes), Failure where the VM has no direct buffers, Error when
+// Java's memory is full, std::bad_alloc, and as Thread() does. The owner is dropped then.
 class ByteBuffer : public Global<ByteBuffer> {
  public:
   static constexpr char JavaName[] = "java/nio/ByteBuffer";

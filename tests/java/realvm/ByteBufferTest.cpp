@@ -76,6 +76,23 @@ TEST_F(ByteBufferTest, MemoryGoesToJavaAndBackWithoutACopy) {
   Keep(nullptr);
 }
 
+TEST_F(ByteBufferTest, AnEmptyVectorIsAnEmptyBuffer) {
+  const std::vector<std::byte> readOnly;
+  std::vector<std::byte> empty;
+  ASSERT_EQ(empty.data(), nullptr);
+  auto owner = std::make_shared<int>(5);
+  for (const ByteBuffer& buffer :
+       {ByteBuffer(empty.data(), 0), ByteBuffer(readOnly.data(), 0), ByteBuffer(empty.data(), 0, owner)}) {
+    EXPECT_EQ(java::Call<jint>(buffer, "capacity"), 0);
+    EXPECT_EQ(Sum(buffer), 0);
+    const auto view = ViewOf<const std::byte>(buffer);
+    EXPECT_EQ(view.size(), 0u);
+    EXPECT_EQ(view.begin(), view.end());
+    EXPECT_EQ(WhatOf<Misuse>([&] { view.At(0); }), "1 byte at 0 is outside a buffer of 0");
+  }
+  EXPECT_EQ(owner.use_count(), 2) << "Java has the third buffer";
+}
+
 TEST_F(ByteBufferTest, AViewKeepsTheBuffer) {
   java::Weak<ByteBuffer> weak;
   {
