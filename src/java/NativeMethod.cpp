@@ -9,6 +9,7 @@
 #include <torvan/java/detail/Member.h>
 #include <torvan/java/detail/Shared.h>
 
+#include <algorithm>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -105,12 +106,21 @@ class TestedFunction final : public Callback {
   std::optional<Test> m_result;
 };
 
+struct NativeBinding;
+
+// The bindings that Java calls, one for each bound method. Guarded by SlotsLock(), never destroyed.
+std::vector<NativeBinding*>& Called() {
+  static std::vector<NativeBinding*>& called = *new std::vector<NativeBinding*>;
+  return called;
+}
+
 // A C++ function that is bound to a native method. Lives as long as the class of that method.
 struct NativeBinding final : OwnedByJava {
   ~NativeBinding() override {
     if (slot == nullptr) return;  // it was never registered
     const std::lock_guard<std::mutex> guard(SlotsLock());
     if (slot->binding.load(std::memory_order_relaxed) == this) slot->binding.store(nullptr, std::memory_order_relaxed);
+    Called().erase(std::remove(Called().begin(), Called().end(), this), Called().end());
   }
 
   std::shared_ptr<Callback> function;
@@ -119,7 +129,16 @@ struct NativeBinding final : OwnedByJava {
   Weak<Class> type;
   NativeSlot* slot = nullptr;
   HandledFunction handled{};
+  bool mayRun = false;  // although its registration failed
 };
+
+// Whether the other binding is of the same method of the same class.
+bool IsOfSameMethod(JNIEnv* env, const NativeBinding& other, const NativeBinding& binding, jclass type) {
+  if (other.member != binding.member) return false;
+  const Local<Class> its = other.type.Lock();
+  CheckPending(env);
+  return env->IsSameObject(its.Get(), type) != JNI_FALSE;
+}
 
 // Returns the slot that the method already has, or else a free one.
 std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, const NativeSlots& slots) {
@@ -128,10 +147,8 @@ std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, con
     const auto* const other = static_cast<const NativeBinding*>(slots.slots[i].binding.load(std::memory_order_relaxed));
     if (other == nullptr) {
       if (found == slots.count) found = i;
-    } else if (other->member == binding.member) {
-      const Local<Class> its = other->type.Lock();
-      CheckPending(env);
-      if (env->IsSameObject(its.Get(), type) != JNI_FALSE) return i;
+    } else if (IsOfSameMethod(env, *other, binding, type)) {
+      return i;
     }
   }
   if (found == slots.count) {
@@ -141,22 +158,42 @@ std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, con
   return found;
 }
 
-// Makes Java call the binding from now on. When this throws, Java has never called the binding and goes on calling what
-// it called before. When a method changes back to a function of a type that it had before, Java may meanwhile call its
-// earlier function of that type once more.
+// Returns the method's place in Called(), or the end where it is new there.
+std::size_t FindCalled(JNIEnv* env, const NativeBinding& binding, jclass type) {
+  std::vector<NativeBinding*>& called = Called();
+  for (std::size_t i = 0; i < called.size(); ++i) {
+    if (IsOfSameMethod(env, *called[i], binding, type)) return i;
+  }
+  called.reserve(called.size() + 1);  // nothing may fail once Java has the function
+  return called.size();
+}
+
+// Makes Java call the binding from now on. When this throws, Java goes on calling what it called before. Where another
+// copy of the layer, or raw JNI, has registered a function meanwhile, Java may call the one before once more.
 void Register(JNIEnv* env, NativeBinding& binding, jclass type, const MemberName& name, const NativeSlots& slots) {
   jint status = JNI_OK;
   {
     // Held during the call of JNI, which runs no Java here: another thread sees the method either bound or not.
     const std::lock_guard<std::mutex> guard(SlotsLock());
     const std::size_t found = FindSlot(env, binding, type, slots);
+    const std::size_t place = FindCalled(env, binding, type);
+    std::vector<NativeBinding*>& called = Called();
     NativeSlot& slot = slots.slots[found];
     const void* const before = slot.binding.load(std::memory_order_relaxed);
-    // A method that is bound for the first time may be called before RegisterNative() returns.
-    if (before == nullptr) slot.binding.store(&binding, std::memory_order_release);
+    // A method that comes to this slot may be called before RegisterNative() returns, and the slot may still have an
+    // earlier function of the method.
+    const bool comesHere = place == called.size() || called[place]->slot != &slot;
+    if (comesHere) slot.binding.store(&binding, std::memory_order_release);
     status = RegisterNative(env, type, name.name, name.descriptor, slots.entries[found]);
     slot.binding.store(status == JNI_OK ? &binding : before, std::memory_order_release);
-    if (status == JNI_OK) binding.slot = &slot;
+    if (status == JNI_OK) {
+      binding.slot = &slot;
+      if (place == called.size()) called.push_back(nullptr);
+      called[place] = &binding;
+    } else {
+      // A thread that had entered the slot before that may have found the function there.
+      binding.mayRun = comesHere && before != nullptr;
+    }
   }
   RequireRegistered(env, status, name.name, name.descriptor);
 }
@@ -284,8 +321,8 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
   try {
     Register(env, bound, raw, name, slots);
   } catch (...) {
-    // Java keeps the binding as long as the class, but never calls it: what it holds is dropped.
-    bound.function.reset();
+    // Java keeps the binding as long as the class, but does not call it: what it holds is dropped.
+    if (!bound.mayRun) bound.function.reset();
     bound.type.Reset();
     Released(static_cast<OwnedByJava*>(&bound));
     throw;

@@ -89,6 +89,57 @@ TEST_F(NativeMethodTest, BindingAgainReplaces) {
   EXPECT_EQ(Plus(NewNatives(0), 1), -1);
 }
 
+// While it lives, Java calls the method as soon as a function is registered for it, or the function is refused.
+class CalledAtOnce {
+ public:
+  explicit CalledAtOnce(bool isRefused) {
+    s_real = java::detail::Env()->functions;
+    s_isRefused = isRefused;
+    s_table = *s_real;
+    s_table.RegisterNatives = [](JNIEnv* env, jclass type, const JNINativeMethod* methods, jint count) -> jint {
+      if (s_isRefused) return JNI_ERR;
+      const jint status = s_real->RegisterNatives(env, type, methods, count);
+      s_result = Add(0, 0, 0.0);
+      return status;
+    };
+    java::detail::Env()->functions = &s_table;
+  }
+  CalledAtOnce(const CalledAtOnce&) = delete;
+  CalledAtOnce& operator=(const CalledAtOnce&) = delete;
+  ~CalledAtOnce() { java::detail::Env()->functions = s_real; }
+
+  static jint Result() { return s_result; }
+
+ private:
+  static inline const JNINativeInterface_* s_real = nullptr;
+  static inline JNINativeInterface_ s_table{};
+  static inline bool s_isRefused = false;
+  static inline jint s_result = 0;
+};
+
+TEST_F(NativeMethodTest, AFunctionThatWasReplacedByOneOfAnotherTypeIsNotCalledAgain) {
+  constexpr NativeMethod<jint(jint, jlong, double)> add{Type, "add"};
+  const auto bind = [&](jint value) { add.Bind([value](jint, jlong, double) { return value; }); };
+  const auto bindOther = [&](jint value) { add.Bind([value](jint a, jlong, double) { return value + a; }); };
+  const auto resultWhile = [](const auto& binding, jint value) {
+    const CalledAtOnce called(false);
+    binding(value);
+    return CalledAtOnce::Result();
+  };
+  bind(1);
+  EXPECT_EQ(resultWhile(bindOther, 2), 2);
+  EXPECT_EQ(resultWhile(bind, 3), 3);
+  EXPECT_EQ(resultWhile(bindOther, 4), 4);
+  EXPECT_EQ(Add(0, 0, 0.0), 4);
+  {
+    const CalledAtOnce called(true);
+    EXPECT_THROW(bind(5), java::Failure);
+  }
+  EXPECT_EQ(Add(0, 0, 0.0), 4);
+  bind(6);
+  EXPECT_EQ(Add(0, 0, 0.0), 6);
+}
+
 TEST_F(NativeMethodTest, ReplacedWhileThreadsCall) {
   std::atomic<bool> over{false};
   const auto bind = [](jint by) {
