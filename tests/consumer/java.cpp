@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <vector>
 
 namespace java = torvan::java;
 
@@ -32,6 +34,29 @@ constexpr java::StaticMethod<java::Local<Numbers>(jint, jint)> Range{"java/util/
 constexpr java::Method<Numbers, java::Local<Numbers>(java::Ref<Operator>)> Map{"map"};
 constexpr java::Method<Numbers, jint()> Sum{"sum"};
 
+constexpr java::StaticMethod<std::vector<jint>(std::vector<jint>, jint)> CopyOf{"java/util/Arrays", "copyOf"};
+constexpr java::StaticMethod<void(java::Ref<java::Array<jint>>)> Sort{"java/util/Arrays", "sort"};
+constexpr java::Method<java::ByteBuffer, jbyte(jint)> GetByte{"get"};
+
+// Copied, in place, and shared.
+bool UsesMemory() {
+  const auto numbers = java::NewArray(CopyOf({3, 1}, 3));
+  Sort(numbers);
+  for (jint& number : java::Elements<jint>(numbers)) number *= 10;
+  const auto bytes = std::make_shared<std::vector<std::byte>>(2, std::byte{5});
+  const java::ByteBuffer buffer(bytes->data(), bytes->size(), bytes);
+  java::ViewOf(buffer).At(1) = std::byte{6};
+  return java::Copy<std::vector<jint>>(numbers) == std::vector<jint>{0, 10, 30} && GetByte(buffer, 1) == 6;
+}
+
+bool UsesALoader() {
+  const auto loader = java::ClassLoader::OfJars({"."}, java::ClassLoader::Platform());
+  const java::ContextClassLoader scope(loader);
+  const bool found = java::IsInstance<java::Class>(loader.FindClass("java/util/ArrayList"));
+  loader.Close();
+  return found;
+}
+
 // Java in its own process.
 bool RunsJava() { return java::Run(java::Program::MainClass("no.Such").Option("-version")).exitCode == 0; }
 
@@ -41,7 +66,7 @@ bool StartsAVm() {
   const bool found = java::IsInstance<java::String>(text) && java::Handle(text).CallIntMethod("length", "()I") == 4;
   // The Java class that this needs is in the library.
   const bool called = Sum(Map(Range(0, 5), [](jint number) { return 10 * number; })) == 100;
-  return found && called &&
+  return found && called && UsesMemory() && UsesALoader() &&
          Says<java::Error>("java.lang.NoClassDefFoundError: no/Such",
                            [&] { java::Guard([&] { vm.Handle().FindClass("no/Such"); }); }) &&
          vm.End() == java::VmEnd::Destroyed;

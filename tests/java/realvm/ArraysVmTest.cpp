@@ -50,6 +50,24 @@ TEST(ArraysVmTest, WhileManyReadArraysOthersFindMemory) {
   }
 }
 
+// A reference that is dropped in a critical scope calls JNI, and cannot throw.
+TEST(ArraysVmTest, AReferenceThatIsDroppedWhileCriticalElementsAreOpenIsDetected) {
+  const auto drop = [] {
+    const java::Vm vm = java::StartVm(FixtureSettings());
+    const auto array = java::NewArray<jint>(1);
+    java::Local<java::String> text = java::NewString("text");
+    const java::CriticalElements<jint> elements(array);
+    text.Reset();
+  };
+#ifdef NDEBUG
+  static_cast<void>(drop);
+  GTEST_SKIP() << "this build has no assertions";
+#else
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(drop(), "a reference is dropped while CriticalElements are open in this thread");
+#endif
+}
+
 const std::string Ended = "The Java VM has ended";
 
 TEST(ArraysVmTest, ElementsAreRefusedInAShutdownHook) {

@@ -7,6 +7,29 @@
 #include "java/realvm/OneVm.h"
 
 namespace tests {
+
+// Types of the host's own: by way of a number, and of text.
+struct Meters {
+  double value;
+};
+struct Word {
+  std::string text;
+};
+
+}  // namespace tests
+
+template <>
+struct torvan::java::Convert<tests::Meters> : ConvertAs<double> {
+  static double To(const tests::Meters& meters) { return meters.value; }
+  static tests::Meters From(double value) { return {value}; }
+};
+template <>
+struct torvan::java::Convert<tests::Word> : ConvertAs<std::string> {
+  static std::string To(const tests::Word& word) { return word.text; }
+  static tests::Word From(const std::string& text) { return {text}; }
+};
+
+namespace tests {
 namespace {
 
 using java::Global;
@@ -104,6 +127,77 @@ TEST_F(ImplementTest, ResultsOfEveryKindOfText) {
   EXPECT_EQ(Applied([](Local<String> value) { return value; }, "the same"), "the same");
   EXPECT_EQ(Applied([](std::u16string_view value) { return std::u16string(value) + u"!"; }, "text"), "text!");
   EXPECT_EQ(Applied([](std::string_view value) { return value.substr(1); }, "text"), "ext");
+}
+
+// Returns what a function makes of a vector, which Java passes to it as an array and takes from it.
+template <typename V, typename F>
+V AppliedTo(const V& values, const F& function) {
+  constexpr StaticMethod<V(Ref<Function>, Ref<Object>)> applied{
+      Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+  return applied(function, java::NewArray(values));
+}
+
+TEST_F(ImplementTest, VectorsArriveAndLeave) {
+  using Ints = std::vector<jint>;
+  EXPECT_EQ(AppliedTo(Ints{1, 2},
+                      [](Ints values) {
+                        values.push_back(3);
+                        return values;
+                      }),
+            (Ints{1, 2, 3}));
+  EXPECT_EQ(AppliedTo(Ints(5000, 7), [](const Ints& values) { return values; }), Ints(5000, 7));
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(AppliedTo(Texts{"a", "Z\xC3\xBCrich"},
+                      [](const Texts& values) {
+                        return Texts{values[1], values[0], ""};
+                      }),
+            (Texts{"Z\xC3\xBCrich", "a", ""}));
+  using Matrix = std::vector<std::vector<double>>;
+  EXPECT_EQ(AppliedTo(Matrix{{1, 2}, {}},
+                      [](Matrix values) {
+                        values[1] = {0.5};
+                        return values;
+                      }),
+            (Matrix{{1, 2}, {0.5}}));
+  using Perhaps = std::vector<std::optional<std::string>>;
+  EXPECT_EQ(AppliedTo(Perhaps{std::nullopt, "b"},
+                      [](const Perhaps& values) {
+                        return Perhaps{values[1], values[0]};
+                      }),
+            (Perhaps{"b", std::nullopt}));
+  EXPECT_EQ(ThrownByFunction([](const Ints& values) { return values; }, java::NewArray(Texts{"a"})),
+            "java.lang.ClassCastException: argument 1 of public abstract java.lang.Object "
+            "java.util.function.Function.apply(java.lang.Object) is a [Ljava.lang.String;, and the C++ function takes "
+            "a [I");
+}
+
+TEST_F(ImplementTest, AnElementThatIsNullIsNamed) {
+  const auto texts = java::NewArray(std::vector<std::optional<std::string>>{std::nullopt});
+  EXPECT_EQ(ThrownByFunction([](const std::vector<std::string>& values) { return values; }, texts),
+            "java.lang.RuntimeException: element [0] of argument 1 of "
+            "java.util.function.Function.apply(java.lang.Object) is null, which its C++ type cannot be: take it as "
+            "std::optional");
+  const auto rows = java::NewArray(std::vector<std::optional<std::vector<jint>>>{std::vector<jint>{1}, std::nullopt});
+  EXPECT_EQ(ThrownByFunction([](const std::vector<std::vector<jint>>& values) { return values; }, rows),
+            "java.lang.RuntimeException: element [1] of argument 1 of "
+            "java.util.function.Function.apply(java.lang.Object) is null, which its C++ type cannot be: take it as "
+            "std::optional");
+}
+
+TEST_F(ImplementTest, TypesOfTheHostsOwnArriveAndLeave) {
+  const auto longer = [](Meters by) { return Meters{by.value + 0.5}; };
+  EXPECT_EQ(java::Call<double>(Implement<Every>().On("ofDouble", longer).New(), "ofDouble", 2.0), 2.5);
+  EXPECT_EQ(Applied([](const Word& word) { return Word{word.text + "!"}; }, "word"), "word!");
+  EXPECT_EQ(AppliedTo(std::vector<Word>{{"a"}, {"b"}},
+                      [](const std::vector<Word>& words) {
+                        return std::vector<Word>{words[1], words[0]};
+                      })
+                .at(0)
+                .text,
+            "b");
+  EXPECT_EQ(ThrownByFunction([](const Word& word) { return word; }, nullptr),
+            "java.lang.RuntimeException: argument 1 of java.util.function.Function.apply(java.lang.Object) is null, "
+            "which its C++ type cannot be: take it as std::optional");
 }
 
 TEST_F(ImplementTest, AFunctionGoesWhereAFunctionalInterfaceIsWanted) {
