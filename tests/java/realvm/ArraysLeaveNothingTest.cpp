@@ -7,6 +7,7 @@ namespace tests {
 namespace {
 
 using java::Array;
+using java::ByteBuffer;
 using java::Copy;
 using java::Elements;
 using java::Local;
@@ -63,7 +64,7 @@ TEST_F(ArraysLeaveNothingTest, AfterCallsThatThrow) {
 }
 
 TEST_F(ArraysLeaveNothingTest, WhereverMemoryRunsOut) {
-  ExpectNothingWhereverItFails([] { SameInts(std::vector<jint>{1, 2}); }, 3);
+  ExpectNothingWhereverItFails([] { SameInts(std::vector<jint>{1, 2}); }, 2);
   ExpectNothingWhereverItFails([] { SameTexts(Texts{"a", "b"}); }, 6);
   ExpectNothingWhereverItFails([] { SameMatrix(Matrix{{1}, {2}}); }, 6);
   ExpectNothingWhereverItFails([] { SameNumbers(std::vector<std::optional<jint>>{1, 2}); }, 4);
@@ -72,7 +73,61 @@ TEST_F(ArraysLeaveNothingTest, WhereverMemoryRunsOut) {
   ExpectNothingWhereverItFails([] { Elements<std::string>(NewArray(Texts{"x"})).At(0); }, 4);
   const Local<HashMap> map = java::New<HashMap>();
   java::Call<void>(map, "put", "key", 1);
-  ExpectNothingWhereverItFails([&] { Copy<std::map<std::string, jint>>(map); }, 5);
+  ExpectNothingWhereverItFails([&] { Copy<std::map<std::string, jint>>(map); }, 8);
+}
+
+TEST_F(ArraysLeaveNothingTest, WhereverTheVmMakesNoArrayAndDoesNotSayWhy) {
+  ExpectNothingWhereverItFailsSilently([] { SameInts(std::vector<jint>{1, 2}); }, 1);
+  ExpectNothingWhereverItFailsSilently([] { SameMatrix(Matrix{{1}, {2}}); }, 3);
+  ExpectNothingWhereverItFailsSilently([] { SameTexts(Texts{"a"}); }, 1);
+  ExpectNothingWhereverItFailsSilently([] { NewArray<java::String>(3); }, 1);
+}
+
+TEST_F(ArraysLeaveNothingTest, WhereverABufferFails) {
+  static char memory[16];
+  const auto make = [] {
+    ByteBuffer(memory, sizeof memory, std::make_shared<int>(1)).Order(java::ByteOrder::LittleEndian);
+  };
+  ExpectNothingWhereverItFails([] { ByteBuffer(memory, sizeof memory).Order(java::ByteOrder::LittleEndian); }, 2);
+  ExpectNothingWhereverItFails([] { ByteBuffer(static_cast<const void*>(memory), sizeof memory); }, 3);
+  ExpectNothingWhereverItFails(make, 5);
+  ExpectNothingWhereverItFailsSilently([] { ByteBuffer(memory, sizeof memory); }, 2);
+  const ByteBuffer buffer(memory, sizeof memory);
+  ExpectNothingWhereverItFails([&] { java::ViewOf(buffer).At(0) = std::byte{1}; }, 3);
+  ExpectNothingWhereverItFails([&] { java::ViewOf<const std::byte>(buffer); }, 2);
+}
+
+TEST_F(ArraysLeaveNothingTest, WhereverALoaderFails) {
+  const auto loader = java::ClassLoader::Platform();
+  ExpectNothingWhereverItFails([&] { loader.FindClass("java/util/ArrayList"); }, 3);
+  const java::Local<java::Class> type = java::FindClass("fixture/Arrays");
+  ExpectNothingWhereverItFails([&] { java::ClassLoader::Of(type); }, 2);
+  ExpectNothingWhereverItFails([&] { java::ClassLoader::System(); }, 2);
+  ExpectNothingWhereverItFails([&] { java::ClassLoader::Platform(); }, 2);
+  ExpectNothingWhereverItFails([] { java::ClassLoader::OfJars({"."}).Close(); }, 5);
+}
+
+// Where the VM has no room for as many references as the array has elements, they are made nevertheless.
+TEST_F(ArraysLeaveNothingTest, WithoutRoomForAllReferences) {
+  JNIEnv* const env = java::detail::Env();
+  static const JNINativeInterface_* const real = env->functions;
+  static int refused = 0;
+  JNINativeInterface_ table = *real;
+  table.EnsureLocalCapacity = [](JNIEnv* e, jint) -> jint {
+    ++refused;
+    jclass const type = real->FindClass(e, "java/lang/OutOfMemoryError");
+    real->ThrowNew(e, type, "as the test wants");
+    real->DeleteLocalRef(e, type);
+    return JNI_ENOMEM;
+  };
+  const auto array = NewArray(Texts{"a", "b"});
+  env->functions = &table;
+  const auto elements = Copy<std::vector<Local<java::String>>>(array);
+  env->functions = real;
+  EXPECT_EQ(refused, 1);
+  ASSERT_EQ(elements.size(), 2u);
+  EXPECT_EQ(java::ToText(elements[1]), "b");
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
 }
 
 }  // namespace

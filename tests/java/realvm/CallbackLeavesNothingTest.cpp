@@ -57,6 +57,22 @@ TEST_F(CallbackLeavesNothingTest, WhereverJavaHasNoMemory) {
   EXPECT_TRUE(ComesDownTo(count, 0)) << count;
 }
 
+TEST_F(CallbackLeavesNothingTest, WhereverADefaultOrManyArgumentsFail) {
+  const Local<Shape> shape = Implement<Shape>().On("area", [] { return 4.0; }).New();
+  const auto scaled = [&] { java::Call<jlong>(shape, "scaled", 10, 0.5, true); };
+  const auto describe = [&] { java::Call<std::string>(shape, "describe", "square"); };
+  ExpectNothing(scaled);
+  ExpectNothing(describe);
+  ExpectNothingWhereverItFails(describe, 4);
+  const Local<Every> every =
+      Implement<Every>()
+          .On("mixed", [](jint, const std::string& text, double, Ref<Object>, jlong) { return text; })
+          .New();
+  const auto mixed = [&] { java::Call<std::string>(every, "mixed", 1, "text", 0.5, nullptr, jlong{5}); };
+  ExpectNothing(mixed);
+  ExpectNothingWhereverItFails(mixed, 4);
+}
+
 TEST_F(CallbackLeavesNothingTest, WhereverJavaHasNoMemoryForANativeMethod) {
   constexpr java::NativeMethod<void(Ref<Shape>)> native{"fixture/Natives", "takes", "(Ljava/lang/Object;)V"};
   std::atomic<int> count{0};

@@ -310,9 +310,27 @@ TEST_F(ClassLoaderTest, NothingIsLeft) {
   ExpectNothing([] { ClassLoader::Platform(); });
   ExpectNothingOfThrowing([] { ClassLoader::System().Close(); });
   ExpectNothingOfThrowing([] { ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES, "no/such.jar"}); });
-  ExpectNothingWhereverItFails([&] { const ContextClassLoader scope(others); }, 1);
   ExpectNothingWhereverItFails([] { Others(); }, 4);
   ExpectNothingWhereverItFails([] { ClassLoader::Platform(); }, 1);
+}
+
+TEST_F(ClassLoaderTest, AScopeThatFailsLeavesNothing) {
+  const ClassLoader others = Others();
+  const ContextClassLoader outer(ClassLoader::System());  // sets the thread's own again
+  JNIEnv* const env = java::detail::Env();
+  for (int step = 1; step <= 3; ++step) {
+    const CountedReferences counted(env);
+    CountedReferences::FailAt(step);
+    EXPECT_EQ(WhatOf<java::Error>([&] { ContextClassLoader{others}; }),
+              "java.lang.OutOfMemoryError: as the test wants");
+    EXPECT_EQ(counted.Locals(), 0) << "step " << step;
+  }
+  const CountedReferences counted(env);
+  CountedReferences::FailAt(4);
+  { const ContextClassLoader scope(others); }  // its end throws nothing
+  EXPECT_TRUE(CountedReferences::HasFailed());
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+  EXPECT_EQ(counted.Locals(), 0);
 }
 
 }  // namespace

@@ -20,16 +20,16 @@ class CountedReferences {
     s_throwsAfter = false;
     m_table = *s_real;
     // clang-format off
-    Wrap<true, &Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewObjectArray, &Jni::NewLocalRef,
-         &Jni::NewBooleanArray, &Jni::NewByteArray, &Jni::NewCharArray, &Jni::NewShortArray, &Jni::NewIntArray,
-         &Jni::NewLongArray, &Jni::NewFloatArray, &Jni::NewDoubleArray, &Jni::NewDirectByteBuffer,
+    Wrap<Fails::Throwing, &Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewLocalRef,
          &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
-         &Jni::GetObjectArrayElement, &Jni::GetIntArrayElements, &Jni::GetPrimitiveArrayCritical,
-         &Jni::FindClass, &Jni::DefineClass, &Jni::GetMethodID, &Jni::GetStaticMethodID, &Jni::GetFieldID,
-         &Jni::GetStaticFieldID>();
-    Wrap<false, &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectClass,
-         &Jni::GetSuperclass, &Jni::ExceptionOccurred,
          &Jni::CallVoidMethodA, &Jni::CallBooleanMethodA, &Jni::CallIntMethodA, &Jni::CallLongMethodA,
+         &Jni::GetObjectArrayElement, &Jni::GetIntArrayElements, &Jni::GetPrimitiveArrayCritical,
+         &Jni::FindClass, &Jni::GetMethodID, &Jni::GetStaticMethodID, &Jni::GetFieldID, &Jni::GetStaticFieldID>();
+    Wrap<Fails::AlsoSilently, &Jni::NewObjectArray, &Jni::NewBooleanArray, &Jni::NewByteArray, &Jni::NewCharArray,
+         &Jni::NewShortArray, &Jni::NewIntArray, &Jni::NewLongArray, &Jni::NewFloatArray, &Jni::NewDoubleArray,
+         &Jni::NewDirectByteBuffer, &Jni::DefineClass>();
+    Wrap<Fails::Never, &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectClass,
+         &Jni::GetSuperclass, &Jni::ExceptionOccurred,
          &Jni::CallStaticVoidMethodA, &Jni::CallStaticBooleanMethodA, &Jni::CallStaticIntMethodA,
          &Jni::CallStaticLongMethodA, &Jni::CallStaticDoubleMethodA>();
     // clang-format on
@@ -67,7 +67,8 @@ class CountedReferences {
       if (s_depth == 0 && (FailsNow(e) || IsSilentNow())) return JNI_ERR;
       return s_real->RegisterNatives(e, type, methods, count);
     };
-    m_table.PushLocalFrame = [](JNIEnv* e, jint capacity) {
+    m_table.PushLocalFrame = [](JNIEnv* e, jint capacity) -> jint {
+      if (s_depth == 0 && FailsNow(e)) return JNI_ENOMEM;
       s_frames.push_back(s_locals);
       return s_real->PushLocalFrame(e, capacity);
     };
@@ -82,9 +83,10 @@ class CountedReferences {
   CountedReferences& operator=(const CountedReferences&) = delete;
   ~CountedReferences() { m_env->functions = s_real; }
 
-  // Lets the n-th call from now, counted from 1, that needs memory of Java's throw an OutOfMemoryError.
+  // Lets the n-th call from now, counted from 1, that needs memory of Java's or runs Java throw an OutOfMemoryError.
   static void FailAt(int call) { s_untilFailure = call; }
-  // Lets the n-th call from now that makes a global reference or a native method fail, and no exception say why.
+  // Lets the n-th call from now that makes a global reference, an array, a direct buffer, a class or a native method
+  // fail, and no exception say why.
   static void FailSilentlyAt(int call) { s_untilSilence = call; }
   // Lets the next call that makes something leave an exception pending, too, as when there was one before it.
   static void ThrowAfterNext() { s_throwsAfter = true; }
@@ -99,18 +101,21 @@ class CountedReferences {
  private:
   using Jni = JNINativeInterface_;
 
+  enum class Fails { Never, Throwing, AlsoSilently };
+
   // While the VM runs Java, the JDK's own native methods use the same table, and theirs end with them.
-  template <bool MayFail, auto Slot, typename Function>
+  template <Fails How, auto Slot, typename Function>
   struct Wrapper;
-  template <bool MayFail, auto Slot, typename R, typename... A>
-  struct Wrapper<MayFail, Slot, R (JNICALL* Jni::*)(JNIEnv*, A...)> {
+  template <Fails How, auto Slot, typename R, typename... A>
+  struct Wrapper<How, Slot, R (JNICALL* Jni::*)(JNIEnv*, A...)> {
     static R JNICALL Call(JNIEnv* env, A... arguments) {
       const Inside inside;
-      if constexpr (std::is_pointer_v<R>) {
-        if (MayFail && s_depth == 1 && FailsNow(env)) return nullptr;
+      if (How != Fails::Never && s_depth == 1 && FailsNow(env)) return R();
+      if (How == Fails::AlsoSilently && s_depth == 1 && IsSilentNow()) return R();
+      if constexpr (std::is_convertible_v<R, jobject>) {
         const R made = (s_real->*Slot)(env, arguments...);
-        if (MayFail && made != nullptr && s_depth == 1 && std::exchange(s_throwsAfter, false)) Throw(env);
-        if (std::is_convertible_v<R, jobject> && made != nullptr && s_depth == 1) ++s_locals;
+        if (How != Fails::Never && made != nullptr && s_depth == 1 && std::exchange(s_throwsAfter, false)) Throw(env);
+        if (made != nullptr && s_depth == 1) ++s_locals;
         return made;
       } else {
         return (s_real->*Slot)(env, arguments...);
@@ -134,9 +139,9 @@ class CountedReferences {
     Inside() { ++s_depth; }
     ~Inside() { --s_depth; }
   };
-  template <bool MayFail, auto... Slot>
+  template <Fails How, auto... Slot>
   void Wrap() {
-    ((m_table.*Slot = &Wrapper<MayFail, Slot, decltype(Slot)>::Call), ...);
+    ((m_table.*Slot = &Wrapper<How, Slot, decltype(Slot)>::Call), ...);
   }
 
   static inline const Jni* s_real = nullptr;
