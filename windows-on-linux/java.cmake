@@ -12,6 +12,8 @@ set(TORVAN_JAVA_RUNNER "${CMAKE_CURRENT_LIST_DIR}/wine-run" "${CMAKE_BINARY_DIR}
 
 # HOTSPOT_HOME names the JDK whose VM the installed Java loads. The fixed interface finds it in the registry.
 function(torvan_use_java test folder)
+  # To Java a path such as Z:/tmp is a relative one: this finds it from the folder that the test runs in.
+  file(CREATE_LINK / "${CMAKE_CURRENT_BINARY_DIR}/${TORVAN_DRIVE}" SYMBOLIC)
   cmake_parse_arguments(PARSE_ARGV 2 arg "BY_PATH" "PROGRAM" "")
   set(environment "HOTSPOT_HOME=${folder}")
   if(arg_BY_PATH)
