@@ -2,7 +2,7 @@
 
 #include <fakes/Allocations.h>
 #include <fakes/Failure.h>
-#include <fakes/Text.h>
+#include <fakes/WideText.h>
 #include <mirel/base/MemoryException.h>
 #include <torvan/JavaException.h>
 

@@ -60,6 +60,6 @@
 #include <torvan/java/detail/ProgramSettings.h>
 #include <torvan/java/detail/Row.h>
 #include <torvan/java/detail/Shared.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 #include <torvan/java/detail/Undeclared.h>
 #include <torvan/java/detail/Utf.h>

@@ -5,7 +5,7 @@
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/Shared.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <algorithm>
 #include <string>

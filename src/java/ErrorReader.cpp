@@ -2,7 +2,7 @@
 
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Pending.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <utility>
 

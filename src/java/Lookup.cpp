@@ -4,7 +4,7 @@
 #include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/Descriptor.h>
 #include <torvan/java/detail/LocalScope.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <map>
 #include <mutex>

@@ -1,6 +1,6 @@
 #include <torvan/java/Text.h>
 
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <torvan/java/Failure.h>
 #include <torvan/java/detail/Pending.h>

@@ -1,6 +1,6 @@
 #include <torvan/java/Thread.h>
 
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include "java/Threads.h"
 

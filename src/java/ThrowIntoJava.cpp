@@ -1,6 +1,6 @@
 #include <torvan/java/Error.h>
 #include <torvan/java/detail/LocalScope.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <cstdlib>
 #include <string>

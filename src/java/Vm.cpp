@@ -3,7 +3,7 @@
 #include <torvan/Initialize.h>
 #include <torvan/java/Failure.h>
 #include <torvan/java/detail/Environment.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 #include <torvan/jni/DynamicJavaRuntime.h>
 
 #include <chrono>

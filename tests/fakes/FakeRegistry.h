@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fakes/CallLog.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "platform/System.h"
 
 namespace tests {

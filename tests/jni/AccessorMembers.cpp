@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jni/AccessorSamples.h"
 
 #if defined(__GNUC__)

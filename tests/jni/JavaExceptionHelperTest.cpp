@@ -11,8 +11,8 @@
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
 #include "fakes/JvmTest.h"
-#include "fakes/Text.h"
 #include "fakes/TextRoom.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

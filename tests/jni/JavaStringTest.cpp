@@ -9,7 +9,7 @@
 
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jni/HandleTest.h"
 
 namespace tests {

@@ -12,7 +12,7 @@
 
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jni/AccessorMembers.h"
 #include "jni/HandleTest.h"
 

@@ -7,7 +7,7 @@
 
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

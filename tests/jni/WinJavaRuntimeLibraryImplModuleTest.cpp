@@ -6,7 +6,7 @@
 
 #include "ThisSystem.h"
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jni/JavaRuntimeLibraryPool.h"
 #include "jni/Modules.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"

@@ -1,6 +1,6 @@
 #include "jvmlauncher/Access.h"
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 using torvan::jvmlauncher::CArgumentList;
 using torvan::jvmlauncher::CJavaVmOption;

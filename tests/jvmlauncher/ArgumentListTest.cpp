@@ -6,7 +6,7 @@
 
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jvmlauncher/Access.h"
 
 namespace tests {

@@ -6,7 +6,7 @@
 #include <mirel/base/MemoryException.h>
 
 #include "fakes/Allocations.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jvmlauncher/Installation.h"
 #include "platform/System.h"
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jvmlauncher/InstalledJavaVm.h"
 
 namespace tests {

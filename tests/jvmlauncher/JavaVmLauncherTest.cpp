@@ -11,8 +11,8 @@
 
 #include "fakes/Allocations.h"
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
 #include "fakes/TextRoom.h"
+#include "fakes/WideText.h"
 #include "jvmlauncher/Installation.h"
 #include "jvmlauncher/InstalledJavaVm.h"
 #include "jvmlauncher/options/Options.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jvmlauncher/Access.h"
 #include "jvmlauncher/ProbeRuntime.h"
 

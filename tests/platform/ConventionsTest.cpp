@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ThisSystem.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 namespace {

@@ -1,7 +1,7 @@
 // What every System must answer, real or fake.
 #include <gmock/gmock.h>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "platform/World.h"
 
 namespace tests {

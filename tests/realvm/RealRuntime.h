@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

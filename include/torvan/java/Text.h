@@ -2,7 +2,7 @@
 #pragma once
 
 #include <torvan/java/Local.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <string>
 #include <string_view>

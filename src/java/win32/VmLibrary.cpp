@@ -1,6 +1,6 @@
 #include "java/VmLibrary.h"
 
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <windows.h>
 

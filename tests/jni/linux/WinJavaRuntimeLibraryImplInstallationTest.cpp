@@ -7,7 +7,7 @@
 #include <string>
 
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jni/JavaRuntimeLibraryPool.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "ThisSystem.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

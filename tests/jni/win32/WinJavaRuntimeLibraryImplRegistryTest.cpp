@@ -8,7 +8,7 @@
 
 #include "fakes/DebugOut.h"
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jni/WinJavaRuntimeLibraryImpl.h"
 
 namespace tests {

@@ -8,7 +8,7 @@
 #include <torvan/jvmlauncher/options/SystemPropertyOption.h>
 
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

@@ -12,7 +12,7 @@
 #include <type_traits>
 
 #include "fakes/Failure.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

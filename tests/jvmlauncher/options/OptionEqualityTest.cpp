@@ -7,7 +7,7 @@
 #include <typeinfo>
 #include <vector>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "jvmlauncher/Access.h"
 #include "jvmlauncher/options/Options.h"
 

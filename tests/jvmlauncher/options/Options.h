@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <string>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "platform/System.h"
 #include "platform/linux/Fixtures.h"
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 namespace {

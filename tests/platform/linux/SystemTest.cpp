@@ -10,7 +10,7 @@
 
 #include "fakes/Allocations.h"
 #include "fakes/DebugOut.h"
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "platform/linux/Fixtures.h"
 
 namespace tests {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 #include "platform/TemporaryFolder.h"
 #include "platform/World.h"
 

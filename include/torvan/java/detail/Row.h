@@ -9,7 +9,7 @@
 #include <torvan/java/detail/Jni.h>
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Passed.h>
-#include <torvan/java/detail/Text.h>
+#include <torvan/java/detail/StringText.h>
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "fakes/Text.h"
+#include "fakes/WideText.h"
 
 namespace tests {
 namespace {
