@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Installs what building and testing needs and is not there yet: setup.sh
-# [linux|linux-asan|linux-tsan|linux-fuzz|windows-mingw|windows-msvc-abi]...
+# [linux|linux-asan|linux-tsan|windows-mingw|windows-msvc-abi]...
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(linux linux-fuzz windows-mingw windows-msvc-abi)
+[ ${#targets[@]} -gt 0 ] || targets=(linux linux-asan windows-mingw windows-msvc-abi)
 
 missing=()
 need() { # need PACKAGE COMMAND...: the package is needed unless the command succeeds
@@ -48,12 +48,9 @@ for target in "${targets[@]}"; do
       need clang command -v clang++
       need clang-tidy command -v clang-tidy
       need libclang-rt-14-dev clang_runtime_found asan
-      ;;
-    linux-tsan) ;;
-    linux-fuzz)
-      need clang-14 test -x /usr/lib/llvm-14/bin/clang
       need libclang-rt-14-dev clang_runtime_found fuzzer
       ;;
+    linux-tsan) ;;
     windows-mingw)
       need g++-mingw-w64-x86-64-posix command -v x86_64-w64-mingw32-g++-posix
       need_wine
@@ -69,8 +66,8 @@ for target in "${targets[@]}"; do
       need_wine
       ;;
     *)
-      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, linux-tsan, linux-fuzz," \
-        "windows-mingw and windows-msvc-abi" >&2
+      echo "setup.sh: unknown target '$target'; known are linux, linux-asan, linux-tsan, windows-mingw" \
+        "and windows-msvc-abi" >&2
       exit 2
       ;;
   esac

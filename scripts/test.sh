@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the library and runs all its tests: test.sh [TARGET]...; without a target linux and both kinds of Windows. Others
-# are linux-asan, by clang, and linux-tsan and linux-fuzz, which test torvan::java alone.
+# are linux-asan, by clang, and linux-tsan, which tests torvan::java alone.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
