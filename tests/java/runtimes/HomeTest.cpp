@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "java/runtimes/MadeUpMachine.h"
 
 namespace tests {
@@ -129,9 +127,7 @@ class LockedMachine : public MadeUpMachine {
   }
 
  private:
-  static bool IsLocked(const std::filesystem::path& path) {
-    return std::find(path.begin(), path.end(), "locked") != path.end();
-  }
+  static bool IsLocked(const std::filesystem::path& path) { return ToText(path).find("locked") != std::string::npos; }
 };
 
 TEST(HomeLockedTest, WhatCannotBeReachedIsRefusedWithTheSystemsReason) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "java/runtimes/RealReleases.h"
+#include "java/runtimes/WholeReleases.h"
 
 namespace tests {
 namespace {
@@ -29,6 +30,30 @@ TEST_P(ReleaseFileRealTest, TellsVersionAndVendor) {
   EXPECT_EQ(release.version->Feature(), row.feature);
   EXPECT_EQ(release.vendor, row.implementor == nullptr ? "" : row.implementor);
   EXPECT_EQ(release.versionText, row.version);
+}
+
+std::string Replaced(std::string text, const std::string& what, const std::string& by) {
+  for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
+    text.replace(at, what.size(), by);
+  }
+  return text;
+}
+
+class ReleaseFileWholeTest : public testing::TestWithParam<WholeRelease> {};
+
+INSTANTIATE_TEST_SUITE_P(Files, ReleaseFileWholeTest, testing::ValuesIn(WholeReleases));
+
+// However its lines end, with a mark of UTF-8 or without, and with values in quotes or bare.
+TEST_P(ReleaseFileWholeTest, TellsWhatCounts) {
+  const std::string file = GetParam().file;
+  for (const std::string& form : {file, Replaced(file, "\n", "\r\n"), "\xEF\xBB\xBF" + file, Replaced(file, "\"", ""),
+                                  file.substr(0, file.size() - 1)}) {
+    const Release release = ReadRelease(form);
+    ASSERT_TRUE(release.version) << form;
+    EXPECT_EQ(release.version->ToString(), GetParam().version);
+    EXPECT_EQ(release.vendor, GetParam().vendor);
+    EXPECT_EQ(release.libc, GetParam().libc);
+  }
 }
 
 TEST(ReleaseFileTest, AnEmptyFileTellsNothing) {
