@@ -1,7 +1,7 @@
 #include "java/runtimes/Home.h"
 
+#include <functional>
 #include <utility>
-#include <vector>
 
 #include "java/PathText.h"
 #include "java/runtimes/BinaryHeader.h"
@@ -17,31 +17,30 @@ constexpr const char* ReleaseName = "release";
 constexpr std::size_t MostOfRelease = std::size_t{256} * 1024;  // real ones have up to 15 KB
 constexpr const char* VmKinds[] = {"server", "client", "j9vm", "zero", "minimal"};
 
-// Where a home may have its VM library; the first that is there counts.
-std::vector<fs::path> PlacesOfLibrary(const fs::path& home) {
+// The first place where a home may have its VM library that is wanted; empty when none is.
+fs::path PlaceOfLibrary(const fs::path& home, const std::function<bool(const fs::path&)>& isWanted) {
   const Layout& layout = UsualLayout();
-  std::vector<fs::path> places;
   for (const char* folder : layout.libraryFolders) {
-    for (const char* kind : VmKinds) places.push_back(home / folder / kind / layout.libraryName);
-  }
-  return places;
-}
-
-// Empty when there is none.
-fs::path FindLibrary(const Machine& machine, const fs::path& home) {
-  for (fs::path& place : PlacesOfLibrary(home)) {
-    if (machine.IsFile(place)) return std::move(place);
+    for (const char* kind : VmKinds) {
+      fs::path place = home / folder / kind / layout.libraryName;
+      if (isWanted(place)) return place;
+    }
   }
   return {};
 }
 
-// Why none was found.
+fs::path FindLibrary(const Machine& machine, const fs::path& home) {
+  return PlaceOfLibrary(home, [&machine](const fs::path& place) { return machine.IsFile(place); });
+}
+
 std::string ReasonOfNoLibrary(const Machine& machine, const fs::path& home) {
-  for (const fs::path& place : PlacesOfLibrary(home)) {
-    const std::string hindrance = machine.Hindrance(place);
-    if (!hindrance.empty()) return "its VM library cannot be reached: " + ToText(place) + ": " + hindrance;
-  }
-  return "has no VM library such as " + ToText(PlacesOfLibrary({}).front());
+  std::string hindrance;
+  const fs::path hidden = PlaceOfLibrary(home, [&](const fs::path& place) {
+    hindrance = machine.Hindrance(place);
+    return !hindrance.empty();
+  });
+  if (!hidden.empty()) return "its VM library cannot be reached: " + ToText(hidden) + ": " + hindrance;
+  return "has no VM library such as " + ToText(PlaceOfLibrary({}, [](const fs::path&) { return true; }));
 }
 
 // The two below fill in what they read, and return why there is no runtime; an empty text when there can be one.
