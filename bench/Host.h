@@ -93,5 +93,6 @@ void AddJavaTexts();
 void AddJavaArrays();
 void AddJavaCallbacks();
 void AddJavaErrors();
+void AddJavaRuntimes();
 
 }  // namespace bench

@@ -17,6 +17,7 @@ int main(int argc, char** argv) try {
     bench::AddJavaTexts();
     bench::AddJavaArrays();
     bench::AddJavaCallbacks();
+    bench::AddJavaRuntimes();
     bench::AddJavaErrors();  // last: they change what the VM answers to one look-up
   });
 } catch (const std::exception& failure) {

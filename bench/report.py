@@ -27,6 +27,7 @@ GROUPS = {
     "java arrays": "`torvan::java`: arrays",
     "java callbacks": "`torvan::java`: C++ called from Java",
     "java errors": "`torvan::java`: errors",
+    "java runtimes": "`torvan::java`: runtimes",
 }
 
 
@@ -83,16 +84,16 @@ def read(path):
 def verdict(budget, figure):
     """What was measured, as the budget counts it, and whether it is met."""
     kind = budget.get("kind", "ratio")
-    value = {"ratio": figure.ratio, "over": figure.over, "time": figure.time}[kind]()
+    value = {"ratio": figure.ratio, "over": figure.over, "time": figure.time, "ms": lambda: figure.time() / 1e6}[kind]()
     # A figure is compared as it is shown.
-    shown = f"{value:.2f}" if kind == "ratio" else f"{value:.1f} ns"
+    shown = f"{value:.2f}" if kind == "ratio" else f"{value:.1f} {'ms' if kind == 'ms' else 'ns'}"
     return shown, float(shown.split()[0]) <= budget["most"]
 
 
 def bound(budget):
     kind = budget.get("kind", "ratio")
     most = budget["most"]
-    return {"ratio": f"{most:.2f}", "over": f"{most:g} ns more", "time": f"{most:g} ns"}[kind]
+    return {"ratio": f"{most:.2f}", "over": f"{most:g} ns more", "time": f"{most:g} ns", "ms": f"{most:g} ms"}[kind]
 
 
 def nanoseconds(value):
@@ -161,7 +162,7 @@ def page(measured, facts, budgets, notes):
     for jdk in jdks:
         cells = [row[4][jdk] for row in rows if jdk in row[4]]
         lines.append(f"- Java {jdk}: {sum(met for _, met in cells)} of {len(cells)} are met.")
-    lines += ["", "A budget is a ratio to the first way of its row below, unless it says nanoseconds.", ""]
+    lines += ["", "A budget is a ratio to the first way of its row below, unless it says nanoseconds or milliseconds.", ""]
     lines += table(["", "", "", "budget"] + [f"Java {jdk}" for jdk in jdks],
                    [[GROUPS[group], row, way, most] + [marked(cells.get(jdk)) for jdk in jdks]
                     for group, row, way, most, cells in rows])
@@ -216,7 +217,7 @@ def busy(facts):
 def picture(measured, budgets):
     """A chart of the rows with a budget that is a ratio: a bar for each JDK, and a line where the budget is."""
     colours = ["#2f6fb0", "#e08a1e", "#4c9a52", "#9a5ab0"]
-    rows = [row for row in budget_rows(measured, budgets) if not row[3].endswith(("ns", "more"))]
+    rows = [row for row in budget_rows(measured, budgets) if not row[3].endswith(("ns", "ms", "more"))]
     left, width, bar, gap, top = 430, 560, 9, 8, 46
     height = len(measured) * bar + gap
     highest = max([1.25] + [float(shown) for row in rows for shown, _ in row[4].values()])

@@ -15,6 +15,7 @@ BUDGETS = {
         {"group": "objects", "row": "b", "way": "copy", "most": 2, "kind": "over"},
         {"group": "objects", "row": "b", "way": "copy", "most": 5, "kind": "time"},
         {"group": "texts", "row": "c", "way": "narrow", "most": 0.5, "java": "17"},
+        {"group": "launcher", "row": "d", "way": "search", "most": 50, "kind": "ms"},
         {"group": "texts", "row": "not measured", "way": "narrow", "most": 0.5},
     ],
     "build": {
@@ -41,9 +42,10 @@ def measured():
     a = ("calls", "a", [("raw", 0, [500, 100, 90]), ("narrow", 2, [103, 900, 1]), ("wide", 2.5, [107, 107, 107])])
     b = ("objects", "b", [("raw", 0, [3, 3, 3]), ("copy<x>", 0, [4]), ("copy", 0, [5.04, 5.04, 5.04])])
     c = ("texts", "c", [("raw", 1, [10]), ("narrow", 1, [6])])
+    d = ("launcher", "d", [("raw", 1, [1e6]), ("search", 1, [50.06e6])])
     slow = ("calls", "a", [("raw", 0, [200]), ("narrow", 2, [260]), ("wide", 2.5, [300])])
     slower = ("calls", "a", [("raw", 0, [200]), ("narrow", 2, [300]), ("wide", 2.5, [320])])
-    return {"8": report.figures([process(a, b, c)]), "17": report.figures([process(a, b, c), process(slower), process(slow)])}
+    return {"8": report.figures([process(a, b, c)]), "17": report.figures([process(a, b, c, d), process(slower), process(slow)])}
 
 
 class ReportTest(unittest.TestCase):
@@ -60,11 +62,12 @@ class ReportTest(unittest.TestCase):
             ("b", "copy", "2 ns more", {"8": ("2.0 ns", True), "17": ("2.0 ns", True)}),
             ("b", "copy", "5 ns", {"8": ("5.0 ns", True), "17": ("5.0 ns", True)}),
             ("c", "narrow", "0.50", {"17": ("0.60", False)}),
+            ("d", "search", "50 ms", {"17": ("50.1 ms", False)}),
         ])
 
     def test_the_page_says_what_was_missed(self):
         text = report.page(measured(), FACTS, BUDGETS, ["A note.", ""])
-        for line in ("- Java 8: 3 of 4 are met.", "- Java 17: 2 of 5 are met.",
+        for line in ("- Java 8: 3 of 4 are met.", "- Java 17: 2 of 6 are met.",
                      "| Calls and fields | a | narrow | 1.03 | 1.03 | **1.30** missed |",
                      "| Texts | c | narrow | 0.50 |  | **0.60** missed |",
                      "| Load | 1 ms | 0.30 ms |", "| Size | 320 KiB | **321.00 KiB** missed |",
@@ -87,6 +90,7 @@ class ReportTest(unittest.TestCase):
         for shown in ("1.03", "1.30", "1.07", "1.50", "0.60"):
             self.assertEqual(texts.count(shown), 1, shown)
         self.assertNotIn("2.0 ns", texts)
+        self.assertNotIn("50.1 ms", texts)
 
     def test_a_long_time_is_shown_in_larger_units(self):
         self.assertEqual([report.nanoseconds(value) for value in (0.54, 9999.94, 10000, 1e6)],
@@ -95,7 +99,7 @@ class ReportTest(unittest.TestCase):
     def test_each_budget_names_a_group_that_the_page_has(self):
         for budget in report.read(os.path.join(report.HERE, "budgets.json"))["rows"]:
             self.assertIn(budget["group"], report.GROUPS)
-            self.assertIn(budget.get("kind", "ratio"), ("ratio", "over", "time"))
+            self.assertIn(budget.get("kind", "ratio"), ("ratio", "over", "time", "ms"))
 
 
 if __name__ == "__main__":
