@@ -171,7 +171,7 @@ void VmOptions::Encode() try {
       detail::ToUtf16(text);  // what is no UTF-8 is refused here: a process can have only one VM
       m_lateProperties.push_back(*property);
     } else {
-      Fail(__LINE__, "The option " + text + " " + reason);
+      Fail(__LINE__, std::string("The option ").append(text).append(" ").append(reason));
     }
   }
 } catch (const Misuse& invalid) {
