@@ -18,11 +18,20 @@ jintArray In(JNIEnv* env, const std::vector<jint>& values) {
   return made;
 }
 
-long Out(JNIEnv* env, jintArray from) {
-  const jsize length = env->GetArrayLength(from);
-  const std::unique_ptr<jint[]> to(new jint[static_cast<std::size_t>(length)]);
+long OutTo(JNIEnv* env, jintArray from, jsize length, const std::unique_ptr<jint[]>& to) {
   env->GetIntArrayRegion(from, 0, length, to.get());
   return to[0];
+}
+
+long Out(JNIEnv* env, jintArray from) {
+  const jsize length = env->GetArrayLength(from);
+  return OutTo(env, from, length, std::unique_ptr<jint[]>(new jint[static_cast<std::size_t>(length)]));
+}
+
+// As a vector does it, whose elements have a value from the start.
+long OutZeroed(JNIEnv* env, jintArray from) {
+  const jsize length = env->GetArrayLength(from);
+  return OutTo(env, from, length, std::make_unique<jint[]>(static_cast<std::size_t>(length)));
 }
 
 void AddOf(const std::string& of, std::size_t count) {
@@ -44,6 +53,7 @@ void AddOf(const std::string& of, std::size_t count) {
        Batched("NewArray", [=](long) { return java::NewArray(values) ? 1 : 0; })});
   Add("java arrays", of + " out",
       {Batched("GetIntArrayRegion to new jint[n]", [=](long) { return Out(env, ints); }),
+       Batched("zeroed first", [=](long) { return OutZeroed(env, ints); }),
        Batched("Copy", [=](long) { return java::Copy<std::vector<jint>>(array)[0]; })});
   Add("java arrays", of + " in and out",
       {Batched("by JNI",
