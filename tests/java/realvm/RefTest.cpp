@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "java/realvm/CountedReferences.h"
 #include "java/realvm/OneVm.h"
 #include "java/realvm/Resident.h"
 
@@ -251,14 +252,17 @@ TEST_F(RefTest, GoWhereverValuesGo) {
 TEST_F(RefTest, AMillionRoundsLeaveNothing) {
   const Local<Child> child = New<Child>();
   const Global<Child> global(child);
+  const CountedReferences counted(java::detail::Env());
   ExpectGrowthToEnd(1024, [&] {
-    for (int i = 0; i < 200000; ++i) {
+    for (int i = 0; i < 1000000; ++i) {
       const Local<Child> local(global);
       const Global<Named> named(local);
       const Weak<Child> weak(local);
     }
   });
-  EXPECT_EQ(NameOf(global), "child");
+  EXPECT_EQ(counted.Locals(), 0);
+  EXPECT_EQ(counted.Globals(), 0);
+  EXPECT_EQ(counted.Weaks(), 0);
 }
 
 TEST_F(RefTest, AFrameEndsWhatTheFixedInterfaceLeaves) {

@@ -165,7 +165,11 @@ TEST_F(ThreadsTest, EightThreadsMakeFiveMillionCallsAndNothingGrows) {
     }
     ASSERT_EQ(Name(shared), "child");
   };
-  ExpectGrowthToEnd(16 * 1024, [&call] { InThreads(8, call); });
+  const auto ofJava = [] { return static_cast<std::size_t>(CallStaticInt("fixture/Vms", "usedKibibytes", "()I")); };
+  ExpectGrowthToEnd({{"the process", ResidentKibibytes, 16 * 1024},
+                     {"the C++ heap", HeapKibibytes, 512},
+                     {"Java's heap", ofJava, 512}},
+                    [&call] { InThreads(8, call); });
 }
 
 // Dropped by threads that are not attached while others make and sweep.
