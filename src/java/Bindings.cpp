@@ -106,13 +106,19 @@ void Bind(JNIEnv* env) {
   s_bound.store(&bindings, std::memory_order_release);
 }
 
-void SetContextClassLoader(JNIEnv* env) noexcept {
+void SetContextClassLoader(JNIEnv* env, bool replaces) noexcept {
   const Bindings* const bindings = Bound();
   if (bindings == nullptr) return;
+  const PendingAside pending(env);
   const LocalScope thread(env, env->CallStaticObjectMethodA(bindings->threadClass, bindings->currentThread, nullptr));
+  jobject own = nullptr;
+  if (env->ExceptionCheck() == JNI_FALSE && !replaces)
+    own = env->CallObjectMethodA(thread.Get(), bindings->getContextClassLoader, nullptr);
+  const LocalScope known(env, own);
   jvalue loader{};
   loader.l = bindings->loader;
-  if (env->ExceptionCheck() == JNI_FALSE) env->CallVoidMethodA(thread.Get(), bindings->setContextClassLoader, &loader);
+  if (env->ExceptionCheck() == JNI_FALSE && own == nullptr)
+    env->CallVoidMethodA(thread.Get(), bindings->setContextClassLoader, &loader);
   env->ExceptionClear();
 }
 

@@ -41,8 +41,8 @@ const Bindings* Bound() noexcept;
 // system's where the thread has none. Throws StartFailure when the VM lacks any of it. What is pending stays so.
 void Bind(JNIEnv* env);
 
-// Sets the context class loader of the calling thread, which was just attached, to that of Java's own threads: service
-// look-ups fail without one.
-void SetContextClassLoader(JNIEnv* env) noexcept;
+// Sets the context class loader of the calling thread to that of Java's own threads: service look-ups fail without one.
+// One that the thread has is replaced only if the layer has just attached the thread. What is pending stays so.
+void SetContextClassLoader(JNIEnv* env, bool replaces) noexcept;
 
 }  // namespace torvan::java::detail

@@ -25,6 +25,15 @@ std::atomic<bool> s_hadVm{false};
 
 thread_local bool t_isCritical = false;
 
+// Whether the calling thread's context class loader was seen to.
+thread_local bool t_hasContextLoader = false;
+
+void SeeToContextLoader(JNIEnv* env, bool replaces) noexcept {
+  if (t_hasContextLoader || Bound() == nullptr) return;
+  t_hasContextLoader = true;
+  SetContextClassLoader(env, replaces);
+}
+
 // The lowest bit of an attachment's number: the layer itself made it.
 constexpr std::uintptr_t ByLayer = 1;
 
@@ -117,7 +126,10 @@ JNIEnv* AskForEnv() noexcept {
 JNIEnv* AttachedEnv(const char* name, bool* attached) {
   RequireVm();
   RequireNotCritical();
-  if (JNIEnv* env = AskForEnv()) return env;
+  if (JNIEnv* env = AskForEnv()) {
+    SeeToContextLoader(env, false);  // other code has attached the thread, or it is one of Java's
+    return env;
+  }
 
   const Entering entering(runningVm);
   JavaVM* const vm = entering.Vm();
@@ -140,7 +152,7 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   if (attached != nullptr) *attached = true;
   DetachAtThreadEnd(true);
   if (isSeen) RememberEnv(env, true);
-  SetContextClassLoader(env);
+  SeeToContextLoader(env, true);
   DeleteDropped(env);
   return env;
 }
@@ -159,6 +171,7 @@ bool IsAttachedByLayer() noexcept { return (AttachmentNumber() & ByLayer) != 0; 
 void ForgetEnv() noexcept {
   CacheEnv(nullptr);
   SetAttachmentNumber(0);
+  t_hasContextLoader = false;
 }
 
 // Waits for a second at most: attaching or detaching a thread runs Java code, which may wait for the calling thread.

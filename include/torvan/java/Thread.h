@@ -9,11 +9,11 @@ namespace torvan::java {
 
 // The calling thread, attached to the Java VM.
 // Every thread is attached when it first calls, and detached when it ends, without a Thread; so is one that other code
-// attached, once it has used the layer. Make one to name a thread in Java, to detach it earlier, or to pass it as the
-// first argument of calls. Use it in the thread that made it, within its scope.
-// A call with a Thread looks up no environment, and does not ask first whether a Java exception is pending: the host
-// vouches that raw JNI and the fixed interface have left none. If they have, the call runs, as far as the VM lets it,
-// and the old exception is cleared and thrown after it.
+// attached, once it has used the layer; if it has no context class loader by its first call, it gets one. Make one to
+// name a thread in Java, to detach it earlier, or to pass it as the first argument of calls. Use it in the thread that
+// made it, within its scope. A call with a Thread looks up no environment, and does not ask first whether a Java
+// exception is pending: the host vouches that raw JNI and the fixed interface have left none. If they have, the call
+// runs, as far as the VM lets it, and the old exception is cleared and thrown after it.
 class Thread {
  public:
   // Attaches the calling thread if it is not attached. It stays attached until it ends.

@@ -102,6 +102,38 @@ TEST_F(ThreadsTest, AttachedThreadsAreDaemonsThatFindServices) {
   EXPECT_EQ(CallStaticInt("fixture/Driver", "found", "()I"), 1);
 }
 
+// Java's drivers are those that the context class loader of the thread knows, unless a class of Java's calls.
+constexpr java::StaticMethod<Local<>(std::string_view)> Connect{"java/sql/DriverManager", "getConnection",
+                                                                "(Ljava/lang/String;)Ljava/sql/Connection;"};
+
+TEST_F(ThreadsTest, ThreadsThatTheFixedInterfaceAttachedFindServices) {
+  EXPECT_TRUE(Connect("jdbc:fixture:"));
+  InThreads(1, [] {
+    TheVm().Handle().Attach();
+    EXPECT_TRUE(Connect("jdbc:fixture:"));
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 1);
+  });
+  InThreads(1, [] {
+    TheVm().Handle().Attach()->FindClass("no/Such");  // what is pending stays so
+    EXPECT_EQ(WhatOf<java::Error>([] { Connect("jdbc:fixture:"); }), "java.lang.NoClassDefFoundError: no/Such");
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 1);
+  });
+}
+
+TEST_F(ThreadsTest, AContextClassLoaderThatTheHostHasSetIsKept) {
+  const auto platform = java::ClassLoader::Platform().Loader();
+  InThreads(1, [&platform] {
+    JNIEnv* const env = TheVm().Handle().Attach();
+    jclass const type = env->FindClass("java/lang/Thread");
+    jobject const thread =
+        env->CallStaticObjectMethod(type, env->GetStaticMethodID(type, "currentThread", "()Ljava/lang/Thread;"));
+    EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+    env->CallVoidMethod(thread, env->GetMethodID(type, "setContextClassLoader", "(Ljava/lang/ClassLoader;)V"),
+                        platform.Get());
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 0);
+  });
+}
+
 TEST_F(ThreadsTest, AThreadHasItsNameForItsScope) {
   EXPECT_EQ(ThreadName(), "main");
   InThreads(1, [] {
