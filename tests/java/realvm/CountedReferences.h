@@ -21,6 +21,7 @@ class CountedReferences {
     m_table = *s_real;
     // clang-format off
     Wrap<Fails::Throwing, &Jni::NewString, &Jni::NewStringUTF, &Jni::NewObjectA, &Jni::NewLocalRef,
+         &Jni::AllocObject, &Jni::CallNonvirtualVoidMethodA, &Jni::GetStringChars,
          &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
          &Jni::CallVoidMethodA, &Jni::CallBooleanMethodA, &Jni::CallIntMethodA, &Jni::CallLongMethodA,
          &Jni::GetObjectArrayElement, &Jni::GetIntArrayElements, &Jni::GetPrimitiveArrayCritical,

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "java/realvm/CountedReferences.h"
 #include "java/realvm/OneVm.h"
 
 namespace tests {
@@ -137,7 +138,21 @@ TEST_F(GuardTest, EveryOperationIsGuarded) {
   // A static initialiser runs once.
   all.push_back({"GetStaticInt", [this] { vm.FindClass("fixture/Throwing$Broken").GetStaticIntField("number", "I"); },
                  "java.lang.ExceptionInInitializerError: java.lang.NumberFormatException: For input string: \"x\""});
-  EXPECT_EQ(all.size(), 2 * (9 * 10 + 6 + 11) + 1u);
+  // Java has no memory.
+  const std::string noMemory = "java.lang.OutOfMemoryError: as the test wants";
+  const auto withoutMemory = [](const std::function<void()>& run) {
+    return [run] {
+      const CountedReferences failing(java::detail::Env());
+      CountedReferences::FailAt(1);
+      run();
+    };
+  };
+  const torvan::jni::CJavaString text = vm.NewString(RX_TEXT("text"));
+  all.push_back({"NewString", withoutMemory([this] { vm.NewString(RX_TEXT("text")); }), noMemory});
+  all.push_back({"a string's text",
+                 withoutMemory([text] { static_cast<void>(static_cast<mirel::base::CUnicodeString>(text)); }),
+                 noMemory});
+  EXPECT_EQ(all.size(), 2 * (9 * 10 + 6 + 11) + 3u);
   for (const Operation& operation : all) {
     SCOPED_TRACE(operation.name);
     EXPECT_THAT(WhatOf<Error>([&] { Guard(operation.run); }), testing::StartsWith(operation.what));
@@ -158,6 +173,8 @@ TEST_F(GuardTest, ReturnsTheResultOfItsFunction) {
   EXPECT_EQ(value, 3);
   const CJavaObject object = Guard([&] { return vm.NewObject("fixture/Throwing", "()V"); });
   EXPECT_TRUE(object.IsInstanceOf("fixture/Throwing"));
+  // In this one Java throws nothing.
+  EXPECT_TRUE(Guard([&] { return object.IsInstanceOf(vm.FindClass("fixture/Throwing")); }));
 }
 
 TEST_F(GuardTest, FailuresWithoutJavasPartPassAsTheyAre) {
