@@ -169,10 +169,15 @@ void UseAnObjectOfTheOtherSide(const CJavaVm& vm) {
   std::printf("%d\n", static_cast<int>(java::Handle(list).CallIntMethod("size", "()I")));
 }
 
-void WorkOnAnotherThread() {
+void WorkOnAnotherThread(const CJavaVm& vm) {
+  const CJavaObject before = vm.FindClass("java/util/ArrayList").NewObject("()V");
+  std::thread([&] {  // while this one only waits
+    before.CallBooleanMethod("add", "(Ljava/lang/Object;)Z", static_cast<jobject>(vm.NewString(RX_TEXT("from there"))));
+    vm.Detach();
+  }).join();
   const java::Global<List> shared(NewList(4));
   std::thread([shared] { Add(shared, "from there"); }).join();
-  std::printf("%s\n", GetText(shared, 0).c_str());
+  std::printf("%d %s\n", static_cast<int>(before.CallIntMethod("size", "()I")), GetText(shared, 0).c_str());
 }
 
 void CallOften(const CJavaVm& vm) {
@@ -185,8 +190,17 @@ void CallOften(const CJavaVm& vm) {
   std::printf("%d\n", static_cast<int>(Max(thread, 1, 2)));
 }
 
-void CallOnce() {
-  std::printf("%s\n", java::Call<std::string>(java::New<ArrayList>(), "toString").c_str());
+void CallOnce(const CJavaVm& vm) {
+  const CJavaObject list = vm.NewObject("java/util/ArrayList", "()V");
+  const CJavaString before = list.CallObjectMethod("toString", "()Ljava/lang/String;");
+  const std::string after = java::Call<std::string>(java::New<ArrayList>(), "toString");
+  std::printf("%d %s\n", static_cast<int>(before.CallIntMethod("length", "()I")), after.c_str());
+}
+
+void EndTheVm(const CJavaVm& vm) {
+  // Before: no call ends a CJavaVm; shutdown hooks run only if Java itself ends the process.
+  const java::VmEnd end = java::EndVm(vm);
+  std::printf("%s\n", end == java::VmEnd::Destroyed ? "ended" : "left running");
 }
 
 }  // namespace
@@ -209,7 +223,8 @@ int main() {
   KnowWhyJavaRefused(vm);
   GuardCalls(vm);
   UseAnObjectOfTheOtherSide(vm);
-  WorkOnAnotherThread();
+  WorkOnAnotherThread(vm);
   CallOften(vm);
-  CallOnce();
+  CallOnce(vm);
+  EndTheVm(vm);
 }

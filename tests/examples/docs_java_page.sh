@@ -22,8 +22,9 @@ the same
 java\.lang\.NumberFormatException: For input string: "x"
 java\.lang\.NoClassDefFoundError
 1
-from there
+1 from there
 2
-\[\]'
+2 \[\]
+ended'
 
 finish
