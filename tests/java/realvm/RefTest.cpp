@@ -127,6 +127,23 @@ TEST_F(RefTest, HandlesOfTheFixedInterfaceGoBothWays) {
             "A fixture.Kinds$Child is given where a java.lang.String is needed");
 }
 
+TEST_F(RefTest, ClassAndStringHandlesOfTheFixedInterfaceAreReferences) {
+  static constexpr java::Method<java::Class, std::string()> GetName{"getName"};
+  const torvan::jni::CJavaVm& vm = TheVm().Handle();
+  const torvan::jni::CJavaClass type = vm.FindClass("fixture/Kinds$Child");
+  const Ref<java::Class> ofClass = type;
+  const Ref<Object> ofObject = type;
+  EXPECT_TRUE(Same(ofClass, ofObject));
+  EXPECT_EQ(GetName(type), "fixture.Kinds$Child");
+  EXPECT_EQ(GetName(Local<java::Class>(type)), "fixture.Kinds$Child");
+  EXPECT_EQ(GetName(Cast<java::Class>(ofObject)), "fixture.Kinds$Child");
+
+  const torvan::jni::CJavaString text = vm.NewString(RX_TEXT("text"));
+  EXPECT_EQ(java::ToText(text), "text");
+  EXPECT_EQ(java::ToText(Local<java::String>(text)), "text");
+  EXPECT_FALSE(Local<java::String>(vm.NewString(nullptr)));
+}
+
 TEST_F(RefTest, AWeakReferenceLetsItsObjectGo) {
   Weak<Object> weak;
   {
