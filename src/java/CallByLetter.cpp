@@ -1,5 +1,6 @@
 #include "java/CallByLetter.h"
 
+#include <torvan/java/detail/Function.h>
 #include <torvan/java/detail/Jni.h>
 
 namespace torvan::java::detail {
@@ -33,7 +34,7 @@ jvalue CallByLetter(JNIEnv* env, MemberKind kind, char letter, const CallTarget&
                     const jvalue* values) {
   if (kind == MemberKind::Constructor) {
     jvalue made{};
-    made.l = env->NewObjectA(target.type, target.id, values);
+    made.l = NewObject(env, target.type, target.id, values);
     return made;
   }
   switch (letter) {

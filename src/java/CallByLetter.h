@@ -11,8 +11,8 @@ struct CallTarget {
   jclass type;
 };
 
-// Calls a method, or makes an object with a constructor, whose result has the letter. May leave a Java exception
-// pending.
+// Calls a method, whose result has the letter, after which something may be pending; or makes an object with a
+// constructor. Throws Error when that fails.
 jvalue CallByLetter(JNIEnv* env, MemberKind kind, char letter, const CallTarget& target, jobject object,
                     const jvalue* values);
 

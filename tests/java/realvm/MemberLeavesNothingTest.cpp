@@ -20,6 +20,9 @@ using java::StaticMethod;
 struct Values {
   static constexpr char JavaName[] = "fixture/Values";
 };
+struct Failing {
+  static constexpr char JavaName[] = "fixture/Members$Failing";
+};
 
 class MemberLeavesNothingTest : public NothingLeftTest {};
 
@@ -173,6 +176,16 @@ TEST_F(MemberLeavesNothingTest, WhereAnExceptionIsPendingAfterACallThatReturned)
   expectNothing([&] { SameObject(thread, list); });
   expectNothing([&] { Clone(thread, list); });
   expectNothing([&] { ToString(thread, list); });
+}
+
+// A reference that the VM has made for itself is not seen by the count, but keeps the object.
+TEST_F(MemberLeavesNothingTest, AfterAConstructorThatThrowsTheObjectIsGone) {
+  static constexpr Constructor<Failing()> MakeFailing;
+  java::CallStatic<void>("fixture/Watch", "forgetAll");
+  EXPECT_THROW(MakeFailing(), java::Error);
+  EXPECT_THROW(java::New<Failing>(), java::Error);
+  EXPECT_EQ(java::CallStatic<jint>("fixture/Watch", "watchedCount"), 2);
+  EXPECT_EQ(java::CallStatic<jint>("fixture/Watch", "alive", 0), 0);
 }
 
 // As at their first use, but that the classes are known.

@@ -29,6 +29,16 @@ R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberNa
   }
 }
 
+// Makes an object. In two steps, because HotSpot's NewObject never deletes its local reference to an object whose
+// constructor throws.
+inline jobject NewObject(JNIEnv* env, jclass type, jmethodID constructor, const jvalue* values) {
+  jobject const made = env->AllocObject(type);
+  CheckPending(env, made);
+  env->CallNonvirtualVoidMethodA(made, type, constructor, values);
+  CheckPending(env, made);
+  return made;
+}
+
 // Calls `use` with the environment (of the Thread, if that comes first, else what `env` returns) and the values.
 template <typename Use>
 decltype(auto) Enter(JNIEnv* env(), const Use& use) {
@@ -171,8 +181,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
     const ClassTests* const tests = this->ItsPlace().Tests();
     if (tests != nullptr) TestArguments(env, *tests, values, Name());
     if constexpr (Kind == MemberKind::Constructor) {
-      jobject const made = env->NewObjectA(this->ItsPlace().Type(), id, values);
-      CheckPending(env, made);
+      jobject const made = NewObject(env, this->ItsPlace().Type(), id, values);
       return Row<R>::Take(env, made);
     } else {
       using Result = Jni<ResultLetter>;
