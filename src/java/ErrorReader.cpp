@@ -58,6 +58,11 @@ Error ErrorReader::Read(jthrowable throwable, std::string_view addition) {
   return Error(std::move(what), std::move(facts));
 }
 
+void ErrorReader::ThrowFor(const Error& error, const std::string& member) {
+  if (error.ClassName() != "java.lang.ClassNotFoundException") throw error;
+  throw Error(std::string(error.what()) + " (needed by " + member + ")", error.m_facts);
+}
+
 std::optional<std::string> ErrorReader::Trace(jobject throwable) {
   const detail::Bindings& bindings = *Bound();
   const LocalScope writer(m_env, m_env->NewObjectA(bindings.stringWriterClass, bindings.newStringWriter, nullptr));

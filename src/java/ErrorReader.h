@@ -46,6 +46,9 @@ class ErrorReader {
   static Error Given(const Ref<java::Throwable>& throwable);
 
   Error Read(jthrowable throwable, std::string_view addition);
+  // Throws an error again that a look-up of a member's class made. Where there is no such class, what() then names the
+  // member, too.
+  [[noreturn]] static void ThrowFor(const Error& error, const std::string& member);
   // Nothing where it cannot be read.
   std::optional<std::string> Trace(jobject throwable);
 

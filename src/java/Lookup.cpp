@@ -11,6 +11,7 @@
 #include <string>
 
 #include "java/ClassNames.h"
+#include "java/ErrorReader.h"
 #include "java/Reflection.h"
 #include "java/Spelling.h"
 
@@ -189,6 +190,14 @@ jclass KeptClass(JNIEnv* env, const char* name) {
 
 namespace {
 
+jclass KeptTypeOf(JNIEnv* env, const MemberName& name) {
+  try {
+    return KeptClass(env, name.type);
+  } catch (const Error& error) {
+    ErrorReader::ThrowFor(error, SpellWithClass(name));
+  }
+}
+
 // Not kept by the member: one that is declared inside a function ends with each call.
 const ClassTests* KeptTests(JNIEnv* env, jclass type, const MemberName& name) {
   if (name.descriptor == name.own) return nullptr;
@@ -207,7 +216,7 @@ const ClassTests* KeptTests(JNIEnv* env, jclass type, const MemberName& name) {
 }  // namespace
 
 void* SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
-  jclass const type = KeptClass(env, name.type);
+  jclass const type = KeptTypeOf(env, name);
   void* const id = FindId(env, type, name);
   m_tests.store(KeptTests(env, type, name), std::memory_order_relaxed);
   m_type.store(type, std::memory_order_relaxed);

@@ -9,6 +9,7 @@
 
 #include "java/CallByLetter.h"
 #include "java/ClassNames.h"
+#include "java/ErrorReader.h"
 #include "java/Reflection.h"
 #include "java/Spelling.h"
 
@@ -80,8 +81,10 @@ bool IsApplicable(JNIEnv* env, const UndeclaredCall& call, const Candidate& cand
 }
 
 std::string SpellCall(JNIEnv* env, const UndeclaredCall& call) {
-  std::string text = NameOf(env, call.type);
-  if (call.kind != MemberKind::Constructor) text += std::string(".") + call.name;
+  std::string text = call.type != nullptr       ? NameOf(env, call.type)
+                     : call.typeName != nullptr ? Dotted(call.typeName)
+                                                : std::string();
+  if (call.kind != MemberKind::Constructor) text += (text.empty() ? "" : ".") + std::string(call.name);
   text += "(";
   for (std::size_t i = 0; i < call.count; ++i) text += (i > 0 ? ", " : "") + ArgumentName(call.arguments[i]);
   return text + ")";
@@ -245,14 +248,22 @@ jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
   return result;
 }
 
-void ThrowNullReceiver(const char* what, const std::string& name) {
-  Fail(__LINE__, std::string("null is given as the ") + what + " of " + name + "(...)");
+jclass TypeOf(JNIEnv* env, const UndeclaredCall& call) {
+  if (call.type != nullptr) return call.type;
+  const bool needsObject = call.kind == MemberKind::Method;
+  if (needsObject || call.typeName == nullptr) {
+    Fail(__LINE__,
+         std::string("null is given as the ") + (needsObject ? "object" : "class") + " of " + SpellCall(env, call));
+  }
+  try {
+    return KeptClass(env, call.typeName);
+  } catch (const Error& error) {
+    ErrorReader::ThrowFor(error, SpellCall(env, call));
+  }
 }
 
-void ThrowInvalidText(JNIEnv* env, jclass type, const char* name, std::size_t index, const InvalidUtf8& invalid) {
-  const std::string place = " in argument " + std::to_string(index + 1) + " of " + NameOf(env, type);
-  const bool isConstructor = *name == '<';
-  Fail(__LINE__, invalid.what() + place + (isConstructor ? "" : std::string(".") + name) + "(...)");
+void ThrowInvalidText(JNIEnv* env, const UndeclaredCall& call, std::size_t index, const InvalidUtf8& invalid) {
+  Fail(__LINE__, invalid.what() + (" in argument " + std::to_string(index + 1)) + " of " + SpellCall(env, call));
 }
 
 }  // namespace torvan::java::detail

@@ -16,6 +16,10 @@ using java::Misuse;
 using java::StaticField;
 using java::StaticMethod;
 
+struct NoSuch {
+  static constexpr char JavaName[] = "fixture/NoSuch";
+};
+
 class MemberMissingTest : public RealVmTest {};
 
 TEST_F(MemberMissingTest, WhatTheClassHasInsteadIsListed) {
@@ -76,14 +80,19 @@ TEST_F(MemberMissingTest, AClassThatIsNotThereNamesTheClassPath) {
                                "NewArray(vector, class))";
   EXPECT_EQ(ErrorOf([] { java::FindClass("fixture/NoSuch"); }), expected);
   EXPECT_EQ(ErrorOf([] { java::FindClass("fixture.NoSuch"); }), expected);
-  EXPECT_EQ(ErrorOf([] { StaticMethod<void()>{"fixture/NoSuch", "none"}(); }), expected);
-  EXPECT_EQ(ErrorOf([] { java::CallStatic<void>("fixture/NoSuch", "none"); }), expected);
+  const auto neededBy = [&](const char* member) { return expected + " (needed by fixture.NoSuch" + member + ")"; };
+  EXPECT_EQ(ErrorOf([] { StaticMethod<void(jint)>{"fixture/NoSuch", "none"}(5); }), neededBy(".none(int)"));
+  EXPECT_EQ(ErrorOf([] { StaticField<jint>{"fixture/NoSuch", "number"}.Get(); }), neededBy(".number"));
+  EXPECT_EQ(ErrorOf([] { Constructor<NoSuch(bool)>{}(true); }), neededBy("(boolean)"));
+  EXPECT_EQ(ErrorOf([] { java::CallStatic<void>("fixture/NoSuch", "none", 5, "x"); }),
+            neededBy(".none(int, java.lang.String)"));
+  EXPECT_EQ(ErrorOf([] { java::New<NoSuch>(5); }), neededBy("(int)"));
 }
 
 TEST_F(MemberMissingTest, ALookUpThatFailedIsMadeAgain) {
   const StaticMethod<void()> none{"fixture/Members", "none"};
-  EXPECT_NE(ErrorOf([&] { none(); }), "");
-  EXPECT_NE(ErrorOf([&] { none(); }), "");
+  EXPECT_NE(ErrorOf([&] { none(); }), "nothing");
+  EXPECT_NE(ErrorOf([&] { none(); }), "nothing");
 }
 
 struct Plugin {

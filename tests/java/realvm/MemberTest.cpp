@@ -161,7 +161,12 @@ TEST_F(MemberTest, ANullObjectNamesTheMember) {
             "null is given as the object of fixture.Members$Derived.shared()");
   EXPECT_EQ(WhatOf<Misuse>([&] { How.Get(none); }), "null is given as the object of fixture.Members$Derived.how");
   EXPECT_EQ(WhatOf<Misuse>([&] { How.Set(none, "x"); }), "null is given as the object of fixture.Members$Derived.how");
-  EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(none, "shared"); }), "null is given as the object of shared(...)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(none, "shared", 5, "x"); }),
+            "null is given as the object of fixture.Members$Derived.shared(int, java.lang.String)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::Call<jint>(Local<Object>(), "shared", none); }),
+            "null is given as the object of shared(fixture.Members$Derived)");
+  EXPECT_EQ(WhatOf<Misuse>([] { java::CallStatic<jint>(Ref<java::Class>(nullptr), "shared", true); }),
+            "null is given as the class of shared(boolean)");
 }
 
 TEST_F(MemberTest, TextThatIsNotUtf8NamesTheMember) {
@@ -176,14 +181,15 @@ TEST_F(MemberTest, TextThatIsNotUtf8NamesTheMember) {
   EXPECT_EQ(WhatOf<Misuse>([&] {
               java::CallStatic<void>("fixture/Members", "joined", "x", std::vector<std::string>{"x", wrong});
             }),
-            at + "argument 2 of fixture.Members.joined(...)");
+            at + "argument 2 of fixture.Members.joined(java.lang.String, java.lang.String[])");
   EXPECT_EQ(WhatOf<Misuse>([&] { makeOfBoth("x", wrong); }),
             at + "argument 2 of fixture.Members$Derived(java.lang.String, java.lang.Object)");
   EXPECT_EQ(WhatOf<Misuse>([&] { How.Set(derived, wrong); }), at + "the value of fixture.Members$Derived.how");
   EXPECT_EQ(WhatOf<Misuse>([&] { same(wrong); }), at + "argument 1 of fixture.Values.same(java.lang.String)");
   EXPECT_EQ(WhatOf<Misuse>([&] { java::CallStatic<void>("fixture/Members", "over", wrong); }),
-            at + "argument 1 of fixture.Members.over(...)");
-  EXPECT_EQ(WhatOf<Misuse>([&] { java::New<Derived>("x", wrong); }), at + "argument 2 of fixture.Members$Derived(...)");
+            at + "argument 1 of fixture.Members.over(java.lang.String)");
+  EXPECT_EQ(WhatOf<Misuse>([&] { java::New<Derived>("x", wrong); }),
+            at + "argument 2 of fixture.Members$Derived(java.lang.String, java.lang.String)");
 }
 
 TEST_F(MemberTest, WhatJavaThrowsIsAnError) {

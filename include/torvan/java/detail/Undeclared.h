@@ -16,25 +16,27 @@ struct GivenArgument {
 };
 
 struct UndeclaredCall {
-  MemberKind kind;  // Method, StaticMethod or Constructor
-  jclass type;
-  jobject object;  // of a Method
+  MemberKind kind;       // Method, StaticMethod or Constructor
+  jclass type;           // null where it is still to be found by its name
+  const char* typeName;  // null where only the object, or the class that is given, tells
+  jobject object;        // of a Method
   const char* name;
-  const GivenArgument* arguments;
-  std::size_t count;
-  const char* result;  // the descriptor of the C++ type, "V" for any
-  bool resultHasNull;
+  const GivenArgument* arguments = nullptr;  // without their values as long as these are not passed
+  std::size_t count = 0;
+  const char* result = nullptr;  // the descriptor of the C++ type, "V" for any
+  bool resultHasNull = true;
 };
 
 // Chooses the method and calls it. The result is of the type asked for, a reference a new local one. Throws as Call().
 jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call);
 
-// Throws Misuse "invalid UTF-8 at byte 3 in argument 1 of java.util.List.add(...)". The first has index 0.
-[[noreturn]] void ThrowInvalidText(JNIEnv* env, jclass type, const char* name, std::size_t index,
-                                   const InvalidUtf8& invalid);
+// Finds the class of a call, unless it is known. Throws Misuse "null is given as the object of
+// java.util.List.get(int)", and Error that names the member where there is no such class.
+jclass TypeOf(JNIEnv* env, const UndeclaredCall& call);
 
-// Throws Misuse "null is given as the object of name(...)".
-[[noreturn]] void ThrowNullReceiver(const char* what, const std::string& name);
+// Throws Misuse "invalid UTF-8 at byte 3 in argument 1 of java.util.List.add(java.lang.String)". The first has index 0.
+[[noreturn]] void ThrowInvalidText(JNIEnv* env, const UndeclaredCall& call, std::size_t index,
+                                   const InvalidUtf8& invalid);
 
 template <typename U>
 GivenArgument Describe(const jvalue& value) {
@@ -77,24 +79,28 @@ auto PassUndeclared(JNIEnv* env, const U& given) {
 }
 
 template <typename R, std::size_t... I, typename... U>
-R CallWith(std::index_sequence<I...>, JNIEnv* env, MemberKind kind, jclass type, jobject object, const char* name,
-           const U&... given) {
+R CallWith(std::index_sequence<I...>, JNIEnv* env, UndeclaredCall call, const U&... given) {
   static_assert(RequireDeclared<R>());
   if constexpr ((MayBeGiven<Plain<U>>() && ... && true)) {
+    const GivenArgument types[sizeof...(U) + 1] = {Describe<Plain<U>>(jvalue{})...};
+    call.arguments = types;
+    call.count = sizeof...(U);
+    call.type = TypeOf(env, call);
     [[maybe_unused]] const auto pass = [&](std::size_t index, const auto& each) {
       try {
         return PassUndeclared(env, each);
       } catch (const InvalidUtf8& invalid) {
-        ThrowInvalidText(env, type, name, index, invalid);
+        ThrowInvalidText(env, call, index, invalid);
       }
     };
     const auto run = [&](const auto&... passed) -> R {
       const GivenArgument arguments[sizeof...(U) + 1] = {Describe<Plain<U>>(ValueOf(passed))...};
       constexpr bool isVoid = std::is_void_v<R>;
       static constexpr auto result = TypeDescriptor<R>();
-      bool hasNull = true;
-      if constexpr (Row<R>::Letter == 'L') hasNull = Row<R>::HasNull;
-      jvalue value = CallUndeclared(env, {kind, type, object, name, arguments, sizeof...(U), result.data, hasNull});
+      if constexpr (Row<R>::Letter == 'L') call.resultHasNull = Row<R>::HasNull;
+      call.arguments = arguments;
+      call.result = result.data;
+      jvalue value = CallUndeclared(env, call);
       if constexpr (isVoid) {
         static_cast<void>(value);
       } else if constexpr (Row<R>::Letter == 'L') {
@@ -109,32 +115,49 @@ R CallWith(std::index_sequence<I...>, JNIEnv* env, MemberKind kind, jclass type,
   }
 }
 
+// The name of a reference's class; null where its type is any object's.
+template <typename U>
+constexpr const char* TagName() {
+  using T = typename TagOf<U>::Type;
+  if constexpr (std::is_void_v<T> || std::is_same_v<T, Object>) {
+    return nullptr;
+  } else if constexpr (RequireTag<T>()) {
+    return T::JavaName;
+  } else {
+    return nullptr;
+  }
+}
+
 template <typename R, typename Self, typename... U>
 R CallNamed(JNIEnv* env, const Self& self, const std::string& name, const U&... given) {
   jobject const object = Ref<Object>(self).Get();
-  if (object == nullptr) ThrowNullReceiver("object", name);
-  const LocalScope type(env, env->GetObjectClass(object));
-  return CallWith<R>(std::index_sequence_for<U...>(), env, MemberKind::Method, static_cast<jclass>(type.Get()), object,
-                     name.c_str(), given...);
+  const LocalScope type(env, object != nullptr ? env->GetObjectClass(object) : nullptr);
+  return CallWith<R>(
+      std::index_sequence_for<U...>(), env,
+      {MemberKind::Method, static_cast<jclass>(type.Get()), TagName<Plain<Self>>(), object, name.c_str()}, given...);
 }
 
 template <typename R, typename Type, typename... U>
 R CallStaticNamed(JNIEnv* env, const Type& type, const std::string& name, const U&... given) {
-  jclass owner = nullptr;
+  UndeclaredCall call{MemberKind::StaticMethod, nullptr, nullptr, nullptr, name.c_str()};
   if constexpr (std::is_convertible_v<const Type&, std::string>) {
-    owner = KeptClass(env, std::string(type).c_str());
+    const std::string typeName = type;
+    call.typeName = typeName.c_str();
+    return CallWith<R>(std::index_sequence_for<U...>(), env, call, given...);
   } else {
-    owner = static_cast<jclass>(Ref<Class>(type).Get());
-    if (owner == nullptr) ThrowNullReceiver("class", name);
+    call.type = static_cast<jclass>(Ref<Class>(type).Get());
+    return CallWith<R>(std::index_sequence_for<U...>(), env, call, given...);
   }
-  return CallWith<R>(std::index_sequence_for<U...>(), env, MemberKind::StaticMethod, owner, nullptr, name.c_str(),
-                     given...);
 }
 
 template <typename T, typename... U>
 Local<T> NewTagged(JNIEnv* env, const U&... given) {
-  return CallWith<Local<T>>(std::index_sequence_for<U...>(), env, MemberKind::Constructor, ClassOf<T>(env), nullptr,
-                            "<init>", given...);
+  if constexpr (RequireTag<T>()) {
+    return CallWith<Local<T>>(std::index_sequence_for<U...>(), env,
+                              {MemberKind::Constructor, nullptr, T::JavaName, nullptr, "<init>"}, given...);
+  } else {
+    std::abort();
+  }
 }
 
 }  // namespace torvan::java::detail
