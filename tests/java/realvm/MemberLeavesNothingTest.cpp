@@ -1,4 +1,6 @@
 // Calls leave no reference, whether they succeed or fail.
+#include <functional>
+#include <stdexcept>
 #include <string>
 
 #include "java/realvm/JavaFiles.h"
@@ -19,6 +21,9 @@ using java::StaticMethod;
 
 struct Values {
   static constexpr char JavaName[] = "fixture/Values";
+};
+struct NoSuch {
+  static constexpr char JavaName[] = "fixture/NoSuch";
 };
 struct Failing {
   static constexpr char JavaName[] = "fixture/Members$Failing";
@@ -178,6 +183,103 @@ TEST_F(MemberLeavesNothingTest, WhereAnExceptionIsPendingAfterACallThatReturned)
   expectNothing([&] { ToString(thread, list); });
 }
 
+TEST_F(MemberLeavesNothingTest, AfterEverythingElseThatIsThere) {
+  using Over = StaticMethod<std::string(std::string_view)>;
+  using OverInt = StaticMethod<std::string(jint)>;
+  static constexpr java::Overloads All{Over{"fixture/Members", "over"}, OverInt{"fixture/Members", "over"}};
+  static constexpr java::StaticField<std::string> StaticText{"fixture/Values", "staticText"};
+  static constexpr java::StaticField<Local<Object>> StaticObject{"fixture/Values", "staticObject"};
+  static constexpr Constructor<Failing()> MakeFailing;
+  static constexpr StaticMethod<void()> Chain{"fixture/Errors", "chain"};
+  JNIEnv* const env = java::detail::Env();
+  const Local<ArrayList> list = java::New<ArrayList>();
+  const Global<Object> object(list);
+  const torvan::jni::CJavaObject handle = java::Handle(list);
+  const auto raw = [&] { return env->NewLocalRef(list.Get()); };
+  const auto leavePending = [&] { env->ThrowNew(java::detail::ClassOf<java::Throwable>(env), "left pending"); };
+  const auto caught = [] {
+    try {
+      Chain();
+    } catch (const java::Error& error) {
+      return error;
+    }
+    throw std::logic_error("nothing was thrown");
+  };
+  const auto wrong = "not \xFF UTF-8";
+
+  const struct {
+    const char* name;
+    std::function<void()> run;
+    bool throws;
+  } operations[] = {
+      {"Cast", [&] { java::Cast<ArrayList>(Ref<Object>(object)); }, false},
+      {"Cast of a wrong one", [&] { java::Cast<Values>(Ref<Object>(object)); }, true},
+      {"Cast of a wrong Local", [&] { java::Cast<Values>(Local<Object>(object)); }, true},
+      {"Cast of a wrong Global", [&] { java::Cast<Values>(object); }, true},
+      {"Cast to no class", [&] { java::Cast<NoSuch>(object); }, true},
+      {"IsInstance", [&] { java::IsInstance<Values>(object); }, false},
+      {"IsInstance of no class", [&] { java::IsInstance<NoSuch>(object); }, true},
+      {"a Local of a handle", [&] { Local<ArrayList>{handle}; }, false},
+      {"a Local of a wrong handle", [&] { Local<Values>{handle}; }, true},
+      {"Adopt", [&] { java::Adopt<ArrayList>(raw()); }, false},
+      {"Adopt of a wrong one", [&] { java::Adopt<Values>(raw()); }, true},
+      {"Adopt with one pending",
+       [&] {
+         jobject const local = raw();
+         leavePending();
+         java::Adopt<ArrayList>(local);
+       },
+       true},
+      {"Handle", [&] { java::Handle(object); }, false},
+      {"LocalFrame",
+       [&] {
+         const java::LocalFrame frame;
+         raw();
+       },
+       false},
+      {"a LocalFrame that cannot be", [] { const java::LocalFrame frame(-1); }, true},
+      {"Thread", [] { const java::Thread thread("named"); }, false},
+      {"Overloads", [] { All("text"), All(5); }, false},
+      {"Overloads and no UTF-8", [&] { All(wrong); }, true},
+      {"a static text", [] { StaticText.Set("text"), StaticText.Get(); }, false},
+      {"a static text that is null", [&] { StaticObject.Set(nullptr), StaticObject.Get(), Any.Get(Make()); }, false},
+      {"a static object", [&] { StaticObject.Set(object), StaticObject.Get(); }, false},
+      {"a static text and no UTF-8", [&] { StaticText.Set(wrong); }, true},
+      {"a constructor that throws", [] { MakeFailing(); }, true},
+      {"New of one that throws", [] { java::New<Failing>(); }, true},
+      {"New of no class", [] { java::New<NoSuch>(); }, true},
+      {"New and no UTF-8", [&] { java::New<Derived>("first", wrong); }, true},
+      {"Call and no UTF-8", [&] { java::Call<void>(list, "add", 0, wrong); }, true},
+      {"CallStatic and no UTF-8", [&] { java::CallStatic<void>("fixture/Members", "over", "text", wrong); }, true},
+      {"Call on null", [] { java::Call<void>(Local<Derived>(), "shared", "text"); }, true},
+      {"TakePending", [&] { leavePending(), java::TakePending(); }, false},
+      {"TakePending of nothing", [] { java::TakePending(); }, false},
+      {"Guard", [&] { java::Guard([&] { return java::Handle(list); }); }, false},
+      {"Guard with one pending", [&] { java::Guard(leavePending); }, true},
+      {"Guard of another exception",
+       [&] {
+         java::Guard([&] {
+           leavePending();
+           throw java::Misuse("test", 1, "another");
+         });
+       },
+       true},
+      {"StackTrace", [&] { caught().StackTrace(); }, false},
+      {"Cause", [&] { caught().Cause()->Cause(); }, false},
+      {"IsA", [&] { caught().IsA<java::Throwable>(); }, false},
+      {"IsA of no class", [&] { caught().IsA<NoSuch>(); }, true},
+  };
+  for (const auto& operation : operations) {
+    SCOPED_TRACE(operation.name);
+    if (operation.throws) {
+      ExpectNothingOfThrowing(operation.run);
+    } else {
+      ExpectNothing(operation.run);
+    }
+    EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+  }
+}
+
 // A reference that the VM has made for itself is not seen by the count, but keeps the object.
 TEST_F(MemberLeavesNothingTest, AfterAConstructorThatThrowsTheObjectIsGone) {
   static constexpr Constructor<Failing()> MakeFailing;
@@ -186,6 +288,19 @@ TEST_F(MemberLeavesNothingTest, AfterAConstructorThatThrowsTheObjectIsGone) {
   EXPECT_THROW(java::New<Failing>(), java::Error);
   EXPECT_EQ(java::CallStatic<jint>("fixture/Watch", "watchedCount"), 2);
   EXPECT_EQ(java::CallStatic<jint>("fixture/Watch", "alive", 0), 0);
+}
+
+// It runs once; afterwards the class cannot be used.
+TEST_F(MemberLeavesNothingTest, AfterAStaticInitialiserThatThrows) {
+  static constexpr java::StaticField<jint> Number{"fixture/Errors$Broken", "number"};
+  java::TakePending();
+  for (const char* const expected : {"java.lang.ExceptionInInitializerError", "java.lang.NoClassDefFoundError"}) {
+    const CountedReferences counted(java::detail::Env());
+    EXPECT_THAT(ErrorOf([] { Number.Get(); }), testing::StartsWith(expected));
+    EXPECT_EQ(counted.Locals(), 0);
+    EXPECT_EQ(counted.Globals(), 0);
+    EXPECT_EQ(counted.Weaks(), 0);
+  }
 }
 
 // As at their first use, but that the classes are known.
