@@ -81,6 +81,12 @@ const Kind Kinds[] = {
     {"traceless", "()V", "fixture.Errors$Traceless", "without a trace", nullptr},
     {"localized", "()V", "fixture.Errors$Localized", "plain words", nullptr},
     {"divide", "()I", "java.lang.ArithmeticException", "/ by zero", nullptr},
+    {"cast", "()Ljava/lang/Object;", "java.lang.ClassCastException",
+     "class java.lang.Double cannot be cast to class java.lang.Integer (java.lang.Double and java.lang.Integer are in "
+     "module java.base of loader 'bootstrap')",
+     nullptr},
+    {"nullPointer", "()I", "java.lang.NullPointerException",
+     "Cannot invoke \"String.length()\" because the return value of \"fixture.Errors.nothing()\" is null", nullptr},
     {"store", "()V", "java.lang.ArrayStoreException", "java.lang.Double", nullptr},
     {"bounds", "()I", "java.lang.ArrayIndexOutOfBoundsException", "Index 7 out of bounds for length 2", nullptr},
     {"inner", "()V", "fixture.Errors$1", std::nullopt, nullptr},

@@ -27,10 +27,21 @@ struct ArrayList {
   using Super = List;
 };
 
-// What Java threw, with its class; "" where nothing was thrown.
+// What Java threw, with its class; "nothing" where nothing was thrown. The rest of the error is as whole as what() is:
+// Java's trace begins with its own words, the cause is that of Java's object, and nothing is pending.
 template <typename Function>
 std::string ErrorOf(Function&& function) {
-  return WhatOf<java::Error>(std::forward<Function>(function));
+  try {
+    function();
+  } catch (const java::Error& error) {
+    EXPECT_EQ(java::detail::Env()->ExceptionCheck(), JNI_FALSE);
+    EXPECT_EQ(error.StackTrace().rfind(java::Call<std::string>(error.Throwable(), "toString") + "\n", 0), 0u);
+    const auto cause = java::Call<java::Local<java::Throwable>>(error.Throwable(), "getCause");
+    EXPECT_TRUE(java::Same(error.Cause() ? error.Cause()->Throwable() : java::Global<java::Throwable>(), cause));
+    EXPECT_EQ(java::detail::Env()->ExceptionCheck(), JNI_FALSE);
+    return error.what();
+  }
+  return "nothing";
 }
 
 // What the layer adds to Java's own message, which differs between versions: what begins with a parenthesis.
