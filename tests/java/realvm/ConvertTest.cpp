@@ -144,8 +144,8 @@ F FromBits(Bits bits) {
 }
 
 TEST_F(ConvertTest, EveryBitOfAFloatArrives) {
-  for (const std::uint32_t bits :
-       {0u, 0x80000000u, 1u, 0x7F7FFFFFu, 0x7F800000u, 0xFF800000u, 0x7FC00000u, 0x7FC12345u, 0xFFFFFFFFu}) {
+  for (const std::uint32_t bits : {0u, 0x80000000u, 1u, 0x7F7FFFFFu, 0x7F800000u, 0xFF800000u, 0x7FC00000u, 0x7FC12345u,
+                                   0xFFFFFFFFu, 0x7F800001u, 0xFFBFFFFFu}) {  // the last two signal
     std::ostringstream hex;
     hex << "float " << std::hex << bits;
     const float value = FromBits<float>(bits);
@@ -154,7 +154,8 @@ TEST_F(ConvertTest, EveryBitOfAFloatArrives) {
   }
   for (const std::uint64_t bits :
        {std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{0x7FEFFFFFFFFFFFFF}, std::uint64_t{0x8000000000000000},
-        std::uint64_t{0x7FF8000000000000}, std::uint64_t{0x7FF8123456789ABC}, std::uint64_t{0xFFFFFFFFFFFFFFFF}}) {
+        std::uint64_t{0x7FF8000000000000}, std::uint64_t{0x7FF8123456789ABC}, std::uint64_t{0xFFFFFFFFFFFFFFFF},
+        std::uint64_t{0xFFF0000000000001}, std::uint64_t{0x7FF7FFFFFFFFFFFF}}) {
     std::ostringstream hex;
     hex << "double " << std::hex << bits;
     const double value = FromBits<double>(bits);

@@ -214,6 +214,22 @@ TEST_F(MemberTest, ACallWithAnExceptionPendingThrowsItAndDoesNotStart) {
   EXPECT_EQ(Calls.Get(), 0);
 }
 
+TEST_F(MemberTest, AStaticFieldHoldsAnObject) {
+  static constexpr StaticField<Local<Object>> Any{"fixture/Values", "staticObject"};
+  static constexpr StaticField<java::Global<Derived>> Own{"fixture/Values", "staticObject", "Ljava/lang/Object;"};
+  const Local<Derived> derived = NewDerived();
+  Any.Set(derived);
+  EXPECT_TRUE(java::Same(Any.Get(), derived));
+  EXPECT_EQ(How.Get(Own.Get()), "nothing");
+  Any.Set("text");
+  EXPECT_EQ(java::ToText(java::Cast<java::String>(Any.Get())), "text");
+  EXPECT_EQ(WhatOf<Misuse>([] { Own.Get(); }),
+            "a java.lang.String comes from fixture.Values.staticObject, whose C++ type needs a "
+            "fixture.Members$Derived");
+  Any.Set(nullptr);
+  EXPECT_FALSE(Any.Get());
+}
+
 // With a Thread, the host vouches that there is none.
 TEST_F(MemberTest, WithAThreadTheMemberIsUsedAndWhatWasPendingIsThrownByACall) {
   const char* const option = std::getenv("TORVAN_TEST_VM_OPTION");
