@@ -429,6 +429,32 @@ TEST(VmStartTest, AnExitByJavaCallsTheHostAndEndsWithItsCode) {
       {7, HasSubstr("exit 7, thread The Java VM has ended")});
 }
 
+TEST(VmStartTest, AnAbortCallsTheHost) {
+  InOwnProcess(
+      [] {
+        static const char* said = "too late";
+        const java::Vm vm = StartVm(FixtureSettings().OnAbort([] {
+          std::fprintf(stderr, "aborts: %s\n", said);
+          std::_Exit(18);  // no core is dumped
+        }));
+        said = "in time";
+        java::detail::Env()->FatalError("as the test wants");
+      },
+      {18, HasSubstr("aborts: in time")});
+}
+
+TEST(VmStartTest, AnAgentRunsAndHasItsOptions) {
+  static constexpr const char* Options = "first=1,second=two words";
+  InOwnProcess([] {
+    const java::Vm vm = StartVm(FixtureSettings().Property("fixture.agent", "").Agent(TORVAN_TEST_AGENT, Options));
+    EXPECT_EQ(Property("fixture.agent"), Options);
+  });
+  InOwnProcess([] {
+    const java::Vm vm = StartVm(FixtureSettings().Property("fixture.agent", "").Agent(TORVAN_TEST_AGENT));
+    EXPECT_EQ(Property("fixture.agent"), "no options");
+  });
+}
+
 // What ends the process inside the VM and cannot be checked before.
 TEST(VmStartTest, AVmThatEndsTheProcessPrintsItsReasonAndCallsTheHost) {
   const Note noAgent;
