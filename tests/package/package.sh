@@ -35,9 +35,9 @@ export TORVAN_DLL_FOLDER="$package/bin"
 program_suffix=
 [ ! -f "$package/bin/torvan.dll" ] || program_suffix=.exe
 
-# build_project SOURCE NAME: configures and builds a project in the folder of that name.
+# build_project SOURCE NAME [CMAKE-OPTION]...: configures and builds a project in the folder of that name.
 build_project() {
-  quietly cmake -S "$1" -B "$folder/$2" "${options[@]}"
+  quietly cmake -S "$1" -B "$folder/$2" "${options[@]}" "${@:3}"
   quietly cmake --build "$folder/$2"
 }
 # run NAME: runs the program in the folder.
@@ -63,7 +63,12 @@ fi
 build_project "$source/tests/consumer" consumer
 run consumer/foundation
 run consumer/consumer
-[ ! -e "$folder/consumer/java$program_suffix" ] || run consumer/java
+if [ -e "$folder/consumer/java$program_suffix" ]; then
+  run consumer/java
+  # A host compiles the layer's sources in its own version of C++.
+  build_project "$source/tests/consumer" consumer23 -DCMAKE_CXX_STANDARD=23
+  run consumer23/java
+fi
 [ "$EXAMPLES" != ON ] || build_project "$package/share/torvan/examples" examples
 
 # pkg-config speaks to compilers of GCC's options.
