@@ -52,6 +52,14 @@ constexpr Method<Closeable, void()> CloseIt{"close"};
 
 [[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/ClassLoader", line, text); }
 
+// Whether classes of the class path or of Java itself are found by it. Before Java 9 such a loader is a URLClassLoader.
+bool IsOfTheSystem(const Ref<Object>& loader) {
+  for (auto own = GetSystem(); own; own = GetParent(own)) {
+    if (Same(own, loader)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 Local<Class> FindClass(const char* name) {
@@ -121,7 +129,7 @@ Local<Class> ClassLoader::FindClass(const char* name) const {
 }
 
 void ClassLoader::Close() const {
-  if (IsInstance<Closeable>(m_loader)) return CloseIt(m_loader.Get());
+  if (IsInstance<Closeable>(m_loader) && !IsOfTheSystem(m_loader)) return CloseIt(m_loader.Get());
   JNIEnv* const env = detail::Env();
   const detail::LocalScope type(env, env->GetObjectClass(m_loader.Get()));
   const std::string name = detail::NameOf(env, static_cast<jclass>(type.Get()));

@@ -45,7 +45,7 @@ class ClassLoader {
   Local<Class> FindClass(const char* name) const;
 
   // Closes the archives: what was loaded stays, and nothing else is found any more. Closing it again does nothing.
-  // Throws Misuse when the loader cannot be closed, like System(), Error, and as a call does.
+  // Throws Misuse when the loader cannot be closed, like System() and its parents, Error, and as a call does.
   void Close() const;
 
   // A reference that sees when Java has collected the loader, and so its classes. Throws as Weak does.
