@@ -70,6 +70,7 @@ class VmStart {
  public:
   VmStart(const VmSettings& settings, const VmLibrary& library)
       : m_library(library), m_jniVersion(settings.m_jniVersion), m_options(settings, library.path) {
+    RequireAClassPathThatCounts();
     // Last, because nothing may fail between this and the creation.
     m_records.reserve(m_options.Encoded().size() + detail::HookCount);
     detail::BeginStart({settings.m_onExit, settings.m_onAbort, settings.m_onOutput}, m_records);
@@ -81,7 +82,10 @@ class VmStart {
     JavaVM* vm = nullptr;
     void* env = nullptr;
     const jint status = m_library.create(&vm, &env, &arguments);
-    if (status != JNI_OK) ThrowRefused(status);
+    if (status != JNI_OK) {
+      if (status != JNI_EVERSION) detail::TheVm().refusedOptions = true;
+      ThrowRefused(status);
+    }
     detail::PrintKept();
     detail::TakeVm(vm, static_cast<JNIEnv*>(env), m_library, m_jniVersion);
     // The end of the VM waits for the thread that created it, unless that is a daemon as the host's other threads are.
@@ -97,6 +101,18 @@ class VmStart {
   }
 
  private:
+  // HotSpot keeps the list of properties of a creation that it has refused, and adds the next one's to it: what is set
+  // is then the first class path of the list, and what counts is the last, an empty one.
+  void RequireAClassPathThatCounts() const {
+    if (!detail::TheVm().refusedOptions) return;
+    for (const std::string& option : m_options.Texts()) {
+      if (option.rfind("-Djava.class.path=", 0) != 0) continue;
+      Fail(__LINE__,
+           "The Java VM has refused options in this process before, and would ignore the class path now: "
+           "start it in another process, or without a class path");
+    }
+  }
+
   [[noreturn]] void ThrowRefused(jint status) const {
     const std::string printed = OneLine(detail::TakeKept());
     const std::string option = OptionAtFault(m_options.Texts(), printed);

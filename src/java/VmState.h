@@ -16,6 +16,7 @@ struct VmState {
   std::atomic<bool> isEnding{false};
   std::optional<jni::CJavaVm> handle;
   std::optional<VmEnd> end;
+  bool refusedOptions = false;  // whether a creation has failed after the VM had begun to read its options
 };
 
 // Never destroyed: the handle keeps the VM library loaded.

@@ -61,7 +61,8 @@ class Vm {
 // Creates the Java VM of the process.
 // The calling thread is attached, as a daemon, as every thread of the host is that calls; so any of them can end the
 // VM. A process can have one VM, and only once. Throws StartFailure that says what was wrong: with the runtime, with a
-// setting (named), or what the VM itself said. What the VM does not survive and cannot be checked before (a file that
+// setting (named), or what the VM itself said. After the VM itself has refused options it can be started without a
+// class path only, because it would ignore that. What the VM does not survive and cannot be checked before (a file that
 // is no agent, contradicting options) ends the process with exit code 1: what the VM prints goes to OnOutput or the
 // standard error stream, and then OnExit is called.
 [[nodiscard]] Vm StartVm(const VmSettings& settings = VmSettings());
