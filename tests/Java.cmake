@@ -9,15 +9,41 @@ set(TORVAN_LIBJVM "lib/server/libjvm.so")
 if(CMAKE_HOST_WIN32)
   set(TORVAN_LIBJVM "bin/server/jvm.dll")
 endif()
+# The same in a kit of version 8, in a folder named after the CPU. Its tests run only where programs of this build find the
+# machine's own Java.
+set(TORVAN_LIBJVM_8)
+if(NOT COMMAND torvan_use_java)
+  set(TORVAN_LIBJVM_8 "jre/lib/*/server/libjvm.so")
+  if(CMAKE_HOST_WIN32)
+    set(TORVAN_LIBJVM_8 "jre/bin/server/jvm.dll")
+  endif()
+endif()
 
-# Sets FOLDERS to the home folders of the machine's Java VMs, each once however many names it has.
-function(torvan_java_vms folders)
-  file(GLOB libraries "/usr/lib/jvm/*/${TORVAN_LIBJVM}" "${TORVAN_JDK}/${TORVAN_LIBJVM}")
+# Sets LIBRARY to the library of the VM in the folder of a kit or a runtime; empty where it has none.
+function(torvan_vm_library library folder)
   set(found)
-  foreach(library IN LISTS libraries)
-    file(REAL_PATH "${library}" library)
-    string(REGEX REPLACE "/${TORVAN_LIBJVM}$" "" folder "${library}")
-    list(APPEND found "${folder}")
+  foreach(place IN LISTS TORVAN_LIBJVM TORVAN_LIBJVM_8)
+    file(GLOB libraries "${folder}/${place}")
+    list(APPEND found ${libraries})
+  endforeach()
+  list(POP_FRONT found first)
+  set(${library} "${first}" PARENT_SCOPE)
+endfunction()
+
+# Sets FOLDERS to the home folders of the machine's Java VMs, each once however many names it has: those from version 9 on,
+# and with the word WITH_8 those of version 8, too.
+function(torvan_java_vms folders)
+  if(NOT "WITH_8" IN_LIST ARGN)
+    set(TORVAN_LIBJVM_8)
+  endif()
+  file(GLOB candidates "/usr/lib/jvm/*" "${TORVAN_JDK}")
+  set(found)
+  foreach(folder IN LISTS candidates)
+    torvan_vm_library(library "${folder}")
+    if(library)
+      file(REAL_PATH "${folder}" folder)
+      list(APPEND found "${folder}")
+    endif()
   endforeach()
   list(REMOVE_DUPLICATES found)
   if(NOT found)
@@ -45,9 +71,9 @@ endfunction()
 # it runs one directly; BY_PATH says that it needs the path of the VM's library.
 if(NOT COMMAND torvan_use_java)
   function(torvan_use_java test folder)
+    torvan_vm_library(library "${folder}")
     # Java takes texts from the system in the encoding of the locale.
-    set_tests_properties(${test} PROPERTIES
-      ENVIRONMENT "TORVAN_TEST_LIBJVM=${folder}/${TORVAN_LIBJVM};LC_ALL=C.UTF-8")
+    set_tests_properties(${test} PROPERTIES ENVIRONMENT "TORVAN_TEST_LIBJVM=${library};LC_ALL=C.UTF-8")
   endfunction()
 endif()
 

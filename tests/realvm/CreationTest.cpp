@@ -38,7 +38,8 @@ TEST(CreationTest, TheCreatedVmIsCollectedEachTimeAnew) {
   });
 }
 
-// The VM allows one creation. After it has refused the second it no longer counts the first, which still runs.
+// The VM allows one creation. After it has refused the second it no longer counts the first, which still runs; only a
+// Java 8 does.
 TEST(CreationTest, ASecondVmIsRefusedAndTheFirstNoLongerCollected) {
   InOwnProcess([] {
     CDynamicJavaRuntime runtime = Runtime();
@@ -46,8 +47,9 @@ TEST(CreationTest, ASecondVmIsRefusedAndTheFirstNoLongerCollected) {
     Vms vms(0, 1);
     EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 1u);
     EXPECT_EQ(FailureOf([&] { runtime.CreateJavaVm(FixtureOptions(), false); }), refused);
-    EXPECT_EQ(runtime.GetCreatedJavaVms(vms), 0u);
-    EXPECT_EQ(vms.GetSize(), 1u);
+    const unsigned int counted = Property(vm, RX_TEXT("java.specification.version")) == "1.8" ? 1 : 0;
+    EXPECT_EQ(runtime.GetCreatedJavaVms(vms), counted);
+    EXPECT_EQ(vms.GetSize(), 1 + counted);
     EXPECT_EQ(vms[0].FindClass("java/lang/Math").CallStaticIntMethod("abs", "(I)I", -4), 4);
   });
 }

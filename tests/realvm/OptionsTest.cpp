@@ -101,7 +101,8 @@ TEST(OptionsTest, ACustomOptionReachesTheVm) {
     const CJavaVm vm = VmWith(With(CCustomOption(RX_TEXT("-Xmx64m"))));
     const torvan::jni::CJavaObject runtime =
         vm.FindClass("java/lang/Runtime").CallStaticObjectMethod("getRuntime", "()Ljava/lang/Runtime;");
-    EXPECT_EQ(runtime.CallLongMethod("maxMemory", "()J") / (64 * 1024 * 1024), 1);
+    // Some collectors do not count all of it.
+    EXPECT_EQ(runtime.CallLongMethod("maxMemory", "()J") / (48 * 1024 * 1024), 1);
   });
 }
 
@@ -120,7 +121,9 @@ TEST(OptionsTest, VerboseVmsReport) {
       VmWith(options).FindClass("java/lang/System").CallStaticVoidMethod("gc", "()V");
       const std::string text = VmText();
       EXPECT_EQ(text.find("java.lang.Object") != std::string::npos, row.classes);
-      EXPECT_EQ(text.find("[gc") != std::string::npos, row.garbage);
+      // The second is Java 8's.
+      EXPECT_EQ(text.find("[gc") != std::string::npos || text.find("GC (System.gc())") != std::string::npos,
+                row.garbage);
     });
   }
 }

@@ -42,8 +42,10 @@ TEST_F(CallbackLeavesNothingTest, AfterCallsThatThrow) {
 }
 
 TEST_F(CallbackLeavesNothingTest, WhereverJavaHasNoMemory) {
+  const int ofTheObject = BeforeJava9() ? 2 : 3;
   std::atomic<int> count{0};
-  ExpectNothingWhereverItFails([&] { Implement<Runnable>().On("run", [counted = Counted(count)] {}).New(); }, 3);
+  ExpectNothingWhereverItFails([&] { Implement<Runnable>().On("run", [counted = Counted(count)] {}).New(); },
+                               ofTheObject);
   const java::Global<java::Class> type(java::FindClass("fixture/Callbacks$Shape"));
   ExpectNothingWhereverItFails(
       [&] {
@@ -53,7 +55,7 @@ TEST_F(CallbackLeavesNothingTest, WhereverJavaHasNoMemory) {
             .New();
       },
       20);
-  ExpectNothingWhereverItFails([&] { Nest([counted = Counted(count)](jint x) { return x; }, 1); }, 3);
+  ExpectNothingWhereverItFails([&] { Nest([counted = Counted(count)](jint x) { return x; }, 1); }, ofTheObject);
   EXPECT_TRUE(ComesDownTo(count, 0)) << count;
 }
 
@@ -144,6 +146,7 @@ TEST_F(CallbackLeavesNothingTest, WhereJavaHasNoMemoryForTheTextOfAnExceptionItI
 
 // A Cleaner may have taken what it is given when its stack runs out.
 TEST_F(CallbackLeavesNothingTest, AFunctionIsDestroyedOnceAlsoWhereTheCleanerFailsLate) {
+  SKIP_BEFORE_JAVA_9("there is no Cleaner");
   Implement<Runnable>().On("run", [] {}).New();
   JNIEnv* const env = java::detail::Env();
   const Local<java::Class> cleaner = java::FindClass("java/lang/ref/Cleaner");

@@ -56,6 +56,7 @@ constexpr StaticMethod<bool(Ref<java::Class>)> IsInALayer{"fixture/Layers", "isI
 
 // The module exports nothing, and no other loader knows its classes.
 TEST_F(CallbackLoadersTest, AnInterfaceOfAModuleInItsOwnLayer) {
+  SKIP_BEFORE_JAVA_9("there are no modules");
   SKIP_UNLESS_JAVA_KNOWS(TORVAN_TEST_LAYER_JAR);
   std::atomic<int> count{0};
   java::Weak<java::Class> weak;
@@ -98,23 +99,25 @@ TEST_F(CallbackLoadersTest, MethodsOfAClassAreLookedUpOnce) {
     env->functions = real;
     return calls;
   };
+  const int ofTheObject = BeforeJava9() ? 1 : 2;  // what makes it, and the Cleaner's
   const Local<java::Class> type = java::FindClass("java/lang/Runnable");
   auto implementation = Implement(type).On("run", [] {});
   EXPECT_GT(callsOf(implementation), 10);
-  EXPECT_EQ(callsOf(implementation), 2);
+  EXPECT_EQ(callsOf(implementation), ofTheObject);
   const auto copy = implementation;
-  EXPECT_EQ(callsOf(copy), 2);
+  EXPECT_EQ(callsOf(copy), ofTheObject);
   implementation.On("toString", [] { return "own"; });
   EXPECT_GT(callsOf(implementation), 10);
   EXPECT_EQ(java::Call<std::string>(implementation.New(), "toString"), "own");
-  EXPECT_EQ(callsOf(copy), 2);
+  EXPECT_EQ(callsOf(copy), ofTheObject);
   EXPECT_NE(java::Call<std::string>(copy.New(), "toString"), "own");
 }
 
 TEST_F(CallbackLoadersTest, NativeMethodsGoWithTheirClass) {
   constexpr NativeMethod<jint(jint, jlong, double)> native{"fixture/Natives", "add"};
-  std::atomic<int> count{0};
   for (int i = 0; i < 3; ++i) {
+    static std::atomic<int> count;
+    count = 0;
     java::Weak<java::Class> weak;
     {
       const Local<java::Class> natives = CopyOf("fixture.Natives");

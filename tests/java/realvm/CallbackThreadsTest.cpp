@@ -117,6 +117,7 @@ TEST_F(CallbackThreadsTest, ObjectsOfOneImplementationShareItsFunctions) {
 }
 
 TEST_F(CallbackThreadsTest, AMillionAreMadeAndCollectedAndMemoryIsFlat) {
+  SKIP_BEFORE_JAVA_9("functions are never destroyed");
   std::atomic<int> count{0};
   const int times = IsChecked() ? 10000 : 500000;
   const auto make = [&] {
@@ -147,7 +148,7 @@ TEST_F(CallbackThreadsTest, AFunctionIsNotDestroyedWhileItRuns) {
                                    .On("run",
                                        [&during, counted = Counted(count)] {
                                          for (int k = 0; k < 5; ++k) Collect();
-                                         during += *counted.count;
+                                         during += *counted.count > 0 ? 1 : 0;
                                        })
                                    .New();
     env->SetObjectArrayElement(static_cast<jobjectArray>(array.Get()), 0, runnable.Get());
@@ -160,6 +161,7 @@ TEST_F(CallbackThreadsTest, AFunctionIsNotDestroyedWhileItRuns) {
 
 // What a function holds is dropped on the thread that cleans.
 TEST_F(CallbackThreadsTest, ReferencesInAFunctionAreDroppedWithIt) {
+  SKIP_BEFORE_JAVA_9("functions are never destroyed");
   java::Weak<Integer> weak;
   {
     const Local<Integer> number = NewInteger(100000);

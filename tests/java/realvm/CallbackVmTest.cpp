@@ -57,6 +57,8 @@ std::string ClassOf(const java::ClassLoader& loader) {
   return java::Call<std::string>(java::Call<Local<java::Class>>(loader.Loader(), "getClass"), "getName");
 }
 
+std::string PlatformLoader() { return BeforeJava9() ? "$ExtClassLoader" : "$PlatformClassLoader"; }
+
 // Destroyed while the process exits; takes its time.
 struct Slow {
   ~Slow() {
@@ -69,6 +71,7 @@ struct Slow {
 
 // Functions are made, called and destroyed, and what they throw is read, until the process is gone.
 TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
+  SKIP_BEFORE_JAVA_9("a VM that collects while the process exits crashes by itself");
   Expected expected;
   expected.printed = testing::HasSubstr("runs while the process exits");
   InOwnProcess(
@@ -154,7 +157,7 @@ TEST(CallbackVmTest, ThePlatformLoaderBeforeJava9) {
     java::VmSettings settings = FixtureSettings();
     const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
     HideWhatIsNew(java::detail::Env());
-    EXPECT_THAT(ClassOf(java::ClassLoader::Platform()), testing::EndsWith("PlatformClassLoader"));
+    EXPECT_THAT(ClassOf(java::ClassLoader::Platform()), testing::EndsWith(PlatformLoader()));
   });
 }
 
@@ -171,8 +174,8 @@ TEST(CallbackVmTest, WithoutACleanerFunctionsAreNeverDestroyed) {
   });
 }
 
-// How many global references are kept with the first object of an implementation.
-constexpr int KeptWithTheFirst = 16;
+// How many global references are kept with the first object of an implementation; one of them is the Cleaner.
+int KeptWithTheFirst() { return BeforeJava9() ? 15 : 16; }
 
 // How many they are, after a failure at each step on the way.
 int MadeAtLast(bool fails) {
@@ -198,20 +201,23 @@ int MadeAtLast(bool fails) {
       break;
     }
     if (!fails) break;
-    EXPECT_EQ(thrown, "java.lang.OutOfMemoryError: as the test wants") << "step " << step;
+    // A failure while the text of what says that there is no Cleaner is made changes only that text.
+    if (!BeforeJava9() || !thrown.empty()) {
+      EXPECT_EQ(thrown, "java.lang.OutOfMemoryError: as the test wants") << "step " << step;
+    }
     ++failures;
     // It goes on from what was kept, so that the steps are counted anew.
     step = counted.Globals() != 0 ? 1 : step + 1;
   }
-  EXPECT_GT(failures, fails ? 100 : -1);
+  EXPECT_GT(failures, !fails ? -1 : BeforeJava9() ? 50 : 100);
   EXPECT_EQ(Nest([](jint x) { return 2 * x; }, 21), 42);
   EXPECT_EQ(Thrown([] { throw std::runtime_error("thrown"); }), "java.lang.RuntimeException: thrown");
   return kept;
 }
 
 TEST(CallbackVmTest, TheFirstObjectFailsAtAnyStepAndIsMadeAtLast) {
-  InOwnProcess([] { EXPECT_EQ(MadeAtLast(false), KeptWithTheFirst); });
-  InOwnProcess([] { EXPECT_EQ(MadeAtLast(true), KeptWithTheFirst); });
+  InOwnProcess([] { EXPECT_EQ(MadeAtLast(false), KeptWithTheFirst()); });
+  InOwnProcess([] { EXPECT_EQ(MadeAtLast(true), KeptWithTheFirst()); });
 }
 
 TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
@@ -220,7 +226,9 @@ TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
     const Vm vm = StartVm(settings.Property("java.system.class.loader", "fixture.Strict"));
     const auto platform = java::ClassLoader::Platform();
     EXPECT_EQ(ClassOf(java::ClassLoader::System()), "fixture.Strict");
-    EXPECT_THAT(ClassOf(platform), testing::EndsWith("PlatformClassLoader"));
+    EXPECT_THAT(ClassOf(platform), testing::EndsWith(PlatformLoader()));
+    EXPECT_EQ(WhatOf<Misuse>([] { java::ClassLoader::System().Close(); }),
+              "a fixture.Strict is no class loader that can be closed");
     EXPECT_TRUE(platform.FindClass("java.util.List"));
     EXPECT_THAT(WhatOf<java::Error>([&] { platform.FindClass("fixture.Callbacks"); }),
                 testing::StartsWith("java.lang.ClassNotFoundException: fixture.Callbacks"));
@@ -228,6 +236,7 @@ TEST(CallbackVmTest, ThePlatformLoaderBesideASystemLoaderOfTheHosts) {
 }
 
 TEST(CallbackVmTest, AnOwnBootLayer) {
+  SKIP_BEFORE_JAVA_9("there are no modules");
   InOwnProcess([] {
     java::VmSettings settings = FixtureSettings();
     settings.ModulePath({TORVAN_TEST_LAYER}).Option("--limit-modules=java.base,fixture.layer");

@@ -311,7 +311,8 @@ TEST_F(ClassLoaderTest, NothingIsLeft) {
   ExpectNothingOfThrowing([] { ClassLoader::System().Close(); });
   ExpectNothingOfThrowing([] { ClassLoader::OfJars({TORVAN_TEST_OTHER_CLASSES, "no/such.jar"}); });
   ExpectNothingWhereverItFails([] { Others(); }, 4);
-  ExpectNothingWhereverItFails([] { ClassLoader::Platform(); }, 1);
+  // Before Java 9 most of the steps make the text that says that there is no such method, and may fail.
+  if (!BeforeJava9()) ExpectNothingWhereverItFails([] { ClassLoader::Platform(); }, 1);
 }
 
 TEST_F(ClassLoaderTest, AScopeThatFailsLeavesNothing) {

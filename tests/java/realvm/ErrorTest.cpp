@@ -88,7 +88,8 @@ const Kind Kinds[] = {
     {"nullPointer", "()I", "java.lang.NullPointerException",
      "Cannot invoke \"String.length()\" because the return value of \"fixture.Errors.nothing()\" is null", nullptr},
     {"store", "()V", "java.lang.ArrayStoreException", "java.lang.Double", nullptr},
-    {"bounds", "()I", "java.lang.ArrayIndexOutOfBoundsException", "Index 7 out of bounds for length 2", nullptr},
+    {"bounds", "()I", "java.lang.ArrayIndexOutOfBoundsException",
+     BeforeJava9() ? "7" : "Index 7 out of bounds for length 2", nullptr},
     {"inner", "()V", "fixture.Errors$1", std::nullopt, nullptr},
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdlib>
+#include <filesystem>
 
 namespace tests {
 
@@ -12,6 +13,17 @@ java::VmSettings FixtureSettings() {
   const char* option = std::getenv("TORVAN_TEST_VM_OPTION");
   if (option != nullptr && *option != '\0') settings.Option(option);
   return settings;
+}
+
+bool BeforeJava9() {
+  const char* const library = std::getenv("TORVAN_TEST_LIBJVM");
+  if (library == nullptr) return false;
+  std::filesystem::path folder = library;
+  while (folder.has_relative_path()) {
+    folder = folder.parent_path();
+    if (std::filesystem::exists(folder / "lib/rt.jar")) return true;  // where it has its own classes
+  }
+  return false;
 }
 
 torvan::jni::CJavaVm FixedVm() {

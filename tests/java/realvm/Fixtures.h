@@ -14,6 +14,11 @@ namespace java = torvan::java;
 // class path, and the option that TORVAN_TEST_VM_OPTION holds.
 java::VmSettings FixtureSettings();
 
+// Whether the library that TORVAN_TEST_LIBJVM names is of Java 8, which has no modules and no Cleaner.
+bool BeforeJava9();
+#define SKIP_BEFORE_JAVA_9(reason) \
+  if (BeforeJava9()) GTEST_SKIP() << "before Java 9 " << (reason)
+
 // A VM that a host of the fixed interface has created with the same library and class path.
 torvan::jni::CJavaVm FixedVm();
 std::basic_string<RX::UniChar> Wide(const std::string& text);

@@ -40,7 +40,7 @@ TEST(VmStartTest, SettingsReachTheVm) {
     VmSettings settings = FixtureSettings();
     settings.Property("fixture.empty", "").Property("fixture.text", Text).Option("-Dfixture.option=2");
     settings.Option("-XX:+UseSerialGC").Option("-XX:-UseSerialGC").Option("-XX:+UseG1GC");  // the last counts
-    const java::Vm vm = StartVm(settings.MaximumHeap("0x30m"));
+    const java::Vm vm = StartVm(settings.MaximumHeap(BeforeJava9() ? "48m" : "0x30m"));
     EXPECT_EQ(Property("fixture.empty"), "");
     EXPECT_EQ(Property("fixture.text"), Text);
     EXPECT_EQ(Property("fixture.option"), "2");
@@ -49,17 +49,26 @@ TEST(VmStartTest, SettingsReachTheVm) {
   });
 }
 
+// Where Java itself says that it is: a kit of version 8 has a runtime in it.
+std::string JavaHomeIn(const std::filesystem::path& home) {
+  return (exists(home / "jre/lib/rt.jar") ? home / "jre" : home).string();
+}
+
 TEST(VmStartTest, WithoutARuntimeTheOneOfTheMachineIsTaken) {
-  InOwnProcess([] {
-    const std::filesystem::path library = std::getenv("TORVAN_TEST_LIBJVM");
-    const std::filesystem::path home = library.parent_path().parent_path().parent_path().make_preferred();
+  const std::filesystem::path library = std::getenv("TORVAN_TEST_LIBJVM");
+  std::filesystem::path home = library.parent_path().parent_path().parent_path().make_preferred();
+  if (BeforeJava9()) {
+    while (home.has_relative_path() && !exists(home / "release")) home = home.parent_path();
+    if (!home.has_relative_path()) GTEST_SKIP() << "this runtime does not tell its version: it has no release file";
+  }
+  InOwnProcess([&] {
     SetVariable("JAVA_HOME", home.string().c_str());
     const java::Vm vm = StartVm();
-    EXPECT_EQ(Property("java.home"), home.string());
+    EXPECT_EQ(Property("java.home"), JavaHomeIn(home));
   });
   InOwnProcess([] {
     const java::Vm vm = StartVm(VmSettings().Runtime(java::ChooseRuntime()));
-    EXPECT_EQ(Property("java.home"), java::ChooseRuntime().Home().string());
+    EXPECT_EQ(Property("java.home"), JavaHomeIn(java::ChooseRuntime().Home()));
   });
 }
 
@@ -261,6 +270,7 @@ TEST(VmStartTest, ALibraryThatIsNoVmSaysWhatItLacks) {
 }
 
 TEST(VmStartTest, AModuleThatTheRuntimeDoesNotHaveIsNamed) {
+  SKIP_BEFORE_JAVA_9("there are no modules");
   ExpectRefused([](VmSettings& s) { s.Option("--add-modules=java.base,no.such"); },
                 "The option --add-modules=java.base,no.such cannot be used: the runtime has no module no.such, and no "
                 "module path is given");
@@ -353,6 +363,32 @@ TEST(VmStartTest, WhatTheVmRefusesIsToldWithItsOwnWords) {
   }
 }
 
+// The VM would start, and find no class.
+TEST(VmStartTest, AfterOptionsThatTheVmRefusedAClassPathIsRefused) {
+  InOwnProcess([] {
+    EXPECT_THAT(WhatOf<StartFailure>([] { const java::Vm vm = StartVm(FixtureSettings().Option("-foo")); }),
+                HasSubstr("Unrecognized option: -foo"));
+    EXPECT_EQ(WhatOf<StartFailure>([] { const java::Vm vm = StartVm(FixtureSettings()); }),
+              "The Java VM has refused options in this process before, and would ignore the class path now: start it "
+              "in another process, or without a class path");
+    VmSettings settings;
+    if (const char* const library = std::getenv("TORVAN_TEST_LIBJVM")) settings.Runtime(library);
+    const java::Vm vm = StartVm(settings);
+    EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -7), 7);
+    EXPECT_NE(WhatOf<java::Error>([] { java::FindClass("fixture/Vms"); }), "nothing");
+    java::ClassLoader::OfJars({TORVAN_TEST_CLASSES}).FindClass("fixture/Vms");
+  });
+}
+
+TEST(VmStartTest, AfterAVersionThatTheVmRefusedAClassPathCounts) {
+  InOwnProcess([] {
+    EXPECT_NE(WhatOf<StartFailure>([] { const java::Vm vm = StartVm(FixtureSettings().JniVersion(0x00200000)); }),
+              "nothing");
+    const java::Vm vm = StartVm(FixtureSettings());
+    EXPECT_EQ(CallStaticInt("fixture/Vms", "isDaemon", "()I"), 1);
+  });
+}
+
 TEST(VmStartTest, ASecondVmIsRefusedAndTheFirstGoesOn) {
   InOwnProcess([] {
     const java::Vm vm = StartVm(FixtureSettings());
@@ -402,7 +438,7 @@ TEST(VmStartTest, WhatTheVmPrintsComesToTheHost) {
     static std::mutex lock;
     static std::string printed;
     const java::Vm vm = StartVm(FixtureSettings()
-                                    .Option("-Xlog:startuptime")
+                                    .Option(BeforeJava9() ? "-XX:+PrintVMOptions" : "-Xlog:startuptime")
                                     .OnOutput([](std::string_view text) {
                                       const std::lock_guard<std::mutex> guard(lock);
                                       printed += text;
