@@ -82,7 +82,8 @@ jobject CallInherited(JNIEnv* env, jobject proxy, jobject method, jstring letter
     }
   }
   const jvalue result = CallByLetter(env, MemberKind::SuperMethod, kinds[0], target, proxy, arguments.data());
-  if (kinds[0] == 'V' || env->ExceptionCheck() != JNI_FALSE) return nullptr;
+  // Asked for each: a checking VM of Java 8 reports the thread's next call otherwise.
+  if (env->ExceptionCheck() != JNI_FALSE || kinds[0] == 'V') return nullptr;
   return kinds[0] == 'L' ? result.l : Box(env, kinds[0], result);
 }
 
