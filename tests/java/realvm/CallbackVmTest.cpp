@@ -96,25 +96,11 @@ TEST(CallbackVmTest, AProcessThatExitsWithoutTheEndOfItsVm) {
 // Goes down to zero through Java and back. Its process ends with the test.
 java::Global<IntOperator> s_nested;
 jint Descend(jint depth) { return depth == 0 ? 0 : Nest(s_nested, depth - 1) + 1; }
-void MakeNested() { s_nested = java::Global<IntOperator>(Implement<IntOperator>().On("applyAsInt", &Descend).New()); }
-
-// Compiled Java, like compiled C++, takes less stack than what is interpreted.
-TEST(CallbackVmTest, AThousandCallsDeepWithTwoMebibytesOfStack) {
-#if !defined(NDEBUG) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "this build takes more stack: it is not optimised, or has a sanitizer";
-#endif
-  InOwnProcess([] {
-    const Vm vm = StartVm(FixtureSettings());
-    MakeNested();
-    for (int i = 0; i < 1000; ++i) ASSERT_EQ(Nest(s_nested, 100), 100);
-    EXPECT_EQ(NestInThread(s_nested, 1000, 2 << 20), "1000");
-  });
-}
 
 TEST(CallbackVmTest, TheStackOfTheMainThreadRunsOut) {
   InOwnProcess([] {
     const Vm vm = StartVm(FixtureSettings());
-    MakeNested();
+    s_nested = java::Global<IntOperator>(Implement<IntOperator>().On("applyAsInt", &Descend).New());
     for (int i = 0; i < 3; ++i) {
       EXPECT_EQ(WhatOf<java::Error>([&] { Nest(s_nested, 1000000); }), "java.lang.StackOverflowError");
       EXPECT_EQ(Nest(s_nested, 10), 10);
