@@ -31,7 +31,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <string>
 #include <thread>
@@ -111,7 +110,8 @@ void Tree() {
 std::vector<std::string> WithArgumentFile(std::vector<std::string> line) {
   if (line.size() != 2 || line[1].empty() || line[1][0] != '@') return line;
   std::ifstream file(std::filesystem::u8path(line[1].substr(1)), std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  std::string bytes;
+  std::getline(file, bytes, '\0');  // no argument has one
   line.pop_back();
   for (const std::string& argument : ReadArgumentFile(bytes)) line.push_back(FromSystem(argument));
   return line;
