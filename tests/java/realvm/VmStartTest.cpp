@@ -16,7 +16,6 @@ using java::StartFailure;
 using java::StartVm;
 using java::VmSettings;
 using testing::AllOf;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -119,57 +118,6 @@ TEST(VmStartTest, APathThatJavaCannotReadInTheLocaleIsRefused) {
     java::ClassLoader::OfJars({folder});
   });
   std::filesystem::remove(folder);
-}
-
-// A character that the locale "C" lacks, and a code page of Windows unless it is UTF-8.
-constexpr const char* Number = "\xE6\x95\xB0";
-
-TEST(VmStartTest, APropertyOfTheHostThatTheEncodingLacksIsSetWhenTheVmRuns) {
-  InOwnProcess([] {
-    SetVariable("LC_ALL", "C");
-    const std::string name = std::string("fixture.") + Number;
-    const java::Vm vm = StartVm(FixtureSettings()
-                                    .Property("fixture.text", Number)
-                                    .Option(std::string("-Dfixture.option=a=") + Number)
-                                    .Option("-D" + name)
-                                    .Property("fixture.first", Number)
-                                    .Property("fixture.first", "a")
-                                    .Property("fixture.last", "a")
-                                    .Property("fixture.last", std::string("a") + Number)
-                                    .Property("fixture.last", Number)
-                                    .Property("fixture.", Number));
-    EXPECT_EQ(Property("fixture.text"), Number);
-    EXPECT_EQ(Property("fixture.option"), std::string("a=") + Number);
-    EXPECT_EQ(Property(name.c_str()), "");
-    EXPECT_EQ(Property("fixture.first"), "a");
-    EXPECT_EQ(Property("fixture.last"), Number);
-    EXPECT_EQ(Property("fixture."), Number);
-  });
-}
-
-TEST(VmStartTest, APropertyOfJavasOwnThatTheEncodingLacksIsRefused) {
-  if (OnWindows) GTEST_SKIP() << "the code page may have all characters";
-  for (const char* const name :
-       {"awt.a", "com.sun.a", "file.a", "java.io.tmpdir", "javax.a", "jdk.a", "sun.a", "user.home"}) {
-    InOwnProcess([name] {
-      SetVariable("LC_ALL", "C");
-      const std::string option = std::string("The option -D") + name + "=" + Number + " has a character that ";
-      const auto text =
-          WhatOf<StartFailure>([&] { const java::Vm vm = StartVm(FixtureSettings().Property(name, Number)); });
-      EXPECT_THAT(text, AllOf(StartsWith(option), EndsWith("set LC_ALL to a locale in UTF-8, such as C.UTF-8")));
-    });
-  }
-}
-
-TEST(VmStartTest, APropertyThatIsNoUtf8IsRefusedBeforeThereIsAVm) {
-  InOwnProcess([] {
-    SetVariable("LC_ALL", "C");
-    EXPECT_EQ(
-        WhatOf<java::Misuse>([] { const java::Vm vm = StartVm(FixtureSettings().Property("fixture.a", "\xFF")); }),
-        "an option of the Java VM: invalid UTF-8 at byte 12");
-    const java::Vm vm = StartVm(FixtureSettings());
-    EXPECT_EQ(Property("fixture.a"), "(null)");
-  });
 }
 
 // The settings must be refused with a text that begins so, and the process must be able to start a VM afterwards.
