@@ -82,11 +82,15 @@ const Kind Kinds[] = {
     {"localized", "()V", "fixture.Errors$Localized", "plain words", nullptr},
     {"divide", "()I", "java.lang.ArithmeticException", "/ by zero", nullptr},
     {"cast", "()Ljava/lang/Object;", "java.lang.ClassCastException",
-     "class java.lang.Double cannot be cast to class java.lang.Integer (java.lang.Double and java.lang.Integer are in "
-     "module java.base of loader 'bootstrap')",
+     BeforeJava9() ? "java.lang.Double cannot be cast to java.lang.Integer"
+                   : "class java.lang.Double cannot be cast to class java.lang.Integer (java.lang.Double and "
+                     "java.lang.Integer are in module java.base of loader 'bootstrap')",
      nullptr},
     {"nullPointer", "()I", "java.lang.NullPointerException",
-     "Cannot invoke \"String.length()\" because the return value of \"fixture.Errors.nothing()\" is null", nullptr},
+     BeforeJava9() ? std::nullopt
+                   : std::optional<std::string>("Cannot invoke \"String.length()\" because the return value of "
+                                                "\"fixture.Errors.nothing()\" is null"),
+     nullptr},
     {"store", "()V", "java.lang.ArrayStoreException", "java.lang.Double", nullptr},
     {"bounds", "()I", "java.lang.ArrayIndexOutOfBoundsException",
      BeforeJava9() ? "7" : "Index 7 out of bounds for length 2", nullptr},
