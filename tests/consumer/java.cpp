@@ -40,7 +40,7 @@ constexpr java::Method<java::ByteBuffer, jbyte(jint)> GetByte{"get"};
 
 // Copied, in place, and shared.
 bool UsesMemory() {
-  const auto numbers = java::NewArray(CopyOf({3, 1}, 3));
+  const auto numbers = java::NewArray(CopyOf(std::vector<jint>{3, 1}, 3));
   Sort(numbers);
   for (jint& number : java::Elements<jint>(numbers)) number *= 10;
   const auto bytes = std::make_shared<std::vector<std::byte>>(2, std::byte{5});

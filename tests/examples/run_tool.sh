@@ -40,7 +40,7 @@ if $windows; then
   expect 'a crash' 5 'run_tool: the tool crashed \(-1073741819\)' "${probe[@]}" exit -1073741819  # 0xC0000005
   expect 'a tool that takes too long' 124 \
     'run_tool: 1 s run_tool: 2 s .*readyrun_tool: the tool took too long and was ended' \
-    --progress --time 8 "${probe[@]}" orderly 7 says ready sleep 600000
+    --progress --time 20 "${probe[@]}" orderly 7 says ready sleep 600000
   echo "run_tool.sh: a real Java tool, and signals to this one, are left to Linux: a probe is run in place of java.exe"
   finish
   exit
@@ -50,8 +50,8 @@ expect 'a jar' 3 "$folder" --folder "$folder" "$jar" property user.dir
 expect 'a class' 3 '64m' --java "$home" --vm -Dsize=64m --path "$classes" --class ProcessProbe property size
 expect 'input' 0 'hcirüZ' --input "$folder/input" "$jar" reverse
 expect 'what Java complains about' 1 "Exception in thread \"main\" java\.lang\.IllegalArgumentException: wrong$any" "$jar" wrong
-expect 'a tool that takes too long' 124 'ready\nhookrun_tool: the tool took too long and was ended' --time 3 "$jar" stop
-expect 'progress' 124 'run_tool: 1 s run_tool: 2 s .*ready\nhookrun_tool: the tool took too long and was ended' --progress --time 3 "$jar" stop
+expect 'a tool that takes too long' 124 'ready\nhookrun_tool: the tool took too long and was ended' --time 6 "$jar" stop
+expect 'progress' 124 'run_tool: 1 s run_tool: 2 s .*ready\nhookrun_tool: the tool took too long and was ended' --progress --time 6 "$jar" stop
 
 # A signal to this tool ends Java, too.
 for signal in TERM INT; do

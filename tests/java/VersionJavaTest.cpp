@@ -57,6 +57,7 @@ TEST(VersionJavaTest, TheReleaseFileTellsWhatJavaSaysOfItself) {
   const std::vector<std::string> lines = AskJava({});
   ASSERT_EQ(lines.size(), 1u);
   const Version version = RuntimeIn(std::getenv("JAVA_HOME")).Version();
+  if (version.Feature() < 16) GTEST_SKIP() << "older release files lack the build";
   EXPECT_EQ(version.ToString(), lines[0]);
   EXPECT_EQ(version, Version::Parse(lines[0]));
 }

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
@@ -30,6 +31,10 @@ TEST(RuntimesTest, WhatIsInstalledIsFoundWithoutAnyVariable) {
   for (const char* name : {"JAVA_HOME", "JDK_HOME", "PATH"}) SetVariable(name, "");
   const Runtimes runtimes = FindRuntimes();
   for (const fs::path& home : installed) {
+    const auto isOfAnotherCpu = [&](const RefusedRuntime& refused) {
+      return refused.Home() == home && refused.Reason().rfind("its VM library is for ", 0) == 0;
+    };
+    if (std::any_of(runtimes.refused.begin(), runtimes.refused.end(), isOfAnotherCpu)) continue;
     std::vector<std::string> foundIn;
     for (const Runtime& runtime : runtimes.found) {
       if (runtime.Home() == home) foundIn.push_back(runtime.FoundIn());

@@ -65,14 +65,14 @@ TEST_F(CallbackLeavesNothingTest, WhereverADefaultOrManyArgumentsFail) {
   const auto describe = [&] { java::Call<std::string>(shape, "describe", "square"); };
   ExpectNothing(scaled);
   ExpectNothing(describe);
-  ExpectNothingWhereverItFails(describe, 4);
+  ExpectNothingWhereverItFails(describe, 3);
   const Local<Every> every =
       Implement<Every>()
           .On("mixed", [](jint, const std::string& text, double, Ref<Object>, jlong) { return text; })
           .New();
   const auto mixed = [&] { java::Call<std::string>(every, "mixed", 1, "text", 0.5, nullptr, jlong{5}); };
   ExpectNothing(mixed);
-  ExpectNothingWhereverItFails(mixed, 4);
+  ExpectNothingWhereverItFails(mixed, 3);
 }
 
 TEST_F(CallbackLeavesNothingTest, WhereverJavaHasNoMemoryForANativeMethod) {

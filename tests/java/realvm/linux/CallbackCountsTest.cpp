@@ -117,7 +117,8 @@ void UseCountingFunctions(jvmtiEnv* tools) {
         &Jni::NewIntArray, &Jni::NewLongArray, &Jni::NewFloatArray, &Jni::NewDoubleArray, &Jni::NewDirectByteBuffer,
         &Jni::CallObjectMethodA, &Jni::CallNonvirtualObjectMethodA, &Jni::CallStaticObjectMethodA,
         &Jni::GetObjectArrayElement, &Jni::GetObjectField, &Jni::GetStaticObjectField, &Jni::GetObjectClass,
-        &Jni::GetSuperclass, &Jni::ExceptionOccurred, &Jni::FindClass, &Jni::DefineClass>(table);
+        &Jni::GetSuperclass, &Jni::ExceptionOccurred, &Jni::FindClass, &Jni::DefineClass, &Jni::AllocObject,
+        &Jni::ToReflectedMethod>(table);
   // clang-format on
   Count<s_globals, &Jni::NewGlobalRef>(table);
   Count<s_weaks, &Jni::NewWeakGlobalRef>(table);
