@@ -25,14 +25,8 @@ std::atomic<bool> s_hadVm{false};
 
 thread_local bool t_isCritical = false;
 
-// Whether the calling thread's context class loader was seen to.
-thread_local bool t_hasContextLoader = false;
-
-void SeeToContextLoader(JNIEnv* env, bool replaces) noexcept {
-  if (t_hasContextLoader || Bound() == nullptr) return;
-  t_hasContextLoader = true;
-  SetContextClassLoader(env, replaces);
-}
+// Whether the calling thread was begun with, in a VM that does not tell when a thread ends.
+thread_local bool t_isBegun = false;
 
 // The lowest bit of an attachment's number: the layer itself made it.
 constexpr std::uintptr_t ByLayer = 1;
@@ -119,15 +113,31 @@ JNIEnv* AskForEnv() noexcept {
   // A thread that other code has attached is detached at its end, too: the end of the VM would wait for one that has
   // ended attached. A thread of Java's own has left the VM by then.
   DetachAtThreadEnd(true);
-  if (!t_isCritical && threadEndsAreSeen.load(std::memory_order_relaxed)) RememberEnv(static_cast<JNIEnv*>(env), false);
   return static_cast<JNIEnv*>(env);
+}
+
+// Makes the thread's next calls find its environment, and sees that Java finds services on it. What only drops a
+// reference does not come here, so that the first call after it does.
+void Begin(JNIEnv* env, bool isByLayer, bool isSeen) noexcept {
+  const bool isBegun = isSeen ? AttachmentNumber() != 0 : t_isBegun;
+  if (isSeen) {
+    RememberEnv(env, isByLayer);
+  } else {
+    t_isBegun = true;
+  }
+  if (isByLayer || !isBegun) SetContextClassLoader(env, isByLayer);
 }
 
 JNIEnv* AttachedEnv(const char* name, bool* attached) {
   RequireVm();
   RequireNotCritical();
+  // Read before the thread is attached: the end of the VM may clear it meanwhile, but the VM reports the end of this
+  // attachment even then.
+  const bool isSeen = threadEndsAreSeen.load(std::memory_order_relaxed);
   if (JNIEnv* env = AskForEnv()) {
-    SeeToContextLoader(env, false);  // other code has attached the thread, or it is one of Java's
+    // Other code has attached the thread, or it is one of Java's. Before the VM is known well enough, the next call
+    // begins.
+    if (Bound() != nullptr) Begin(env, false, isSeen);
     return env;
   }
 
@@ -137,9 +147,6 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   std::string text(name != nullptr ? name : "");
   JavaVMAttachArgs arguments{JNI_VERSION_1_6, name != nullptr ? text.data() : nullptr, nullptr};
   void* made = nullptr;
-  // Read before the thread is attached: the end of the VM may clear it meanwhile, but the VM reports the end of this
-  // attachment even then.
-  const bool isSeen = threadEndsAreSeen.load(std::memory_order_relaxed);
   // Attached as a daemon: the end of the VM waits for every other thread, even for one that has ended without
   // detaching.
   const jint status = vm->AttachCurrentThreadAsDaemon(&made, &arguments);
@@ -151,8 +158,7 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   JNIEnv* const env = static_cast<JNIEnv*>(made);
   if (attached != nullptr) *attached = true;
   DetachAtThreadEnd(true);
-  if (isSeen) RememberEnv(env, true);
-  SeeToContextLoader(env, true);
+  Begin(env, true, isSeen);
   DeleteDropped(env);
   return env;
 }
@@ -171,7 +177,7 @@ bool IsAttachedByLayer() noexcept { return (AttachmentNumber() & ByLayer) != 0; 
 void ForgetEnv() noexcept {
   CacheEnv(nullptr);
   SetAttachmentNumber(0);
-  t_hasContextLoader = false;
+  if (!threadEndsAreSeen.load(std::memory_order_relaxed)) t_isBegun = false;
 }
 
 // Waits for a second at most: attaching or detaching a thread runs Java code, which may wait for the calling thread.

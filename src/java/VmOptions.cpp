@@ -85,6 +85,7 @@ std::optional<std::pair<std::string, std::string>> HostProperty(std::string_view
   if (option.substr(0, 2) != "-D") return std::nullopt;
   const std::size_t end = std::min(option.find('='), option.size());
   const std::string_view name = option.substr(2, end - 2);
+  if (name.empty()) return std::nullopt;
   for (const std::string_view beginning : OfJava) {
     if (name.substr(0, beginning.size()) == beginning) return std::nullopt;
   }

@@ -3,6 +3,7 @@
 #include <torvan/java/Vm.h>
 #include <torvan/java/detail/Environment.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -70,7 +71,7 @@ class VmStart {
  public:
   VmStart(const VmSettings& settings, const VmLibrary& library)
       : m_library(library), m_jniVersion(settings.m_jniVersion), m_options(settings, library.path) {
-    RequireAClassPathThatCounts();
+    RequirePathsThatCount();
     // Last, because nothing may fail between this and the creation.
     m_records.reserve(m_options.Encoded().size() + detail::HookCount);
     detail::BeginStart({settings.m_onExit, settings.m_onAbort, settings.m_onOutput}, m_records);
@@ -83,7 +84,7 @@ class VmStart {
     void* env = nullptr;
     const jint status = m_library.create(&vm, &env, &arguments);
     if (status != JNI_OK) {
-      if (status != JNI_EVERSION) detail::TheVm().refusedOptions = true;
+      if (status != JNI_EVERSION) detail::TheVm().refusing = m_library.path;
       ThrowRefused(status);
     }
     detail::PrintKept();
@@ -103,13 +104,15 @@ class VmStart {
  private:
   // HotSpot keeps the list of properties of a creation that it has refused, and adds the next one's to it: what is set
   // is then the first class path of the list, and what counts is the last, an empty one.
-  void RequireAClassPathThatCounts() const {
-    if (!detail::TheVm().refusedOptions) return;
-    for (const std::string& option : m_options.Texts()) {
-      if (option.rfind("-Djava.class.path=", 0) != 0) continue;
-      Fail(__LINE__,
-           "The Java VM has refused options in this process before, and would ignore the class path now: "
-           "start it in another process, or without a class path");
+  void RequirePathsThatCount() const {
+    if (detail::TheVm().refusing != m_library.path) return;
+    for (const std::string_view path : {"class", "library"}) {
+      const std::string option = "-Djava." + std::string(path) + ".path=";
+      const auto sets = [&](const std::string& text) { return text.rfind(option, 0) == 0; };
+      if (std::none_of(m_options.Texts().begin(), m_options.Texts().end(), sets)) continue;
+      Fail(__LINE__, "The Java VM has refused options in this process before, and would ignore the " +
+                         std::string(path) + " path now: start it in another process, or without a " +
+                         std::string(path) + " path");
     }
   }
 

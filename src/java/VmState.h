@@ -4,6 +4,7 @@
 #include <torvan/java/Vm.h>
 
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -16,7 +17,8 @@ struct VmState {
   std::atomic<bool> isEnding{false};
   std::optional<jni::CJavaVm> handle;
   std::optional<VmEnd> end;
-  bool refusedOptions = false;  // whether a creation has failed after the VM had begun to read its options
+  std::filesystem::path
+      refusing;  // the library whose VM has failed to be created after it had begun to read its options
 };
 
 // Never destroyed: the handle keeps the VM library loaded.

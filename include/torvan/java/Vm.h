@@ -61,10 +61,10 @@ class Vm {
 // Creates the Java VM of the process.
 // The calling thread is attached, as a daemon, as every thread of the host is that calls; so any of them can end the
 // VM. A process can have one VM, and only once. Throws StartFailure that says what was wrong: with the runtime, with a
-// setting (named), or what the VM itself said. After the VM itself has refused options it can be started without a
-// class path only, because it would ignore that. What the VM does not survive and cannot be checked before (a file that
-// is no agent, contradicting options) ends the process with exit code 1: what the VM prints goes to OnOutput or the
-// standard error stream, and then OnExit is called.
+// setting (named), or what the VM itself said. After a VM has refused options, the one of that library can only be
+// started without a class path and a library path, because it would ignore them; its properties stay as they were set.
+// What the VM does not survive and cannot be checked before (a file that is no agent, contradicting options) ends the
+// process with exit code 1: what the VM prints goes to OnOutput or the standard error stream, and then OnExit is called.
 [[nodiscard]] Vm StartVm(const VmSettings& settings = VmSettings());
 
 // Joins the Java VM that runs in this process, which keeps running when the Vm is dropped.

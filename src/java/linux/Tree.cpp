@@ -79,11 +79,19 @@ std::vector<Entry> All() {
 
 bool IsSame(const Entry& one, const Entry& other) { return one.id == other.id && one.start == other.start; }
 
-// Returns the running processes that belong to a program: those in its session, and those that are in `known` or whose
-// parent is, to which each that is found is added. The program itself, `leader`, is not among them.
+// Returns the processes that belong to a program, also those that have ended and were not waited for: those in its
+// session, and those that are in `known` or whose parent is, to which each that is found is added. The program itself,
+// `leader`, is not among them.
 std::vector<Entry> Tree(pid_t leader, std::vector<Entry>& known) {
   std::vector<Entry> all = All();
   std::vector<Entry> tree;
+  // A number that is another process's by now tells nothing about that one's children.
+  const auto isOther = [&](const Entry& one) {
+    return one.id != leader && std::any_of(all.begin(), all.end(), [&](const Entry& entry) {
+             return entry.id == one.id && entry.start != one.start;
+           });
+  };
+  known.erase(std::remove_if(known.begin(), known.end(), isOther), known.end());
   const auto isOfTree = [&](const Entry& entry) {
     return entry.id != leader &&
            (entry.session == leader || std::any_of(known.begin(), known.end(), [&](const Entry& one) {
@@ -93,7 +101,10 @@ std::vector<Entry> Tree(pid_t leader, std::vector<Entry>& known) {
   for (bool found = true; found;) {
     const auto rest = std::partition(all.begin(), all.end(), isOfTree);
     found = rest != all.begin();
-    known.insert(known.end(), all.begin(), rest);
+    for (auto entry = all.begin(); entry != rest; ++entry) {
+      const auto isIt = [&](const Entry& one) { return IsSame(one, *entry); };
+      if (std::none_of(known.begin(), known.end(), isIt)) known.push_back(*entry);
+    }
     tree.insert(tree.end(), all.begin(), rest);
     all.erase(all.begin(), rest);
   }
@@ -147,11 +158,13 @@ void KillTree(pid_t leader, int process) noexcept {
   // What loses its parent becomes a child of a host that is process 1 or a subreaper, which knows nothing of it.
   const bool getsOrphans = GetsOrphans();
   const auto isLeft = [](const Entry& entry) { return !entry.hasEnded || IsZombieOfOurs(entry); };
+  bool hasEnded = false;  // whether it had before the tree was searched: by its end others become this process's
   try {
     for (int round = 0; round < (getsOrphans ? MostRoundsWithPauses : MostRounds); ++round) {
-      if (std::none_of(tree.begin(), tree.end(), isLeft) && (!getsOrphans || HasEnded(process))) break;
+      if (std::none_of(tree.begin(), tree.end(), isLeft) && (!getsOrphans || hasEnded)) break;
       for (const Entry& entry : tree) KillOrReap(entry);
       if (getsOrphans) poll(nullptr, 0, round);
+      hasEnded = HasEnded(process);
       tree = Tree(leader, known);
     }
   } catch (const std::exception&) {

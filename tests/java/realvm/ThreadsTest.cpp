@@ -113,6 +113,12 @@ TEST_F(ThreadsTest, ThreadsThatTheFixedInterfaceAttachedFindServices) {
     EXPECT_TRUE(Connect("jdbc:fixture:"));
     EXPECT_EQ(CallStaticInt("fixture/Vms", "hasContextLoader", "()I"), 1);
   });
+  java::Global<> dropped(java::NewString("dropped"));
+  InThreads(1, [&dropped] {  // dropping is no call yet
+    TheVm().Handle().Attach();
+    dropped.Reset();
+    EXPECT_TRUE(Connect("jdbc:fixture:"));
+  });
   InThreads(1, [] {
     TheVm().Handle().Attach()->FindClass("no/Such");  // what is pending stays so
     EXPECT_EQ(WhatOf<java::Error>([] { Connect("jdbc:fixture:"); }), "java.lang.NoClassDefFoundError: no/Such");

@@ -320,6 +320,10 @@ TEST(VmStartTest, AfterOptionsThatTheVmRefusedAClassPathIsRefused) {
               "in another process, or without a class path");
     VmSettings settings;
     if (const char* const library = std::getenv("TORVAN_TEST_LIBJVM")) settings.Runtime(library);
+    EXPECT_THAT(WhatOf<StartFailure>([&] {
+                  const java::Vm vm = StartVm(VmSettings(settings).Property("java.library.path", TORVAN_TEST_CLASSES));
+                }),
+                HasSubstr("would ignore the library path now"));
     const java::Vm vm = StartVm(settings);
     EXPECT_EQ(CallStaticInt("java/lang/Math", "abs", "(I)I", -7), 7);
     EXPECT_NE(WhatOf<java::Error>([] { java::FindClass("fixture/Vms"); }), "nothing");
