@@ -64,7 +64,7 @@ char* ValueOf(const char* key, char* line) {
 }
 
 // Much more than any release file has.
-constexpr std::size_t MostOfRelease = 256 * 1024;
+constexpr std::size_t MostOfRelease = std::size_t{256} * 1024;
 
 // The lines at the front of a regular file. Anything else has none: a pipe would wait for its other end, and a device
 // might never end.

@@ -322,7 +322,7 @@ TEST_F(ClassLoaderTest, AScopeThatFailsLeavesNothing) {
   for (int step = 1; step <= 3; ++step) {
     const CountedReferences counted(env);
     CountedReferences::FailAt(step);
-    EXPECT_EQ(WhatOf<java::Error>([&] { ContextClassLoader{others}; }),
+    EXPECT_EQ(WhatOf<java::Error>([&] { const ContextClassLoader inner(others); }),
               "java.lang.OutOfMemoryError: as the test wants");
     EXPECT_EQ(counted.Locals(), 0) << "step " << step;
   }
