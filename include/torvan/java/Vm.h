@@ -64,7 +64,8 @@ class Vm {
 // setting (named), or what the VM itself said. After a VM has refused options, the one of that library can only be
 // started without a class path and a library path, because it would ignore them; its properties stay as they were set.
 // What the VM does not survive and cannot be checked before (a file that is no agent, contradicting options) ends the
-// process with exit code 1: what the VM prints goes to OnOutput or the standard error stream, and then OnExit is called.
+// process with exit code 1: what the VM prints goes to OnOutput or the standard error stream, and then OnExit is
+// called.
 [[nodiscard]] Vm StartVm(const VmSettings& settings = VmSettings());
 
 // Joins the Java VM that runs in this process, which keeps running when the Vm is dropped.
