@@ -135,9 +135,7 @@ JNIEnv* AttachedEnv(const char* name, bool* attached) {
   // attachment even then.
   const bool isSeen = threadEndsAreSeen.load(std::memory_order_relaxed);
   if (JNIEnv* env = AskForEnv()) {
-    // Other code has attached the thread, or it is one of Java's. Before the VM is known well enough, the next call
-    // begins.
-    if (Bound() != nullptr) Begin(env, false, isSeen);
+    Begin(env, false, isSeen);  // other code has attached the thread, or it is one of Java's
     return env;
   }
 
