@@ -104,7 +104,7 @@ TEST_F(ArraysLeaveNothingTest, WhereverALoaderFails) {
   ExpectNothingWhereverItFails([&] { java::ClassLoader::Of(type); }, 2);
   ExpectNothingWhereverItFails([&] { java::ClassLoader::System(); }, 2);
   ExpectNothingWhereverItFails([&] { java::ClassLoader::Platform(); }, 2);
-  ExpectNothingWhereverItFails([] { java::ClassLoader::OfJars({"."}).Close(); }, 5);
+  ExpectNothingWhereverItFails([] { java::ClassLoader::OfJars({TORVAN_TEST_CLASSES}).Close(); }, 5);
 }
 
 // Where the VM has no room for as many references as the array has elements, they are made nevertheless.
