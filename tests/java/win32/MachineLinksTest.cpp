@@ -64,7 +64,7 @@ class MachineLinksTest : public testing::TestWithParam<LinkKind> {
     SetLastError(ERROR_SUCCESS);
     const bool isMade = Link("link", "probe");
     const DWORD error = GetLastError();
-    const DWORD found = GetFileAttributesW(ToPath(machine.Path("link")).c_str());
+    const DWORD found = GetFileAttributesW(m_links.back().c_str());
     const bool isLink = found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     if (!isMade || !isLink) {
       GTEST_SKIP() << "this system or user makes no " << GetParam().name << ": " << ReasonOf(error);
