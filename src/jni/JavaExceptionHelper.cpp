@@ -111,8 +111,8 @@ CUnicodeString GetExceptionStackTrace(JNIEnv* env, jthrowable throwable) {
   return trace.ToString();
 }
 
-// Returns only when the VM has refused to look up getClass. In a function of its own, and not part of the next: what is
-// thrown there then passes none of the many places that have something to free.
+// Returns only when the VM has refused to look up getClass. Kept apart from the next function: what that throws then
+// passes none of the many places here that have something to free.
 TORVAN_NOINLINE void ThrowWhatIsRead(JNIEnv* env, jthrowable throwable) {
   // The first of these to fail is the failure that is reported.
   const CUnicodeString stackTrace = GetExceptionStackTrace(env, throwable);

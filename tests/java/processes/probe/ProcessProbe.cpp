@@ -8,7 +8,7 @@
 // folder            writes the current folder
 // descriptors       writes the numbers of the open descriptors (Linux)
 // handle N          writes whether the handle with this value is there (Windows)
-// job MS            starts a process that waits so long in a job of its own, and writes its id as a line, or "refused";
+// job MS            starts a process that waits so long, in a new job, and writes its id as a line, or "refused";
 //                   goes on at once (Windows)
 // says TEXT         writes the text to the output; complains TEXT: to the error output
 // echo              copies the input to the output as it comes, until its end
