@@ -80,7 +80,8 @@ Vm JoinVm(JavaVM* vm);
 
 // Ends a VM that a host of the fixed interface has created, as Vm::End() does. Handles of that interface may live on.
 // That interface attaches threads as non-daemons: such a thread is waited for even after it has ended, unless
-// CJavaVm::Detach() was called in it.
+// CJavaVm::Detach() was called in it. Join it before, too: one that other code detaches while the VM is destroyed may
+// never return from that (seen with Java 17).
 // Throws as Vm::End() does, CJavaVmException when the calling thread cannot be attached, and StartFailure when the VM
 // lacks a class of Java's own.
 VmEnd EndVm(const jni::CJavaVm& vm, std::chrono::milliseconds grace = DefaultGrace);
