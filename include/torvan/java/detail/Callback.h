@@ -310,7 +310,8 @@ struct CallbackMaker<R(A...), F, First> {
 
   static std::shared_ptr<Callback> Make(F function, const std::string& name) {
     RequireNotEmpty(function, name);
-    return std::make_shared<CallbackOf<F, First, R, A...>>(std::move(function));
+    // Shared by its base class, which is compiled once and not for each function.
+    return std::unique_ptr<Callback>(new CallbackOf<F, First, R, A...>(std::move(function)));
   }
 };
 
