@@ -40,8 +40,9 @@ for unwanted in CPackConfig.cmake compile_commands.json torvan/package torvan/ex
   [ ! -e "$folder/added/$unwanted" ] || fail "added: the build has $unwanted"
 done
 
-# The same again by FetchContent, from a host that has its own libraries static and installs this one with itself.
-build_host fetched 2 -DFETCH=ON -DBUILD_SHARED_LIBS=OFF -DTORVAN_INSTALL=ON
+# The same again by FetchContent, from a host that has its own libraries static, compiles several of its sources as one, and
+# installs this one with itself.
+build_host fetched 2 -DFETCH=ON -DBUILD_SHARED_LIBS=OFF -DCMAKE_UNITY_BUILD=ON -DTORVAN_INSTALL=ON
 message='torvan: BUILD_SHARED_LIBS is OFF, but torvan, mirel, rx and place are built as shared libraries.'
 grep -qF "$message" "$folder/fetched.configured" || { cat "$folder/fetched.configured"; fail "fetched: no word on shared libraries"; }
 quietly cmake --install "$folder/fetched" --prefix "$folder/fetched-installed"
