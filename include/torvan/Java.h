@@ -55,6 +55,7 @@
 #include <torvan/java/detail/LocalScope.h>
 #include <torvan/java/detail/Member.h>
 #include <torvan/java/detail/Native.h>
+#include <torvan/java/detail/NewObject.h>
 #include <torvan/java/detail/Passed.h>
 #include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/ProgramSettings.h>

@@ -1,6 +1,7 @@
 #include "java/ErrorReader.h"
 
 #include <torvan/java/detail/LocalScope.h>
+#include <torvan/java/detail/NewObject.h>
 #include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/StringText.h>
 
@@ -65,11 +66,13 @@ void ErrorReader::ThrowFor(const Error& error, const std::string& member) {
 
 std::optional<std::string> ErrorReader::Trace(jobject throwable) {
   const detail::Bindings& bindings = *Bound();
-  const LocalScope writer(m_env, m_env->NewObjectA(bindings.stringWriterClass, bindings.newStringWriter, nullptr));
+  const LocalScope writer(m_env,
+                          detail::TryNewObject(m_env, bindings.stringWriterClass, bindings.newStringWriter, nullptr));
   if (Failed()) return std::nullopt;
   jvalue argument{};
   argument.l = writer.Get();
-  const LocalScope printer(m_env, m_env->NewObjectA(bindings.printWriterClass, bindings.newPrintWriter, &argument));
+  const LocalScope printer(m_env,
+                           detail::TryNewObject(m_env, bindings.printWriterClass, bindings.newPrintWriter, &argument));
   if (Failed()) return std::nullopt;
   argument.l = printer.Get();
   m_env->CallVoidMethodA(throwable, bindings.printStackTrace, &argument);

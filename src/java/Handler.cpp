@@ -4,6 +4,7 @@
 #include <torvan/java/Failure.h>
 #include <torvan/java/detail/Classes.h>
 #include <torvan/java/detail/LocalScope.h>
+#include <torvan/java/detail/NewObject.h>
 #include <torvan/java/detail/Pending.h>
 #include <torvan/java/detail/Shared.h>
 
@@ -120,7 +121,7 @@ jobject NewNoPlan(JNIEnv* env, const HandlerClass& made) {
   arguments[1].l = methods.Get();
   arguments[2].l = kinds.Get();
   arguments[3].l = tests.Get();
-  return Kept<jobject>(env, env->NewObjectA(made.type, made.newPlan, arguments));
+  return Kept<jobject>(env, NewObject(env, made.type, made.newPlan, arguments));
 }
 
 void Make(JNIEnv* env, HandlerClass& made) {
@@ -185,8 +186,7 @@ void GiveToJava(JNIEnv* env, jobject object, OwnedByJava* owned) {
   jvalue arguments[2]{};
   arguments[0].l = handlers.noPlan;
   arguments[1].j = BitsOf(owned);
-  const LocalScope action(env, env->NewObjectA(handlers.type, handlers.newHandler, arguments));
-  CheckPending(env);
+  const LocalScope action(env, NewObject(env, handlers.type, handlers.newHandler, arguments));
   arguments[0].l = object;
   arguments[1].l = action.Get();
   const LocalScope made(env, env->CallObjectMethodA(handlers.cleaner, handlers.registerWith, arguments));

@@ -4,6 +4,7 @@
 #include <torvan/java/Failure.h>
 #include <torvan/java/LocalFrame.h>
 #include <torvan/java/Method.h>
+#include <torvan/java/detail/NewObject.h>
 
 #include <cstdint>
 #include <map>
@@ -100,8 +101,7 @@ std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
   arguments[2].l = kinds.Get();
   arguments[3].l = tests.Get();
   arguments[4].j = sizeof(HandledFunction);
-  const Local<Object> made = Own<Object>(env, env->NewObjectA(handlers.type, handlers.newPlan, arguments));
-  CheckPending(env);
+  const Local<Object> made = Own<Object>(env, NewObject(env, handlers.type, handlers.newPlan, arguments));
   return std::make_shared<const Plan>(Plan{Global<Object>(made), std::move(texts)});
 }
 
@@ -161,8 +161,7 @@ jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<
   jvalue arguments[2]{};
   arguments[0].l = plan->handler.Get();
   arguments[1].j = BitsOf(owned->handled.data());
-  const LocalScope handler(env, env->NewObjectA(handlers.type, handlers.newHandler, arguments));
-  CheckPending(env);
+  const LocalScope handler(env, NewObject(env, handlers.type, handlers.newHandler, arguments));
   GiveToJava(env, handler.Get(), owned.get());
   static_cast<void>(owned.release());
   jobject const made = env->CallObjectMethodA(handler.Get(), handlers.proxy, nullptr);

@@ -1,5 +1,6 @@
 #include <torvan/java/Error.h>
 #include <torvan/java/detail/LocalScope.h>
+#include <torvan/java/detail/NewObject.h>
 #include <torvan/java/detail/StringText.h>
 
 #include <cstdlib>
@@ -74,7 +75,7 @@ void ThrowNew(JNIEnv* env, const ExceptionClass& type, const std::string& text) 
   const LocalScope message(env, NewAnyText(env, text));
   jvalue argument{};
   argument.l = message.Get();
-  const LocalScope made(env, env->NewObjectA(type.type, type.make, &argument));
+  const LocalScope made(env, TryNewObject(env, type.type, type.make, &argument));
   if (made.Get() != nullptr) env->Throw(static_cast<jthrowable>(made.Get()));
 }
 

@@ -83,7 +83,7 @@ class FieldAccess : private Declaration<Kind, T, Place> {
   template <typename Value>
   V Take(JNIEnv* env, Value value) const {
     if constexpr (Row<V>::Letter == 'L') {
-      return TakeResult<V>(env, value, this->ItsPlace().Tests(), Name());
+      return TakeResult<V>(env, value, this->ItsPlace().Tests(), [this] { return Name(); });
     } else {
       return Row<V>::Take(value);
     }

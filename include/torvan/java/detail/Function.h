@@ -4,6 +4,7 @@
 #include <torvan/java/Thread.h>
 #include <torvan/java/detail/Fit.h>
 #include <torvan/java/detail/Member.h>
+#include <torvan/java/detail/NewObject.h>
 
 #include <cstdlib>
 #include <type_traits>
@@ -11,32 +12,22 @@
 
 namespace torvan::java::detail {
 
-// Tests, owns and converts Java's result.
-template <typename R>
-R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, const MemberName& name) {
+// Tests, owns and converts Java's result. `name` makes the member's name, which few results need.
+template <typename R, typename NameMaker>
+R TakeResult(JNIEnv* env, jobject local, const ClassTests* tests, [[maybe_unused]] const NameMaker& name) {
   if constexpr (!Row<R>::HasNull) {
-    if (local == nullptr) ThrowNullResult(name);
+    if (local == nullptr) ThrowNullResult(name());
   }
-  if (tests != nullptr) TestResult(env, *tests, local, name);
+  if (tests != nullptr) TestResult(env, *tests, local, name());
   if constexpr (!HasElements<R>) {
     return Row<R>::Take(env, local);
   } else {
     try {
       return Row<R>::Take(env, local);
     } catch (const NullElement& null) {
-      ThrowNullElement(name, null.Path());
+      ThrowNullElement(name(), null.Path());
     }
   }
-}
-
-// Makes an object. In two steps, because HotSpot's NewObject never deletes its local reference to an object whose
-// constructor throws.
-inline jobject NewObject(JNIEnv* env, jclass type, jmethodID constructor, const jvalue* values) {
-  jobject const made = env->AllocObject(type);
-  CheckPending(env, made);
-  env->CallNonvirtualVoidMethodA(made, type, constructor, values);
-  CheckPending(env, made);
-  return made;
 }
 
 // Calls `use` with the environment (of the Thread, if that comes first, else what `env` returns) and the values.
@@ -201,7 +192,7 @@ class Function<Kind, T, R(A...), Place> : private Declaration<Kind, T, Place> {
         const auto result = call();
         if constexpr (ResultLetter == 'L') {
           CheckPending(env, result);
-          return TakeResult<R>(env, result, tests, Name());
+          return TakeResult<R>(env, result, tests, [this] { return Name(); });
         } else {
           CheckPending(env);
           return Row<R>::Take(result);
