@@ -14,6 +14,7 @@ _LIBCPP_BEGIN_NAMESPACE_STD
 namespace {
 
 SRWLOCK* LockOf(__libcpp_mutex_t* mutex) { return reinterpret_cast<SRWLOCK*>(mutex); }
+CRITICAL_SECTION* SectionOf(__libcpp_recursive_mutex_t* mutex) { return reinterpret_cast<CRITICAL_SECTION*>(mutex); }
 CONDITION_VARIABLE* ConditionOf(__libcpp_condvar_t* condition) {
   return reinterpret_cast<CONDITION_VARIABLE*>(condition);
 }
@@ -37,6 +38,12 @@ unsigned int __stdcall Run(void* parameter) {
 void mutex::lock() { AcquireSRWLockExclusive(LockOf(&__m_)); }
 bool mutex::try_lock() noexcept { return TryAcquireSRWLockExclusive(LockOf(&__m_)) != 0; }
 void mutex::unlock() noexcept { ReleaseSRWLockExclusive(LockOf(&__m_)); }
+
+recursive_mutex::recursive_mutex() { InitializeCriticalSection(SectionOf(&__m_)); }
+recursive_mutex::~recursive_mutex() { DeleteCriticalSection(SectionOf(&__m_)); }
+void recursive_mutex::lock() { EnterCriticalSection(SectionOf(&__m_)); }
+bool recursive_mutex::try_lock() noexcept { return TryEnterCriticalSection(SectionOf(&__m_)) != 0; }
+void recursive_mutex::unlock() noexcept { LeaveCriticalSection(SectionOf(&__m_)); }
 
 void condition_variable::notify_one() noexcept { WakeConditionVariable(ConditionOf(&__cv_)); }
 void condition_variable::notify_all() noexcept { WakeAllConditionVariable(ConditionOf(&__cv_)); }

@@ -5,7 +5,9 @@ set(sources
   ExceptionPointers.cpp
   Exceptions.cpp
   Files.cpp
+  Folders.cpp
   Futures.cpp
+  Paths.cpp
   Pointers.cpp
   Streams.cpp
   Text.cpp
