@@ -104,6 +104,7 @@ exception_ptr& exception_ptr::operator=(const exception_ptr& other) noexcept {
   swap(KeptBy(*this), KeptBy(copy));
   return *this;
 }
+exception_ptr& exception_ptr::operator=(nullptr_t) noexcept { return *this = exception_ptr(); }
 exception_ptr::operator bool() const noexcept { return KeptBy(*this) != nullptr; }
 bool operator==(const exception_ptr& left, const exception_ptr& right) noexcept {
   return KeptBy(left) == KeptBy(right);

@@ -40,7 +40,7 @@ TEST_F(CallbackErrorsTest, ACppExceptionIsARuntimeExceptionWithItsText) {
 }
 
 TEST_F(CallbackErrorsTest, AnythingElseIsSaidWithItsType) {
-#ifdef __GNUC__
+#ifndef _MSC_VER
   EXPECT_EQ(Thrown([] { throw 5; }), "java.lang.RuntimeException: a C++ exception of type int");
   EXPECT_EQ(Thrown([] { throw Odd(); }),
             "java.lang.RuntimeException: a C++ exception of type tests::(anonymous namespace)::Odd");

@@ -86,6 +86,8 @@ OUT_OF_LINE void EndHooks() {
 void Abort() {
   RunHook([] {
     if (s_hostAbort != nullptr) s_hostAbort();
+    const auto flush = FindFunction<int(WINDOWS_ABI*)(void*)>(HostRuntime(), "fflush");
+    if (flush != nullptr) flush(nullptr);      // Wine's newer C runtime buffers the error stream when it is a file
     TerminateProcess(GetCurrentProcess(), 1);  // a signal would start Wine's debugger
   });
 }
