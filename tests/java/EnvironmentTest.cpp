@@ -1,5 +1,7 @@
 // How threads come to the VM and leave it.
+#include <torvan/java/Elements.h>
 #include <torvan/java/Failure.h>
+#include <torvan/java/Local.h>
 #include <torvan/java/Thread.h>
 
 #include <atomic>
@@ -17,6 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using torvan::java::Failure;
+using torvan::java::Local;
 using torvan::java::Misuse;
 using torvan::java::Thread;
 using torvan::java::detail::AttachmentNumber;
@@ -115,6 +118,20 @@ TEST_F(EnvironmentTest, ANamedThreadOfAVmWithoutNumbersIsDetachedByItsEnvironmen
     EXPECT_FALSE(isAttached);
   });
   EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
+TEST_F(EnvironmentTest, ANamedThreadOfAVmWithoutNumbersLeavesAnotherEnvironmentAlone) {
+  static JNIEnv other = *jvm.Env();
+  Elsewhere([&] {
+    {
+      const Thread thread("named");
+      jvm.On<&Invocation::GetEnv>([](void** env, jint) {  // other code has detached it and attached it again
+        *env = &other;
+        return JNI_OK;
+      });
+    }
+    EXPECT_EQ(Calls("DetachCurrentThread"), 0u);
+  });
 }
 
 TEST_F(EnvironmentTest, AThreadWithoutANameStaysAttached) {
@@ -275,6 +292,63 @@ TEST_F(EnvironmentNumberedTest, ANamedThreadIsDetachedWhileTheEndOfTheVmWaits) {
     EXPECT_FALSE(isAttached);
   });
   EXPECT_EQ(Calls("DetachCurrentThread"), 1u);
+}
+
+TEST_F(EnvironmentNumberedTest, ALocalIsNotTouchedOnceTheEndOfTheVmHasBegun) {
+  Elsewhere([&] {
+    JNIEnv* const env = Env();
+    Local<> local = torvan::java::detail::Own<torvan::java::Object>(env, NewLocal());
+    EndCalls();
+    local.Reset();
+    EXPECT_FALSE(local);
+  });
+  EXPECT_EQ(locals, 1);
+  locals = 0;
+}
+
+TEST_F(EnvironmentNumberedTest, ElementsAreReleasedInTheirOwnAttachmentAsLongAsTheVmIsThere) {
+  static jint memory[3];
+  int released = 0;
+  jvm.Return<&Jni::GetArrayLength>(3);
+  jvm.On<&Jni::GetIntArrayElements>([](jintArray, jboolean*) { return memory; });
+  jvm.On<&Jni::ReleaseIntArrayElements>([&](jintArray, jint*, jint) { ++released; });
+  const auto releasedAfter = [&](const auto& meanwhile) {
+    UseVm(jvm.Vm());
+    threadEndsAreSeen = true;
+    released = 0;
+    Elsewhere([&] {
+      JNIEnv* const env = Env();
+      const auto array = torvan::java::detail::Own<torvan::java::Array<jint>>(env, NewLocal());
+      const torvan::java::Elements<jint> elements(array);
+      meanwhile();
+    });
+    locals = 0;  // of attachments that have ended
+    return released;
+  };
+  EXPECT_EQ(releasedAfter([] {}), 1);
+  EXPECT_EQ(releasedAfter([] { EndCalls(); }), 1) << "the end waits for them";
+  EXPECT_EQ(releasedAfter([] { UseVm(nullptr); }), 0);
+  EXPECT_EQ(releasedAfter([&] {
+              DetachAndAttachAgain();
+              Env();
+            }),
+            0);
+}
+
+TEST_F(EnvironmentNumberedTest, CriticalElementsOfAnEarlierAttachmentEndNevertheless) {
+  static jint memory[3];
+  jvm.Return<&Jni::GetArrayLength>(3);
+  jvm.On<&Jni::GetPrimitiveArrayCritical>([](jarray, jboolean*) -> void* { return memory; });
+  Elsewhere([&] {
+    JNIEnv* const env = Env();
+    {
+      const auto array = torvan::java::detail::Own<torvan::java::Array<jint>>(env, NewLocal());
+      const torvan::java::CriticalElements<jint> elements(array);
+      DetachAndAttachAgain();
+    }
+    EXPECT_EQ(WhatOf<Misuse>([] { Env(); }), "nothing");
+  });
+  locals = 0;  // of the attachment that has ended
 }
 
 // In a process that never had a VM.

@@ -1,6 +1,7 @@
 // How many references each operation makes and deletes.
 #include <torvan/java/Cast.h>
 #include <torvan/java/Failure.h>
+#include <torvan/java/Implement.h>
 #include <torvan/java/LocalFrame.h>
 #include <torvan/java/Weak.h>
 
@@ -45,6 +46,29 @@ TEST_F(RefCountsTest, ALocalIsDeletedOnce) {
   EXPECT_EQ(Calls("DeleteLocalRef"), 3u);
 }
 
+TEST_F(RefCountsTest, ALocalThatIsMovedToItselfStays) {
+  Local<> local = Made();
+  Local<>& same = local;
+  local = std::move(same);
+  EXPECT_TRUE(local);
+  EXPECT_EQ(locals, 1);
+}
+
+TEST_F(RefCountsTest, WhatIsMovedToAnotherTagIsNullAndDeletedOnce) {
+  {
+    Local<String> text = Own<String>(jvm.Env(), NewLocal());
+    const Local<> object = std::move(text);
+    EXPECT_FALSE(text);
+    Global<String> globalText = GlobalOf<String>(jvm.Env(), object.Get());
+    const Global<> global = std::move(globalText);
+    EXPECT_FALSE(globalText);
+    EXPECT_EQ(jvm.LiveGlobals(), 1u);
+    EXPECT_EQ(locals, 1);
+  }
+  EXPECT_EQ(Calls("DeleteLocalRef"), 1u);
+  EXPECT_EQ(Calls("DeleteGlobalRef"), 1u);
+}
+
 TEST_F(RefCountsTest, AReleasedLocalIsTheCallers) {
   Local<> local = Made();
   EXPECT_NE(local.Release(), nullptr);
@@ -63,6 +87,18 @@ TEST_F(RefCountsTest, ALocalOfAThreadThatLeftIsNotTouched) {
   locals = 0;
 }
 
+TEST_F(RefCountsTest, ALocalOfAnotherEnvironmentIsNotTouched) {
+  Local<> local = Made();
+  static JNIEnv other = *jvm.Env();
+  jvm.On<&Invocation::GetEnv>([](void** env, jint) {
+    *env = &other;
+    return JNI_OK;
+  });
+  local.Reset();
+  EXPECT_EQ(locals, 1);
+  locals = 0;
+}
+
 TEST_F(RefCountsTest, CopiesOfAGlobalShareOneReference) {
   {
     const Global<> first(Made());
@@ -72,6 +108,9 @@ TEST_F(RefCountsTest, CopiesOfAGlobalShareOneReference) {
     second = third;
     third = std::move(second);
     EXPECT_EQ(jvm.LiveGlobals(), 1u);
+    third.Reset();
+    EXPECT_FALSE(third);
+    EXPECT_TRUE(first);
   }
   EXPECT_EQ(Calls("NewGlobalRef"), 1u);
   EXPECT_EQ(Calls("DeleteGlobalRef"), 1u);
@@ -85,6 +124,10 @@ TEST_F(RefCountsTest, NullReferencesAskForNothing) {
   EXPECT_FALSE(weak.Lock());
   const Local<> local(copy);
   EXPECT_TRUE(torvan::java::Same(global, local));
+  EXPECT_FALSE(Ref<String>(static_cast<jobject>(nullptr)));
+  EXPECT_FALSE(Cast<String>(Local<>()));
+  EXPECT_FALSE(Cast<String>(global));
+  EXPECT_FALSE(IsInstance<String>(global));
   EXPECT_THAT(jvm.Calls(), testing::IsEmpty());
 }
 
@@ -95,6 +138,7 @@ TEST_F(RefCountsTest, WeakReferencesAreShared) {
     EXPECT_EQ(jvm.LiveWeaks(), 1u);
     EXPECT_TRUE(second.Lock());
     second.Reset();
+    EXPECT_FALSE(second.Lock());
     EXPECT_EQ(jvm.LiveWeaks(), 1u);
   }
   EXPECT_EQ(jvm.LiveWeaks(), 0u);
@@ -162,6 +206,19 @@ TEST_F(RefCountsTest, AFrameIsPoppedWhereItWasPushed) {
     UseVm(nullptr);
   }
   EXPECT_EQ(Calls("PopLocalFrame"), 1u);
+}
+
+TEST_F(RefCountsTest, AnArgumentOfACallbackIsDeletedOnlyWhereTheFunctionOwnsIt) {
+  const auto callWith = [this](auto function) {
+    using F = decltype(function);
+    const auto callback = CallbackMaker<typename SignatureOf<F>::Type, F>::Make(function, "name");
+    callback->Call(jvm.Env(), {BitsOf(NewLocal()), 0, 0}, "name");
+  };
+  callWith([](Ref<Object> object) { EXPECT_TRUE(object); });
+  EXPECT_EQ(locals, 1);
+  callWith([](const Local<>& object) { EXPECT_TRUE(object); });
+  EXPECT_EQ(locals, 1);
+  locals = 0;
 }
 
 TEST_F(RefCountsTest, WhatUnwindingDropsIsDeleted) {
