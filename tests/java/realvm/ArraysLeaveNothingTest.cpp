@@ -107,6 +107,30 @@ TEST_F(ArraysLeaveNothingTest, WhereverALoaderFails) {
   ExpectNothingWhereverItFails([] { java::ClassLoader::OfJars({TORVAN_TEST_CLASSES}).Close(); }, 5);
 }
 
+// The memory of a copy is freed, which no count of references shows.
+TEST_F(ArraysLeaveNothingTest, ElementsAreReleasedOnceAndOfConstWithoutBeingCopied) {
+  JNIEnv* const env = java::detail::Env();
+  static const JNINativeInterface_* const real = env->functions;
+  static std::vector<jint> modes;
+  JNINativeInterface_ table = *real;
+  table.ReleaseIntArrayElements = [](JNIEnv* e, jintArray array, jint* elements, jint mode) {
+    modes.push_back(mode);
+    real->ReleaseIntArrayElements(e, array, elements, mode);
+  };
+  table.ReleasePrimitiveArrayCritical = [](JNIEnv* e, jarray array, void* elements, jint mode) {
+    modes.push_back(mode);
+    real->ReleasePrimitiveArrayCritical(e, array, elements, mode);
+  };
+  const auto array = NewArray<jint>(5);
+  env->functions = &table;
+  { const Elements<jint> elements(array); }
+  { const Elements<const jint> elements(array); }
+  { const java::CriticalElements<jint> elements(array); }
+  { const java::CriticalElements<const jint> elements(array); }
+  env->functions = real;
+  EXPECT_THAT(modes, testing::ElementsAre(0, JNI_ABORT, 0, JNI_ABORT));
+}
+
 // Where the VM has no room for as many references as the array has elements, they are made nevertheless.
 TEST_F(ArraysLeaveNothingTest, WithoutRoomForAllReferences) {
   JNIEnv* const env = java::detail::Env();

@@ -134,6 +134,8 @@ TEST_F(ArraysTest, ArraysOfArrays) {
 TEST_F(ArraysTest, WhatJavaSees) {
   EXPECT_EQ(SeenAs(std::vector<bool>{true, false}), "[Z: [true, false]");
   EXPECT_EQ(SeenAs(std::vector<std::uint8_t>{2, 0}), "[Z: [true, false]");  // and not its lowest bit
+  EXPECT_TRUE(java::CallStatic<bool>("java/util/Arrays", "equals", std::vector<std::uint8_t>{2, 0},
+                                     std::vector<bool>{true, false}));
   EXPECT_EQ(SeenAs(std::vector<std::byte>{std::byte{1}, std::byte{0xFF}}), "[B: [1, -1]");
   EXPECT_EQ(SeenAs(std::vector<char16_t>{u'x', u'y'}), "[C: [x, y]");
   EXPECT_EQ(SeenAs(std::vector<short>{-1}), "[S: [-1]");

@@ -5,6 +5,7 @@
 #include <set>
 #include <unordered_map>
 
+#include "java/realvm/CountedReferences.h"
 #include "java/realvm/OneVm.h"
 
 namespace tests {
@@ -109,6 +110,13 @@ TEST_F(EachTest, ElementsMayBeMovedOut) {
   EXPECT_EQ(java::Call<std::string>(kept[2], "toString"), "c");
 }
 
+TEST_F(EachTest, AnElementIsDroppedBeforeTheNextOneIsAskedFor) {
+  Each<Object> range(texts);
+  const CountedReferences counted(java::detail::Env());
+  for (const Local<Object>& element : range) EXPECT_EQ(counted.Locals(), element ? 1 : 0);
+  EXPECT_EQ(counted.Locals(), 0);
+}
+
 TEST_F(EachTest, CopiesToAnyContainer) {
   EXPECT_THAT(Copy<std::vector<std::string>>(texts), ElementsAre("a", "b", "c"));
   EXPECT_THAT(Copy<std::list<std::u16string>>(texts), ElementsAre(u"a", u"b", u"c"));
@@ -134,6 +142,7 @@ TEST_F(EachTest, CopiesNestedContainersAndOwnTypes) {
 TEST_F(EachTest, CopiesArrays) {
   EXPECT_THAT(Copy<std::vector<jint>>(java::NewArray(std::vector<jint>{2, 1})), ElementsAre(2, 1));
   EXPECT_THAT(Copy<std::set<jint>>(java::NewArray(std::vector<jint>{2, 1})), ElementsAre(1, 2));
+  EXPECT_THAT(Copy<std::list<jint>>(java::NewArray(std::vector<jint>{2, 1, 3})), ElementsAre(2, 1, 3));
   EXPECT_THAT(Copy<std::vector<std::string>>(java::NewArray(std::vector<std::string>{"x"})), ElementsAre("x"));
   EXPECT_EQ(WhatOf<Misuse>([] { Copy<std::vector<jint>>(Ref<java::Array<jint>>(nullptr)); }),
             "null is given for a Java array");

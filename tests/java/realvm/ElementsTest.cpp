@@ -44,8 +44,17 @@ TEST_F(ElementsTest, NewArrays) {
 TEST_F(ElementsTest, WhatIsPendingIsThrownAndNothingStarts) {
   const Local<Array<jint>> array = NewArray<jint>(3);
   jbyte memory[4]{};
+  const Local<java::Class> type = java::FindClass(Child::JavaName);
+  const std::vector<Local<Child>> none;
+  Elements<java::String> texts(NewArray(std::vector<std::string>{"a", "b"}));
   ExpectWhatIsPendingFirst([] { NewArray<jint>(3); });
   ExpectWhatIsPendingFirst([] { NewArray(std::vector<std::string>{"a"}); });
+  ExpectWhatIsPendingFirst([&] { NewArray(none, type); });
+  ExpectWhatIsPendingFirst([] { Elements<jint>{nullptr}; });
+  ExpectWhatIsPendingFirst([] { Elements<java::String>{nullptr}; });
+  ExpectWhatIsPendingFirst([&] { texts.At(0); });
+  ExpectWhatIsPendingFirst([&] { texts.Set(0, nullptr); });
+  EXPECT_EQ(java::ToText(texts.At(0)), "a");
   ExpectWhatIsPendingFirst([&] { Elements<jint>{array}; });
   ExpectWhatIsPendingFirst([&] { CriticalElements<jint>{array}; });
   ExpectWhatIsPendingFirst([&] { java::Copy<std::vector<jint>>(array); });
