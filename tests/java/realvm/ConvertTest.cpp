@@ -133,6 +133,13 @@ TEST_F(ConvertTest, BooleansAreOneBitOfAByte) {
     EXPECT_EQ(SeenAs(value), value ? "boolean true" : "boolean false");
   }
   EXPECT_EQ(SeenAs<std::uint8_t>(2), "boolean true");  // and not its lowest bit
+  static constexpr java::Field<Values, std::uint8_t> ofObject{"booleanField"};
+  static constexpr java::StaticField<std::uint8_t> ofClass{"fixture/Values", "staticBoolean"};
+  const Local<Values> values = java::New<Values>();
+  ofObject.Set(values, std::uint8_t{2});
+  EXPECT_EQ(ofObject.Get(values), 1);
+  ofClass.Set(std::uint8_t{2});
+  EXPECT_EQ(ofClass.Get(), 1);
 }
 
 template <typename F, typename Bits>

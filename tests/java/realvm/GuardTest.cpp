@@ -207,6 +207,9 @@ TEST_F(GuardTest, WhatRawJniLeavesIsThrown) {
   JNIEnv* const env = java::detail::Env();
   EXPECT_EQ(WhatOf<Error>([&] { Guard([&] { env->FindClass("no/Such"); }); }),
             "java.lang.NoClassDefFoundError: no/Such");
+  const auto returning = [&] { return env->FindClass("no/Such"); };
+  EXPECT_EQ(WhatOf<Error>([&] { Guard(returning); }), "java.lang.NoClassDefFoundError: no/Such");
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
   env->FindClass("no/Such");
   bool ran = false;
   EXPECT_EQ(WhatOf<Error>([&] { Guard([&] { ran = true; }); }), "java.lang.NoClassDefFoundError: no/Such");

@@ -158,6 +158,13 @@ TEST_F(MemberMissingTest, AnObjectOfAnotherLoadersClassIsRefusedByMembersOfTheCl
             "a fixture.Members$Derived is given as the object of fixture.Members$Derived.shared(), which needs a "
             "fixture.Members$Derived of another class loader");
   EXPECT_EQ(Shared(own), 20);
+  static constexpr Field<Derived, std::string> How{"how"};
+  const std::string wrongOwner =
+      "a fixture.Members$Derived is given as the object of fixture.Members$Derived.how, which needs a "
+      "fixture.Members$Derived of another class loader";
+  EXPECT_EQ(WhatOf<Misuse>([&] { How.Get(stranger); }), wrongOwner);
+  EXPECT_EQ(WhatOf<Misuse>([&] { How.Set(stranger, "text"); }), wrongOwner);
+  EXPECT_EQ(How.Get(own), "nothing");
 }
 
 TEST_F(MemberMissingTest, WrongUseOfLoaders) {

@@ -151,6 +151,21 @@ TEST_F(MemberTest, WhatTheCompilerCannotTestIsTestedAtTheCall) {
   EXPECT_EQ(WhatOf<Misuse>([&] { Shared(list.Get()); }),
             "a java.util.ArrayList is given as the object of fixture.Members$Derived.shared(), which needs a "
             "fixture.Members$Derived");
+  const std::string wrongOwner =
+      "a java.util.ArrayList is given as the object of fixture.Members$Derived.how, which needs a "
+      "fixture.Members$Derived";
+  EXPECT_EQ(WhatOf<Misuse>([&] { How.Get(list.Get()); }), wrongOwner);
+  EXPECT_EQ(WhatOf<Misuse>([&] { How.Set(list.Get(), "text"); }), wrongOwner);
+  static constexpr Method<Derived, jint(Ref<Derived>)> CompareTo{"compareTo"};
+  const Local<Derived> derived = NewDerived();
+  EXPECT_EQ(CompareTo(derived, derived.Get()), 0);
+  EXPECT_EQ(WhatOf<Misuse>([&] { CompareTo(derived, list.Get()); }),
+            "A java.util.ArrayList is given where a fixture.Members$Derived is needed");
+  const auto bound = Listed.In(java::FindClass("fixture/Members"));
+  EXPECT_EQ(bound(list), "list of 2");
+  EXPECT_EQ(WhatOf<Misuse>([&] { bound("text"); }),
+            "a java.lang.String is given as argument 1 of fixture.Members.listed(java.util.List), which needs a "
+            "java.util.List");
 }
 
 TEST_F(MemberTest, ANullObjectNamesTheMember) {

@@ -62,6 +62,17 @@ TEST_F(OverloadsTest, ANumberBecomesAnObjectOnlyWhereNothingTakesItAsItIs) {
   EXPECT_EQ(LongFirst(std::optional<jlong>(5)), "java.lang.Long 5");
 }
 
+// Java's order of numbers, also where a call does not widen them because digits may be lost.
+TEST_F(OverloadsTest, WholeNumbersGoBeforeTheOthers) {
+  constexpr const char* values = "fixture/Values";
+  static constexpr Overloads LongOrFloat{Over<float>{values, "seen"}, Over<jlong>{values, "seen"}};
+  static constexpr Overloads LongOrDouble{Over<double>{values, "seen"}, Over<jlong>{values, "seen"}};
+  static constexpr Overloads IntOrFloat{Over<float>{values, "seen"}, Over<jint>{values, "seen"}};
+  EXPECT_EQ(LongOrFloat(jshort{5}), "long 5");
+  EXPECT_EQ(LongOrDouble(5), "long 5");
+  EXPECT_EQ(IntOrFloat(jbyte{5}), "int 5");
+}
+
 TEST_F(OverloadsTest, ConstructorsAndMethodsOfObjects) {
   static constexpr Overloads<Constructor<Derived()>, Constructor<Derived(jint)>, Constructor<Derived(jlong)>,
                              Constructor<Derived(std::string_view)>>

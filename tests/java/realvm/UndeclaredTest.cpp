@@ -85,6 +85,13 @@ TEST_F(UndeclaredTest, NewTakesTheConstructorThatFits) {
   EXPECT_EQ(how.Get(New<Derived>("text", NewInteger(5))), "text 5");
 }
 
+TEST_F(UndeclaredTest, WhatIsPendingIsThrownFirst) {
+  New<Derived>();
+  ExpectWhatIsPendingFirst([] { Call<void>(Local<Derived>(), "shared"); });
+  ExpectWhatIsPendingFirst([] { CallStatic<void>(java::Ref<java::Class>(nullptr), "called"); });
+  ExpectWhatIsPendingFirst([] { New<Derived>("not \xFF UTF-8"); });
+}
+
 TEST_F(UndeclaredTest, SeveralThatFitAreListed) {
   EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<std::string>(Type, "two", 1, 2); }),
             "several members take the arguments of fixture.Members.two(int, int): static java.lang.String two(int, "
