@@ -103,6 +103,12 @@ TEST_F(CallbackErrorsTest, WhatTheFixedInterfaceLeftPendingIsThrown) {
       "java.lang.IllegalStateException: raw");
 }
 
+TEST_F(CallbackErrorsTest, WhatIsPendingIsThrownBeforeAnObjectIsMade) {
+  ExpectWhatIsPendingFirst([] { Implement<Runnable>().On("run", [] {}).New(); });
+  ExpectWhatIsPendingFirst([] { Implement<Runnable>().On("missing", [] {}).New(); });
+  ExpectWhatIsPendingFirst([] { Implement(Local<java::Class>()).New(); });
+}
+
 TEST_F(CallbackErrorsTest, ItGoesThroughJavaBackToCpp) {
   const auto rethrown = [](auto function) {
     try {

@@ -88,6 +88,13 @@ TEST_F(ImplementTest, EveryTypeArrivesAndLeaves) {
             "false -8 \xE2\x82\xAD -301 -2147483648 9223372036854775807 -0.0 4.9E-324 Z\xC3\xBCrich null x 42 null");
 }
 
+TEST_F(ImplementTest, ABooleanIsTrueWhateverItsBitsAre) {
+  const Local<Every> every =
+      Implement<Every>().On("ofBoolean", [](jboolean value) { return static_cast<jboolean>(value + 1); }).New();
+  EXPECT_TRUE(java::Call<bool>(every, "ofBoolean", true));  // 2, and not its lowest bit
+  EXPECT_TRUE(java::Call<bool>(every, "ofBoolean", false));
+}
+
 TEST_F(ImplementTest, MixedManyAndNoArguments) {
   int nothings = 0;
   const auto implementation =
@@ -239,6 +246,14 @@ TEST_F(ImplementTest, NumbersAsObjectsOfGenericInterfaces) {
             "java.lang.String");
   EXPECT_EQ(ThrownByFunction([](std::string x) { return x; }, nullptr),
             "java.lang.RuntimeException: argument 1 of java.util.function.Function.apply(java.lang.Object) is null, "
+            "which its C++ type cannot be: take it as std::optional");
+}
+
+TEST_F(ImplementTest, AnArgumentThatIsNullIsNamedAlsoWhereNothingIsReturned) {
+  const Local<Consumer> consumer = Implement<Consumer>().On("accept", [](const std::string&) {}).New();
+  java::Call<void>(consumer, "accept", "text");
+  EXPECT_EQ(WhatOf<java::Error>([&] { java::Call<void>(consumer, "accept", nullptr); }),
+            "java.lang.RuntimeException: argument 1 of java.util.function.Consumer.accept(java.lang.Object) is null, "
             "which its C++ type cannot be: take it as std::optional");
 }
 

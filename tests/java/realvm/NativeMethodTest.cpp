@@ -53,6 +53,15 @@ TEST_F(NativeMethodTest, StaticOnes) {
   EXPECT_FALSE(all(false, jbyte{-1}, u'\u20ac', jshort{-300}, 0.25f));
 }
 
+TEST_F(NativeMethodTest, ABooleanIsTrueWhateverItsBitsAre) {
+  NativeMethod<jboolean(bool, jbyte, char16_t, jshort, float)>(Type, "all")
+      .Bind([](bool, jbyte bits, char16_t, jshort, float) { return static_cast<jboolean>(bits); });
+  constexpr StaticMethod<bool(bool, jbyte, char16_t, jshort, float)> all{Type, "all"};
+  EXPECT_TRUE(all(true, jbyte{1}, u'x', jshort{0}, 0.0f));
+  EXPECT_TRUE(all(true, jbyte{2}, u'x', jshort{0}, 0.0f));  // and not its lowest bit
+  EXPECT_FALSE(all(true, jbyte{0}, u'x', jshort{0}, 0.0f));
+}
+
 // Of either kind, more than are passed in registers.
 TEST_F(NativeMethodTest, ManyArguments) {
   using Many = float(jint, double, jlong, double, jint, double, jlong, double, jint, double, jshort, double, jbyte,
@@ -174,6 +183,12 @@ TEST_F(NativeMethodTest, WhatItThrowsGoesToJava) {
   EXPECT_EQ(what("java"), "java.lang.NumberFormatException: For input string: \"x\"");
   EXPECT_EQ(what(std::nullopt),
             "java.lang.RuntimeException: argument 1 of fixture.Natives.fail(java.lang.String) is null, which its C++ "
+            "type cannot be: take it as std::optional");
+  NativeMethod<jint(std::string_view), Natives>("length").Bind(
+      [](Ref<Natives>, std::string_view text) { return static_cast<jint>(text.size()); });
+  EXPECT_EQ(java::Call<jint>(natives, "length", "four"), 4);
+  EXPECT_EQ(WhatOf<Error>([&] { java::Call<jint>(natives, "length", nullptr); }),
+            "java.lang.RuntimeException: argument 1 of fixture.Natives.length(java.lang.String) is null, which its C++ "
             "type cannot be: take it as std::optional");
 }
 
