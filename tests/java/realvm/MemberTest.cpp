@@ -301,6 +301,43 @@ TEST_F(MemberTest, EightThreadsUseAMemberFirst) {
   EXPECT_EQ(wrong, 0);
 }
 
+// Looking up takes many times as long as a call.
+TEST_F(MemberTest, MembersAndClassesAreLookedUpOnce) {
+  JNIEnv* const env = java::detail::Env();
+  static const JNINativeInterface_* const real = env->functions;
+  static int lookUps = 0;
+  JNINativeInterface_ table = *real;
+  table.GetMethodID = [](JNIEnv* e, jclass type, const char* name, const char* descriptor) {
+    ++lookUps;
+    return real->GetMethodID(e, type, name, descriptor);
+  };
+  table.GetFieldID = [](JNIEnv* e, jclass type, const char* name, const char* descriptor) {
+    ++lookUps;
+    return real->GetFieldID(e, type, name, descriptor);
+  };
+  table.NewString = [](JNIEnv* e, const jchar* units, jsize size) {  // the name of a class
+    ++lookUps;
+    return real->NewString(e, units, size);
+  };
+  static constexpr Method<Derived, jint()> own{"shared"};
+  static constexpr Field<Derived, jint> made{"made"};
+  const Local<Derived> derived = NewDerived();
+  const auto lookUpsOf = [&](const auto& use) {
+    lookUps = 0;
+    env->functions = &table;
+    use();
+    env->functions = real;
+    return lookUps;
+  };
+  const auto use = [&] {
+    own(derived);
+    made.Get(derived);
+    java::IsInstance<Abstract>(derived);
+  };
+  EXPECT_GE(lookUpsOf(use), 3);
+  EXPECT_EQ(lookUpsOf(use), 0);
+}
+
 TEST_F(MemberTest, MembersAreCopiedAsDeclarations) {
   const Method<Derived, jint()> local{"shared"};
   const auto copy = local;
