@@ -49,6 +49,9 @@ constexpr Method<Rows, bool()> Next{"next"};
 constexpr Method<Rows, void(jlong)> SetLong{"setLong"};
 constexpr Method<Rows, void(bool)> SetBoolean{"setBoolean"};
 constexpr Method<Rows, void(char16_t)> SetChar{"setChar"};
+constexpr Method<Rows, void(float)> SetFloat{"setFloat"};
+constexpr Method<Rows, void(double)> SetDouble{"setDouble"};
+constexpr Method<Rows, void(Ref<java::Object>)> SetObject{"setObject"};
 constexpr Method<Rows, void(Money)> SetMoney{"setMoney"};
 constexpr Method<Rows, void(std::string_view)> SetText{"setText"};
 constexpr Method<Collection, bool(Ref<List>)> ContainsAll{"containsAll", "(Ljava/util/Collection;)Z"};
@@ -85,6 +88,15 @@ void Wrong(const Local<Rows>& rows, const Local<Collection>& collection, const L
   // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
   // that it does
   SetChar(rows, 5);
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
+  GetString(rows, u'1');
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
+  SetFloat(rows, 5);
+  // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
+  // that it does
+  SetDouble(rows, std::int64_t{5});
   // torvan::java: this number may not fit the Java type, which is narrower or of another kind; cast it where you know
   // that it does
   Short.Set(5);
@@ -199,6 +211,8 @@ void WrongCollections(const Local<Collection>& collection) {
 
 void WrongFunctions(const Local<Rows>& rows, const Local<List>& list, std::unique_ptr<int> owned) {
   SetText(rows, [] {});
+  // torvan::java: a function is given where the Java method takes no object of an interface
+  SetObject(rows, [] {});
   // torvan::java: a function is given where the Java method takes no object of an interface
   GetString(rows, [](jint) { return 1; });
   // torvan::java: a function is given where the Java method takes no object of an interface
