@@ -180,6 +180,12 @@ TEST_F(ConvertTest, NumbersWidenWhereNothingIsLost) {
   EXPECT_EQ(SameDouble(std::numeric_limits<int>::min()), -2147483648.0);
   EXPECT_EQ(SameDouble(0.5f), 0.5);
   EXPECT_EQ(SameFloat(short{-3}), -3.0f);
+  static constexpr StaticMethod<jshort(jshort)> SameShort{"fixture/Values", "same"};
+  EXPECT_EQ(SameShort(jbyte{-7}), -7);
+  EXPECT_EQ(SameLong(jbyte{-7}), -7);
+  EXPECT_EQ(SameFloat(jbyte{-3}), -3.0f);
+  EXPECT_EQ(SameDouble(jbyte{-3}), -3.0);
+  EXPECT_EQ(SameDouble(jshort{-3}), -3.0);
 }
 
 constexpr StaticMethod<std::string(std::string_view)> SameText{"fixture/Values", "same"};
