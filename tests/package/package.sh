@@ -71,7 +71,7 @@ run consumer/consumer
 # pkg-config speaks to compilers of GCC's options.
 if [ -n "${CXX:-}" ]; then
   export PKG_CONFIG_LIBDIR=$package/lib/pkgconfig
-  read -ra flags <<<"$CXXFLAGS $(pkg-config --define-variable=jdk="$JAVA_HOME" --cflags --libs torvan)"
+  read -ra flags <<<"${CXXFLAGS:-} $(pkg-config --define-variable=jdk="$JAVA_HOME" --cflags --libs torvan)"
   version="-DPACKAGE_VERSION=\"$(pkg-config --modversion torvan)\""
   quietly "$CXX" -std=c++17 "$version" -o "$folder/pkg_config$program_suffix" "$source/tests/consumer/consumer.cpp" "${flags[@]}"
   LD_LIBRARY_PATH=$package/lib run pkg_config
