@@ -310,3 +310,5 @@ constexpr java::Constructor<Builder(jint)> More{"(I)VV"};
 // something_follows_the_end_of_the_descriptor
 constexpr java::Field<Rows, jint> OtherField{"x", "J"};
 // the_type_of_the_field_in_Cpp_does_not_fit_the_descriptor
+constexpr java::Field<Rows, jint> MoreOfAField{"x", "II"};
+// something_follows_the_end_of_the_descriptor
