@@ -63,10 +63,7 @@ directory_iterator& directory_iterator::increment(error_code& error) {
   return *this;
 }
 
-bool is_empty(const path& folder) {
-  error_code error;
-  return directory_iterator(folder, error) == directory_iterator();
-}
+bool is_empty(const path& folder) { return directory_iterator(folder) == directory_iterator(); }
 
 bool create_directory(const path& folder) { return CreateDirectoryW(folder.c_str(), nullptr) != 0; }
 

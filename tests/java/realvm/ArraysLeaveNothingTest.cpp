@@ -112,6 +112,7 @@ TEST_F(ArraysLeaveNothingTest, ElementsAreReleasedOnceAndOfConstWithoutBeingCopi
   JNIEnv* const env = java::detail::Env();
   static const JNINativeInterface_* const real = env->functions;
   static std::vector<jint> modes;
+  modes.clear();
   JNINativeInterface_ table = *real;
   table.ReleaseIntArrayElements = [](JNIEnv* e, jintArray array, jint* elements, jint mode) {
     modes.push_back(mode);

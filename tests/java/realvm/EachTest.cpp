@@ -110,7 +110,7 @@ TEST_F(EachTest, ElementsMayBeMovedOut) {
   EXPECT_EQ(java::Call<std::string>(kept[2], "toString"), "c");
 }
 
-TEST_F(EachTest, AnElementIsDroppedBeforeTheNextOneIsAskedFor) {
+TEST_F(EachTest, EachElementIsDropped) {
   Each<Object> range(texts);
   const CountedReferences counted(java::detail::Env());
   for (const Local<Object>& element : range) EXPECT_EQ(counted.Locals(), element ? 1 : 0);

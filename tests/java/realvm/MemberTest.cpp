@@ -319,8 +319,8 @@ TEST_F(MemberTest, MembersAndClassesAreLookedUpOnce) {
     ++lookUps;
     return real->NewString(e, units, size);
   };
-  static constexpr Method<Derived, jint()> own{"shared"};
-  static constexpr Field<Derived, jint> made{"made"};
+  const Method<Derived, jint()> own{"shared"};
+  const Field<Derived, jint> made{"made"};
   const Local<Derived> derived = NewDerived();
   const auto lookUpsOf = [&](const auto& use) {
     lookUps = 0;
@@ -334,7 +334,7 @@ TEST_F(MemberTest, MembersAndClassesAreLookedUpOnce) {
     made.Get(derived);
     java::IsInstance<Abstract>(derived);
   };
-  EXPECT_GE(lookUpsOf(use), 3);
+  EXPECT_GE(lookUpsOf(use), 2);  // and the class, unless it has been asked for before
   EXPECT_EQ(lookUpsOf(use), 0);
 }
 

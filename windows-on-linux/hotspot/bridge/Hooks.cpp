@@ -87,8 +87,8 @@ void Abort() {
   RunHook([] {
     if (s_hostAbort != nullptr) s_hostAbort();
     const auto flush = FindFunction<int(WINDOWS_ABI*)(void*)>(HostRuntime(), "fflush");
-    if (flush != nullptr) flush(nullptr);      // Wine's newer C runtime buffers the error stream when it is a file
-    TerminateProcess(GetCurrentProcess(), 1);  // a signal would start Wine's debugger
+    if (flush != nullptr) flush(HostStream(2));  // Wine's newer C runtime buffers the error stream when it is a file
+    TerminateProcess(GetCurrentProcess(), 1);    // a signal would start Wine's debugger
   });
 }
 
