@@ -1,6 +1,7 @@
-// Classes by name, and the loaders that find them.
+// The loaders of classes.
 #pragma once
 
+#include <torvan/java/FindClass.h>
 #include <torvan/java/Global.h>
 #include <torvan/java/Local.h>
 #include <torvan/java/Weak.h>
@@ -10,11 +11,6 @@
 #include <vector>
 
 namespace torvan::java {
-
-// Finds and initialises a class by its name: "java/lang/String", "java.lang.String", "[I", "[Ljava/lang/String;".
-// It uses the loader that the layer keeps from the start of the VM, in callbacks, too. Throws Error, whose text has the
-// class path when there is no such class, and as a call does: what is pending first.
-Local<Class> FindClass(const char* name);
 
 // A Java class loader. Copies share it, may be used and dropped on any thread, and keep it and its classes alive.
 // A class is identified by its name and its loader: two loaders without a common parent that finds it have two classes

@@ -1,0 +1,59 @@
+// What calls Java: threads, references, members, arrays, callbacks and errors, without what starts Java.
+// For sources that neither start the VM nor deal with runtimes, class loaders and processes. It does not include
+// <filesystem>, which takes longer to compile than all of this.
+#pragma once
+
+#include <rx/Compiler.h>
+
+#include <torvan/java/Array.h>
+#include <torvan/java/ByteBuffer.h>
+#include <torvan/java/Call.h>
+#include <torvan/java/Cast.h>
+#include <torvan/java/Constructor.h>
+#include <torvan/java/Convert.h>
+#include <torvan/java/Each.h>
+#include <torvan/java/Elements.h>
+#include <torvan/java/Error.h>
+#include <torvan/java/Failure.h>
+#include <torvan/java/Field.h>
+#include <torvan/java/FindClass.h>
+#include <torvan/java/Global.h>
+#include <torvan/java/Guard.h>
+#include <torvan/java/Handle.h>
+#include <torvan/java/Implement.h>
+#include <torvan/java/Local.h>
+#include <torvan/java/LocalFrame.h>
+#include <torvan/java/Method.h>
+#include <torvan/java/NativeMethod.h>
+#include <torvan/java/Overloads.h>
+#include <torvan/java/Ref.h>
+#include <torvan/java/StaticMethod.h>
+#include <torvan/java/Tags.h>
+#include <torvan/java/Text.h>
+#include <torvan/java/Thread.h>
+#include <torvan/java/Weak.h>
+#include <torvan/java/detail/ArrayRow.h>
+#include <torvan/java/detail/Attributes.h>
+#include <torvan/java/detail/Boxes.h>
+#include <torvan/java/detail/Callback.h>
+#include <torvan/java/detail/Classes.h>
+#include <torvan/java/detail/Descriptor.h>
+#include <torvan/java/detail/Environment.h>
+#include <torvan/java/detail/FieldAccess.h>
+#include <torvan/java/detail/Fit.h>
+#include <torvan/java/detail/Function.h>
+#include <torvan/java/detail/InPlace.h>
+#include <torvan/java/detail/Iteration.h>
+#include <torvan/java/detail/Jni.h>
+#include <torvan/java/detail/JniArray.h>
+#include <torvan/java/detail/LocalScope.h>
+#include <torvan/java/detail/Member.h>
+#include <torvan/java/detail/Native.h>
+#include <torvan/java/detail/NewObject.h>
+#include <torvan/java/detail/Passed.h>
+#include <torvan/java/detail/Pending.h>
+#include <torvan/java/detail/Row.h>
+#include <torvan/java/detail/Shared.h>
+#include <torvan/java/detail/StringText.h>
+#include <torvan/java/detail/Undeclared.h>
+#include <torvan/java/detail/Utf.h>
