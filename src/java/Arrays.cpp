@@ -13,8 +13,6 @@ namespace torvan::java::detail {
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Arrays", line, text); }
-
 // Says what to do where the array's class and the element's have one name.
 [[noreturn]] void ThrowNotStored(JNIEnv* env, jobject array, jobject element) {
   const LocalScope thrown(env, env->ExceptionOccurred());
@@ -47,7 +45,8 @@ NullElement::NullElement(const std::string& path)
 
 jsize ArraySize(std::size_t size) {
   if (size > static_cast<std::size_t>(std::numeric_limits<jsize>::max())) {
-    Fail(__LINE__, "an array of " + std::to_string(size) + " elements is longer than a Java array can be");
+    throw Misuse("java/Arrays", __LINE__,
+                 "an array of " + std::to_string(size) + " elements is longer than a Java array can be");
   }
   return static_cast<jsize>(size);
 }
@@ -79,17 +78,18 @@ void ThrowOutOfMemory(JNIEnv* env) {
 }
 
 jsize RequiredArraySize(JNIEnv* env, jobject array) {
-  if (array == nullptr) Fail(__LINE__, "null is given for a Java array");
+  if (array == nullptr) throw Misuse("java/Arrays", __LINE__, "null is given for a Java array");
   return env->GetArrayLength(static_cast<jarray>(array));
 }
 
 jclass RequiredClass(const Ref<Class>& type) {
-  if (!type) Fail(__LINE__, "null is given as the class of an array's elements");
+  if (!type) throw Misuse("java/Arrays", __LINE__, "null is given as the class of an array's elements");
   return static_cast<jclass>(type.Get());
 }
 
 void ThrowOutside(std::size_t index, std::size_t size) {
-  Fail(__LINE__, "index " + std::to_string(index) + " is outside an array of " + std::to_string(size));
+  throw Misuse("java/Arrays", __LINE__,
+               "index " + std::to_string(index) + " is outside an array of " + std::to_string(size));
 }
 
 }  // namespace torvan::java::detail

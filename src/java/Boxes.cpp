@@ -10,7 +10,7 @@ namespace torvan::java::detail {
 
 namespace {
 
-struct BoxClass {
+struct BoxRow {
   char letter;
   MemberName valueOf;
   MemberName value;
@@ -24,7 +24,7 @@ constexpr MemberName Value(const char* type, const char* name, const char* descr
 }
 
 // clang-format off
-constexpr BoxClass Classes[] = {
+constexpr BoxRow BoxRows[] = {
     {'Z', ValueOf(Boxed<'Z'>::JavaName, "(Z)Ljava/lang/Boolean;"),   Value(Boxed<'Z'>::JavaName, "booleanValue", "()Z")},
     {'B', ValueOf(Boxed<'B'>::JavaName, "(B)Ljava/lang/Byte;"),      Value(Boxed<'B'>::JavaName, "byteValue", "()B")},
     {'C', ValueOf(Boxed<'C'>::JavaName, "(C)Ljava/lang/Character;"), Value(Boxed<'C'>::JavaName, "charValue", "()C")},
@@ -38,12 +38,12 @@ constexpr BoxClass Classes[] = {
 
 constexpr std::size_t IndexOf(char letter) {
   std::size_t index = 0;
-  while (Classes[index].letter != letter) ++index;
+  while (BoxRows[index].letter != letter) ++index;
   return index;
 }
 
-SharedPlace valueOfs[std::size(Classes)];
-SharedPlace values[std::size(Classes)];
+SharedPlace boxPlaces[std::size(BoxRows)];
+SharedPlace valuePlaces[std::size(BoxRows)];
 
 CallTarget TargetOf(JNIEnv* env, const SharedPlace& place, const MemberName& name) {
   const auto id = static_cast<jmethodID>(place.Id(env, [&name] { return name; }));
@@ -52,11 +52,11 @@ CallTarget TargetOf(JNIEnv* env, const SharedPlace& place, const MemberName& nam
 
 }  // namespace
 
-jclass BoxClass(JNIEnv* env, char letter) { return KeptClass(env, Classes[IndexOf(letter)].value.type); }
+jclass BoxClass(JNIEnv* env, char letter) { return KeptClass(env, BoxRows[IndexOf(letter)].value.type); }
 
 jobject Box(JNIEnv* env, char letter, jvalue number) {
   const std::size_t i = IndexOf(letter);
-  const CallTarget target = TargetOf(env, valueOfs[i], Classes[i].valueOf);
+  const CallTarget target = TargetOf(env, boxPlaces[i], BoxRows[i].valueOf);
   const jvalue made = CallByLetter(env, MemberKind::StaticMethod, 'L', target, nullptr, &number);
   CheckPending(env, made.l);
   return made.l;
@@ -64,7 +64,7 @@ jobject Box(JNIEnv* env, char letter, jvalue number) {
 
 jvalue Unbox(JNIEnv* env, char letter, jobject object) {
   const std::size_t i = IndexOf(letter);
-  const CallTarget target = TargetOf(env, values[i], Classes[i].value);
+  const CallTarget target = TargetOf(env, valuePlaces[i], BoxRows[i].value);
   const jvalue number = CallByLetter(env, MemberKind::Method, letter, target, object, nullptr);
   CheckPending(env);
   return number;

@@ -54,8 +54,6 @@ constexpr Method<Map, Local<Object>(Ref<Object>)> Remove{"remove"};
 
 using Owner = std::shared_ptr<const void>;
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/ByteBuffer", line, text); }
-
 // The owners of the buffers' memory. A reference queue of Java's tells which buffers were collected: each has a phantom
 // reference, with the number that it has here. The queue is polled, so that no thread is needed and owners are dropped
 // on a thread of the host.
@@ -168,9 +166,10 @@ class Owners {
 Global<ByteBuffer> MakeBuffer(void* memory, std::size_t size, Owner owner, bool isReadOnly) {
   static std::byte none;  // a VM may take null for a failure
   if (memory == nullptr && size == 0) memory = &none;
-  if (memory == nullptr) Fail(__LINE__, "null is given as the memory of a buffer");
+  if (memory == nullptr) throw Misuse("java/ByteBuffer", __LINE__, "null is given as the memory of a buffer");
   if (size > static_cast<std::size_t>(std::numeric_limits<jint>::max())) {
-    Fail(__LINE__, "a buffer of " + std::to_string(size) + " bytes is longer than a Java buffer can be");
+    throw Misuse("java/ByteBuffer", __LINE__,
+                 "a buffer of " + std::to_string(size) + " bytes is longer than a Java buffer can be");
   }
   JNIEnv* const env = detail::CallEnv();
   Owners::The().DropCollected();
@@ -207,15 +206,18 @@ std::size_t ByteBuffer::DropCollected() { return Owners::The().DropCollected(); 
 namespace detail {
 
 BufferFacts FactsOf(const Ref<ByteBuffer>& buffer, bool isWritten) {
-  if (!buffer) Fail(__LINE__, "null is given for a Java buffer");
+  if (!buffer) throw Misuse("java/ByteBuffer", __LINE__, "null is given for a Java buffer");
   JNIEnv* const env = CallEnv();
   const jlong size = env->GetDirectBufferCapacity(buffer.Get());
   if (size < 0) {
     const LocalScope type(env, env->GetObjectClass(buffer.Get()));
     const std::string name = NameOf(env, static_cast<jclass>(type.Get()));
-    Fail(__LINE__, "a " + name + " is not direct: its bytes are Java's own, and can be copied only");
+    throw Misuse("java/ByteBuffer", __LINE__,
+                 "a " + name + " is not direct: its bytes are Java's own, and can be copied only");
   }
-  if (isWritten && IsReadOnly(buffer)) Fail(__LINE__, "the buffer is read-only: use ViewOf<const std::byte>");
+  if (isWritten && IsReadOnly(buffer)) {
+    throw Misuse("java/ByteBuffer", __LINE__, "the buffer is read-only: use ViewOf<const std::byte>");
+  }
   const ByteOrder order = Same(GetOrder(buffer), BigEndian.Get()) ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
   return {env->GetDirectBufferAddress(buffer.Get()), static_cast<std::size_t>(size), order};
 }
@@ -224,7 +226,7 @@ void RequireInside(std::size_t offset, std::size_t count, std::size_t size) {
   if (count <= size && offset <= size - count) return;
   const std::string bytes = count == 1 ? "1 byte" : std::to_string(count) + " bytes";
   const std::string place = std::to_string(offset) + (count == 1 ? " is" : " are");
-  Fail(__LINE__, bytes + " at " + place + " outside a buffer of " + std::to_string(size));
+  throw Misuse("java/ByteBuffer", __LINE__, bytes + " at " + place + " outside a buffer of " + std::to_string(size));
 }
 
 void CopyNumber(ByteOrder order, const void* from, void* to, std::size_t size) noexcept {

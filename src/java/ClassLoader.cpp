@@ -50,8 +50,6 @@ constexpr StaticMethod<Local<Loader>()> GetPlatform{"java/lang/ClassLoader", "ge
 constexpr Method<Loader, Local<Loader>()> GetParent{"getParent"};
 constexpr Method<Closeable, void()> CloseIt{"close"};
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/ClassLoader", line, text); }
-
 // Whether classes of the class path or of Java itself are found by it. Before Java 9 such a loader is a URLClassLoader.
 bool IsOfTheSystem(const Ref<Object>& loader) {
   for (auto own = GetSystem(); own; own = GetParent(own)) {
@@ -80,14 +78,14 @@ ClassLoader ClassLoader::OfJars(const std::vector<std::filesystem::path>& jars, 
     std::error_code error;
     const std::string path = detail::ToText(std::filesystem::absolute(jar, error));
     if (error || !std::filesystem::exists(jar, error)) {
-      Fail(__LINE__, "there is no " + detail::ToText(jar) + " to load classes from");
+      throw Misuse("java/ClassLoader", __LINE__, "there is no " + detail::ToText(jar) + " to load classes from");
     }
     const Local<File> file = NewFile(thread, path);
     if (!Exists(thread, file)) {  // no class would be found in it, and nothing would say why
       const std::string encoding = GetProperty(thread, "sun.jnu.encoding").value_or("another encoding");
       std::string text = "Java does not find " + path + ", which is there: it takes the names of files in ";
       text.append(encoding).append(", the encoding of this process's locale");
-      Fail(__LINE__, text);
+      throw Misuse("java/ClassLoader", __LINE__, text);
     }
     urls.push_back(ToUrl(thread, ToUri(thread, file)));
   }
@@ -111,13 +109,13 @@ ClassLoader ClassLoader::Platform() {
 }
 
 ClassLoader ClassLoader::Of(const Ref<Object>& object) {
-  if (!object) Fail(__LINE__, "null has no class loader");
+  if (!object) throw Misuse("java/ClassLoader", __LINE__, "null has no class loader");
   JNIEnv* const env = detail::CallEnv();
   const bool isClass = env->IsInstanceOf(object.Get(), detail::ClassOf<Class>(env)) != JNI_FALSE;
   const detail::LocalScope type(env, isClass ? nullptr : env->GetObjectClass(object.Get()));
   const auto own = static_cast<jclass>(isClass ? object.Get() : type.Get());
   const Local<Object> loader = detail::LoaderOf(own);
-  if (!loader) Fail(__LINE__, "the class is the VM's own, which no class loader has");
+  if (!loader) throw Misuse("java/ClassLoader", __LINE__, "the class is the VM's own, which no class loader has");
   return ClassLoader(loader);
 }
 
@@ -133,7 +131,7 @@ void ClassLoader::Close() const {
   JNIEnv* const env = detail::Env();
   const detail::LocalScope type(env, env->GetObjectClass(m_loader.Get()));
   const std::string name = detail::NameOf(env, static_cast<jclass>(type.Get()));
-  Fail(__LINE__, "a " + name + " is no class loader that can be closed");
+  throw Misuse("java/ClassLoader", __LINE__, "a " + name + " is no class loader that can be closed");
 }
 
 ContextClassLoader::ContextClassLoader(const ClassLoader& loader) : m_attachment(detail::CallEnv()) {

@@ -34,8 +34,6 @@ constexpr std::uintptr_t ByLayer = 1;
 std::atomic<std::uintptr_t> s_lastAttachment{0};
 std::atomic<int> s_entering{0};
 
-[[noreturn]] void Fail(unsigned int line, const char* text) { throw Misuse("java/Environment", line, text); }
-
 std::atomic<int> s_openMemory{0};
 thread_local int t_openMemory = 0;
 
@@ -90,7 +88,8 @@ bool OpenMemory::IsOpenInThisThread() noexcept { return t_openMemory > 0; }
 
 void ThrowNoVm() {
   const bool ended = s_hadVm.load(std::memory_order_relaxed);
-  Fail(__LINE__, ended ? "The Java VM has ended" : "No Java VM runs: call StartVm or JoinVm first");
+  throw Misuse("java/Environment", __LINE__,
+               ended ? "The Java VM has ended" : "No Java VM runs: call StartVm or JoinVm first");
 }
 
 // Clears the cached environment, so that the next call runs the checks below; other calls cost nothing more.
@@ -101,7 +100,9 @@ void EnterCritical() noexcept {
 void LeaveCritical() noexcept { t_isCritical = false; }
 
 void RequireNotCritical() {
-  if (t_isCritical) Fail(__LINE__, "Java is called while CriticalElements are open in this thread");
+  if (t_isCritical) {
+    throw Misuse("java/Environment", __LINE__, "Java is called while CriticalElements are open in this thread");
+  }
 }
 
 JNIEnv* AskForEnv() noexcept {
@@ -187,7 +188,8 @@ void LeaveVm() noexcept {
 }
 
 void ThrowOtherThread() {
-  Fail(__LINE__, "This Thread belongs to another thread, or to one that was detached meanwhile");
+  throw Misuse("java/Environment", __LINE__,
+               "This Thread belongs to another thread, or to one that was detached meanwhile");
 }
 
 // Also works while the VM is being ended. Where that waits for this thread, it then waits no longer.

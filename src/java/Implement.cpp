@@ -22,39 +22,33 @@ namespace torvan::java::detail {
 
 namespace {
 
-struct ReflectedMethod {
-  static constexpr char JavaName[] = "java/lang/reflect/Method";
-};
 struct ClassArray {
   static constexpr char JavaName[] = "[Ljava/lang/Class;";
 };
-constexpr Method<Class, bool()> IsInterface{"isInterface"};
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Implement", line, text); }
+}  // namespace
 
-struct Texts {
+struct HandlerTexts {
   std::vector<std::string> names;
   std::vector<std::string> letters;
 };
 
 // What all objects of an interface with functions of the same types share.
-struct Plan {
+struct HandlerPlan {
   Global<Object> handler;
-  std::shared_ptr<const Texts> texts;
+  std::shared_ptr<const HandlerTexts> texts;
 };
-
-}  // namespace
 
 struct PlanPlace {
   std::mutex mutex;
-  std::shared_ptr<const Plan> plan;
+  std::shared_ptr<const HandlerPlan> plan;
 };
 
 namespace {
 
 // The C++ functions of one Java object. Lives as long as that object, and keeps nothing of Java alive.
 struct Functions final : OwnedByJava {
-  Functions(std::shared_ptr<const Texts> itsTexts, const std::vector<GivenFunction>& given)
+  Functions(std::shared_ptr<const HandlerTexts> itsTexts, const std::vector<GivenFunction>& given)
       : texts(std::move(itsTexts)) {
     for (std::size_t i = 0; i < given.size(); ++i) {
       kept.push_back(given[i].function);
@@ -63,7 +57,7 @@ struct Functions final : OwnedByJava {
     }
   }
 
-  std::shared_ptr<const Texts> texts;
+  std::shared_ptr<const HandlerTexts> texts;
   std::vector<std::shared_ptr<Callback>> kept;
   std::vector<HandledFunction> handled;
 };
@@ -73,11 +67,14 @@ Local<Object> TestsOf(const MatchedMethod& matched) {
   return NewArray(matched.tests);
 }
 
-std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
-                                     const std::vector<GivenFunction>& functions) {
-  if (!IsInterface(type)) Fail(__LINE__, NameOf(env, type) + " is a class: C++ functions implement interfaces only");
+std::shared_ptr<const HandlerPlan> MakePlan(JNIEnv* env, jclass type, jobject loader,
+                                            const std::vector<GivenFunction>& functions) {
+  if (!IsInterface(type)) {
+    throw Misuse("java/Implement", __LINE__,
+                 NameOf(env, type) + " is a class: C++ functions implement interfaces only");
+  }
   const LocalFrame frame(512);
-  auto texts = std::make_shared<Texts>();
+  auto texts = std::make_shared<HandlerTexts>();
   const auto arrayOf = [&](jclass element) { return Own<Object>(env, NewObjects(env, functions.size(), element)); };
   const Local<Object> methods = arrayOf(ClassOf<ReflectedMethod>(env));
   const Local<Object> kinds = arrayOf(ClassOf<String>(env));
@@ -86,7 +83,9 @@ std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
   std::set<std::string> taken;
   for (const GivenFunction& function : functions) {
     const MatchedMethod matched = FindMethod(env, type, loader, function);
-    if (!taken.insert(matched.name).second) Fail(__LINE__, "two functions are given for " + matched.name);
+    if (!taken.insert(matched.name).second) {
+      throw Misuse("java/Implement", __LINE__, "two functions are given for " + matched.name);
+    }
     SetElement(env, methods.Get(), next, matched.method.reflected.Get());
     const LocalScope letters(env, NewText(env, std::string_view(matched.letters)));
     SetElement(env, kinds.Get(), next, letters.Get());
@@ -102,38 +101,43 @@ std::shared_ptr<const Plan> MakePlan(JNIEnv* env, jclass type, jobject loader,
   arguments[3].l = tests.Get();
   arguments[4].j = sizeof(HandledFunction);
   const Local<Object> made = Own<Object>(env, NewObject(env, handlers.type, handlers.newPlan, arguments));
-  return std::make_shared<const Plan>(Plan{Global<Object>(made), std::move(texts)});
+  return std::make_shared<const HandlerPlan>(HandlerPlan{Global<Object>(made), std::move(texts)});
 }
 
 // Plans by the interface's name and the types of the functions, never released, like the classes of these names.
 struct KeptPlans {
   std::mutex mutex;
-  std::map<std::string, std::shared_ptr<const Plan>> plans;
+  std::map<std::string, std::shared_ptr<const HandlerPlan>> plans;
 };
 KeptPlans& TheKeptPlans() {
   static KeptPlans& kept = *new KeptPlans;
   return kept;
 }
 
-std::shared_ptr<const Plan> PlanOfClass(JNIEnv* env, jclass type, const char* tag, PlanPlace& place,
-                                        const std::vector<GivenFunction>& functions) {
+std::shared_ptr<const HandlerPlan> PlanOfClass(JNIEnv* env, jclass type, const char* tag, PlanPlace& place,
+                                               const std::vector<GivenFunction>& functions) {
   {
     const std::lock_guard<std::mutex> guard(place.mutex);
     if (place.plan != nullptr) return place.plan;
   }
   const std::string misfit = MisfitOf(env, type, tag);
-  if (!misfit.empty()) Fail(__LINE__, NameOf(env, type) + " cannot be implemented: " + misfit);
+  if (!misfit.empty()) {
+    throw Misuse("java/Implement", __LINE__, NameOf(env, type) + " cannot be implemented: " + misfit);
+  }
   const Local<Object> loader = LoaderOf(type);
-  std::shared_ptr<const Plan> plan =
+  std::shared_ptr<const HandlerPlan> plan =
       MakePlan(env, type, IsOtherLoader(loader) ? loader.Get() : KeptLoader(), functions);
   const std::lock_guard<std::mutex> guard(place.mutex);
   if (place.plan == nullptr) place.plan = std::move(plan);
   return place.plan;
 }
 
-std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
+std::shared_ptr<const HandlerPlan> PlanOf(JNIEnv* env, const Interface& type,
+                                          const std::vector<GivenFunction>& functions) {
   if (type.type != nullptr) return PlanOfClass(env, type.type, type.name, *type.place, functions);
-  if (type.place != nullptr || *type.name == '\0') Fail(__LINE__, "null is given as the interface to implement");
+  if (type.place != nullptr || *type.name == '\0') {
+    throw Misuse("java/Implement", __LINE__, "null is given as the interface to implement");
+  }
   std::string key = type.name;
   for (const GivenFunction& function : functions) {
     key.append("\n").append(function.name).append(function.own).append(function.descriptor);
@@ -145,7 +149,7 @@ std::shared_ptr<const Plan> PlanOf(JNIEnv* env, const Interface& type, const std
     if (found != kept.plans.end()) return found->second;
   }
   // Not under the lock: classes are initialised.
-  std::shared_ptr<const Plan> plan = MakePlan(env, KeptClass(env, type.name), KeptLoader(), functions);
+  std::shared_ptr<const HandlerPlan> plan = MakePlan(env, KeptClass(env, type.name), KeptLoader(), functions);
   const std::lock_guard<std::mutex> guard(kept.mutex);
   return kept.plans.emplace(std::move(key), std::move(plan)).first->second;
 }
@@ -156,7 +160,7 @@ std::shared_ptr<PlanPlace> NewPlanPlace() { return std::make_shared<PlanPlace>()
 
 jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<GivenFunction>& functions) {
   const HandlerClass& handlers = TheHandlerClass(env);
-  const std::shared_ptr<const Plan> plan = PlanOf(env, type, functions);
+  const std::shared_ptr<const HandlerPlan> plan = PlanOf(env, type, functions);
   auto owned = std::make_unique<Functions>(plan->texts, functions);
   jvalue arguments[2]{};
   arguments[0].l = plan->handler.Get();
@@ -172,9 +176,11 @@ jobject NewImplementation(JNIEnv* env, const Interface& type, const std::vector<
 void ThrowNullArgument(const char* name, std::size_t number, const std::string& path) {
   const std::string what = path.empty() ? "argument " : "element " + path + " of argument ";
   const std::string place = what + std::to_string(number) + " of " + name;
-  Fail(__LINE__, place + " is null, which its C++ type cannot be: take it as std::optional");
+  throw Misuse("java/Implement", __LINE__, place + " is null, which its C++ type cannot be: take it as std::optional");
 }
 
-void ThrowEmptyFunction(const std::string& name) { Fail(__LINE__, "an empty function is given for " + name); }
+void ThrowEmptyFunction(const std::string& name) {
+  throw Misuse("java/Implement", __LINE__, "an empty function is given for " + name);
+}
 
 }  // namespace torvan::java::detail

@@ -25,12 +25,10 @@ constexpr Method<Iterable, Local<JavaIterator>()> GetIterator{"iterator"};
 constexpr Method<JavaIterator, bool()> AskHasNext{"hasNext"};
 constexpr Method<Map, Local<Set>()> EntrySet{"entrySet"};
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Iteration", line, text); }
-
 }  // namespace
 
 Local<JavaIterator> IteratorOf(const Ref<Object>& source, bool ofEntries) {
-  if (!source) Fail(__LINE__, "null is given where a Java collection is needed");
+  if (!source) throw Misuse("java/Iteration", __LINE__, "null is given where a Java collection is needed");
   if (IsInstance<Iterable>(source)) return GetIterator(source.Get());
   if (IsInstance<JavaIterator>(source)) return Cast<JavaIterator>(source);
   const bool isMap = IsInstance<Map>(source);
@@ -38,8 +36,10 @@ Local<JavaIterator> IteratorOf(const Ref<Object>& source, bool ofEntries) {
   JNIEnv* const env = Env();
   const LocalScope type(env, env->GetObjectClass(source.Get()));
   const std::string name = NameOf(env, static_cast<jclass>(type.Get()));
-  if (isMap) Fail(__LINE__, "a " + name + " is given, whose entries are std::pair: ask for these");
-  Fail(__LINE__, "a " + name + " is given where an Iterable, an Iterator or a Map is needed");
+  if (isMap) {
+    throw Misuse("java/Iteration", __LINE__, "a " + name + " is given, whose entries are std::pair: ask for these");
+  }
+  throw Misuse("java/Iteration", __LINE__, "a " + name + " is given where an Iterable, an Iterator or a Map is needed");
 }
 
 bool HasNext(const Local<JavaIterator>& iterator) { return AskHasNext(iterator); }

@@ -21,16 +21,14 @@ std::atomic<bool> otherLoaders{false};
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Lookup", line, text); }
-
 // What is found once for all members. Never destroyed, because calls may come from static destructors.
-struct Kept {
+struct KeptClasses {
   std::mutex mutex;
   std::map<std::string, jclass> classes;                                 // by name
   std::map<std::string, const std::unique_ptr<const ClassTests>> tests;  // by given and own descriptor
 };
-Kept& TheKept() {
-  static Kept& kept = *new Kept;
+KeptClasses& TheKeptClasses() {
+  static KeptClasses& kept = *new KeptClasses;
   return kept;
 }
 
@@ -78,7 +76,7 @@ std::string LoadedName(const std::string& descriptor) {
   const std::string own = NameOf(env, static_cast<jclass>(type.Get()));
   const std::string needed = NameOf(env, wanted);
   const char* const loader = own == needed ? " of another class loader" : "";
-  Fail(__LINE__, "a " + own + " " + what + " needs a " + needed + loader);
+  throw Misuse("java/Lookup", __LINE__, "a " + own + " " + what + " needs a " + needed + loader);
 }
 
 // Which value of a member it is, counted from 0.
@@ -173,7 +171,7 @@ void TestResult(JNIEnv* env, const ClassTests& tests, jobject local, const Membe
 
 jclass KeptClass(JNIEnv* env, const char* name) {
   const std::string dotted = Dotted(name);
-  Kept& kept = TheKept();
+  KeptClasses& kept = TheKeptClasses();
   {
     const std::lock_guard lock(kept.mutex);
     const auto found = kept.classes.find(dotted);
@@ -202,7 +200,7 @@ jclass KeptTypeOf(JNIEnv* env, const MemberName& name) {
 const ClassTests* KeptTests(JNIEnv* env, jclass type, const MemberName& name) {
   if (name.descriptor == name.own) return nullptr;
   const std::string key = std::string(name.descriptor) + ' ' + name.own;
-  Kept& kept = TheKept();
+  KeptClasses& kept = TheKeptClasses();
   {
     const std::lock_guard lock(kept.mutex);
     const auto found = kept.tests.find(key);
@@ -225,13 +223,17 @@ void* SharedPlace::Bind(JNIEnv* env, const MemberName& name) const {
 }
 
 BoundPlace::BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name) {
-  if (!type) Fail(__LINE__, "null is given as the class that " + SpellWithClass(name) + " is bound to");
+  if (!type) {
+    throw Misuse("java/Lookup", __LINE__, "null is given as the class that " + SpellWithClass(name) + " is bound to");
+  }
   m_type = Global<Class>(type);
   const auto raw = static_cast<jclass>(m_type.Get());
   m_id = FindId(env, raw, name);
   if (name.kind == MemberKind::Constructor) {
     const std::string misfit = MisfitOf(env, raw, name.type);
-    if (!misfit.empty()) Fail(__LINE__, SpellWithClass(name) + " cannot make objects of this class: " + misfit);
+    if (!misfit.empty()) {
+      throw Misuse("java/Lookup", __LINE__, SpellWithClass(name) + " cannot make objects of this class: " + misfit);
+    }
   }
   const bool isOther = IsOtherLoader(LoaderOf(type));
   m_tests = FindTests(env, raw, name, isOther);
@@ -239,23 +241,25 @@ BoundPlace::BoundPlace(JNIEnv* env, const Ref<Class>& type, MemberName name) {
 }
 
 void ThrowNullObject(const MemberName& name) {
-  Fail(__LINE__, "null is given as the object of " + SpellWithClass(name));
+  throw Misuse("java/Lookup", __LINE__, "null is given as the object of " + SpellWithClass(name));
 }
 
 void ThrowNullResult(const MemberName& name) {
   const std::string own = SpellWithClass(name);
   const std::string what = IsField(name.kind) ? "the value of " + own + " is" : own + " returned";
-  Fail(__LINE__, what + " null, which its C++ type cannot be: declare it as std::optional");
+  throw Misuse("java/Lookup", __LINE__, what + " null, which its C++ type cannot be: declare it as std::optional");
 }
 
 void ThrowNullElement(const MemberName& name, const std::string& path) {
   const std::string place = IsField(name.kind) ? " of the value of " : " of what was returned by ";
   const std::string element = "element " + path + place + SpellWithClass(name);
-  Fail(__LINE__, element + " is null, which its C++ type cannot be: declare the element as std::optional");
+  throw Misuse("java/Lookup", __LINE__,
+               element + " is null, which its C++ type cannot be: declare the element as std::optional");
 }
 
 void ThrowInvalidText(const MemberName& name, std::size_t index, const InvalidUtf8& invalid) {
-  Fail(__LINE__, invalid.what() + (" in " + PlaceOf(name, index)) + " of " + SpellWithClass(name));
+  throw Misuse("java/Lookup", __LINE__,
+               invalid.what() + (" in " + PlaceOf(name, index)) + " of " + SpellWithClass(name));
 }
 
 }  // namespace torvan::java::detail

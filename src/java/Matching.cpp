@@ -14,10 +14,6 @@ namespace torvan::java::detail {
 
 namespace {
 
-constexpr Method<Class, bool()> IsInterface{"isInterface"};
-
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Matching", line, text); }
-
 enum class Match { None, Loose, Exact };
 
 // The class of a C++ type of the descriptor.
@@ -97,7 +93,7 @@ DescriptorParts SplitGiven(const std::string& descriptor) {
     if (descriptor[0] == '(' && *SkipType(parts.result.c_str()) == '\0') return parts;
   } catch (const std::logic_error&) {  // reported below
   }
-  Fail(__LINE__, "\"" + descriptor + "\" is not the descriptor of a method");
+  throw Misuse("java/Matching", __LINE__, "\"" + descriptor + "\" is not the descriptor of a method");
 }
 
 std::string SpellFunction(const GivenFunction& function) {
@@ -146,7 +142,7 @@ const Candidate& Choose(JNIEnv* env, jclass type, jobject loader, const GivenFun
     if (open[0] == nullptr) {
       const std::string has = all.empty() ? "no abstract method" : ListOf(all);
       const std::string what = NameOf(env, type) + " is no functional interface: it has " + has;
-      Fail(__LINE__, what + "; give each function with Implement<T>().On(name, function)");
+      throw Misuse("java/Matching", __LINE__, what + "; give each function with Implement<T>().On(name, function)");
     }
   }
   const DescriptorParts own = Split(function.own);
@@ -164,9 +160,9 @@ const Candidate& Choose(JNIEnv* env, jclass type, jobject loader, const GivenFun
   const std::string name = NameOf(env, type);
   const std::string spelled = "the C++ function " + SpellFunction(function);
   const std::string has = all.empty() ? ", and objects of it have none of that name" : "; it has " + ListOf(all);
-  if (fitting.empty()) Fail(__LINE__, name + " has no method for " + spelled + has);
+  if (fitting.empty()) throw Misuse("java/Matching", __LINE__, name + " has no method for " + spelled + has);
   const std::string several = spelled + " may be for several methods of " + name + ": " + ListOf(fitting);
-  Fail(__LINE__, several + "; say which by its descriptor");
+  throw Misuse("java/Matching", __LINE__, several + "; say which by its descriptor");
 }
 
 }  // namespace

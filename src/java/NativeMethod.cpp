@@ -26,12 +26,7 @@ namespace torvan::java::detail {
 
 namespace {
 
-struct ReflectedMethod {
-  static constexpr char JavaName[] = "java/lang/reflect/Method";
-};
 constexpr Method<ReflectedMethod, Local<Class>()> GetDeclaringClass{"getDeclaringClass"};
-
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/NativeMethod", line, text); }
 
 // The slots' bindings. Never destroyed: Java calls until the process ends.
 std::mutex& SlotsLock() {
@@ -153,7 +148,8 @@ std::size_t FindSlot(JNIEnv* env, const NativeBinding& binding, jclass type, con
   }
   if (found == slots.count) {
     const std::string cannot = binding.name + " cannot be bound: " + std::to_string(slots.count);
-    Fail(__LINE__, cannot + " native methods have functions of this C++ type; pass a separate lambda expression");
+    throw Misuse("java/NativeMethod", __LINE__,
+                 cannot + " native methods have functions of this C++ type; pass a separate lambda expression");
   }
   return found;
 }
@@ -250,7 +246,7 @@ DeclaredNative FindNative(JNIEnv* env, jclass type, const MemberName& name) {
 // The VM checks neither whether a method is static nor in which class it is. Returns the test of what it returns.
 std::optional<Test> RequireNative(JNIEnv* env, jclass type, const MemberName& name) {
   DeclaredNative found = FindNative(env, type, name);
-  if (found.wrong != nullptr) Fail(__LINE__, SpellWithClass(name) + found.wrong);
+  if (found.wrong != nullptr) throw Misuse("java/NativeMethod", __LINE__, SpellWithClass(name) + found.wrong);
   if (!found.isThere) FindId(env, type, name);  // says what there is
   return std::move(found.result);
 }
@@ -258,7 +254,7 @@ std::optional<Test> RequireNative(JNIEnv* env, jclass type, const MemberName& na
 // The function takes each object as one of the tag's class, and nothing tests that again.
 void RequireTag(JNIEnv* env, jclass type, const char* tag, const MemberName& name) {
   const std::string misfit = MisfitOf(env, type, tag);
-  if (!misfit.empty()) Fail(__LINE__, Spell(name) + " cannot be bound: " + misfit);
+  if (!misfit.empty()) throw Misuse("java/NativeMethod", __LINE__, Spell(name) + " cannot be bound: " + misfit);
 }
 
 TestedFunction::Arguments ArgumentsOf(JNIEnv* env, jclass type, const MemberName& name) {
@@ -294,7 +290,9 @@ void BindNative(const NativeName& given, const Ref<Class>* type, const char* own
   const MemberName name{isStatic ? MemberKind::StaticMethod : MemberKind::Method, given.type, given.name, descriptor,
                         own};
   const std::string spelled = SpellWithClass(name);
-  if (type != nullptr && !*type) Fail(__LINE__, "null is given as the class that " + spelled + " is bound in");
+  if (type != nullptr && !*type) {
+    throw Misuse("java/NativeMethod", __LINE__, "null is given as the class that " + spelled + " is bound in");
+  }
   // Not initialised: its static initialiser may call the method.
   const Local<Class> found =
       type != nullptr ? Local<Class>(*type) : Own<Class>(env, LoadClass(env, KeptLoader(), given.type, false));

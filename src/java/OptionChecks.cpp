@@ -19,7 +19,7 @@ namespace {
 
 bool StartsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
 
-[[noreturn]] void Refuse(unsigned int line, const std::string& option, const std::string& reason) {
+[[noreturn]] void RefuseOption(unsigned int line, const std::string& option, const std::string& reason) {
   throw StartFailure("java/OptionChecks", line, "The option " + option + " cannot be used: " + reason);
 }
 
@@ -70,7 +70,9 @@ HeapSize LastSize(const std::vector<std::string>& options, std::initializer_list
     for (const std::string_view name : names) {
       if (!StartsWith(option, name)) continue;
       const auto bytes = SizeOf(std::string_view(option).substr(name.size()));
-      if (!bytes.has_value()) Refuse(__LINE__, option, "a size is a number of bytes, or a number with k, m, g or t");
+      if (!bytes.has_value()) {
+        RefuseOption(__LINE__, option, "a size is a number of bytes, or a number with k, m, g or t");
+      }
       found = {&option, *bytes};
     }
   }
@@ -99,11 +101,11 @@ void CheckAgents(const std::vector<std::string>& options, const fs::path& home) 
     };
     for (const std::string_view start : Files) {
       if (StartsWith(option, start) && !fs::exists(ToPath(agent(start)), error)) {
-        Refuse(__LINE__, option, "there is no file " + agent(start));
+        RefuseOption(__LINE__, option, "there is no file " + agent(start));
       }
     }
     if (StartsWith(option, Library) && !HasLibrary(agent(Library), home)) {
-      Refuse(__LINE__, option, "no library " + LibraryFileName(agent(Library)) + " was found");
+      RefuseOption(__LINE__, option, "no library " + LibraryFileName(agent(Library)) + " was found");
     }
   }
 }
@@ -113,15 +115,19 @@ void CheckHeap(const std::vector<std::string>& options) {
   const HeapSize initial = LastSize(options, {"-Xms", "-XX:InitialHeapSize="});
   const HeapSize maximum = LastSize(options, {"-Xmx", "-XX:MaxHeapSize="});
   if (maximum.option != nullptr) {
-    if (maximum.bytes < Least) Refuse(__LINE__, *maximum.option, "the heap has 2 MiB at least");
-    if (!CanReserve(maximum.bytes)) Refuse(__LINE__, *maximum.option, "the system has no address space of that size");
+    if (maximum.bytes < Least) RefuseOption(__LINE__, *maximum.option, "the heap has 2 MiB at least");
+    if (!CanReserve(maximum.bytes)) {
+      RefuseOption(__LINE__, *maximum.option, "the system has no address space of that size");
+    }
   }
   // 0 lets the VM choose.
   if (initial.option == nullptr || initial.bytes == 0) return;
   if (maximum.option != nullptr && initial.bytes > maximum.bytes) {
-    Refuse(__LINE__, *initial.option, "it is more than " + *maximum.option);
+    RefuseOption(__LINE__, *initial.option, "it is more than " + *maximum.option);
   }
-  if (!CanReserve(initial.bytes)) Refuse(__LINE__, *initial.option, "the system has no address space of that size");
+  if (!CanReserve(initial.bytes)) {
+    RefuseOption(__LINE__, *initial.option, "the system has no address space of that size");
+  }
 }
 
 void CheckCollectors(const std::vector<std::string>& options) {
@@ -135,7 +141,7 @@ void CheckCollectors(const std::vector<std::string>& options) {
     }
     if (last == nullptr || (*last)[4] != '+') continue;
     const std::string reason = "a Java VM has one garbage collector, and ";
-    if (first != nullptr) Refuse(__LINE__, *last, reason + *first + " is given, too");
+    if (first != nullptr) RefuseOption(__LINE__, *last, reason + *first + " is given, too");
     first = last;
   }
 }
@@ -152,7 +158,7 @@ void CheckModules(const std::vector<std::string>& options, const fs::path& home)
     std::istringstream names(option.substr(Start.size()));
     for (std::string name; std::getline(names, name, ',');) {
       if (StartsWith(name, "ALL-") || modules->find(" " + name + " ") != std::string::npos) continue;
-      Refuse(__LINE__, option, "the runtime has no module " + name + ", and no module path is given");
+      RefuseOption(__LINE__, option, "the runtime has no module " + name + ", and no module path is given");
     }
   }
 }

@@ -13,12 +13,10 @@ using detail::Running;
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const char* text) { throw Misuse("java/Process", line, text); }
-
 // Never destroys what it holds.
-union Kept {
+union KeptRunning {
   std::shared_ptr<Running> running;
-  ~Kept() {}
+  ~KeptRunning() {}
 };
 
 // A forked process has the memory of a Running, but neither its thread nor its child.
@@ -27,7 +25,7 @@ void LetGo(std::shared_ptr<Running> running) noexcept {
   if (running->IsOwn()) {
     running->Abandon();
   } else {
-    const Kept kept{std::move(running)};
+    const KeptRunning kept{std::move(running)};
   }
 }
 
@@ -45,8 +43,10 @@ Process& Process::operator=(Process&& other) noexcept {
 Process::~Process() { LetGo(std::move(m_running)); }
 
 Running& Process::Own() const {
-  if (!m_running) Fail(__LINE__, "the Process was moved from");
-  if (!m_running->IsOwn()) Fail(__LINE__, "the Process belongs to the process that has started it, not to a fork");
+  if (!m_running) throw Misuse("java/Process", __LINE__, "the Process was moved from");
+  if (!m_running->IsOwn()) {
+    throw Misuse("java/Process", __LINE__, "the Process belongs to the process that has started it, not to a fork");
+  }
   return *m_running;
 }
 
@@ -70,7 +70,9 @@ std::optional<Outcome> Process::Wait(std::chrono::milliseconds time) const {
 
 Outcome Run(const Program& program) {
   const bool isKeptOpen = program.Settings().keepInputOpen;
-  if (isKeptOpen) Fail(__LINE__, "an input that is kept open needs a Process to write to it: use Start()");
+  if (isKeptOpen) {
+    throw Misuse("java/Process", __LINE__, "an input that is kept open needs a Process to write to it: use Start()");
+  }
   Running running(program.Settings());
   running.Serve();
   return std::move(running.Result());

@@ -14,27 +14,25 @@ namespace torvan::java {
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Program", line, text); }
-
 constexpr const char* HoldsNul = " holds a NUL, which no program can take";
 
 std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 // Texts reach the program ended by a NUL, and Java as UTF-8 or the system's own UTF-16.
 std::string Checked(const char* what, std::string_view text) {
-  if (text.find('\0') != std::string_view::npos) Fail(__LINE__, std::string(what) + HoldsNul);
+  if (text.find('\0') != std::string_view::npos) throw Misuse("java/Program", __LINE__, std::string(what) + HoldsNul);
   try {
     detail::ToUtf16(text);
   } catch (const Misuse& invalid) {
-    Fail(__LINE__, std::string(what) + ": " + invalid.what());
+    throw Misuse("java/Program", __LINE__, std::string(what) + ": " + invalid.what());
   }
   return std::string(text);
 }
 
 std::filesystem::path CheckedPath(const char* what, const std::filesystem::path& path) {
-  if (path.empty()) Fail(__LINE__, std::string(what) + " is empty");
+  if (path.empty()) throw Misuse("java/Program", __LINE__, std::string(what) + " is empty");
   if (path.native().find(std::filesystem::path::value_type()) != std::filesystem::path::string_type::npos) {
-    Fail(__LINE__, std::string(what) + HoldsNul);
+    throw Misuse("java/Program", __LINE__, std::string(what) + HoldsNul);
   }
   return path;
 }
@@ -45,21 +43,22 @@ std::filesystem::path Absolute(const char* what, const std::filesystem::path& pa
   std::filesystem::path absolute = std::filesystem::absolute(CheckedPath(what, path), error);
   if (error) {
     const std::string given = std::string(what) + ", " + Quoted(detail::ToText(path));
-    Fail(__LINE__, given + ", is relative and there is no current folder: " + detail::ReasonOf(error));
+    throw Misuse("java/Program", __LINE__,
+                 given + ", is relative and there is no current folder: " + detail::ReasonOf(error));
   }
   return absolute;
 }
 
 std::string CheckedVariable(std::string_view name) {
   if (name.empty() || name.find('=') != std::string_view::npos) {
-    Fail(__LINE__, Quoted(name) + " is no name of an environment variable");
+    throw Misuse("java/Program", __LINE__, Quoted(name) + " is no name of an environment variable");
   }
   return Checked("the name of an environment variable", name);
 }
 
 template <class Function>
 Function CheckedFunction(const char* what, Function function) {
-  if (!function) Fail(__LINE__, std::string(what) + " is empty");
+  if (!function) throw Misuse("java/Program", __LINE__, std::string(what) + " is empty");
   return function;
 }
 
@@ -73,7 +72,9 @@ Program Program::Jar(const std::filesystem::path& jar) {
 }
 
 Program Program::MainClass(std::string_view name) {
-  if (name.empty() || name[0] == '-' || name[0] == '@') Fail(__LINE__, Quoted(name) + " is no name of a class");
+  if (name.empty() || name[0] == '-' || name[0] == '@') {
+    throw Misuse("java/Program", __LINE__, Quoted(name) + " is no name of a class");
+  }
   Program program;
   program.m_settings.mainClass = Checked("the main class", name);
   return program;
@@ -95,7 +96,8 @@ Program& Program::ClassPath(const std::vector<std::filesystem::path>& parts) {
   for (const std::filesystem::path& part : parts) {
     checked.push_back(Absolute("a part of the class path", part));
     if (checked.back().native().find(detail::PathListSeparator) != std::filesystem::path::string_type::npos) {
-      Fail(__LINE__, Quoted(detail::ToText(part)) + " would be several parts of a class path: pass each by itself");
+      throw Misuse("java/Program", __LINE__,
+                   Quoted(detail::ToText(part)) + " would be several parts of a class path: pass each by itself");
     }
   }
   m_settings.classPath = std::move(checked);
@@ -104,7 +106,8 @@ Program& Program::ClassPath(const std::vector<std::filesystem::path>& parts) {
 
 Program& Program::Option(std::string_view option) {
   if (option.size() < 2 || option[0] != '-') {
-    Fail(__LINE__, Quoted(option) + " is no option: it begins with \"-\", and its value follows after \"=\"");
+    throw Misuse("java/Program", __LINE__,
+                 Quoted(option) + " is no option: it begins with \"-\", and its value follows after \"=\"");
   }
   m_settings.options.push_back(Checked("an option", option));
   return *this;
@@ -112,7 +115,7 @@ Program& Program::Option(std::string_view option) {
 
 Program& Program::Property(std::string_view name, std::string_view value) {
   if (name.empty() || name.find('=') != std::string_view::npos) {
-    Fail(__LINE__, Quoted(name) + " is no name of a system property");
+    throw Misuse("java/Program", __LINE__, Quoted(name) + " is no name of a system property");
   }
   m_settings.options.push_back("-D" + Checked("the name of a system property", name) + "=" +
                                Checked("the value of a system property", value));
@@ -203,7 +206,7 @@ Program& Program::ErrorFile(const std::filesystem::path& file) {
 }
 
 Program& Program::TimeLimit(std::chrono::milliseconds limit) {
-  if (limit.count() <= 0) Fail(__LINE__, "a time limit is more than 0 milliseconds");
+  if (limit.count() <= 0) throw Misuse("java/Program", __LINE__, "a time limit is more than 0 milliseconds");
   m_settings.timeLimit = limit;
   return *this;
 }

@@ -2,7 +2,6 @@
 
 #include <torvan/java/Cast.h>
 #include <torvan/java/LocalFrame.h>
-#include <torvan/java/Method.h>
 
 #include <algorithm>
 
@@ -13,13 +12,6 @@ namespace torvan::java::detail {
 
 namespace {
 
-struct Reflected {  // a method or constructor
-  static constexpr char JavaName[] = "java/lang/reflect/Executable";
-};
-struct ReflectedMethod {
-  static constexpr char JavaName[] = "java/lang/reflect/Method";
-  using Super = Reflected;
-};
 struct ReflectedField {
   static constexpr char JavaName[] = "java/lang/reflect/Field";
 };

@@ -2,12 +2,22 @@
 #pragma once
 
 #include <torvan/java/Local.h>
+#include <torvan/java/Method.h>
 #include <torvan/java/detail/Member.h>
 
 #include <string>
 #include <vector>
 
 namespace torvan::java::detail {
+
+struct Reflected {  // a method or constructor
+  static constexpr char JavaName[] = "java/lang/reflect/Executable";
+};
+struct ReflectedMethod {
+  static constexpr char JavaName[] = "java/lang/reflect/Method";
+  using Super = Reflected;
+};
+inline constexpr Method<Class, bool()> IsInterface{"isInterface"};
 
 // A member of a class, its own or inherited, public or not.
 struct Candidate {

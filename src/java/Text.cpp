@@ -13,14 +13,13 @@ namespace torvan::java::detail {
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Text", line, text); }
-
 // What is converted on the stack: most texts whole, long ones piece by piece.
 constexpr std::size_t AtOnce = 1024;
 
 jsize CheckedLength(std::size_t size) {
   if (size > static_cast<std::size_t>(std::numeric_limits<jsize>::max())) {
-    Fail(__LINE__, "a text of " + std::to_string(size) + " units is longer than a Java string can be");
+    throw Misuse("java/Text", __LINE__,
+                 "a text of " + std::to_string(size) + " units is longer than a Java string can be");
   }
   return static_cast<jsize>(size);
 }

@@ -17,8 +17,6 @@ namespace torvan::java::detail {
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw Misuse("java/Undeclared", line, text); }
-
 // The type that an argument has if only the object at run time shows its class.
 constexpr const char* AnyObject = "Ljava/lang/Object;";
 
@@ -105,13 +103,13 @@ const Candidate* Choose(JNIEnv* env, const UndeclaredCall& call, const std::vect
     if (applicable.size() == 1) return applicable.front();
     if (applicable.empty()) continue;
     const std::string what = "several members take the arguments of " + SpellCall(env, call);
-    Fail(__LINE__, what + ": " + SpellList(list));
+    throw Misuse("java/Undeclared", __LINE__, what + ": " + SpellList(list));
   }
   return nullptr;
 }
 
 // What is kept of the method that was chosen.
-struct Plan {
+struct CallPlan {
   jmethodID id;
   std::vector<char> letters;  // of the parameters
   std::string result;         // as Java spells it
@@ -134,15 +132,16 @@ struct Plan {
     }
     TestArguments(env, tests, values.data(), name);
   }
-  Fail(__LINE__, SpellWithClass(name) + " is a method that Java's compiler added: declare it as a Method to call it");
+  throw Misuse("java/Undeclared", __LINE__,
+               SpellWithClass(name) + " is a method that Java's compiler added: declare it as a Method to call it");
 }
 
-Plan MakePlan(JNIEnv* env, const UndeclaredCall& call) {
+CallPlan MakePlan(JNIEnv* env, const UndeclaredCall& call) {
   const LocalFrame frame(512);
   const std::vector<Candidate> candidates = CandidatesOf(env, call.type, call.kind, call.name);
   const Candidate* const chosen = Choose(env, call, candidates);
   if (chosen == nullptr) ThrowNone(env, call, candidates);
-  Plan plan{env->FromReflectedMethod(chosen->reflected.Get()), {}, chosen->result};
+  CallPlan plan{env->FromReflectedMethod(chosen->reflected.Get()), {}, chosen->result};
   for (const std::string& argument : chosen->arguments) plan.letters.push_back(LetterOf(argument));
   return plan;
 }
@@ -167,12 +166,12 @@ jvalue Widen(jvalue value, char from, char to) {
   return wide;
 }
 
-jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const Plan& plan) {
+jvalue CallPlanned(JNIEnv* env, const UndeclaredCall& call, const CallPlan& plan) {
   const char wanted = call.result[0] == '[' ? 'L' : call.result[0];
   const char letter = call.kind == MemberKind::Constructor ? 'L' : LetterOf(plan.result);
   if (wanted != 'V' && !(wanted == 'L' ? letter == 'L' : Widens(letter, wanted))) {
     const std::string asked = ", and " + SpellType(call.result) + " is asked for";
-    Fail(__LINE__, SpellCall(env, call) + " returns " + plan.result + asked);
+    throw Misuse("java/Undeclared", __LINE__, SpellCall(env, call) + " returns " + plan.result + asked);
   }
   std::vector<jvalue> values(call.count + 1);
   std::vector<Passed> boxes;
@@ -232,7 +231,7 @@ jvalue CallUndeclared(JNIEnv* env, const UndeclaredCall& call) {
     result = CallByLetter(env, call.kind, letter, {static_cast<jmethodID>(id), call.type}, call.object, values.data());
     CheckPending(env, letter == 'L' ? result.l : nullptr);
   } else {
-    const Plan plan = MakePlan(env, call);
+    const CallPlan plan = MakePlan(env, call);
     result = CallPlanned(env, call, plan);
     if (call.kind != MemberKind::Constructor && call.result[0] != 'V' && LetterOf(plan.result) == 'L') {
       Passed owned(env, result.l);
@@ -252,8 +251,9 @@ jclass TypeOf(JNIEnv* env, const UndeclaredCall& call) {
   if (call.type != nullptr) return call.type;
   const bool needsObject = call.kind == MemberKind::Method;
   if (needsObject || call.typeName == nullptr) {
-    Fail(__LINE__,
-         std::string("null is given as the ") + (needsObject ? "object" : "class") + " of " + SpellCall(env, call));
+    throw Misuse(
+        "java/Undeclared", __LINE__,
+        std::string("null is given as the ") + (needsObject ? "object" : "class") + " of " + SpellCall(env, call));
   }
   try {
     return KeptClass(env, call.typeName);
@@ -263,7 +263,8 @@ jclass TypeOf(JNIEnv* env, const UndeclaredCall& call) {
 }
 
 void ThrowInvalidText(JNIEnv* env, const UndeclaredCall& call, std::size_t index, const InvalidUtf8& invalid) {
-  Fail(__LINE__, invalid.what() + (" in argument " + std::to_string(index + 1)) + " of " + SpellCall(env, call));
+  throw Misuse("java/Undeclared", __LINE__,
+               invalid.what() + (" in argument " + std::to_string(index + 1)) + " of " + SpellCall(env, call));
 }
 
 }  // namespace torvan::java::detail

@@ -61,29 +61,29 @@ bool TakeNumbers(std::string_view& text, std::vector<int>& numbers) {
 // One that is missing is 0.
 int NumberAt(const std::vector<int>& numbers, std::size_t index) { return index < numbers.size() ? numbers[index] : 0; }
 
-int Order(bool isLess, bool isGreater) { return isLess ? -1 : isGreater ? 1 : 0; }
+int OrderOf(bool isLess, bool isGreater) { return isLess ? -1 : isGreater ? 1 : 0; }
 
 int CompareNumbers(const std::vector<int>& a, const std::vector<int>& b, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     const int x = NumberAt(a, i);
     const int y = NumberAt(b, i);
-    if (x != y) return Order(x<y, x> y);
+    if (x != y) return OrderOf(x<y, x> y);
   }
   return 0;
 }
 
 // Digits count as a number of any length, and come before words.
 int ComparePreReleases(std::string_view a, std::string_view b) {
-  if (a.empty() || b.empty()) return Order(!a.empty(), !b.empty());  // a release is above
+  if (a.empty() || b.empty()) return OrderOf(!a.empty(), !b.empty());  // a release is above
   const bool isNumberA = IsMadeOf(a, Digits);
   const bool isNumberB = IsMadeOf(b, Digits);
-  if (isNumberA != isNumberB) return Order(isNumberA, isNumberB);
+  if (isNumberA != isNumberB) return OrderOf(isNumberA, isNumberB);
   if (isNumberA) {
     a.remove_prefix(std::min(a.find_first_not_of('0'), a.size()));
     b.remove_prefix(std::min(b.find_first_not_of('0'), b.size()));
-    if (a.size() != b.size()) return Order(a.size() < b.size(), a.size() > b.size());
+    if (a.size() != b.size()) return OrderOf(a.size() < b.size(), a.size() > b.size());
   }
-  return Order(a<b, a> b);
+  return OrderOf(a<b, a> b);
 }
 
 }  // namespace
@@ -180,8 +180,8 @@ int Version::Compare(const Version& other) const noexcept {
     return order;
   }
   if (const int order = ComparePreReleases(m_preRelease, other.m_preRelease)) return order;
-  if (m_build != other.m_build) return Order(m_build<other.m_build, m_build> other.m_build);
-  return Order(m_extra<other.m_extra, m_extra> other.m_extra);
+  if (m_build != other.m_build) return OrderOf(m_build<other.m_build, m_build> other.m_build);
+  return OrderOf(m_extra<other.m_extra, m_extra> other.m_extra);
 }
 
 }  // namespace torvan::java

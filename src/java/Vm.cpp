@@ -30,8 +30,6 @@ using detail::WordsFor;
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw StartFailure("java/Vm", line, text); }
-
 // A handle of the VM that runs, by way of the runtime library that created it.
 jni::CJavaVm HandleOf(const VmLibrary& library, jint jniVersion) {
   torvan::Initialize();
@@ -115,7 +113,7 @@ void detail::TakeVm(JavaVM* vm, JNIEnv* env, const VmLibrary& library, jint jniV
 Vm JoinVm() {
   const VmLock lock = Lock(&detail::IsEnding);
   JavaVM* const vm = VmOf(detail::LoadedVmLibrary());
-  if (vm == nullptr) Fail(__LINE__, "No Java VM runs in this process");
+  if (vm == nullptr) throw StartFailure("java/Vm", __LINE__, "No Java VM runs in this process");
   return JoinVm(vm);
 }
 
@@ -126,7 +124,7 @@ Vm JoinVm(const jni::CJavaVm& vm) {
 }
 
 Vm JoinVm(JavaVM* vm) {
-  if (vm == nullptr) Fail(__LINE__, "null is passed as the Java VM to join");
+  if (vm == nullptr) throw StartFailure("java/Vm", __LINE__, "null is passed as the Java VM to join");
   const VmLock lock = Lock(&detail::IsEnding);
   if (TheVm().end.has_value()) detail::ThrowNoVm();
   if (detail::runningVm.load(std::memory_order_acquire) == vm) return Vm(false);
@@ -134,7 +132,10 @@ Vm JoinVm(JavaVM* vm) {
   const bool wasAttached = vm->GetEnv(&env, JNI_VERSION_1_6) == JNI_OK;
   if (!wasAttached) {
     const jint status = vm->AttachCurrentThreadAsDaemon(&env, nullptr);
-    if (status != JNI_OK) Fail(__LINE__, "The Java VM does not attach this thread: " + WordsFor(status, "the thread"));
+    if (status != JNI_OK) {
+      throw StartFailure("java/Vm", __LINE__,
+                         "The Java VM does not attach this thread: " + WordsFor(status, "the thread"));
+    }
   }
   try {
     detail::TakeVm(vm, static_cast<JNIEnv*>(env), detail::LoadedVmLibrary(), JNI_VERSION_1_6);

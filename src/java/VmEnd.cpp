@@ -20,7 +20,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-[[noreturn]] void Fail(unsigned int line, const std::string& reason) {
+[[noreturn]] void RefuseEnd(unsigned int line, const std::string& reason) {
   throw Misuse("java/VmEnd", line, "The Java VM cannot be ended " + reason);
 }
 
@@ -173,11 +173,11 @@ bool IsCalledByJava(JNIEnv* env) noexcept {
 }
 
 VmEnd EndNow(JavaVM* vm, JNIEnv* env, std::chrono::milliseconds grace) {
-  if (OpenMemory::IsOpenInThisThread()) Fail(__LINE__, "while Elements are open in this thread");
+  if (OpenMemory::IsOpenInThisThread()) RefuseEnd(__LINE__, "while Elements are open in this thread");
   std::optional<Frame> frame(std::in_place, env);
   PendingAside pending(env);
   JavaThreads threads(env);
-  if (threads.IsInJava()) Fail(__LINE__, "by a thread that Java has called");
+  if (threads.IsInJava()) RefuseEnd(__LINE__, "by a thread that Java has called");
   pending.Drop();
   EndCalls();
   const Ending ending;

@@ -12,8 +12,6 @@ namespace torvan::java::detail {
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw StartFailure("java/VmLibrary", line, text); }
-
 bool TakeSymbols(void* module, VmLibrary& library) {
   library.create = reinterpret_cast<VmLibrary::CreateFunction>(SymbolOf(module, "JNI_CreateJavaVM"));
   library.list = reinterpret_cast<VmLibrary::ListFunction>(SymbolOf(module, "JNI_GetCreatedJavaVMs"));
@@ -39,11 +37,11 @@ VmLibrary LoadVmLibrary(const std::filesystem::path& path) {
   std::string reason;
   void* const module = LoadLibraryAt(path, reason);
   const std::string what = "The Java VM library " + name + " cannot be loaded: ";
-  if (module == nullptr) Fail(__LINE__, what + ReasonFor(path, std::move(reason)));
+  if (module == nullptr) throw StartFailure("java/VmLibrary", __LINE__, what + ReasonFor(path, std::move(reason)));
   VmLibrary library{path};
   if (!TakeSymbols(module, library)) {
     const char* const missing = library.create == nullptr ? "JNI_CreateJavaVM" : "JNI_GetCreatedJavaVMs";
-    Fail(__LINE__, name + " is no Java VM library: it has no " + missing);
+    throw StartFailure("java/VmLibrary", __LINE__, name + " is no Java VM library: it has no " + missing);
   }
   return library;
 }

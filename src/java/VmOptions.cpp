@@ -22,14 +22,13 @@ using detail::ToText;
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw StartFailure("java/VmOptions", line, text); }
-
 void RequireThere(const char* what, const fs::path& part) {
   std::error_code error;
   if (fs::exists(part, error)) return;
   const std::string text = ToText(part);
   const bool isList = text.find(detail::PathListSeparator) != std::string::npos;
-  Fail(__LINE__, std::string(what) + " " + text + " is not there" + (isList ? ": give each part by itself" : ""));
+  throw StartFailure("java/VmOptions", __LINE__,
+                     std::string(what) + " " + text + " is not there" + (isList ? ": give each part by itself" : ""));
 }
 
 // "folder/*" means the archives of the folder, which is something that Java's own launcher does and the VM does not;
@@ -48,7 +47,10 @@ void AppendPart(const char* what, const fs::path& part, std::vector<fs::path>& p
     const fs::path extension = entry->path().extension();
     if (extension == ".jar" || extension == ".JAR") parts.push_back(entry->path());
   }
-  if (error) Fail(__LINE__, std::string(what) + " " + ToText(folder) + " cannot be read: " + detail::ReasonOf(error));
+  if (error) {
+    throw StartFailure("java/VmOptions", __LINE__,
+                       std::string(what) + " " + ToText(folder) + " cannot be read: " + detail::ReasonOf(error));
+  }
   std::sort(parts.begin() + static_cast<std::ptrdiff_t>(first), parts.end());
 }
 
@@ -59,7 +61,8 @@ std::string PathList(const char* what, const std::vector<fs::path>& given) {
   for (const fs::path& part : parts) {
     const std::string text = ToText(part);
     if (text.find(detail::PathListSeparator) != std::string::npos) {
-      Fail(__LINE__, std::string(what) + " " + text + " has the separator of path lists in its name");
+      throw StartFailure("java/VmOptions", __LINE__,
+                         std::string(what) + " " + text + " has the separator of path lists in its name");
     }
     if (!list.empty()) list += detail::PathListSeparator;
     list += text;
@@ -116,7 +119,7 @@ VmOptions::VmOptions(const VmSettings& settings, const fs::path& library)
   if (!settings.m_maximumHeap.empty()) m_texts.push_back("-Xmx" + settings.m_maximumHeap);
   for (const auto& [name, value] : settings.m_properties) {
     if (name.empty() || name.find('=') != std::string::npos) {
-      Fail(__LINE__, "\"" + name + "\" is no name of a system property");
+      throw StartFailure("java/VmOptions", __LINE__, "\"" + name + "\" is no name of a system property");
     }
     m_texts.emplace_back("-D").append(name).append("=").append(value);
   }
@@ -149,7 +152,8 @@ void VmOptions::Check() const {
   for (const std::string& text : m_texts) {
     const std::size_t end = text.find('\0');
     if (!text.empty() && end == std::string::npos) continue;
-    Fail(__LINE__, "An option of the Java VM is empty or has a NUL in it: \"" + text.substr(0, end) + "\"");
+    throw StartFailure("java/VmOptions", __LINE__,
+                       "An option of the Java VM is empty or has a NUL in it: \"" + text.substr(0, end) + "\"");
   }
   detail::CheckAgents(m_texts, m_home);
   detail::CheckHeap(m_texts);
@@ -172,7 +176,8 @@ void VmOptions::Encode() try {
       detail::ToUtf16(text);  // what is no UTF-8 is refused here: a process can have only one VM
       m_lateProperties.push_back(*property);
     } else {
-      Fail(__LINE__, std::string("The option ").append(text).append(" ").append(reason));
+      throw StartFailure("java/VmOptions", __LINE__,
+                         std::string("The option ").append(text).append(" ").append(reason));
     }
   }
 } catch (const Misuse& invalid) {

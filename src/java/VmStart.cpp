@@ -22,8 +22,6 @@ using detail::VmLibrary;
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) { throw StartFailure("java/VmStart", line, text); }
-
 // HotSpot names an option that it does not know, but leaves out the beginning of one with -XX.
 std::string OptionAtFault(const std::vector<std::string>& options, const std::string& printed) {
   for (const std::string& option : options) {
@@ -50,17 +48,19 @@ std::string OneLine(const std::string& printed) {
   return line;
 }
 
-[[noreturn]] void ThrowEnded() { Fail(__LINE__, "The Java VM has ended; a process can have one, and only once"); }
+[[noreturn]] void ThrowEnded() {
+  throw StartFailure("java/VmStart", __LINE__, "The Java VM has ended; a process can have one, and only once");
+}
 
 void RequireNoVm() {
   const std::string reason = "This process has a Java VM already; a process can have one, and only once";
   if (detail::TheVm().end.has_value()) ThrowEnded();
-  if (detail::HasVm()) Fail(__LINE__, reason);
+  if (detail::HasVm()) throw StartFailure("java/VmStart", __LINE__, reason);
   const VmLibrary loaded = detail::LoadedVmLibrary();
   JavaVM* vm = nullptr;
   jsize count = 0;
   if (loaded.list != nullptr && loaded.list(&vm, 1, &count) == JNI_OK && count > 0) {
-    Fail(__LINE__, reason + "; join it with JoinVm()");
+    throw StartFailure("java/VmStart", __LINE__, reason + "; join it with JoinVm()");
   }
 }
 
@@ -110,9 +110,10 @@ class VmStart {
       const std::string option = "-Djava." + std::string(path) + ".path=";
       const auto sets = [&](const std::string& text) { return text.rfind(option, 0) == 0; };
       if (std::none_of(m_options.Texts().begin(), m_options.Texts().end(), sets)) continue;
-      Fail(__LINE__, "The Java VM has refused options in this process before, and would ignore the " +
-                         std::string(path) + " path now: start it in another process, or without a " +
-                         std::string(path) + " path");
+      throw StartFailure("java/VmStart", __LINE__,
+                         "The Java VM has refused options in this process before, and would ignore the " +
+                             std::string(path) + " path now: start it in another process, or without a " +
+                             std::string(path) + " path");
     }
   }
 
@@ -122,7 +123,7 @@ class VmStart {
     std::string text = "The Java VM was not created: " + detail::WordsFor(status, "the options");
     if (!printed.empty()) text += ". It printed: " + printed;
     if (!option.empty()) text += ". The option is " + option;
-    Fail(__LINE__, text + ". The runtime is " + detail::ToText(m_library.path));
+    throw StartFailure("java/VmStart", __LINE__, text + ". The runtime is " + detail::ToText(m_library.path));
   }
 
   const VmLibrary& m_library;

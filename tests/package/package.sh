@@ -61,7 +61,7 @@ if grep -rlF -e "$source" -e "$build" -e "$JAVA_HOME" "${places[@]}"; then
 fi
 
 # A host compiles the layer's sources in its own version of C++; the library's own build and the examples are C++17. Where
-# it compiles several of its sources as one, the layer's stay apart: their internal names are the same.
+# it compiles several of its sources as one, none of the layer's is among them.
 build_project "$source/tests/consumer" consumer -DCMAKE_CXX_STANDARD=23 -DCMAKE_UNITY_BUILD=ON
 run consumer/foundation
 run consumer/consumer

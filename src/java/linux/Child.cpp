@@ -24,7 +24,7 @@ namespace torvan::java::detail {
 
 namespace {
 
-constexpr std::size_t PieceSize = std::size_t{64} * 1024;
+constexpr std::size_t ReadSize = std::size_t{64} * 1024;
 
 [[noreturn]] void Fail(unsigned int line, const StartPlan& plan, const std::string& step, const std::string& reason) {
   throw StartFailure("java/linux/Child", line, CannotStart(plan, step, reason));
@@ -130,7 +130,7 @@ struct Child::Parts {
   Spawned spawned;
   bool isReaped = false;
   bool inputIsReady = false;
-  char pieces[StreamCount][PieceSize];
+  char pieces[StreamCount][ReadSize];
 };
 
 Child::Child(const StartPlan& plan) : m_parts(new Parts) {
@@ -213,7 +213,7 @@ std::string_view Child::Read(Stream stream) {
   if (!pipe) return {};
   ssize_t size;
   do {
-    size = read(pipe.Number(), m_parts->pieces[i], PieceSize);
+    size = read(pipe.Number(), m_parts->pieces[i], ReadSize);
   } while (size < 0 && errno == EINTR);
   if (size > 0) return {m_parts->pieces[i], static_cast<std::size_t>(size)};
   if (size < 0 && errno != EAGAIN) Fail(__LINE__, "read the output", m_parts->spawned.id);

@@ -19,10 +19,6 @@ const char* const JavaProgramName = "java";
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) {
-  throw StartFailure("java/linux/Surroundings", line, text);
-}
-
 std::string* Find(std::vector<NativeText>& environment, const char* prefix) {
   for (std::string& variable : environment) {
     if (IsSameVariable(prefix, variable)) return &variable;
@@ -125,7 +121,8 @@ std::thread StartQuietThread(std::function<void()> run) {
   try {
     return std::thread(std::move(run));
   } catch (const std::system_error& failure) {
-    Fail(__LINE__, "Could not start a thread for the program: " + ReasonOf(failure.code()));
+    throw StartFailure("java/linux/Surroundings", __LINE__,
+                       "Could not start a thread for the program: " + ReasonOf(failure.code()));
   }
 }
 
@@ -138,7 +135,8 @@ TemporaryFile::TemporaryFile(const std::string& bytes) {
   if (error == 0) error = Write(bytes);
   if (error == 0) return;
   const std::string reason = ReasonOf(static_cast<unsigned long>(error));
-  Fail(__LINE__, "Could not write the argument file \"" + m_path + "\": " + reason);
+  throw StartFailure("java/linux/Surroundings", __LINE__,
+                     "Could not write the argument file \"" + m_path + "\": " + reason);
 }
 
 int TemporaryFile::Write(const std::string& bytes) noexcept {

@@ -15,10 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) {
-  throw StartFailure("java/processes/JavaProgram", line, text);
-}
-
 bool IsFile(const fs::path& path) {
   std::error_code error;
   return fs::is_regular_file(path, error);
@@ -27,7 +23,8 @@ bool IsFile(const fs::path& path) {
 JavaProgram InRuntime(const Runtime& runtime) {
   if (runtime.Java().empty()) {
     const std::string place = "The runtime in \"" + ToText(runtime.Home()) + "\"";
-    Fail(__LINE__, place + " has no bin/" + JavaProgramName + ": it was cut down to its library");
+    throw StartFailure("java/processes/JavaProgram", __LINE__,
+                       place + " has no bin/" + JavaProgramName + ": it was cut down to its library");
   }
   constexpr int FirstWithArgumentFiles = 9;
   return {runtime.Java(), runtime.Version().Feature() >= FirstWithArgumentFiles};
@@ -49,7 +46,8 @@ JavaProgram InHome(const fs::path& home) {
     const bool isOld = IsFile(runtime / "lib" / "rt.jar") || IsFile(runtime / "jre" / "lib" / "rt.jar");
     if (IsFile(file)) return {file, !isOld};
   }
-  Fail(__LINE__, "No bin/" + std::string(JavaProgramName) + " in \"" + ToText(home) + "\"");
+  throw StartFailure("java/processes/JavaProgram", __LINE__,
+                     "No bin/" + std::string(JavaProgramName) + " in \"" + ToText(home) + "\"");
 }
 
 }  // namespace

@@ -17,11 +17,6 @@ namespace {
 using InputKind = InputSettings::Kind;
 using OutputKind = OutputSettings::Kind;
 
-[[noreturn]] void Refuse(unsigned int line, const char* text) { throw Misuse("java/processes/Launch", line, text); }
-[[noreturn]] void Fail(unsigned int line, const std::string& text) {
-  throw StartFailure("java/processes/Launch", line, text);
-}
-
 // Java before 18 goes by file.encoding or the first two of the stream properties, 18 and later by the other ones. The
 // host's own options come after these and win.
 constexpr const char* EncodingOptions[] = {
@@ -65,7 +60,9 @@ StreamPlan PlanOf(const OutputSettings& output) {
 
 StreamPlan PlanOfInput(const ProgramSettings& settings) {
   if (settings.input.kind == InputKind::File) {
-    if (settings.keepInputOpen) Refuse(__LINE__, "an input that is a file cannot be kept open for more");
+    if (settings.keepInputOpen) {
+      throw Misuse("java/processes/Launch", __LINE__, "an input that is a file cannot be kept open for more");
+    }
     return {StreamPlan::Kind::File, settings.input.file};
   }
   const bool isNothing = settings.input.kind == InputKind::Nothing && !settings.keepInputOpen;
@@ -74,7 +71,8 @@ StreamPlan PlanOfInput(const ProgramSettings& settings) {
 
 StartPlan PlanOf(const ProgramSettings& settings) {
   if (!settings.jar.empty() && !settings.classPath.empty()) {
-    Refuse(__LINE__, "a program that is a jar brings its own class path: Java would ignore this one");
+    throw Misuse("java/processes/Launch", __LINE__,
+                 "a program that is a jar brings its own class path: Java would ignore this one");
   }
   StartPlan plan;
   plan.streams[0] = PlanOfInput(settings);
@@ -89,7 +87,8 @@ StartPlan PlanOf(const ProgramSettings& settings) {
   std::error_code error;
   if (!settings.jar.empty() && !std::filesystem::is_regular_file(settings.jar, error)) {
     const std::string reason = error ? ReasonOf(error) : "it is no file";
-    Fail(__LINE__, CannotStart(plan, "find the jar \"" + ToText(settings.jar) + "\"", reason));
+    throw StartFailure("java/processes/Launch", __LINE__,
+                       CannotStart(plan, "find the jar \"" + ToText(settings.jar) + "\"", reason));
   }
   return plan;
 }
@@ -104,7 +103,8 @@ Launched Launch(const ProgramSettings& settings) {
     return launched;
   } catch (const TooLong& tooLong) {
     if (!plan.readsArgumentFiles) {
-      Fail(__LINE__, std::string(tooLong.what()) + "; only Java 9 and later can read them from a file");
+      throw StartFailure("java/processes/Launch", __LINE__,
+                         std::string(tooLong.what()) + "; only Java 9 and later can read them from a file");
     }
   }
   std::string file;
@@ -118,12 +118,14 @@ Launched Launch(const ProgramSettings& settings) {
 std::uint32_t StartDetached(const ProgramSettings& settings) {
   for (const OutputSettings* output : {&settings.output, &settings.error}) {
     if (output->kind != OutputKind::Lines) continue;
-    Refuse(__LINE__, "no function can be called for a program that runs detached");
+    throw Misuse("java/processes/Launch", __LINE__, "no function can be called for a program that runs detached");
   }
   if (PlanOfInput(settings).kind == StreamPlan::Kind::Pipe) {
-    Refuse(__LINE__, "the input of a program that runs detached is empty or a file");
+    throw Misuse("java/processes/Launch", __LINE__, "the input of a program that runs detached is empty or a file");
   }
-  if (settings.timeLimit) Refuse(__LINE__, "the time limit of a program that runs detached cannot be kept");
+  if (settings.timeLimit) {
+    throw Misuse("java/processes/Launch", __LINE__, "the time limit of a program that runs detached cannot be kept");
+  }
   StartPlan plan = PlanOf(settings);
   for (StreamPlan& stream : plan.streams) {
     if (stream.kind == StreamPlan::Kind::Pipe) stream.kind = StreamPlan::Kind::Nothing;

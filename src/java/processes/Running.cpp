@@ -11,11 +11,6 @@ namespace torvan::java::detail {
 
 namespace {
 
-[[noreturn]] void Refuse(unsigned int line, const char* text) { throw Misuse("java/processes/Running", line, text); }
-[[noreturn]] void Fail(unsigned int line, const std::string& text) {
-  throw Failure("java/processes/Running", line, text);
-}
-
 constexpr std::chrono::milliseconds GraceOfTimeLimit = std::chrono::seconds(2);
 
 // How long the function for input is left alone after it has returned an empty text.
@@ -95,8 +90,10 @@ void Running::Wake() noexcept {
 
 bool Running::Write(std::string_view text) {
   std::unique_lock<std::mutex> lock(m_mutex);
-  if (!m_settings.keepInputOpen) Refuse(__LINE__, "the input was not kept open: KeepInputOpen() does that");
-  if (!m_isWritable) Refuse(__LINE__, "the input was ended by CloseInput()");
+  if (!m_settings.keepInputOpen) {
+    throw Misuse("java/processes/Running", __LINE__, "the input was not kept open: KeepInputOpen() does that");
+  }
+  if (!m_isWritable) throw Misuse("java/processes/Running", __LINE__, "the input was ended by CloseInput()");
   if (m_isOver || m_inputIsGone) return false;
   m_orders.input.append(text);
   Wake();
@@ -114,7 +111,9 @@ void Running::CloseInput() {
 }
 
 bool Running::WaitUntil(Clock::time_point time) const {
-  if (IsServedHere()) Refuse(__LINE__, "a function of the program cannot wait for the program's end");
+  if (IsServedHere()) {
+    throw Misuse("java/processes/Running", __LINE__, "a function of the program cannot wait for the program's end");
+  }
   std::unique_lock<std::mutex> lock(m_mutex);
   return WaitUntil(time, lock);
 }
@@ -128,7 +127,9 @@ bool Running::WaitUntil(Clock::time_point time, std::unique_lock<std::mutex>& lo
 
 void Running::Stop(std::chrono::milliseconds grace) {
   std::unique_lock<std::mutex> lock(m_mutex);
-  if (const char* const cannot = AskToStop(Ended::Stopped); cannot != nullptr) Fail(__LINE__, cannot);
+  if (const char* const cannot = AskToStop(Ended::Stopped); cannot != nullptr) {
+    throw Failure("java/processes/Running", __LINE__, cannot);
+  }
   if (IsServedHere()) {
     m_killAt = std::min(m_killAt, After(grace));
   } else if (!WaitUntil(After(grace), lock)) {
@@ -253,7 +254,8 @@ void Running::Finish() {
   m_isReaped = true;
   const std::optional<Exit> exit = TheChild().Reap();
   if (!exit) {
-    Fail(__LINE__, "The exit code of process " + std::to_string(m_id) + " is lost: " + Child::WhyLost());
+    throw Failure("java/processes/Running", __LINE__,
+                  "The exit code of process " + std::to_string(m_id) + " is lost: " + Child::WhyLost());
   }
   m_outcome.exitCode = exit->code;
   m_outcome.ended = EndedBy(*exit);

@@ -29,9 +29,9 @@ std::string NameOf(const Cpu (&cpus)[N], std::uint32_t machine, bool is64Bit) {
   for (const Cpu& cpu : cpus) {
     if (cpu.machine == machine && cpu.is64Bit == is64Bit) return cpu.name;
   }
-  constexpr const char* Digits = "0123456789ABCDEF";
+  constexpr const char* HexDigits = "0123456789ABCDEF";
   std::string name = "machine 0x";
-  for (int shift = 12; shift >= 0; shift -= 4) name += Digits[machine >> shift & 0xF];
+  for (int shift = 12; shift >= 0; shift -= 4) name += HexDigits[machine >> shift & 0xF];
   return name;
 }
 

@@ -100,7 +100,7 @@ void Search::LookIntoRegistry() {
   for (const char* root : places.registryRoots) {
     for (const RegistryPlaces& row : places.registry) {
       for (const char* pattern : row.patterns) {
-        for (const Match& match : Expand(root, pattern, '\\', keysIn)) {
+        for (const Expansion& match : Expand(root, pattern, '\\', keysIn)) {
           const std::optional<std::string> home = m_machine.RegisteredText(match.place, row.value);
           if (home && !home->empty()) LookAtSetting(*home, match.place);
         }
@@ -120,7 +120,7 @@ void Search::LookIntoUsualFolders() {
     if (std::find(m_looked.begin(), m_looked.end(), looked) != m_looked.end()) continue;
     m_looked.push_back(std::move(looked));
     for (const char* pattern : row.patterns) {
-      for (const Match& match : Expand(*base, pattern, places.folderSeparator, foldersIn)) {
+      for (const Expansion& match : Expand(*base, pattern, places.folderSeparator, foldersIn)) {
         Glance(ToPath(match.place), match.foundIn);
       }
     }

@@ -73,12 +73,8 @@ std::optional<std::string> InCodePage(const NativeText& text) {
   return bytes;
 }
 
-[[noreturn]] void Fail(unsigned int line, const std::string& text) {
-  throw StartFailure("java/win32/Surroundings", line, text);
-}
-
 [[noreturn]] void FailToWrite(unsigned int line, const std::string& place, const std::string& reason) {
-  Fail(line, "Could not write the argument file" + place + ": " + reason);
+  throw StartFailure("java/win32/Surroundings", line, "Could not write the argument file" + place + ": " + reason);
 }
 
 // `size` is what the system returned: 0, or more than there is room for, where it leaves no error.
@@ -121,7 +117,8 @@ std::thread StartQuietThread(std::function<void()> run) {
   try {
     return std::thread(std::move(run));
   } catch (const std::system_error& failure) {
-    Fail(__LINE__, "Could not start a thread for the program: " + ReasonOf(failure.code()));
+    throw StartFailure("java/win32/Surroundings", __LINE__,
+                       "Could not start a thread for the program: " + ReasonOf(failure.code()));
   }
 }
 

@@ -161,7 +161,7 @@ TEST(CallbackVmTest, WithoutACleanerFunctionsAreNeverDestroyed) {
 }
 
 // How many global references are kept with the first object of an implementation; one of them is the Cleaner.
-int KeptWithTheFirst() { return BeforeJava9() ? 15 : 16; }
+int KeptWithTheFirst() { return BeforeJava9() ? 14 : 15; }
 
 // How many they are, after a failure at each step on the way.
 int MadeAtLast(bool fails) {
