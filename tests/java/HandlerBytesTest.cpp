@@ -11,7 +11,9 @@ namespace tests {
 namespace {
 
 // Entries of a class file's table of constants, as the Java VM numbers them.
-enum Constant { Text = 1, Whole = 3, Single = 4, Long = 5, Double = 6, Class = 7, String = 8, NameAndType = 12 };
+struct Constant {
+  enum Kind { Text = 1, Whole = 3, Single = 4, Long = 5, Double = 6, Class = 7, String = 8, NameAndType = 12 };
+};
 bool IsMember(int kind) { return kind >= 9 && kind <= 11; }
 
 // What the class names.
@@ -25,18 +27,18 @@ class ClassFile {
     for (unsigned i = 1; i < count; ++i) {
       Entry& entry = m_entries[i];
       entry.kind = static_cast<int>(Number(1));
-      if (entry.kind == Text) {
+      if (entry.kind == Constant::Text) {
         entry.first = Number(2);
         entry.text.assign(reinterpret_cast<const char*>(m_next), entry.first);
         m_next += entry.first;
-      } else if (entry.kind == Class || entry.kind == String) {
+      } else if (entry.kind == Constant::Class || entry.kind == Constant::String) {
         entry.first = Number(2);
-      } else if (entry.kind == NameAndType || IsMember(entry.kind)) {
+      } else if (entry.kind == Constant::NameAndType || IsMember(entry.kind)) {
         entry.first = Number(2);
         entry.second = Number(2);
-      } else if (entry.kind == Whole || entry.kind == Single) {
+      } else if (entry.kind == Constant::Whole || entry.kind == Constant::Single) {
         Number(4);
-      } else if (entry.kind == Long || entry.kind == Double) {
+      } else if (entry.kind == Constant::Long || entry.kind == Constant::Double) {
         Number(8);
         ++i;  // it takes two places
       } else {
@@ -54,7 +56,7 @@ class ClassFile {
   std::set<std::string> Classes() const {
     std::set<std::string> names;
     for (const auto& [index, entry] : m_entries) {
-      const std::string name = entry.kind == Class ? TextOf(index) : "[";
+      const std::string name = entry.kind == Constant::Class ? TextOf(index) : "[";
       if (name[0] != '[' && name != torvan::java::detail::HandlerName) names.insert(name);
     }
     return names;

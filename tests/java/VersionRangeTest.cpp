@@ -10,7 +10,7 @@ using namespace torvan::java;
 bool Has(const VersionRange& range, const char* version) { return range.Contains(Version::Parse(version)); }
 
 template <typename Make>
-std::string FailureOf(Make make) {
+std::string FailureOfMaking(Make make) {
   try {
     make();
   } catch (const Misuse& failure) {
@@ -69,12 +69,12 @@ TEST(VersionRangeTest, OneVersionMayBeBothBounds) {
 }
 
 TEST(VersionRangeTest, RefusesWhatMakesNoSense) {
-  EXPECT_EQ(FailureOf([] { AtLeast(21).AtMost(11); }), "No version of Java is at least 21 and at most 11");
-  EXPECT_EQ(FailureOf([] { AtMost(11).AtLeast("11.0.1").AtLeast(12); }),
+  EXPECT_EQ(FailureOfMaking([] { AtLeast(21).AtMost(11); }), "No version of Java is at least 21 and at most 11");
+  EXPECT_EQ(FailureOfMaking([] { AtMost(11).AtLeast("11.0.1").AtLeast(12); }),
             "No version of Java is at least 12 and at most 11");
-  EXPECT_EQ(FailureOf([] { AtLeast(0); }), "\"0\" is not a version of Java");
-  EXPECT_EQ(FailureOf([] { AtMost(-3); }), "\"-3\" is not a version of Java");
-  EXPECT_EQ(FailureOf([] { AtMost("new"); }), "\"new\" is not a version of Java");
+  EXPECT_EQ(FailureOfMaking([] { AtLeast(0); }), "\"0\" is not a version of Java");
+  EXPECT_EQ(FailureOfMaking([] { AtMost(-3); }), "\"-3\" is not a version of Java");
+  EXPECT_EQ(FailureOfMaking([] { AtMost("new"); }), "\"new\" is not a version of Java");
 }
 
 TEST(VersionRangeTest, ARefusedBoundChangesNothing) {

@@ -13,9 +13,6 @@ using torvan::jni::CJavaRuntimeLibraryPool;
 using torvan::jni::CJavaRuntimeLibraryRef;
 using Reference = CRef<CJavaRuntimeLibraryRef>;
 
-constexpr VmVendor Sun = CDynamicJavaRuntime::Sun;
-constexpr VmType Default = CDynamicJavaRuntime::Default;
-
 // Every test ends its uses, so the pool of the process is empty in between.
 class JavaRuntimeLibraryPoolTest : public LibraryTest {
  protected:

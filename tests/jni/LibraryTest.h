@@ -23,6 +23,8 @@ using torvan::jni::CDynamicJavaRuntime;
 using torvan::jni::CJavaRuntimeException;
 using VmVendor = CDynamicJavaRuntime::VmVendor;
 using VmType = CDynamicJavaRuntime::VmType;
+constexpr VmVendor Sun = CDynamicJavaRuntime::Sun;
+constexpr VmType Default = CDynamicJavaRuntime::Default;
 
 constexpr const char* LocationTag = "jni/WinJavaRuntimeLibraryImpl";
 constexpr const char* PoolTag = "jni/JavaRuntimeLibraryPool";

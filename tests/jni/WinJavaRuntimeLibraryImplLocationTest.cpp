@@ -22,8 +22,6 @@ constexpr const char* RegisteredPath = "C:\\Registered\\jvm.dll";
 constexpr const char* RuntimeRoot = "Software\\JavaSoft\\Java Runtime Environment";
 constexpr const char* KitRoot = "Software\\JavaSoft\\Java Development Kit";
 
-constexpr VmVendor Sun = CDynamicJavaRuntime::Sun;
-constexpr VmType Default = CDynamicJavaRuntime::Default;
 constexpr VmType Classic = CDynamicJavaRuntime::Classic;
 constexpr VmType Client = CDynamicJavaRuntime::Client;
 constexpr VmType Server = CDynamicJavaRuntime::Server;

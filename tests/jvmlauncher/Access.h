@@ -11,6 +11,9 @@
 
 namespace tests {
 
+// The source that starts programs, as its exceptions name it.
+constexpr const char* LaunchTag = "jvmlauncher/JavaVmLauncherImplWin";
+
 // The text of each on a command line; null is "(null)".
 std::string LineOf(const torvan::jvmlauncher::CJavaVmOption& option);
 std::string LineOf(const torvan::jvmlauncher::CJavaVmOptions& options);

@@ -26,19 +26,19 @@ CArgumentList ListOf(const std::vector<std::string>& texts) {
   return list;
 }
 
-struct Row {
+struct ListRow {
   const char* name;
   std::vector<std::string> arguments;
   const char* line;
 };
 
-class ArgumentListRenderingTest : public testing::TestWithParam<Row> {};
+class ArgumentListRenderingTest : public testing::TestWithParam<ListRow> {};
 
 TEST_P(ArgumentListRenderingTest, QuotesWhatHoldsASpaceAndEndsEachArgumentWithASpace) {
   EXPECT_EQ(LineOf(ListOf(GetParam().arguments)), GetParam().line);
 }
 
-const Row Rows[] = {
+const ListRow ListRows[] = {
     {"NoArguments", {}, ""},
     {"OneArgument", {"x"}, "x "},
     {"OneEmptyArgument", {""}, " "},
@@ -58,7 +58,7 @@ const Row Rows[] = {
     {"BeyondTheBasicPlane", {"\U0001F600 x"}, "\"\U0001F600 x\" "},
 };
 
-INSTANTIATE_TEST_SUITE_P(Arguments, ArgumentListRenderingTest, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Arguments, ArgumentListRenderingTest, testing::ValuesIn(ListRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(ArgumentListTest, TextsAreKeptInOrderAndUnchecked) {

@@ -25,22 +25,22 @@ int Compare(const std::string& a, const std::string& b) {
   return CompareNumbersBetweenDots(Widen(a).c_str(), Widen(b).c_str());
 }
 
-struct Row {
+struct VersionRow {
   const char* name;
   const char* a;
   const char* b;
   int result;
 };
 
-class InstalledJavaVmVersionComparisonTest : public testing::TestWithParam<Row> {};
+class InstalledJavaVmVersionComparisonTest : public testing::TestWithParam<VersionRow> {};
 
 TEST_P(InstalledJavaVmVersionComparisonTest, IsTheSameInBothDirections) {
-  const Row& row = GetParam();
+  const VersionRow& row = GetParam();
   EXPECT_EQ(Compare(row.a, row.b), row.result);
   EXPECT_EQ(Compare(row.b, row.a), -row.result);
 }
 
-const Row Rows[] = {
+const VersionRow VersionRows[] = {
     {"TheSame", "1.6.0", "1.6.0", 0},
     {"UpdateNumbersAreNotLookedAt", "1.6.0_10", "1.6.0_20", 0},
     {"AnUpdateNumberEqualsNone", "1.6.0_10", "1.6.0", 0},
@@ -65,7 +65,7 @@ const Row Rows[] = {
     {"NumbersOutOfRangeAreTheLargest", "99999999999", "2147483647", 0},
 };
 
-INSTANTIATE_TEST_SUITE_P(Versions, InstalledJavaVmVersionComparisonTest, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Versions, InstalledJavaVmVersionComparisonTest, testing::ValuesIn(VersionRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 // The rule, spelt out slowly: split at the dots, read a 32-bit number at the beginning of each part, compare as lists.

@@ -19,8 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-
 enum class Runtime { Installed, WithoutProgram };
 
 struct Row {
@@ -79,34 +77,34 @@ TEST_P(JavaVmLauncherBadInputTest, IsRefusedLeavesNothingAndSpoilsNothing) {
 const Row Rows[] = {
     {"VersionNull", Runtime::Installed,
      [](CJavaVmLauncher&, CJavaVmProcess&) { CJavaVmLauncher another(nullptr); },
-     Throws<CIllegalArgumentException>(File, 133, "Invalid vm version.")},
+     Throws<CIllegalArgumentException>(LaunchTag, 133, "Invalid vm version.")},
     {"VersionEmpty", Runtime::Installed,
      [](CJavaVmLauncher&, CJavaVmProcess&) { CJavaVmLauncher another(RX_TEXT("")); },
-     Throws<CIllegalArgumentException>(File, 133, "Invalid vm version.")},
+     Throws<CIllegalArgumentException>(LaunchTag, 133, "Invalid vm version.")},
     {"NothingCompatible", Runtime::Installed,
      [](CJavaVmLauncher&, CJavaVmProcess&) { CJavaVmLauncher another(RX_TEXT("1000")); },
      Throws<CJavaVmLauncherException>(
-         File, 217, "There is no installed Java VM which is compatible with the specified version.")},
+         LaunchTag, 217, "There is no installed Java VM which is compatible with the specified version.")},
     {"NeitherMainClassNorJar", Runtime::Installed,
      [](CJavaVmLauncher& launcher, CJavaVmProcess&) { LaunchNothing(launcher, nullptr); },
      Throws<CJavaVmLauncherException>(
-         File, 159,
+         LaunchTag, 159,
          "Java application cannot be launched because neither main class name nor jar option specified.")},
     {"MainClassEmptyAndNoJar", Runtime::Installed,
      [](CJavaVmLauncher& launcher, CJavaVmProcess&) { LaunchNothing(launcher, RX_TEXT("")); },
      Throws<CJavaVmLauncherException>(
-         File, 159,
+         LaunchTag, 159,
          "Java application cannot be launched because neither main class name nor jar option specified.")},
     {"ProgramThatVanished", Runtime::WithoutProgram,
      [](CJavaVmLauncher& launcher, CJavaVmProcess&) { launcher.Launch({}, RX_TEXT("Main"), {}); },
      Throws<CJavaVmLauncherException>(
-         File, 186, "Failed to launch the required Java Vm with the specified vm options and arguments.")},
+         LaunchTag, 186, "Failed to launch the required Java Vm with the specified vm options and arguments.")},
     {"ExitCodeOfARunningProgram", Runtime::Installed,
      [](CJavaVmLauncher&, CJavaVmProcess& running) { running.GetExitCode(); },
-     Throws<CIllegalArgumentException>(File, 111, "No Wait called.")},
+     Throws<CIllegalArgumentException>(LaunchTag, 111, "No Wait called.")},
     {"ExitCodeAfterATimeOut", Runtime::Installed,
      [](CJavaVmLauncher&, CJavaVmProcess& running) { EXPECT_FALSE(running.Wait(0)); running.GetExitCode(); },
-     Throws<CIllegalArgumentException>(File, 111, "No Wait called.")},
+     Throws<CIllegalArgumentException>(LaunchTag, 111, "No Wait called.")},
 };
 // clang-format on
 

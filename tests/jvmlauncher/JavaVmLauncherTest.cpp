@@ -40,8 +40,6 @@ static_assert(!std::is_copy_constructible_v<CJavaVmLauncher> && !std::is_copy_as
 static_assert(std::is_convertible_v<const RX::UniChar*, CJavaVmLauncher>,
               "hosts may write a version where a launcher is asked for");
 
-constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-
 class JavaVmLauncherTest : public testing::Test {
  protected:
   void InstallOne() { Install(m_system, Source64, "1.6.0", "/jre"); }
@@ -83,7 +81,7 @@ CJavaVmOptions OptionsWith(const CJavaVmOption& option) {
 
 TEST_F(JavaVmLauncherTest, AVersionWithoutTextIsRefusedBeforeTheSystemIsAsked) {
   InstallOne();
-  const auto expected = Throws<CIllegalArgumentException>(File, 133, "Invalid vm version.");
+  const auto expected = Throws<CIllegalArgumentException>(LaunchTag, 133, "Invalid vm version.");
   EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(nullptr); }), expected);
   EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("")); }), expected);
   EXPECT_THAT(m_system.Log(), IsEmpty());
@@ -91,21 +89,21 @@ TEST_F(JavaVmLauncherTest, AVersionWithoutTextIsRefusedBeforeTheSystemIsAsked) {
 
 TEST_F(JavaVmLauncherTest, WithoutAnInstalledRuntimeThereIsNoLauncher) {
   EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("1.5")); }),
-            Throws<CJavaVmLauncherException>(File, 204, "There is no installed Java VM on the current system."));
+            Throws<CJavaVmLauncherException>(LaunchTag, 204, "There is no installed Java VM on the current system."));
 }
 
 TEST_F(JavaVmLauncherTest, ABrokenEnumerationCountsAsNoInstalledRuntime) {
   InstallOne();
   m_system.FailEnumeration(Source64, 1, 5);
   EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("1.5")); }),
-            Throws<CJavaVmLauncherException>(File, 204, "There is no installed Java VM on the current system."));
+            Throws<CJavaVmLauncherException>(LaunchTag, 204, "There is no installed Java VM on the current system."));
 }
 
 TEST_F(JavaVmLauncherTest, WithoutACompatibleRuntimeThereIsNoLauncher) {
   Install(m_system, Source64, "1.4.2", "/jre");
   EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("1.5")); }),
             Throws<CJavaVmLauncherException>(
-                File, 217, "There is no installed Java VM which is compatible with the specified version."));
+                LaunchTag, 217, "There is no installed Java VM which is compatible with the specified version."));
 }
 
 TEST_F(JavaVmLauncherTest, TheNewestCompatibleRuntimeIsChosenAndNotTheClosest) {
@@ -219,7 +217,7 @@ TEST_F(JavaVmLauncherTest, WithoutMainClassAJarOptionIsNeeded) {
   CJavaVmLauncher launcher(RX_TEXT("1.6"));
   m_system.ClearLog();
   const auto expected = Throws<CJavaVmLauncherException>(
-      File, 159, "Java application cannot be launched because neither main class name nor jar option specified.");
+      LaunchTag, 159, "Java application cannot be launched because neither main class name nor jar option specified.");
   const CJavaVmOptions classPathOnly = OptionsWith(CClassPathOption());
   const CJavaVmOptions directJar = OptionsWith(CDirectOption(RX_TEXT("-jar a.jar")));
   for (const RX::UniChar* mainClass : {static_cast<const RX::UniChar*>(nullptr), RX_TEXT("")}) {
@@ -285,7 +283,7 @@ TEST_F(JavaVmLauncherTest, AFailedLaunchClosesNothingAndLeavesTheLauncherUsable)
   m_system.ClearLog();
   EXPECT_EQ(FailureOf([&] { launcher.Launch(CJavaVmOptions(), RX_TEXT("Main"), CArgumentList()); }),
             Throws<CJavaVmLauncherException>(
-                File, 186, "Failed to launch the required Java Vm with the specified vm options and arguments."));
+                LaunchTag, 186, "Failed to launch the required Java Vm with the specified vm options and arguments."));
   EXPECT_THAT(m_system.Log(), ElementsAre("StartProcess(" + ProgramIn("/jre") + " Main , false, 0)"));
   EXPECT_EQ(LineOf(launcher, CJavaVmOptions(), RX_TEXT("Again"), CArgumentList()), ProgramIn("/jre") + " Again ");
 }

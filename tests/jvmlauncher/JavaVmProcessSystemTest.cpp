@@ -20,9 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-constexpr int LongMilliseconds = 60000;  // for a program that is ended earlier
-
 TEST_F(JavaVmProcessSystemTest, TheExitCodeIsTheProgramsOwn) {
   for (const int exitCode : {0, 1, 7, 255}) {
     SetProbe(0, exitCode);
@@ -40,7 +37,7 @@ TEST_F(JavaVmProcessSystemTest, AWaitForARunningProgramTimesOut) {
   EXPECT_FALSE(process->Wait(200));
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(190));
   EXPECT_EQ(FailureOf([&] { process->GetExitCode(); }),
-            Throws<CIllegalArgumentException>(File, 111, "No Wait called."));
+            Throws<CIllegalArgumentException>(LaunchTag, 111, "No Wait called."));
   process->Kill();
   process->Wait();
 }
@@ -73,7 +70,7 @@ TEST_F(JavaVmProcessSystemTest, StopReturnsAtOnceWhateverTheProgramDoes) {
   ReadReport(report);
   process->Stop();
   EXPECT_EQ(FailureOf([&] { process->GetExitCode(); }),
-            Throws<CIllegalArgumentException>(File, 111, "No Wait called."));
+            Throws<CIllegalArgumentException>(LaunchTag, 111, "No Wait called."));
   process->Kill();
   EXPECT_TRUE(process->Wait(10000));
 }

@@ -23,10 +23,10 @@ using torvan::platform::SystemScope;
 
 namespace {
 
-constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-
-Failure NoWaitCalled() { return Throws<CIllegalArgumentException>(File, 111, "No Wait called."); }
-Failure WaitRefused() { return Throws<CIllegalArgumentException>(File, 92, "WaitForSignleObjects returned error."); }
+Failure NoWaitCalled() { return Throws<CIllegalArgumentException>(LaunchTag, 111, "No Wait called."); }
+Failure WaitRefused() {
+  return Throws<CIllegalArgumentException>(LaunchTag, 92, "WaitForSignleObjects returned error.");
+}
 
 static_assert(sizeof(CJavaVmProcess) == 2 * sizeof(void*), "a table of slots and one pointer");
 static_assert(!std::is_final_v<CJavaVmProcess> && std::is_convertible_v<CJavaVmProcessImp*, CJavaVmProcess>,
@@ -150,7 +150,7 @@ TEST_F(JavaVmProcessTest, AnExitCodeThatCannotBeReadIsAnErrorYetCountsAsWaited) 
   FakeProcess script = EndingWith(42);
   script.exitCodeFails = true;
   const auto process = Launch(script);
-  const Failure unreadable = Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed.");
+  const Failure unreadable = Throws<CIllegalArgumentException>(LaunchTag, 97, "GetExitCodeProcess failed.");
   EXPECT_EQ(FailureOf([&] { process->Wait(10); }), unreadable);
   EXPECT_EQ(process->GetExitCode(), 0);
   EXPECT_EQ(FailureOf([&] { process->Wait(); }), unreadable);

@@ -16,6 +16,8 @@ namespace tests {
 
 using Process = mirel::base::CRef<torvan::jvmlauncher::CJavaVmProcess>;
 
+constexpr int LongMilliseconds = 60000;  // for a program that is ended earlier
+
 // One probe runtime for all tests of a program; a report file for each launch.
 class LaunchSystemTest : public testing::Test {
  protected:

@@ -19,7 +19,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-struct Row {
+struct LaunchRow {
   const char* name;
   std::vector<Option> options;
   const char* mainClass;  // null: none
@@ -29,7 +29,7 @@ struct Row {
 
 class RenderingSystemTest : public LaunchSystemTest {};
 
-class RenderingSystemArgumentsTest : public LaunchSystemTest, public testing::WithParamInterface<Row> {};
+class RenderingSystemArgumentsTest : public LaunchSystemTest, public testing::WithParamInterface<LaunchRow> {};
 
 TEST_P(RenderingSystemArgumentsTest, AreWhatTheRenderingMeans) {
   CJavaVmOptions options;
@@ -40,7 +40,7 @@ TEST_P(RenderingSystemArgumentsTest, AreWhatTheRenderingMeans) {
 }
 
 // clang-format off
-const Row Rows[] = {
+const LaunchRow LaunchRows[] = {
     // Arguments.
     {"NoArguments",              {}, "Main", {}, {"Main"}},
     {"OneArgument",              {}, "Main", {"x"}, {"Main", "x"}},
@@ -108,7 +108,7 @@ const Row Rows[] = {
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Launches, RenderingSystemArgumentsTest, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Launches, RenderingSystemArgumentsTest, testing::ValuesIn(LaunchRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 // --- Text from elsewhere ---

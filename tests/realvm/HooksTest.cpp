@@ -10,13 +10,6 @@ using testing::HasSubstr;
 using torvan::jni::CJavaVm;
 using namespace torvan::jni::options;
 
-COptions With(const COption& hook) {
-  COptions options;
-  AddOptionFromEnvironment(options);
-  options.AddOption(hook);
-  return options;
-}
-
 void CallSystemExit(const CJavaVm& vm, jint code) {
   vm.FindClass("java/lang/System").CallStaticVoidMethod("exit", "(I)V", code);
   ADD_FAILURE() << "System.exit returned";

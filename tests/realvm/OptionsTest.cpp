@@ -11,13 +11,6 @@ using namespace torvan::jni::options;
 
 CJavaVm VmWith(const COptions& options) { return Runtime().CreateJavaVm(options, false); }
 
-COptions With(const COption& option) {
-  COptions options;
-  AddOptionFromEnvironment(options);
-  options.AddOption(option);
-  return options;
-}
-
 TEST(OptionsTest, ClassesAreFoundInEveryFolderOfTheClassPath) {
   InOwnProcess([] {
     CClassPath classPath;

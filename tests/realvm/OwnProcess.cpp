@@ -72,4 +72,11 @@ std::string VmText() {
   return output.text;
 }
 
+torvan::jni::options::COptions With(const torvan::jni::options::COption& option) {
+  torvan::jni::options::COptions options;
+  AddOptionFromEnvironment(options);
+  options.AddOption(option);
+  return options;
+}
+
 }  // namespace tests

@@ -18,4 +18,7 @@ void InOwnProcess(const std::function<void()>& body, int exitCode = 0);
 int TakeVmText(FILE* stream, const char* format, va_list arguments);
 std::string VmText();
 
+// Options with this one, and with what AddOptionFromEnvironment() adds.
+torvan::jni::options::COptions With(const torvan::jni::options::COption& option);
+
 }  // namespace tests

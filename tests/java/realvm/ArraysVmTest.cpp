@@ -13,8 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr java::StaticMethod<void(java::Ref<Runnable>)> RunAtTheEnd{"fixture/Callbacks", "runAtTheEnd"};
-
 // These collectors wait until no thread has an array's own memory open, and what is allocated meanwhile may fail.
 void ReadAndAllocate(const char* collector, std::size_t size) {
   java::VmSettings settings = FixtureSettings();

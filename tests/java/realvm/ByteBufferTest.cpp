@@ -24,17 +24,17 @@ struct Buffer {
   static constexpr char JavaName[] = "java/nio/ByteBuffer";
 };
 
-constexpr const char* const Fixture = "fixture/Buffers";
-constexpr StaticMethod<jint(Ref<ByteBuffer>)> Sum{Fixture, "sum"};
-constexpr StaticMethod<void(Ref<Buffer>, jbyte)> Fill{Fixture, "fill"};
-constexpr StaticMethod<jint(Ref<ByteBuffer>, jint)> GetInt{Fixture, "getInt"};
-constexpr StaticMethod<void(Ref<ByteBuffer>, jint, double)> PutDouble{Fixture, "putDouble"};
-constexpr StaticMethod<Local<ByteBuffer>(jint, bool)> Direct{Fixture, "direct"};
-constexpr StaticMethod<Local<ByteBuffer>(jint)> Passing{Fixture, "passing"};
-constexpr StaticMethod<Local<ByteBuffer>(jint)> Heap{Fixture, "heap"};
-constexpr StaticMethod<Local<ByteBuffer>(Ref<ByteBuffer>, jint)> Slice{Fixture, "slice"};
-constexpr StaticMethod<void(Ref<ByteBuffer>)> Keep{Fixture, "keep"};
-constexpr StaticMethod<Local<ByteBuffer>()> Kept{Fixture, "kept"};
+constexpr const char* const Buffers = "fixture/Buffers";
+constexpr StaticMethod<jint(Ref<ByteBuffer>)> Sum{Buffers, "sum"};
+constexpr StaticMethod<void(Ref<Buffer>, jbyte)> Fill{Buffers, "fill"};
+constexpr StaticMethod<jint(Ref<ByteBuffer>, jint)> GetInt{Buffers, "getInt"};
+constexpr StaticMethod<void(Ref<ByteBuffer>, jint, double)> PutDouble{Buffers, "putDouble"};
+constexpr StaticMethod<Local<ByteBuffer>(jint, bool)> Direct{Buffers, "direct"};
+constexpr StaticMethod<Local<ByteBuffer>(jint)> Passing{Buffers, "passing"};
+constexpr StaticMethod<Local<ByteBuffer>(jint)> Heap{Buffers, "heap"};
+constexpr StaticMethod<Local<ByteBuffer>(Ref<ByteBuffer>, jint)> Slice{Buffers, "slice"};
+constexpr StaticMethod<void(Ref<ByteBuffer>)> Keep{Buffers, "keep"};
+constexpr StaticMethod<Local<ByteBuffer>()> Kept{Buffers, "kept"};
 
 void CollectGarbage() { java::CallStatic<void>("java/lang/System", "gc"); }
 
@@ -51,7 +51,7 @@ TEST_F(ByteBufferTest, IsTheHostsOwnMemory) {
   EXPECT_EQ(memory[0], 7);
   EXPECT_EQ(memory[999], 7);
   EXPECT_EQ(java::Call<jint>(buffer, "capacity"), 1000);
-  EXPECT_EQ(java::CallStatic<jint>(Fixture, "sum", buffer), 7000);
+  EXPECT_EQ(java::CallStatic<jint>(Buffers, "sum", buffer), 7000);
   const Local<ByteBuffer> same(buffer);
   EXPECT_TRUE(java::Same(buffer, same));
 }
@@ -118,7 +118,7 @@ TEST_F(ByteBufferTest, NumbersHaveTheOrderThatIsSaid) {
   std::int32_t numbers[2] = {0x01020304, 5};
   const ByteBuffer buffer(numbers, sizeof numbers);
   const bool isLittle = java::NativeByteOrder() == ByteOrder::LittleEndian;
-  EXPECT_EQ(java::CallStatic<std::string>(Fixture, "order", buffer), "BIG_ENDIAN");
+  EXPECT_EQ(java::CallStatic<std::string>(Buffers, "order", buffer), "BIG_ENDIAN");
   EXPECT_EQ(GetInt(buffer, 0), isLittle ? 0x04030201 : 0x01020304);
   buffer.Order(java::NativeByteOrder());
   EXPECT_EQ(GetInt(buffer, 0), 0x01020304);

@@ -19,9 +19,6 @@ using java::StaticMethod;
 using java::Vm;
 using java::VmEnd;
 
-constexpr StaticMethod<void(Ref<Runnable>)> RunAtTheEnd{"fixture/Callbacks", "runAtTheEnd"};
-constexpr StaticMethod<jint(jint)> Abs{"java/lang/Math", "abs"};
-
 struct Natives {
   static constexpr char JavaName[] = "fixture/Natives";
 };

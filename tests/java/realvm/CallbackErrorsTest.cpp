@@ -18,7 +18,6 @@ using java::StaticMethod;
 
 class CallbackErrorsTest : public RealVmTest {};
 
-constexpr StaticMethod<std::string(Ref<Shape>)> ThrownByCheck{"fixture/Callbacks", "thrownByCheck"};
 constexpr StaticMethod<jint(std::string_view)> ParseInt{"java/lang/Integer", "parseInt"};
 constexpr java::Method<Runnable, void()> RunIt{"run"};
 

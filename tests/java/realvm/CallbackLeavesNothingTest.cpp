@@ -15,10 +15,6 @@ using java::StaticMethod;
 
 class CallbackLeavesNothingTest : public NothingLeftTest {};
 
-constexpr StaticMethod<std::string(Ref<Function>, Ref<Object>)> Applied{
-    "fixture/Callbacks", "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
-constexpr StaticMethod<std::string(Ref<Shape>)> CallShape{"fixture/Callbacks", "shape"};
-
 TEST_F(CallbackLeavesNothingTest, AfterCalls) {
   ExpectNothing([] { Implement<Runnable>().On("run", [] {}).New(); });
   ExpectNothing([] { Implement(java::FindClass("java/lang/Runnable")).On("run", [] {}).New(); });

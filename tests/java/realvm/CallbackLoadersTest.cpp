@@ -19,7 +19,7 @@ using java::StaticMethod;
 class CallbackLoadersTest : public RealVmTest {};
 
 constexpr StaticMethod<Local<java::Class>(std::string_view)> CopyOf{"fixture/Strict", "copyOf"};
-constexpr StaticMethod<jint(jint, jlong, double)> Add{"fixture/Natives", "add"};
+constexpr StaticMethod<jint(jint, jlong, double)> AddNatively{"fixture/Natives", "add"};
 constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> CallBoth{
     "fixture/Callbacks", "generic", "(Lfixture/Callbacks$Shout;Lfixture/Callbacks$Named;)Ljava/lang/String;"};
 
@@ -125,7 +125,7 @@ TEST_F(CallbackLoadersTest, NativeMethodsGoWithTheirClass) {
       const auto sum = [counted = Counted(count), i](jint a, jlong b, double) { return a + static_cast<jint>(b) + i; };
       native.In(natives).Bind(sum);
       native.In(natives).Bind(sum);
-      EXPECT_EQ(Add.In(natives)(1, 2, 3), 3 + i);
+      EXPECT_EQ(AddNatively.In(natives)(1, 2, 3), 3 + i);
       Collect();
       EXPECT_EQ(count, 3);
       EXPECT_TRUE(weak.Lock());
@@ -144,8 +144,8 @@ TEST_F(CallbackLoadersTest, TheSameMethodOfTwoLoadersHasTwoFunctions) {
   };
   bind(one, 1);
   bind(other, 2);
-  EXPECT_EQ(Add.In(one)(0, 0, 0), 1);
-  EXPECT_EQ(Add.In(other)(0, 0, 0), 2);
+  EXPECT_EQ(AddNatively.In(one)(0, 0, 0), 1);
+  EXPECT_EQ(AddNatively.In(other)(0, 0, 0), 2);
 }
 
 TEST_F(CallbackLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
@@ -162,7 +162,7 @@ TEST_F(CallbackLoadersTest, FunctionsOfOneTypeHaveALimitThatIsSaid) {
       "fixture.Natives.add(int, long, double) cannot be bound: 64 native methods have functions of this C++ type; "
       "pass a separate lambda expression");
   EXPECT_EQ(types.size(), 65u);
-  EXPECT_EQ(Add.In(types.front())(0, 0, 0), 0);
+  EXPECT_EQ(AddNatively.In(types.front())(0, 0, 0), 0);
 }
 
 }  // namespace

@@ -17,10 +17,6 @@ using java::StaticMethod;
 
 class CallbackMemoryTest : public FewAllocationsTest {};
 
-constexpr StaticMethod<std::string(Ref<Function>, Ref<Object>)> Applied{
-    "fixture/Callbacks", "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
-constexpr StaticMethod<std::string(Ref<Shape>)> CallShape{"fixture/Callbacks", "shape"};
-
 struct Natives {
   static constexpr char JavaName[] = "fixture/Natives";
 };

@@ -52,4 +52,11 @@ constexpr java::StaticMethod<jlong(java::Ref<IntOperator>, jint, jint)> CallFrom
                                                                                         "callFromThreads"};
 constexpr java::StaticMethod<void()> Collect{"fixture/Callbacks", "collect"};
 
+constexpr java::StaticMethod<void(java::Ref<Runnable>)> RunAtTheEnd{"fixture/Callbacks", "runAtTheEnd"};
+constexpr java::StaticMethod<std::string(java::Ref<Shape>)> CallShape{"fixture/Callbacks", "shape"};
+constexpr java::StaticMethod<std::string(java::Ref<Shape>)> ThrownByCheck{"fixture/Callbacks", "thrownByCheck"};
+constexpr java::StaticMethod<std::string(java::Ref<Function>, java::Ref<java::Object>)> Applied{
+    "fixture/Callbacks", "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
+constexpr java::StaticMethod<jint(jint)> Abs{"java/lang/Math", "abs"};
+
 }  // namespace tests

@@ -42,8 +42,6 @@ TEST_F(CallbackThreadsTest, EightThreadsOfJavasMakeAMillionCalls) {
   EXPECT_EQ(sum, 8 * (static_cast<jlong>(times) * (times + 1) / 2));
 }
 
-constexpr StaticMethod<jint(jint)> Abs{"java/lang/Math", "abs"};
-
 TEST_F(CallbackThreadsTest, AFunctionOnAThreadOfJavasCallsJava) {
   std::atomic<int> attached{0};
   const jlong sum = CallFromThreads(

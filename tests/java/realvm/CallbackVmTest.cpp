@@ -21,7 +21,6 @@ using java::Vm;
 using java::VmEnd;
 
 constexpr StaticMethod<void(Ref<Runnable>)> RunForEver{"fixture/Callbacks", "runForEver"};
-constexpr StaticMethod<jint(jint)> Abs{"java/lang/Math", "abs"};
 
 TEST(CallbackVmTest, TheVmEndsWhileAFunctionRunsAgainAndAgain) {
   InOwnProcess([] {

@@ -46,12 +46,8 @@ class ImplementTest : public RealVmTest {};
 constexpr const char* Type = "fixture/Callbacks";
 constexpr StaticMethod<std::string(Ref<Every>)> CallEvery{Type, "every"};
 constexpr StaticMethod<std::string(Ref<Every>)> CallMany{Type, "many"};
-constexpr StaticMethod<std::string(Ref<Shape>)> CallShape{Type, "shape"};
 constexpr StaticMethod<std::string(Ref<Shape>)> FailedDefault{Type, "failedDefault"};
-constexpr StaticMethod<std::string(Ref<Shape>)> ThrownByCheck{Type, "thrownByCheck"};
 constexpr StaticMethod<std::string(Ref<Shout>, Ref<NamedSupplier>)> Generic{Type, "generic"};
-constexpr StaticMethod<std::string(Ref<Function>, Ref<Object>)> Applied{
-    Type, "applied", "(Ljava/util/function/Function;Ljava/lang/Object;)Ljava/lang/Object;"};
 constexpr StaticMethod<std::string(Ref<Function>, Ref<Object>)> ThrownByFunction{Type, "thrownByFunction"};
 constexpr StaticMethod<std::string(Ref<Object>, Ref<Object>)> OfObject{Type, "ofObject"};
 constexpr StaticMethod<Local<Object>(Ref<Comparator>, Ref<Objects>)> Sorted{

@@ -22,12 +22,6 @@ using java::StaticMethod;
 struct Values {
   static constexpr char JavaName[] = "fixture/Values";
 };
-struct NoSuch {
-  static constexpr char JavaName[] = "fixture/NoSuch";
-};
-struct Failing {
-  static constexpr char JavaName[] = "fixture/Members$Failing";
-};
 
 class MemberLeavesNothingTest : public NothingLeftTest {};
 

@@ -16,10 +16,6 @@ using java::Misuse;
 using java::StaticField;
 using java::StaticMethod;
 
-struct NoSuch {
-  static constexpr char JavaName[] = "fixture/NoSuch";
-};
-
 class MemberMissingTest : public RealVmTest {};
 
 TEST_F(MemberMissingTest, WhatTheClassHasInsteadIsListed) {

@@ -24,9 +24,6 @@ using java::SuperMethod;
 struct Strings {
   static constexpr char JavaName[] = "[Ljava/lang/String;";
 };
-struct Failing {
-  static constexpr char JavaName[] = "fixture/Members$Failing";
-};
 struct Abstract {
   static constexpr char JavaName[] = "fixture/Members$Abstract";
 };

@@ -19,6 +19,12 @@ struct Derived {
   static constexpr char JavaName[] = "fixture/Members$Derived";
   using Super = Base;
 };
+struct Failing {
+  static constexpr char JavaName[] = "fixture/Members$Failing";
+};
+struct NoSuch {  // there is none
+  static constexpr char JavaName[] = "fixture/NoSuch";
+};
 struct List {
   static constexpr char JavaName[] = "java/util/List";
 };

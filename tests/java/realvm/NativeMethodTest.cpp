@@ -21,7 +21,7 @@ using java::StaticMethod;
 
 class NativeMethodTest : public RealVmTest {};
 
-constexpr const char* Type = "fixture/Natives";
+constexpr const char* NativesType = "fixture/Natives";
 struct Natives {
   static constexpr char JavaName[] = "fixture/Natives";
 };
@@ -30,33 +30,33 @@ struct ListOfJava {
 };
 constexpr java::Constructor<Natives(jint)> NewNatives;
 constexpr java::Field<Natives, jint> Start{"start"};
-constexpr StaticMethod<jint(jint, jlong, double)> Add{Type, "add"};
+constexpr StaticMethod<jint(jint, jlong, double)> Add{NativesType, "add"};
 constexpr java::Method<Natives, jint(jint)> Plus{"plus"};
 
 TEST_F(NativeMethodTest, StaticOnes) {
-  NativeMethod<jint(jint, jlong, double)>(Type, "add").Bind([](jint a, jlong b, double c) {
+  NativeMethod<jint(jint, jlong, double)>(NativesType, "add").Bind([](jint a, jlong b, double c) {
     return a + static_cast<jint>(b) + static_cast<jint>(c);
   });
   EXPECT_EQ(Add(1, 20, 300.5), 321);
-  constexpr NativeMethod<std::string(std::string_view, Ref<Object>)> join{Type, "join"};
+  constexpr NativeMethod<std::string(std::string_view, Ref<Object>)> join{NativesType, "join"};
   const std::string between = " and ";
   join.Bind([&](std::string_view a, Ref<Object> b) {
     return std::string(a) + between + java::Call<std::string>(b, "toString");
   });
-  EXPECT_EQ(java::CallStatic<std::string>(Type, "join", "a", NewInteger(5)), "a and 5");
-  NativeMethod<bool(bool, jbyte, char16_t, jshort, float)>(Type, "all")
+  EXPECT_EQ(java::CallStatic<std::string>(NativesType, "join", "a", NewInteger(5)), "a and 5");
+  NativeMethod<bool(bool, jbyte, char16_t, jshort, float)>(NativesType, "all")
       .Bind([](bool a, jbyte b, char16_t c, jshort d, float e) {
         return a && b == -1 && c == u'\u20ac' && d == -300 && e == 0.25f;
       });
-  constexpr StaticMethod<bool(bool, jbyte, char16_t, jshort, float)> all{Type, "all"};
+  constexpr StaticMethod<bool(bool, jbyte, char16_t, jshort, float)> all{NativesType, "all"};
   EXPECT_TRUE(all(true, jbyte{-1}, u'\u20ac', jshort{-300}, 0.25f));
   EXPECT_FALSE(all(false, jbyte{-1}, u'\u20ac', jshort{-300}, 0.25f));
 }
 
 TEST_F(NativeMethodTest, ABooleanIsTrueWhateverItsBitsAre) {
-  NativeMethod<jboolean(bool, jbyte, char16_t, jshort, float)>(Type, "all")
+  NativeMethod<jboolean(bool, jbyte, char16_t, jshort, float)>(NativesType, "all")
       .Bind([](bool, jbyte bits, char16_t, jshort, float) { return static_cast<jboolean>(bits); });
-  constexpr StaticMethod<bool(bool, jbyte, char16_t, jshort, float)> all{Type, "all"};
+  constexpr StaticMethod<bool(bool, jbyte, char16_t, jshort, float)> all{NativesType, "all"};
   EXPECT_TRUE(all(true, jbyte{1}, u'x', jshort{0}, 0.0f));
   EXPECT_TRUE(all(true, jbyte{2}, u'x', jshort{0}, 0.0f));  // and not its lowest bit
   EXPECT_FALSE(all(true, jbyte{0}, u'x', jshort{0}, 0.0f));
@@ -67,11 +67,11 @@ TEST_F(NativeMethodTest, ManyArguments) {
   using Many = float(jint, double, jlong, double, jint, double, jlong, double, jint, double, jshort, double, jbyte,
                      double, float, double, float);
   std::vector<double> given;
-  NativeMethod<Many>(Type, "many").Bind([&](auto... arguments) {
+  NativeMethod<Many>(NativesType, "many").Bind([&](auto... arguments) {
     given = {static_cast<double>(arguments)...};
     return 0.25f;
   });
-  constexpr StaticMethod<Many> many{Type, "many"};
+  constexpr StaticMethod<Many> many{NativesType, "many"};
   EXPECT_EQ(many(1, 2.5, 3, 4.5, -5, 6.5, jlong{7} << 40, 8.5, 9, -10.5, jshort{-11}, 12.5, jbyte{-13}, 14.5, 15.5f,
                  16.5, -17.5f),
             0.25f);
@@ -81,7 +81,7 @@ TEST_F(NativeMethodTest, ManyArguments) {
 
 TEST_F(NativeMethodTest, ThoseOfObjects) {
   NativeMethod<jint(jint), Natives>("plus").Bind([](Ref<Natives> self, jint a) { return Start.Get(self) + a; });
-  NativeMethod<Local<Natives>(), Natives>(Type, "self").Bind([](const Ref<Natives>& self) {
+  NativeMethod<Local<Natives>(), Natives>(NativesType, "self").Bind([](const Ref<Natives>& self) {
     return Local<Natives>(self);
   });
   const Local<Natives> natives = NewNatives(40);
@@ -127,7 +127,7 @@ class CalledAtOnce {
 };
 
 TEST_F(NativeMethodTest, AFunctionThatWasReplacedByOneOfAnotherTypeIsNotCalledAgain) {
-  constexpr NativeMethod<jint(jint, jlong, double)> add{Type, "add"};
+  constexpr NativeMethod<jint(jint, jlong, double)> add{NativesType, "add"};
   const auto bind = [&](jint value) { add.Bind([value](jint, jlong, double) { return value; }); };
   const auto bindOther = [&](jint value) { add.Bind([value](jint a, jlong, double) { return value + a; }); };
   const auto resultWhile = [](const auto& binding, jint value) {
@@ -194,17 +194,17 @@ TEST_F(NativeMethodTest, WhatItThrowsGoesToJava) {
 
 TEST_F(NativeMethodTest, ObjectsOfAMoreSpecialClassAreTested) {
   int size = -1;
-  NativeMethod<void(Ref<ListOfJava>)>(Type, "takes", "(Ljava/lang/Object;)V").Bind([&](Ref<ListOfJava> list) {
-    size = list ? java::CallStatic<jint>(Type, "size", list) : 0;
+  NativeMethod<void(Ref<ListOfJava>)>(NativesType, "takes", "(Ljava/lang/Object;)V").Bind([&](Ref<ListOfJava> list) {
+    size = list ? java::CallStatic<jint>(NativesType, "size", list) : 0;
   });
-  constexpr StaticMethod<void(Ref<Object>)> takes{Type, "takes"};
+  constexpr StaticMethod<void(Ref<Object>)> takes{NativesType, "takes"};
   takes(java::CallStatic<Local<ListOfJava>>("java/util/Collections", "emptyList"));
   EXPECT_EQ(size, 0);
   takes(nullptr);
   EXPECT_EQ(WhatOf<Error>([&] { takes("text"); }),
             "java.lang.ClassCastException: argument 1 of fixture.Natives.takes(java.lang.Object) is a "
             "java.lang.String, and the C++ function takes a java.util.List");
-  NativeMethod<void(jint, Ref<ListOfJava>), Natives>(Type, "takesSecond", "(ILjava/lang/Object;)V")
+  NativeMethod<void(jint, Ref<ListOfJava>), Natives>(NativesType, "takesSecond", "(ILjava/lang/Object;)V")
       .Bind([&](Ref<Natives>, jint, Ref<ListOfJava>) { size = 5; });
   constexpr java::Method<Natives, void(jint, Ref<Object>)> takesSecond{"takesSecond"};
   takesSecond(NewNatives(0), 1, nullptr);
@@ -218,9 +218,8 @@ TEST_F(NativeMethodTest, AResultOfAnotherClassThanJavaDeclaresIsRefused) {
   std::optional<java::Global<Object>> result;
   const auto give = [&](auto...) { return result; };
   const auto bind = [&](const char* name, const char* descriptor) {
-    NativeMethod<std::optional<java::Global<Object>>(), Natives>(Type, name, descriptor).Bind([&give](Ref<Natives>) {
-      return give();
-    });
+    NativeMethod<std::optional<java::Global<Object>>(), Natives>(NativesType, name, descriptor)
+        .Bind([&give](Ref<Natives>) { return give(); });
   };
   bind("self", "()Lfixture/Natives;");
   bind("list", "()Ljava/util/List;");
@@ -262,7 +261,7 @@ TEST_F(NativeMethodTest, AResultOfTheSameClassOfAnotherLoaderIsRefused) {
 }
 
 TEST_F(NativeMethodTest, WhatIsPendingGoesBeforeAWrongResult) {
-  NativeMethod<Local<Object>(), Natives>(Type, "self", "()Lfixture/Natives;").Bind([](Ref<Natives>) {
+  NativeMethod<Local<Object>(), Natives>(NativesType, "self", "()Lfixture/Natives;").Bind([](Ref<Natives>) {
     Local<Object> text = java::NewString("text");
     JNIEnv* const env = java::detail::Env();
     env->ThrowNew(java::detail::ClassOf<java::Throwable>(env), "left by raw JNI");
@@ -354,12 +353,12 @@ TEST_F(NativeMethodTest, AClassThatAnotherMethodNamesMayBeMissing) {
 
 TEST_F(NativeMethodTest, WhatIsNotThereIsSaid) {
   const auto bind = [](auto method) { method.Bind([](jint a) { return a; }); };
-  EXPECT_EQ(WhatOf<Error>([&] { bind(NativeMethod<jint(jint)>(Type, "missing")); }),
+  EXPECT_EQ(WhatOf<Error>([&] { bind(NativeMethod<jint(jint)>(NativesType, "missing")); }),
             "java.lang.NoSuchMethodError: missing (fixture.Natives has no static int missing(int), and nothing else of "
             "that name)");
-  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(Type, "notNative")); }),
+  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(NativesType, "notNative")); }),
             "fixture.Natives.notNative(int) is not native");
-  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(Type, "plus")); }),
+  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(NativesType, "plus")); }),
             "fixture.Natives.plus(int) is not static: give NativeMethod the tag of its class as second argument");
   EXPECT_EQ(WhatOf<Misuse>([] {
               NativeMethod<Local<Object>(), Natives>("unbound").Bind([](Ref<Natives>) { return Local<Object>(); });
@@ -369,9 +368,9 @@ TEST_F(NativeMethodTest, WhatIsNotThereIsSaid) {
             "fixture.Natives$Heir.inherited(int) is inherited: bind it in the class that declares it");
   EXPECT_EQ(WhatOf<Error>([&] { bind(NativeMethod<jint(jint)>("no/Such", "plus")); }).substr(0, 40),
             "java.lang.ClassNotFoundException: no.Suc");
-  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(Type, "add").In(Local<java::Class>())); }),
+  EXPECT_EQ(WhatOf<Misuse>([&] { bind(NativeMethod<jint(jint)>(NativesType, "add").In(Local<java::Class>())); }),
             "null is given as the class that fixture.Natives.add(int) is bound in");
-  EXPECT_EQ(WhatOf<Misuse>([&] { NativeMethod<jint(jint)>(Type, "add").Bind(std::function<jint(jint)>()); }),
+  EXPECT_EQ(WhatOf<Misuse>([&] { NativeMethod<jint(jint)>(NativesType, "add").Bind(std::function<jint(jint)>()); }),
             "an empty function is given for add");
 }
 

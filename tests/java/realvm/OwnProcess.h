@@ -38,4 +38,9 @@ class Note {
   std::string m_path;
 };
 
+// Leaves an IllegalStateException, "left pending".
+inline void ThrowPending(JNIEnv* env) {
+  env->ThrowNew(env->FindClass("java/lang/IllegalStateException"), "left pending");
+}
+
 }  // namespace tests

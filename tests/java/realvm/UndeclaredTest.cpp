@@ -13,18 +13,18 @@ using java::Object;
 
 class UndeclaredTest : public RealVmTest {};
 
-constexpr const char* Type = "fixture/Members";
+constexpr const char* MembersType = "fixture/Members";
 
 TEST_F(UndeclaredTest, TheArgumentsTypesChooseTheMethod) {
-  EXPECT_EQ(CallStatic<std::string>(Type, "over", 1), "int");
-  EXPECT_EQ(CallStatic<std::string>(Type, "over", jlong{1}), "long");
-  EXPECT_EQ(CallStatic<std::string>(Type, "over", true), "boolean");
-  EXPECT_EQ(CallStatic<std::string>(Type, "over", u'x'), "char");
-  EXPECT_EQ(CallStatic<std::string>(Type, "over", "text"), "String");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "over", 1), "int");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "over", jlong{1}), "long");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "over", true), "boolean");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "over", u'x'), "char");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "over", "text"), "String");
   EXPECT_EQ(CallStatic<jint>("java.lang.Math", "max", 3, 4), 4);
   EXPECT_EQ(CallStatic<jint>(java::Thread(), "java/lang/Math", "max", 3, 4), 4);
   EXPECT_EQ(CallStatic<jint>(java::FindClass("java.lang.Math"), "max", 3, 4), 4);
-  EXPECT_EQ(CallStatic<std::string>(Type, "secret"), "told");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "secret"), "told");
 }
 
 // The class of the list has no loader that would know the host's.
@@ -46,12 +46,12 @@ TEST_F(UndeclaredTest, ElseTheOnlyOneThatTakesThem) {
   EXPECT_EQ(Call<std::string>(list, "toString"), "[null, 5, text]");
   EXPECT_EQ(Call<std::string>(list, "get", 2), "text");
   EXPECT_FALSE(Call<Local<>>(list, "get", 0));
-  EXPECT_EQ(CallStatic<std::string>(Type, "boxed", 7), "Integer 7");
-  EXPECT_EQ(CallStatic<std::string>(Type, "boxed", jshort{7}), "Short 7");
-  EXPECT_EQ(CallStatic<std::string>(Type, "boxed", 0.5), "Double 0.5");
-  EXPECT_EQ(CallStatic<std::string>(Type, "listed", list), "list of 3");
-  EXPECT_EQ(CallStatic<std::string>(Type, "listed", list.Get()), "list of 3");
-  EXPECT_EQ(CallStatic<std::string>(Type, "chars", "text"), "chars text");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "boxed", 7), "Integer 7");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "boxed", jshort{7}), "Short 7");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "boxed", 0.5), "Double 0.5");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "listed", list), "list of 3");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "listed", list.Get()), "list of 3");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "chars", "text"), "chars text");
   EXPECT_EQ(Call<jint>(New<Members>(), "twice", jshort{21}), 42);
   EXPECT_EQ(CallStatic<std::string>("fixture/Values", "seen", jbyte{-1}), "byte -1");
   EXPECT_EQ(CallStatic<double>("java/lang/Math", "sqrt", 16), 4.0);
@@ -59,20 +59,20 @@ TEST_F(UndeclaredTest, ElseTheOnlyOneThatTakesThem) {
 }
 
 TEST_F(UndeclaredTest, TheResultIsConvertedOrDropped) {
-  CallStatic<void>(Type, "count");
-  CallStatic<void>(Type, "nothing");
+  CallStatic<void>(MembersType, "count");
+  CallStatic<void>(MembersType, "nothing");
   CallStatic<void>("java/lang/String", "valueOf", 5);
-  EXPECT_EQ(CallStatic<double>(Type, "half"), 0.5);
+  EXPECT_EQ(CallStatic<double>(MembersType, "half"), 0.5);
   EXPECT_EQ(CallStatic<std::optional<std::string>>("java.lang.System", "getProperty", "no.such.property"),
             std::nullopt);
-  EXPECT_EQ(CallStatic<std::string>(Type, "asObject", "text"), "text");
-  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<jint>(Type, "count"); }),
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "asObject", "text"), "text");
+  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<jint>(MembersType, "count"); }),
             "fixture.Members.count() returns long, and int is asked for");
-  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<std::string>(Type, "count"); }),
+  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<std::string>(MembersType, "count"); }),
             "fixture.Members.count() returns long, and java.lang.String is asked for");
-  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<jint>(Type, "nothing"); }),
+  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<jint>(MembersType, "nothing"); }),
             "fixture.Members.nothing() returns void, and int is asked for");
-  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<std::string>(Type, "asObject", NewInteger(5)); }),
+  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<std::string>(MembersType, "asObject", NewInteger(5)); }),
             "A java.lang.Integer is given where a java.lang.String is needed");
 }
 
@@ -93,17 +93,17 @@ TEST_F(UndeclaredTest, WhatIsPendingIsThrownFirst) {
 }
 
 TEST_F(UndeclaredTest, SeveralThatFitAreListed) {
-  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<std::string>(Type, "two", 1, 2); }),
+  EXPECT_EQ(WhatOf<Misuse>([] { CallStatic<std::string>(MembersType, "two", 1, 2); }),
             "several members take the arguments of fixture.Members.two(int, int): static java.lang.String two(int, "
             "long), static java.lang.String two(long, int)");
-  EXPECT_EQ(CallStatic<std::string>(Type, "two", 1, jlong{2}), "int, long");
+  EXPECT_EQ(CallStatic<std::string>(MembersType, "two", 1, jlong{2}), "int, long");
 }
 
 TEST_F(UndeclaredTest, NoneSaysWhatThereIs) {
-  EXPECT_EQ(AddedBy([] { CallStatic<std::string>(Type, "two", "a"); }),
+  EXPECT_EQ(AddedBy([] { CallStatic<std::string>(MembersType, "two", "a"); }),
             "(fixture.Members has no static java.lang.String two(java.lang.String); it has static java.lang.String "
             "two(int, long), static java.lang.String two(long, int))");
-  EXPECT_EQ(AddedBy([] { CallStatic<jint>(Type, "twice", 1); }),
+  EXPECT_EQ(AddedBy([] { CallStatic<jint>(MembersType, "twice", 1); }),
             "(int twice(int) of fixture.Members is not static: declare it as Method)");
 }
 

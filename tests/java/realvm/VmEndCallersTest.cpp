@@ -21,8 +21,6 @@ using java::Vm;
 using java::VmEnd;
 using testing::HasSubstr;
 
-void ThrowPending(JNIEnv* env) { env->ThrowNew(env->FindClass("java/lang/IllegalStateException"), "left pending"); }
-
 // Has fixture.Work.callBack call a function.
 bool AnswerCallBack(jint(JNICALL* function)(JNIEnv*, jclass, jint)) {
   JNIEnv* const env = java::detail::Env();

@@ -47,8 +47,6 @@ TEST(VmEndTest, EndingItAgainTellsTheSame) {
   });
 }
 
-void ThrowPending(JNIEnv* env) { env->ThrowNew(env->FindClass("java/lang/IllegalStateException"), "left pending"); }
-
 TEST(VmEndTest, AnExceptionThatIsPendingDoesNotKeepItFromEnding) {
   const Note note;
   InOwnProcess([&] {

@@ -15,11 +15,8 @@ namespace {
 
 using mirel::base::CIllegalArgumentException;
 
-void OnAbort() {}
 void OnOtherAbort() {}
-void OnExit(int) {}
 void OnOtherExit(int) {}
-int OnPrint(FILE*, const char*, va_list) { return 0; }
 int OnOtherPrint(FILE*, const char*, va_list) { return 0; }
 
 class CNamedHook : public CHook {

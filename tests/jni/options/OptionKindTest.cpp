@@ -25,10 +25,6 @@ namespace {
 using mirel::base::CClass;
 using mirel::base::CObject;
 
-void OnAbort() {}
-void OnExit(int) {}
-int OnPrint(FILE*, const char*, va_list) { return 0; }
-
 // One function cast to the types of all hooks, so that only the class distinguishes them.
 void* const Shared = reinterpret_cast<void*>(OnAbort);
 const auto SharedExit = reinterpret_cast<void (*)(int)>(Shared);

@@ -5,6 +5,8 @@
 #include <mirel/base/UnicodeString.h>
 #include <torvan/jni/options/Option.h>
 
+#include <cstdarg>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
@@ -18,6 +20,11 @@ using namespace torvan::jni;
 using namespace torvan::jni::options;
 
 constexpr const char* ListSeparator = OnThisSystem(";", ":");
+
+// Functions of the types of the hooks.
+inline void OnAbort() {}
+inline void OnExit(int) {}
+inline int OnPrint(FILE*, const char*, va_list) { return 0; }
 
 inline std::string Text(const mirel::base::CUnicodeString& text) { return Narrow(text); }
 

@@ -21,10 +21,6 @@ using namespace torvan::jni::options;
 
 namespace {
 
-void OnAbort() {}
-void OnExit(int) {}
-int OnPrint(FILE*, const char*, va_list) { return 0; }
-
 // The text that a set with this one custom option passes to a VM.
 std::string Passed(const RX::UniChar* text) {
   COptions options;

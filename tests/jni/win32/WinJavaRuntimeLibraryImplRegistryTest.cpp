@@ -20,7 +20,7 @@ using torvan::jni::CWinJavaRuntimeLibraryImpl;
 using VmVendor = CDynamicJavaRuntime::VmVendor;
 using VmType = CDynamicJavaRuntime::VmType;
 
-constexpr const char* Tag = "jni/WinJavaRuntimeLibraryImpl";
+constexpr const char* LibraryTag = "jni/WinJavaRuntimeLibraryImpl";
 constexpr const wchar_t* OwnKey = L"Software\\TorvanRuntimeTest";
 constexpr const wchar_t* RuntimeRoot = L"Software\\JavaSoft\\Java Runtime Environment";
 constexpr const wchar_t* KitRoot = L"Software\\JavaSoft\\Java Development Kit";
@@ -57,7 +57,7 @@ class WinJavaRuntimeLibraryImplRegistryTest : public ::testing::Test {
     return FailureOf([&] { CWinJavaRuntimeLibraryImpl(static_cast<VmVendor>(vendor), type, version); });
   }
   static Failure RuntimeFailure(unsigned int line, const char* message) {
-    return Throws<CJavaRuntimeException>(Tag, line, message);
+    return Throws<CJavaRuntimeException>(LibraryTag, line, message);
   }
 
   DebugOut debugOut;

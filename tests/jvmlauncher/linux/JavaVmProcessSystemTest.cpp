@@ -18,9 +18,6 @@ using mirel::base::CIllegalArgumentException;
 
 namespace {
 
-constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-constexpr int LongMilliseconds = 60000;  // for a program that is ended earlier
-
 TEST_F(JavaVmProcessSystemTest, AProgramThatASignalEndsReads128AndItsNumberAndLeavesNothing) {
   const Resources before = MeasureResources();
   for (const int signal : {SIGTERM, SIGABRT, SIGSEGV, SIGKILL}) {
@@ -51,7 +48,7 @@ TEST_F(JavaVmProcessSystemTest, AHostThatIgnoresSigchldLosesTheExitCode) {
   const Process process = LaunchMain();
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(FailureOf([&] { process->Wait(); }),
-              Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
+              Throws<CIllegalArgumentException>(LaunchTag, 97, "GetExitCodeProcess failed."));
     EXPECT_EQ(process->GetExitCode(), 0);
   }
   process->Kill();
@@ -65,7 +62,7 @@ TEST_F(JavaVmProcessSystemTest, AHostThatReapsTheProgramLosesTheExitCode) {
   while (waitpid(-1, nullptr, 0) > 0) {
   }
   EXPECT_EQ(FailureOf([&] { process->Wait(1000); }),
-            Throws<CIllegalArgumentException>(File, 97, "GetExitCodeProcess failed."));
+            Throws<CIllegalArgumentException>(LaunchTag, 97, "GetExitCodeProcess failed."));
   EXPECT_EQ(process->GetExitCode(), 0);
 }
 
@@ -75,7 +72,7 @@ TEST_F(JavaVmProcessSystemTest, AForkedWorkerCannotWaitForAProgramOfItsParentAnd
   const pid_t worker = fork();
   if (worker == 0) {
     const bool isRefused = FailureOf([&] { process->Wait(); }) ==
-                           Throws<CIllegalArgumentException>(File, 92, "WaitForSignleObjects returned error.");
+                           Throws<CIllegalArgumentException>(LaunchTag, 92, "WaitForSignleObjects returned error.");
     process->Kill();
     process->Stop();
     process = nullptr;

@@ -42,7 +42,7 @@ Construction Make(Arguments... arguments) {
   return [=] { Option option(arguments...); };
 }
 
-struct Row {
+struct TextRow {
   const char* name;
   Construction construct;
   const char* file;
@@ -50,10 +50,10 @@ struct Row {
   const char* message;
 };
 
-class OptionConstructionRefusalTest : public testing::TestWithParam<Row> {};
+class OptionConstructionRefusalTest : public testing::TestWithParam<TextRow> {};
 
 TEST_P(OptionConstructionRefusalTest, NamesThePlaceAndTheArgument) {
-  const Row& row = GetParam();
+  const TextRow& row = GetParam();
   EXPECT_EQ(FailureOf(row.construct), Throws<CIllegalArgumentException>(row.file, row.line, row.message));
 }
 
@@ -67,7 +67,7 @@ constexpr const RX::UniChar* Spaced = RX_TEXT("a b");
 constexpr const RX::UniChar* SpaceFirst = RX_TEXT(" a");
 
 // clang-format off
-const Row Refusals[] = {
+const TextRow Refusals[] = {
     {"JarNull",                  Make<CJarOption>(NullText),           JarFile, 47, BadJar},
     {"JarEmpty",                 Make<CJarOption>(Empty),              JarFile, 47, BadJar},
     // The status of the location is ignored: what is refused is its empty path.

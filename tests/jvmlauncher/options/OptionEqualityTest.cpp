@@ -42,14 +42,14 @@ CClass CSpecialDirectOption::s_class("CSpecialDirectOption", "torvan::jvmlaunche
 
 Option SpecialDirect(const char* text) { return Option(new CSpecialDirectOption(Widen(text).c_str())); }
 
-struct Row {
+struct PairRow {
   const char* name;
   Option left;
   Option right;
   bool equal;
 };
 
-class OptionEqualityPairTest : public testing::TestWithParam<Row> {};
+class OptionEqualityPairTest : public testing::TestWithParam<PairRow> {};
 
 TEST_P(OptionEqualityPairTest, HoldsInBothDirections) {
   EXPECT_EQ(GetParam().left->Equals(GetParam().right.get()), GetParam().equal);
@@ -57,7 +57,7 @@ TEST_P(OptionEqualityPairTest, HoldsInBothDirections) {
 }
 
 // clang-format off
-const Row Rows[] = {
+const PairRow PairRows[] = {
     {"ClassPathsOfTheSameEntries",        ClassPath({"a", "b"}), ClassPath({"a", "b"}), true},
     {"ClassPathsThatDifferInCase",        ClassPath({"C:\\A.jar", "b"}), ClassPath({"c:\\a.JAR", "B"}), true},
     {"ClassPathsInAnotherOrder",          ClassPath({"a", "b"}), ClassPath({"b", "a"}), false},
@@ -86,7 +86,7 @@ const Row Rows[] = {
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Options, OptionEqualityPairTest, testing::ValuesIn(Rows),
+INSTANTIATE_TEST_SUITE_P(Options, OptionEqualityPairTest, testing::ValuesIn(PairRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 struct KindRow {

@@ -13,14 +13,14 @@ using namespace torvan::jvmlauncher::options;
 
 namespace {
 
-struct Row {
+struct LineRow {
   const char* name;
   Option option;
   std::string line;
   std::vector<std::string> arguments;
 };
 
-class OptionRenderingLineTest : public testing::TestWithParam<Row> {};
+class OptionRenderingLineTest : public testing::TestWithParam<LineRow> {};
 
 TEST_P(OptionRenderingLineTest, IsExactOnTheCommandLine) { EXPECT_EQ(LineOf(*GetParam().option), GetParam().line); }
 
@@ -37,7 +37,7 @@ TEST_P(OptionRenderingLineTest, StartsWithRoomFor32Units) {
   EXPECT_EQ(FirstRoomOf([] { LineOf(*GetParam().option); }), RoomForUnits(32));
 }
 
-std::vector<Row> Rows() {
+std::vector<LineRow> LineRows() {
   const auto Path = OnThisSystem;
   // clang-format off
   return {
@@ -72,7 +72,7 @@ std::vector<Row> Rows() {
   // clang-format on
 }
 
-INSTANTIATE_TEST_SUITE_P(Options, OptionRenderingLineTest, testing::ValuesIn(Rows()),
+INSTANTIATE_TEST_SUITE_P(Options, OptionRenderingLineTest, testing::ValuesIn(LineRows()),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(OptionRenderingTest, SetsAndListsStartWithRoomFor32Units) {

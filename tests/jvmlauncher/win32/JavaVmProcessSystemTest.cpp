@@ -11,8 +11,6 @@ using namespace torvan::jvmlauncher;
 
 namespace {
 
-constexpr const char* File = "jvmlauncher/JavaVmLauncherImplWin";
-
 TEST_F(JavaVmProcessSystemTest, AnExitCodeHas32Bits) {
   SetProbe(0, -1073741819);
   const Process process = LaunchMain();
@@ -23,7 +21,7 @@ TEST_F(JavaVmProcessSystemTest, AnExitCodeHas32Bits) {
 TEST_F(JavaVmProcessSystemTest, ARuntimeOfThe32BitViewIsFound) {
   EXPECT_EQ(FailureOf([] { CJavaVmLauncher launcher(RX_TEXT("100")); }),
             Throws<CJavaVmLauncherException>(
-                File, 217, "There is no installed Java VM which is compatible with the specified version."));
+                LaunchTag, 217, "There is no installed Java VM which is compatible with the specified version."));
   s_runtime->RegisterIn32BitView("100.2.3_4");
   CJavaVmLauncher launcher(RX_TEXT("100.2"));
   const auto report = NewReport();

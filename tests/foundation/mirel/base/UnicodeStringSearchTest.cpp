@@ -6,7 +6,7 @@ namespace {
 
 using mirel::base::CUnicodeString;
 
-constexpr const RX::UniChar* Null = nullptr;
+constexpr const RX::UniChar* NullText = nullptr;
 
 TEST(UnicodeStringSearchTest, FindReturnsTheFirstOccurrenceAtOrAfterTheStart) {
   static const struct {
@@ -31,10 +31,10 @@ TEST(UnicodeStringSearchTest, FindReturnsTheFirstOccurrenceAtOrAfterTheStart) {
       {"empty at the end", RX_TEXT("abc"), RX_TEXT(""), 3, 3},
       {"empty past the end", RX_TEXT("abc"), RX_TEXT(""), 4, -1},
       {"empty in empty", RX_TEXT(""), RX_TEXT(""), 0, 0},
-      {"empty in null", Null, RX_TEXT(""), 0, 0},
-      {"in null", Null, RX_TEXT("a"), 0, -1},
-      {"null", RX_TEXT("abc"), Null, 0, -1},
-      {"null in null", Null, Null, 0, -1},
+      {"empty in null", NullText, RX_TEXT(""), 0, 0},
+      {"in null", NullText, RX_TEXT("a"), 0, -1},
+      {"null", RX_TEXT("abc"), NullText, 0, -1},
+      {"null in null", NullText, NullText, 0, -1},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
@@ -72,10 +72,10 @@ TEST(UnicodeStringSearchTest, EndsWithComparesTheEnd) {
       {"other case", RX_TEXT("ab"), RX_TEXT("B"), false},
       {"empty", RX_TEXT("ab"), RX_TEXT(""), true},
       {"empty of empty", RX_TEXT(""), RX_TEXT(""), true},
-      {"empty of null", Null, RX_TEXT(""), true},
-      {"of null", Null, RX_TEXT("a"), false},
-      {"null", RX_TEXT("ab"), Null, false},
-      {"null of null", Null, Null, false},
+      {"empty of null", NullText, RX_TEXT(""), true},
+      {"of null", NullText, RX_TEXT("a"), false},
+      {"null", RX_TEXT("ab"), NullText, false},
+      {"null of null", NullText, NullText, false},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
@@ -96,9 +96,9 @@ TEST(UnicodeStringSearchTest, TextsAreEqualWhenTheirUnitsAre) {
       {"differs in the high byte", RX_TEXT("a"), RX_TEXT("\u0161"), false},
       {"beginning", RX_TEXT("ab"), RX_TEXT("abc"), false},
       {"empty and text", RX_TEXT(""), RX_TEXT("a"), false},
-      {"null and text", Null, RX_TEXT("a"), false},
-      {"null and empty", Null, RX_TEXT(""), true},
-      {"null and null", Null, Null, true},
+      {"null and text", NullText, RX_TEXT("a"), false},
+      {"null and empty", NullText, RX_TEXT(""), true},
+      {"null and null", NullText, NullText, true},
       {"empty and empty", RX_TEXT(""), RX_TEXT(""), true},
   };
   for (const auto& row : rows) {

@@ -1,6 +1,7 @@
 // Programs that cannot start on Linux: what may not be run, and too many open files.
 #include <sys/resource.h>
 
+#include "ChildProcess.h"
 #include "java/processes/Probe.h"
 
 namespace tests {
@@ -16,7 +17,7 @@ TEST(LaunchFailureTest, AJavaThatMayNotBeRun) {
                             "Could not run \"" + JavaOf(denied).u8string() + "\": Permission denied");
 }
 
-TEST(LaunchFailureTest, TooManyOpenFiles) {
+void StartWithFewerAndFewerFiles() {
   rlimit before{};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
   std::vector<std::string> texts;
@@ -33,6 +34,15 @@ TEST(LaunchFailureTest, TooManyOpenFiles) {
   ASSERT_FALSE(texts.empty());
   EXPECT_LT(texts.size(), 29u);
   for (const std::string& text : texts) EXPECT_NE(text.find(": Too many open files"), std::string::npos) << text;
+}
+
+// In its own process: the C library never opens a locale again that it could not open once.
+TEST(LaunchFailureTest, TooManyOpenFiles) {
+  const auto body = [] {
+    StartWithFewerAndFewerFiles();
+    ExitWithTheResult();
+  };
+  EXPECT_EXIT(body(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
