@@ -1,9 +1,6 @@
 #include "java/PathText.h"
 
 #define WIN32_LEAN_AND_MEAN
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace torvan::java::detail {
