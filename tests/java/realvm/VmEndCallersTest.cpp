@@ -35,6 +35,7 @@ bool AnswerCallBack(jint(JNICALL* function)(JNIEnv*, jclass, jint)) {
 struct SaidToHook {
   Vm* vm = nullptr;
   std::vector<std::string> texts;
+  std::atomic<bool> isComplete{false};
 };
 SaidToHook& TheHook() {
   static SaidToHook said;
@@ -45,6 +46,7 @@ jint JNICALL AskInHook(JNIEnv*, jclass, jint) {
   TheHook().texts = {WhatOf<Misuse>([] { java::JoinVm(); }), WhatOf<Misuse>([&] { java::JoinVm(vm.Handle()); }),
                      WhatOf<Misuse>([&] { java::EndVm(vm.Handle()); }), WhatOf<Misuse>([&] { vm.End(); }),
                      WhatOf<java::StartFailure>([] { const Vm second = StartVm(); })};
+  TheHook().isComplete = true;
   return 0;
 }
 
@@ -55,6 +57,7 @@ void EndWithAHookThatAsks(int milliseconds, std::chrono::milliseconds grace, VmE
   java::CallStatic<void>("fixture/Work", "callBackAtEnd", 1);
   CallStaticInt("fixture/Vms", "runFor", "(I)I", milliseconds);
   EXPECT_EQ(vm.End(grace), expected);
+  ASSERT_TRUE(TheHook().isComplete);
   const std::string ended = "The Java VM has ended";
   EXPECT_THAT(TheHook().texts,
               testing::ElementsAre(ended, ended, ended, ended, ended + "; a process can have one, and only once"));
