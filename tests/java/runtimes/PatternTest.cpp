@@ -23,8 +23,9 @@ Names Matches(const std::string& pattern, const std::map<std::string, Names>& tr
     const auto found = tree.find(place);
     return found == tree.end() ? Names() : found->second;
   };
-  for (const Expansion& match : Expand("base", pattern, '/', namesIn))
+  for (const Expansion& match : Expand("base", pattern, '/', namesIn)) {
     matches.push_back(match.place + " " + match.foundIn);
+  }
   return matches;
 }
 
