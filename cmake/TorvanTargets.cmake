@@ -54,6 +54,8 @@ if(TORVAN_SANITIZE)
   add_link_options(-fsanitize=${TORVAN_SANITIZE})
   if(TORVAN_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     add_compile_definitions(__SANITIZE_ADDRESS__)  # as g++ has it
+  elseif(TORVAN_SANITIZE MATCHES "thread" AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    add_compile_definitions(__SANITIZE_THREAD__)
   endif()
 endif()
 

@@ -3,6 +3,7 @@
 #include <limits>
 #include <sstream>
 
+#include "ThreadSanitizer.h"
 #include "java/realvm/OneVm.h"
 
 namespace tests {
@@ -257,6 +258,7 @@ TEST_F(ArraysTest, CallsWithoutADeclaration) {
 }
 
 TEST_F(ArraysTest, AHundredMillionBytes) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   static constexpr StaticMethod<jlong(const std::vector<std::byte>&)> Sum{Fixture, "sum"};
   static constexpr StaticMethod<std::vector<std::byte>(Ref<Array<jbyte>>)> Same{Fixture, "same"};
   constexpr std::size_t size = 100'000'000;

@@ -8,6 +8,7 @@
 #include <string>
 #include <thread>
 
+#include "ThreadSanitizer.h"
 #include "java/realvm/Counted.h"
 #include "java/realvm/OneVm.h"
 #include "java/realvm/Resident.h"
@@ -77,6 +78,7 @@ TEST_F(CallbackThreadsTest, AThousandCallsDeepOnAThreadWithTheStackForIt) {
 }
 
 TEST_F(CallbackThreadsTest, StackThatRunsOutIsJavasError) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   const Global<IntOperator> nested = NewNested();
   EXPECT_EQ(NestInThread(nested, 1000000, 1 << 20), "java.lang.StackOverflowError");
   std::thread([&] {
@@ -117,7 +119,7 @@ TEST_F(CallbackThreadsTest, ObjectsOfOneImplementationShareItsFunctions) {
 TEST_F(CallbackThreadsTest, AMillionAreMadeAndCollectedAndMemoryIsFlat) {
   SKIP_BEFORE_JAVA_9("functions are never destroyed");
   std::atomic<int> count{0};
-  const int times = IsChecked() ? 10000 : 500000;
+  const int times = IsChecked() || WithThreadSanitizer ? 10000 : 500000;
   const auto make = [&] {
     for (int i = 0; i < times; ++i) {
       Thrown([counted = Counted(count)] {});

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <type_traits>
 
+#include "ThreadSanitizer.h"
 #include "java/realvm/OneVm.h"
 
 namespace tests {
@@ -220,6 +221,7 @@ std::int64_t HashOf(const std::u16string& units) {
 }
 
 TEST_F(ConvertTest, LongTexts) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   static constexpr StaticMethod<std::u16string(jint, bool)> Made{"fixture/Values", "made"};
   static constexpr StaticMethod<std::string(jint, bool)> MadeUtf8{"fixture/Values", "made"};
   static constexpr StaticMethod<jlong(std::u16string_view)> Hash{"fixture/Values", "hash"};

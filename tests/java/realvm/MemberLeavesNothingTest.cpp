@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "ThreadSanitizer.h"
 #include "java/realvm/JavaFiles.h"
 #include "java/realvm/MembersTags.h"
 #include "java/realvm/NothingLeft.h"
@@ -56,6 +57,7 @@ TEST_F(MemberLeavesNothingTest, AfterReferencesOfAllKinds) {
 }
 
 TEST_F(MemberLeavesNothingTest, AfterAMillionCalls) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   static constexpr StaticMethod<std::optional<jint>(std::optional<jint>)> SameNumber{"fixture/Values", "same"};
   const Local<Values> values = Make();
   const java::Thread thread;

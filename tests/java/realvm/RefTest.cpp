@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "ThreadSanitizer.h"
 #include "java/realvm/CountedReferences.h"
 #include "java/realvm/OneVm.h"
 #include "java/realvm/Resident.h"
@@ -267,6 +268,7 @@ TEST_F(RefTest, GoWhereverValuesGo) {
 }
 
 TEST_F(RefTest, AMillionRoundsLeaveNothing) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   const Local<Child> child = New<Child>();
   const Global<Child> global(child);
   const CountedReferences counted(java::detail::Env());

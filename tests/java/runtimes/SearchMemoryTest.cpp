@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "ThreadSanitizer.h"
 #include "java/runtimes/Choice.h"
 #include "java/runtimes/MadeUpMachine.h"
 
@@ -68,6 +69,7 @@ int StepsUntilThereIsEnough(F f) {
 }
 
 TEST_F(SearchMemoryTest, WithoutMemoryNothingIsLost) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   Runtimes runtimes;
   EXPECT_GT(StepsUntilThereIsEnough([&] { runtimes = SearchOf(machine); }), 100);
   EXPECT_EQ(runtimes.found.size(), 3u);
@@ -76,6 +78,7 @@ TEST_F(SearchMemoryTest, WithoutMemoryNothingIsLost) {
 }
 
 TEST_F(SearchMemoryTest, TheReasonOfAFailureIsWholeOrThereIsNone) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   std::string text;
   const VersionRange none = AtLeast(26);
   const int steps = StepsUntilThereIsEnough([&] {

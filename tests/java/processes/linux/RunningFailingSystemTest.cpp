@@ -20,6 +20,7 @@
 #include <thread>
 #include <vector>
 
+#include "ThreadSanitizer.h"
 #include "java/processes/FailingCalls.h"
 
 namespace {
@@ -261,6 +262,7 @@ TEST(RunningFailingSystemTest, TheArgumentFileOfAHostWithoutInputIsNotItsInput) 
 }
 
 TEST(RunningFailingSystemTest, AProgramThatIsTooLongLeavesNoFile) {
+  SKIP_AMOUNT_WITH_THREAD_SANITIZER();
   const auto folder = ProbeHome() / "temporary";
   std::filesystem::create_directories(folder);
   UseTemporaryFolder(folder);
