@@ -188,5 +188,29 @@ TEST_F(CallbackThreadsTest, ManyThreadsMakeObjectsAtOnce) {
   EXPECT_TRUE(ComesDownTo(count, 0)) << count;
 }
 
+// No other test implements these two: what is kept of an interface, by its name and by its class, all make at once.
+TEST_F(CallbackThreadsTest, EightThreadsImplementAnInterfaceFirst) {
+  const auto byClass =
+      Implement(java::FindClass("java/util/function/LongUnaryOperator")).On("applyAsLong", [](jlong x) {
+        return x + 1;
+      });
+  std::atomic<int> ready{0};
+  std::atomic<int> wrong{0};
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 8; ++t) {
+    threads.emplace_back([&] {
+      for (++ready; ready < 8;) std::this_thread::yield();
+      const auto byName =
+          Implement("java/util/function/DoubleUnaryOperator").On("applyAsDouble", [](double x) { return x / 2; });
+      const Local<> halved = byName.New();
+      const Local<> counted = byClass.New();
+      if (java::Call<double>(halved, "applyAsDouble", 5.0) != 2.5) ++wrong;
+      if (java::Call<jlong>(counted, "applyAsLong", jlong{5}) != 6) ++wrong;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong, 0);
+}
+
 }  // namespace
 }  // namespace tests

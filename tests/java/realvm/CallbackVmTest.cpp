@@ -1,7 +1,10 @@
 // C++ called from Java in VMs that end, that have no Cleaner, or that were started in another way.
 #include <atomic>
 #include <chrono>
+#include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "java/realvm/Counted.h"
 #include "java/realvm/CountedReferences.h"
@@ -33,6 +36,27 @@ TEST(CallbackVmTest, TheVmEndsWhileAFunctionRunsAgainAndAgain) {
     });
     while (runs < 1000) std::this_thread::sleep_for(1ms);
     EXPECT_EQ(vm.End(), VmEnd::Destroyed);
+  });
+}
+
+// What all objects share is made when the first one is: the class that calls C++, and the queue of collected buffers.
+TEST(CallbackVmTest, EightThreadsMakeTheFirstObjects) {
+  InOwnProcess([] {
+    const Vm vm = StartVm(FixtureSettings());
+    std::atomic<int> ready{0};
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t) {
+      threads.emplace_back([&] {
+        for (++ready; ready < 8;) std::this_thread::yield();
+        const Local<IntOperator> added = Implement<IntOperator>().On("applyAsInt", [](jint x) { return x + 1; }).New();
+        const auto bytes = std::make_shared<std::string>(16, 'x');
+        const java::ByteBuffer buffer(bytes->data(), bytes->size(), bytes);
+        if (Nest(added, 4) != 5 || java::Call<jint>(buffer, "capacity") != 16) ++wrong;
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(wrong, 0);
   });
 }
 
