@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "ThreadSanitizer.h"
+#include "java/realvm/AtOnce.h"
 #include "java/realvm/Counted.h"
 #include "java/realvm/OneVm.h"
 #include "java/realvm/Resident.h"
@@ -194,21 +195,15 @@ TEST_F(CallbackThreadsTest, EightThreadsImplementAnInterfaceFirst) {
       Implement(java::FindClass("java/util/function/LongUnaryOperator")).On("applyAsLong", [](jlong x) {
         return x + 1;
       });
-  std::atomic<int> ready{0};
   std::atomic<int> wrong{0};
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 8; ++t) {
-    threads.emplace_back([&] {
-      for (++ready; ready < 8;) std::this_thread::yield();
-      const auto byName =
-          Implement("java/util/function/DoubleUnaryOperator").On("applyAsDouble", [](double x) { return x / 2; });
-      const Local<> halved = byName.New();
-      const Local<> counted = byClass.New();
-      if (java::Call<double>(halved, "applyAsDouble", 5.0) != 2.5) ++wrong;
-      if (java::Call<jlong>(counted, "applyAsLong", jlong{5}) != 6) ++wrong;
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
+  InEightThreadsAtOnce([&] {
+    const auto byName =
+        Implement("java/util/function/DoubleUnaryOperator").On("applyAsDouble", [](double x) { return x / 2; });
+    const Local<> halved = byName.New();
+    const Local<> counted = byClass.New();
+    if (java::Call<double>(halved, "applyAsDouble", 5.0) != 2.5) ++wrong;
+    if (java::Call<jlong>(counted, "applyAsLong", jlong{5}) != 6) ++wrong;
+  });
   EXPECT_EQ(wrong, 0);
 }
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
+#include "java/realvm/AtOnce.h"
 #include "java/realvm/Counted.h"
 #include "java/realvm/CountedReferences.h"
 #include "java/realvm/OwnProcess.h"
@@ -43,19 +43,13 @@ TEST(CallbackVmTest, TheVmEndsWhileAFunctionRunsAgainAndAgain) {
 TEST(CallbackVmTest, EightThreadsMakeTheFirstObjects) {
   InOwnProcess([] {
     const Vm vm = StartVm(FixtureSettings());
-    std::atomic<int> ready{0};
     std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 8; ++t) {
-      threads.emplace_back([&] {
-        for (++ready; ready < 8;) std::this_thread::yield();
-        const Local<IntOperator> added = Implement<IntOperator>().On("applyAsInt", [](jint x) { return x + 1; }).New();
-        const auto bytes = std::make_shared<std::string>(16, 'x');
-        const java::ByteBuffer buffer(bytes->data(), bytes->size(), bytes);
-        if (Nest(added, 4) != 5 || java::Call<jint>(buffer, "capacity") != 16) ++wrong;
-      });
-    }
-    for (std::thread& thread : threads) thread.join();
+    InEightThreadsAtOnce([&] {
+      const Local<IntOperator> added = Implement<IntOperator>().On("applyAsInt", [](jint x) { return x + 1; }).New();
+      const auto bytes = std::make_shared<std::string>(16, 'x');
+      const java::ByteBuffer buffer(bytes->data(), bytes->size(), bytes);
+      if (Nest(added, 4) != 5 || java::Call<jint>(buffer, "capacity") != 16) ++wrong;
+    });
     EXPECT_EQ(wrong, 0);
   });
 }

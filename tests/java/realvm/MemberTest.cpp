@@ -2,9 +2,9 @@
 #include <atomic>
 #include <cstdlib>
 #include <optional>
-#include <thread>
 #include <vector>
 
+#include "java/realvm/AtOnce.h"
 #include "java/realvm/MembersTags.h"
 
 namespace tests {
@@ -286,20 +286,14 @@ TEST_F(MemberTest, EightThreadsUseAMemberFirst) {
   static constexpr StaticField<jint> Largest{"java/lang/Integer", "MAX_VALUE"};
   static constexpr Constructor<Derived(jint)> Make;
   static constexpr Method<Derived, jint()> Hash{"hashCode"};
-  std::atomic<int> ready{0};
   std::atomic<int> wrong{0};
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 8; ++i) {
-    threads.emplace_back([&] {
-      for (++ready; ready < 8;) std::this_thread::yield();
-      const Local<Derived> derived = Make(5);
-      if (Add(3, 4) != 7 || Own(derived) != 20 || Made.Get(derived) < 1 || Largest.Get() != 0x7FFFFFFF) ++wrong;
-      const StaticMethod<jint(jint)> abs{"java/lang/StrictMath", "abs"};
-      const StaticMethod<jint(Ref<Derived>)> hash{"java/util/Objects", "hashCode", "(Ljava/lang/Object;)I"};
-      if (abs(-3) != 3 || hash(derived) != Hash(derived)) ++wrong;
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
+  InEightThreadsAtOnce([&] {
+    const Local<Derived> derived = Make(5);
+    if (Add(3, 4) != 7 || Own(derived) != 20 || Made.Get(derived) < 1 || Largest.Get() != 0x7FFFFFFF) ++wrong;
+    const StaticMethod<jint(jint)> abs{"java/lang/StrictMath", "abs"};
+    const StaticMethod<jint(Ref<Derived>)> hash{"java/util/Objects", "hashCode", "(Ljava/lang/Object;)I"};
+    if (abs(-3) != 3 || hash(derived) != Hash(derived)) ++wrong;
+  });
   EXPECT_EQ(wrong, 0);
 }
 
